@@ -1,0 +1,39 @@
+#include "Exchange.h"
+
+#include <cstdarg>
+#include <cstring>
+#include <string_view>
+
+#include "BoundedText.h"
+
+namespace exchange {
+namespace {
+
+constexpr int kTraceLevel = 1015;
+constexpr std::size_t kTraceSize = 1024;
+
+}  // namespace
+
+void Trace(CSerialObject& serial, const char* format, ...) {
+    char line[kTraceSize];
+    va_list arguments;
+    va_start(arguments, format);
+    bounded_text::FormatList(line, sizeof line, "a trace line", format, arguments);
+    va_end(arguments);
+    serial.TavinTrace(kTraceLevel, line);
+}
+
+int Send(CSerialObject& serial, const char* command) {
+    return serial.SendCommand(const_cast<char*>(command));  // which only reads it
+}
+
+int Send(CSerialObject& serial, const char* format, const char* displayName, const char* command) {
+    Trace(serial, format, displayName);
+    return Send(serial, command);
+}
+
+bool Holds(const char* text, std::size_t within, const char* mark) {
+    return std::string_view(text, strnlen(text, within)).find(mark) != std::string_view::npos;
+}
+
+}  // namespace exchange

@@ -1,0 +1,49 @@
+#ifndef WBALANCE_EXCHANGE_H
+#define WBALANCE_EXCHANGE_H
+
+#include <wbalance/CSerialObject.h>
+
+#include <cstddef>
+
+/// The steps of which the drivers' operations are made: trace, send, receive, look for a mark.
+namespace exchange {
+
+/// Formats a line as printf does, in a buffer of 1024 bytes, and traces it.
+__attribute__((format(printf, 2, 3))) void Trace(CSerialObject& serial, const char* format, ...);
+
+/// Sends a command without tracing it first.
+int Send(CSerialObject& serial, const char* command);
+
+/// Traces `format` with the display name, whatever comes of it, and sends the command.
+int Send(CSerialObject& serial, const char* format, const char* displayName, const char* command);
+
+/// What `Answer` is made of, whatever its size.
+bool Holds(const char* text, std::size_t within, const char* mark);
+
+/// An instrument's answer of at most `Size` characters.
+///
+/// An answer that fills its buffer arrives without a terminating zero; here one always stands
+/// behind it, so that the text can be searched and parsed.
+template <long Size>
+class Answer {
+ public:
+    /// Receives an answer, at most `size` characters of it. Nothing of an earlier one stays.
+    int Receive(CSerialObject& serial, int attempts, const char* terminator, long size = Size) {
+        text_[size] = '\0';
+        return serial.ReceiveAnswer(text_, size, attempts, terminator);
+    }
+
+    /// Whether `mark` stands anywhere in the first `within` characters.
+    bool Holds(const char* mark, std::size_t within = Size) const {
+        return exchange::Holds(text_, within, mark);
+    }
+
+    char* Text() { return text_; }
+
+ private:
+    char text_[Size + 1] = {};
+};
+
+}  // namespace exchange
+
+#endif

@@ -1,0 +1,13 @@
+#ifndef WBALANCE_WBALANCE_H
+#define WBALANCE_WBALANCE_H
+
+/// @file
+/// Everything that libwbalance offers: the drivers, the class behind which they stand, the
+/// transport.
+
+#include <wbalance/CSerialObject.h>
+#include <wbalance/Cwbalance.h>
+#include <wbalance/WbalanceMettlerToledo.h>
+#include <wbalance/WithLineReadiness.h>
+
+#endif

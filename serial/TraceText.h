@@ -1,0 +1,15 @@
+#ifndef WBALANCE_TRACETEXT_H
+#define WBALANCE_TRACETEXT_H
+
+#include <string>
+
+namespace trace_text {
+
+/// Interprets `format` as printf does without any argument: every missing argument counts as zero
+/// or empty, and no directive reads or writes memory. The rules stand at
+/// CSerialObject::TavinTrace().
+std::string Interpret(const char* format);
+
+}  // namespace trace_text
+
+#endif
