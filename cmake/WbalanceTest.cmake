@@ -1,0 +1,24 @@
+# One function for each kind of test program. Tests are GoogleTest; ctest knows each test by its sentence.
+
+find_package(GTest REQUIRED)
+include(GoogleTest)
+
+# A test of classes alone: no port, no instrument.
+function(wbalance_add_unit_test NAME)
+    add_executable(${NAME} ${ARGN})
+    wbalance_compile_settings(${NAME})
+    target_link_libraries(${NAME} PRIVATE GTest::gmock_main)
+    gtest_discover_tests(${NAME} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 120)
+endfunction()
+
+# The real library over a scripted serial port and a virtual clock.
+function(wbalance_add_scripted_test NAME)
+    # The allocation that can fail is the program's own, so that it also wins over a sanitizer's.
+    wbalance_add_unit_test(${NAME} ${ARGN} ${PROJECT_SOURCE_DIR}/tests/scripted/AllocationStandIn.cpp)
+    # The order is the point: the stand-ins come before the libraries whose place they take.
+    target_link_libraries(${NAME} PRIVATE
+        -Wl,--no-as-needed scripted-line scripted-platform scripted-serial-port wbalance)
+    set_target_properties(${NAME} PROPERTIES SKIP_BUILD_RPATH ON)
+    target_link_options(${NAME} PRIVATE
+        -Wl,-rpath,${SCRIPTED_LIBRARY_DIR}:$<TARGET_FILE_DIR:wbalance>)
+endfunction()
