@@ -11,13 +11,11 @@
 #include <vector>
 
 #include "BoundedText.h"
+#include "Exchange.h"
 #include "TraceText.h"
 #include "marlet-small.h"
 
 namespace {
-
-constexpr int kTraceLevel = 1015;
-constexpr std::size_t kTraceSize = 1024;
 
 constexpr int kPollMs = 10;
 constexpr int kEmptyReadPauseMs = 20;
@@ -26,13 +24,6 @@ constexpr int kRoundAttempts = 3;
 
 constexpr unsigned kLongestTimeoutSeconds = 60;
 constexpr std::int64_t kZeroTimeoutMs = 100;
-
-template <class... Arguments>
-void Trace(CSerialObject& serial, const char* format, Arguments... arguments) {
-    char line[kTraceSize];
-    bounded_text::Format(line, sizeof line, "a trace line", format, arguments...);
-    serial.TavinTrace(kTraceLevel, line);
-}
 
 // The codes that are not listed leave the port as it is, and that counts as success.
 
@@ -100,7 +91,7 @@ int CSerialObject::OpenCommPort(int number, char kind) {
     status = 0;
     if (port != nullptr) {
         status = 1;
-        Trace(*this, "COM%d alread open!", number);
+        exchange::Trace(*this, "COM%d alread open!", number);
         return 2;
     }
     if (kind == 'S' || kind == 'U') portKind = kind;
@@ -111,17 +102,15 @@ int CSerialObject::OpenCommPort(int number, char kind) {
                          portKind == 'S' ? "/dev/ttyS%d" : "/dev/ttyUSB%d", number);
     port = new (std::nothrow) QSerialPort(QString::fromLatin1(device));
     if (port == nullptr) {
-        TavinTrace(kTraceLevel, "NULL POINTER ... UNABLE OPENING COMM PORT!\n\n");
+        exchange::Trace(*this, "NULL POINTER ... UNABLE OPENING COMM PORT!\n\n");
         return 0;
     }
     // A port that did not open stays held; hosts know the next open by its result 2.
     status = port->open(QIODevice::ReadWrite) ? 1 : 0;
-    char line[256];
-    bounded_text::Format(line, sizeof line, "a trace line",
-                         status != 0 ? "%s OPENED SUCCESSFULLY!\n\n"
-                                     : "INVALID COMM PORT ... UNABLE OPENING %s!\n\n",
-                         device);
-    TavinTrace(kTraceLevel, line);
+    exchange::Trace(*this,
+                    status != 0 ? "%s OPENED SUCCESSFULLY!\n\n"
+                                : "INVALID COMM PORT ... UNABLE OPENING %s!\n\n",
+                    device);
     return status;
 }
 
@@ -134,11 +123,11 @@ int CSerialObject::SetCommConfig(int baud, int parity, int dataBits, int stopBit
     status &= ApplyStopBits(*port, stopBits) ? 1 : 0;
     status &= ApplyFlowControl(*port, flowControl) ? 1 : 0;
     status &= PrivateSetTimeout(timeoutSeconds);
-    Trace(*this,
-          "Balance Comm Port settings:\nBaud rate = %d\nParity = %d\nData bits = %d\n"
-          "Stop bits = %d\nFlow control = %d\nTimeout = %d\n===> %s\n\n",
-          baud, parity, dataBits, stopBits, flowControl, timeoutSeconds,
-          status != 0 ? "OK" : "FAIL");
+    exchange::Trace(*this,
+                    "Balance Comm Port settings:\nBaud rate = %d\nParity = %d\nData bits = %d\n"
+                    "Stop bits = %d\nFlow control = %d\nTimeout = %d\n===> %s\n\n",
+                    baud, parity, dataBits, stopBits, flowControl, timeoutSeconds,
+                    status != 0 ? "OK" : "FAIL");
     if (status != 0) return 1;
     delete port;
     port = nullptr;
@@ -159,7 +148,7 @@ int CSerialObject::CloseCommPort() {
         delete port;
         port = nullptr;
     }
-    TavinTrace(kTraceLevel, "\nSCALE COM PORT HAS BEEN CLOSED.\n");
+    exchange::Trace(*this, "\nSCALE COM PORT HAS BEEN CLOSED.\n");
     return 1;
 }
 
@@ -170,7 +159,7 @@ int CSerialObject::ClearErrorsAndBuffers() {
 int CSerialObject::SendCommand(char* command) {
     const auto length = static_cast<qint64>(std::strlen(command));
     const int sent = port->write(command, length) == length ? 1 : 0;
-    Trace(*this, "<== %s ... %s\n\n", command, sent != 0 ? "OK" : "FAIL");
+    exchange::Trace(*this, "<== %s ... %s\n\n", command, sent != 0 ? "OK" : "FAIL");
     return sent;
 }
 
@@ -184,12 +173,12 @@ int CSerialObject::ReceiveAnswer(char* buffer, long size, int attempts, const ch
         const Attempt outcome = ReceiveOnce(answer, terminator);
         if (outcome == Attempt::Finished) break;
         if (outcome == Attempt::TimedOut) {
-            Trace(*this, "Timeout elapsed in scale read (attempt n. %d)\n", attempt);
+            exchange::Trace(*this, "Timeout elapsed in scale read (attempt n. %d)\n", attempt);
         }
         if (attempt >= attempts) break;
     }
-    Trace(*this, "Read from scale: %s (time elapsed: %d ms)\n", answer.constData(),
-          static_cast<int>(GetTickCount() - start));
+    exchange::Trace(*this, "Read from scale: %s (time elapsed: %d ms)\n", answer.constData(),
+                    static_cast<int>(GetTickCount() - start));
     if (answer.isEmpty()) return 0;
     // An answer that fills the buffer is left without a terminating zero: callers count on every
     // byte.
@@ -248,10 +237,10 @@ int CSerialObject::GatherAnswer(char* buffer, long size, char endChar, std::size
         Sleep(kRoundPauseMs);
     }
     if (length == 0) {
-        TavinTrace(kTraceLevel, "Null answer received from scale\n");
+        exchange::Trace(*this, "Null answer received from scale\n");
         return 0;
     }
-    Trace(*this, "Read from scale: %s\n", buffer);
+    exchange::Trace(*this, "Read from scale: %s\n", buffer);
     return 1;
 }
 
