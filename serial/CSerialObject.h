@@ -85,9 +85,8 @@ class WBALANCE_EXPORT CSerialObject {
     /// Hands `command` to the port, all of it as it stands: the text carries its own line end.
     ///
     /// Nothing is flushed or waited for: the bytes leave while the next answer is waited for, and a
-    /// command that no wait follows never leaves. A port object must be held. The trace of the
-    /// command must fit 1024 bytes.
-    /// @return 1 when the port took every byte, else 0.
+    /// command that no wait follows never leaves. The trace of the command must fit 1024 bytes.
+    /// @return 1 when the port took every byte, else 0, also when no port object is held.
     int SendCommand(char* command);
 
     /// Collects what the instrument sends.
