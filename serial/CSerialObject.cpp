@@ -161,9 +161,7 @@ int CSerialObject::SendCommand(char* command) {
     // Some drivers' operations leave the opening to an earlier readiness check: without a port
     // nothing is sent, and they fail.
     const int sent = port != nullptr && port->write(command, length) == length ? 1 : 0;
-    exchange::Trace(*this, "<== %s ... %s
-
-", command, sent != 0 ? "OK" : "FAIL");
+    exchange::Trace(*this, "<== %s ... %s\n\n", command, sent != 0 ? "OK" : "FAIL");
     return sent;
 }
 
