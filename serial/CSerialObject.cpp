@@ -152,14 +152,15 @@ int CSerialObject::CloseCommPort() {
     return 1;
 }
 
+// Some drivers' operations leave the opening to an earlier readiness check. Without a port they
+// find nothing to clear, nothing is sent and nothing comes, and they fail.
+
 int CSerialObject::ClearErrorsAndBuffers() {
-    return port->clear(QSerialPort::Input) ? 1 : 0;
+    return port != nullptr && port->clear(QSerialPort::Input) ? 1 : 0;
 }
 
 int CSerialObject::SendCommand(char* command) {
     const auto length = static_cast<qint64>(std::strlen(command));
-    // Some drivers' operations leave the opening to an earlier readiness check: without a port
-    // nothing is sent, and they fail.
     const int sent = port != nullptr && port->write(command, length) == length ? 1 : 0;
     exchange::Trace(*this, "<== %s ... %s\n\n", command, sent != 0 ? "OK" : "FAIL");
     return sent;
@@ -189,7 +190,8 @@ int CSerialObject::ReceiveAnswer(char* buffer, long size, int attempts, const ch
 }
 
 CSerialObject::Attempt CSerialObject::ReceiveOnce(QByteArray& answer, const char* terminator) {
-    if (!port->waitForReadyRead(static_cast<int>(timeoutMs))) return Attempt::TimedOut;
+    if (port == nullptr || !port->waitForReadyRead(static_cast<int>(timeoutMs)))
+        return Attempt::TimedOut;
     const QByteArray chunk = port->readAll();
     answer.append(chunk);
     if (terminator == nullptr) {

@@ -78,8 +78,8 @@ class WBALANCE_EXPORT CSerialObject {
     int CloseCommPort();
 
     /// Discards what was received and not yet read. The port's error state and bytes not yet sent
-    /// stay as they are. A port object must be held.
-    /// @return 1, or 0 when the port is not open or refuses.
+    /// stay as they are.
+    /// @return 1, or 0 when no port is open or it refuses.
     int ClearErrorsAndBuffers();
 
     /// Hands `command` to the port, all of it as it stands: the text carries its own line end.
@@ -105,8 +105,8 @@ class WBALANCE_EXPORT CSerialObject {
     ///   has come.
     /// @return 1 when anything was received, else 0.
     ///
-    /// Blocks for at most `attempts` times two time-outs. The trace of the answer must fit 1024
-    /// bytes: some 980 characters. A port object must be held.
+    /// Blocks for at most `attempts` times two time-outs, and not at all when no port object is
+    /// held. The trace of the answer must fit 1024 bytes: some 980 characters.
     int ReceiveAnswer(char* buffer, long size, int attempts, const char* terminator);
 
     /// Gathers an answer from rounds of ReceiveAnswer() with three attempts each, 100 ms apart.
@@ -122,8 +122,7 @@ class WBALANCE_EXPORT CSerialObject {
     /// @return 1 when `buffer` holds anything at the end, even without the end character, else 0.
     ///
     /// Blocks for at least three time-outs when the end character does not come, and for as long as
-    /// the instrument goes on sending. The trace of the answer must fit 1024 bytes. A port object
-    /// must be held.
+    /// the instrument goes on sending. The trace of the answer must fit 1024 bytes.
     int ReceiveAllAnswer(char* buffer, long size, char endChar);
 
     /// ReceiveAllAnswer() for a `buffer` of `size` bytes that the text never passes: what does not
