@@ -23,6 +23,10 @@ void Trace(CSerialObject& serial, const char* format, ...) {
     serial.TavinTrace(kTraceLevel, line);
 }
 
+void Trace(const char* text) {
+    CSerialObject().TavinTrace(kTraceLevel, text);
+}
+
 int Send(CSerialObject& serial, const char* command) {
     return serial.SendCommand(const_cast<char*>(command));  // which only reads it
 }

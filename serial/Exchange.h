@@ -11,6 +11,9 @@ namespace exchange {
 /// Formats a line as printf does, in a buffer of 1024 bytes, and traces it.
 __attribute__((format(printf, 2, 3))) void Trace(CSerialObject& serial, const char* format, ...);
 
+/// Traces a text as it stands. Needs no serial object: some failures are that there is none.
+void Trace(const char* text);
+
 /// Sends a command without tracing it first.
 int Send(CSerialObject& serial, const char* command);
 
