@@ -22,3 +22,17 @@ function(wbalance_add_scripted_test NAME)
     target_link_options(${NAME} PRIVATE
         -Wl,-rpath,${SCRIPTED_LIBRARY_DIR}:$<TARGET_FILE_DIR:wbalance>)
 endfunction()
+
+# Simulated instruments in the test's own process: the virtual-line object stands ahead of the C library,
+# so that whatever opens /dev/ttyS0 in the test meets what a simulator::VirtualBench has placed there.
+function(wbalance_add_simulator_test NAME)
+    wbalance_add_unit_test(${NAME} ${ARGN})
+    target_link_libraries(${NAME} PRIVATE -Wl,--no-as-needed wbalance_virtual_line
+                          wbalance_simulator Qt5::SerialPort)
+endfunction()
+
+# The real library against simulated instruments, in real time.
+function(wbalance_add_end_to_end_test NAME)
+    wbalance_add_simulator_test(${NAME} ${ARGN})
+    target_link_libraries(${NAME} PRIVATE wbalance)
+endfunction()

@@ -1,0 +1,249 @@
+#include "simulator/ConnectedInstrument.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace simulator {
+
+Options& Options::at(const std::string& settings) {
+    line = LineSettings::parse(settings);
+    if (!line)
+        throw std::invalid_argument("\"" + settings + "\" are no line settings such as 2400,7E1");
+    return *this;
+}
+
+ConnectedInstrument::ConnectedInstrument(const CatalogEntry& entry, const Options& options,
+                                         std::unique_ptr<HostLine> line)
+    : instrument_(entry, options.switches),
+      settings_(options.line.value_or(entry.line)),
+      paced_(options.paced),
+      line_(std::move(line)),
+      returnsAs_(line_->device()) {
+    for (const auto& fault : options.faults)
+        instrument_.addFault(Fault::parse(fault));
+    instrument_.balance().startWithLoad(options.load);
+    instrument_.powerUp(Time(0));
+    serve();
+}
+
+/// Changes come into force at the present time: what was due before is done first.
+template <typename Work>
+void ConnectedInstrument::change(const Work& work) {
+    const Lock lock(mutex_);
+    serveLocked();
+    work();
+    serveLocked();
+    if (changed_) changed_();
+}
+
+void ConnectedInstrument::setLoad(double grams) {
+    change([&] { instrument_.balance().setLoad(grams); });
+}
+
+void ConnectedInstrument::addFault(const std::string& fault) {
+    const Fault parsed = Fault::parse(fault);
+    change([&] { instrument_.addFault(parsed); });
+}
+
+void ConnectedInstrument::clearFaults() {
+    change([&] { instrument_.clearFaults(); });
+}
+
+void ConnectedInstrument::unplug() {
+    change([&] { pulled_ = true; });
+}
+
+void ConnectedInstrument::plugIn() {
+    change([&] { pulled_ = false; });
+}
+
+void ConnectedInstrument::plugIn(const std::string& device) {
+    change([&] {
+        returnsAs_ = device;
+        pulled_ = false;
+    });
+}
+
+std::string ConnectedInstrument::sentByHost() {
+    return sent(LineEvent::Kind::fromHost);
+}
+
+std::string ConnectedInstrument::sentByInstrument() {
+    return sent(LineEvent::Kind::fromInstrument);
+}
+
+std::string ConnectedInstrument::sent(LineEvent::Kind kind) {
+    std::string bytes;
+    for (const LineEvent& event : log())
+        if (event.kind == kind) bytes += event.bytes;
+    return bytes;
+}
+
+std::vector<LineEvent> ConnectedInstrument::log() {
+    const Lock lock(mutex_);
+    serveLocked();
+    return log_;
+}
+
+void ConnectedInstrument::clearLog() {
+    const Lock lock(mutex_);
+    serveLocked();
+    log_.clear();
+}
+
+void ConnectedInstrument::onEvent(std::function<void(const LineEvent&)> listener) {
+    const Lock lock(mutex_);
+    listener_ = std::move(listener);
+}
+
+std::optional<LineSettings> ConnectedInstrument::settingsOfLastCommand() {
+    const auto events = log();
+    const auto last = std::find_if(events.rbegin(), events.rend(), [](const LineEvent& event) {
+        return event.kind == LineEvent::Kind::fromHost;
+    });
+    if (last == events.rend()) return std::nullopt;
+    return last->settings;
+}
+
+LineSettings ConnectedInstrument::hostSettings() {
+    const Lock lock(mutex_);
+    return line_->hostSettings();
+}
+
+bool ConnectedInstrument::isOpenedByHost() {
+    const Lock lock(mutex_);
+    serveLocked();
+    return line_->isOpen();
+}
+
+std::string ConnectedInstrument::device() {
+    const Lock lock(mutex_);
+    return line_->device();
+}
+
+void ConnectedInstrument::withLine(const std::function<void(HostLine&)>& work) {
+    change([&] { work(*line_); });
+}
+
+void ConnectedInstrument::withBalance(const std::function<void(BalanceModel&)>& work) {
+    change([&] { work(instrument_.balance()); });
+}
+
+void ConnectedInstrument::serve() {
+    const Lock lock(mutex_);
+    serveLocked();
+}
+
+std::vector<int> ConnectedInstrument::descriptors() {
+    const Lock lock(mutex_);
+    return line_->descriptors();
+}
+
+std::optional<ConnectedInstrument::Clock::time_point> ConnectedInstrument::deadline() {
+    const Lock lock(mutex_);
+    std::optional<Moment> first = instrument_.nextEvent();
+    const auto consider = [&](Moment due) { first = first ? std::min(*first, due) : due; };
+    if (!toInstrument_.empty()) consider(toInstrument_.front().due);
+    if (!toHost_.empty()) consider(toHost_.front().due);
+    for (const Fault& fault : instrument_.faults()) {
+        if (fault.from > now()) consider(fault.from);
+        if (fault.until && *fault.until > now()) consider(*fault.until);
+    }
+    if (!first) return std::nullopt;
+    return start_ + *first;
+}
+
+ConnectedInstrument::Moment ConnectedInstrument::moment() const {
+    return std::chrono::duration_cast<Moment>(Clock::now() - start_);
+}
+
+void ConnectedInstrument::serveLocked() {
+    servePlug();
+    line_->serve([this](const HostLine::Arrival& arrival) { takeArrival(arrival); });
+    passToInstrument();
+    instrument_.advance(now());
+    takeAnswers();
+    passToHost();
+}
+
+const Fault* ConnectedInstrument::unplugFault() const {
+    for (const Fault& fault : instrument_.faults())
+        if (fault.name == "unplug" && fault.isActive(now())) return &fault;
+    return nullptr;
+}
+
+void ConnectedInstrument::servePlug() {
+    const Fault* fault = unplugFault();
+    if (fault && !fault->value.empty()) returnsAs_ = fault->value;
+    servePlugs(!fault && !pulled_);
+}
+
+void ConnectedInstrument::servePlugs(bool shouldBePlugged) {
+    if (plugged_ == shouldBePlugged) return;
+    plugged_ = shouldBePlugged;
+    if (!plugged_) {
+        record(LineEvent::Kind::unplugged, line_->device());
+        line_->unplug();
+        return;
+    }
+    line_->plugIn(returnsAs_);
+    record(LineEvent::Kind::pluggedIn, line_->device());
+}
+
+void ConnectedInstrument::takeArrival(const HostLine::Arrival& arrival) {
+    if (!arrival.bytes.empty()) record(LineEvent::Kind::fromHost, arrival.bytes);
+    const auto characters = transmit(arrival.bytes, arrival.settings, settings_);
+    hostFree_ = put(toInstrument_, characters, hostFree_, arrival.settings);
+    passToInstrument();
+    for (unsigned i = 0; i < arrival.breaks; ++i)
+        instrument_.receiveBreak(now());
+}
+
+void ConnectedInstrument::passToInstrument() {
+    for (; !toInstrument_.empty() && toInstrument_.front().due <= moment();
+         toInstrument_.pop_front())
+        instrument_.receive(toInstrument_.front().character, now());
+}
+
+void ConnectedInstrument::takeAnswers() {
+    for (const std::string& bytes : instrument_.takeAnswers()) {
+        if (!line_->isOpen()) {
+            record(LineEvent::Kind::lost, bytes);
+            continue;
+        }
+        record(LineEvent::Kind::fromInstrument, bytes);
+        const auto characters = transmit(bytes, settings_, line_->hostSettings());
+        instrumentFree_ = put(toHost_, characters, instrumentFree_, settings_);
+    }
+}
+
+void ConnectedInstrument::passToHost() {
+    std::vector<Character> arrived;
+    for (; !toHost_.empty() && toHost_.front().due <= moment(); toHost_.pop_front())
+        arrived.push_back(toHost_.front().character);
+    if (!arrived.empty()) line_->deliver(arrived);
+}
+
+/// Puts characters on the line behind those that are on it already; returns when it is free again.
+ConnectedInstrument::Moment ConnectedInstrument::put(std::deque<InTransit>& way,
+                                                     const std::vector<Character>& characters,
+                                                     Moment free,
+                                                     const LineSettings& sender) const {
+    const Moment perCharacter =
+        paced_ && sender.baudRate > 0
+            ? Moment(1'000'000LL * sender.bitsPerCharacter() / sender.baudRate)
+            : Moment(0);
+    free = std::max(free, moment());
+    for (const Character& character : characters) {
+        free += perCharacter;
+        way.push_back({free, character});
+    }
+    return free;
+}
+
+void ConnectedInstrument::record(LineEvent::Kind kind, const std::string& bytes) {
+    log_.push_back({now(), kind, bytes, line_->hostSettings()});
+    if (listener_) listener_(log_.back());
+}
+
+}  // namespace simulator

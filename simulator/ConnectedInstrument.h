@@ -1,0 +1,144 @@
+#pragma once
+
+#include <chrono>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "simulator/Instrument.h"
+#include "simulator/line/HostLine.h"
+
+namespace simulator {
+
+/// How an instrument is set up; each function returns the set-up itself, so that they chain.
+struct Options {
+    std::string device = "/dev/ttyS0";  ///< name under which the host finds the line
+    double load = 0;                    ///< grams on the pan at the beginning
+    std::vector<std::string> switches;  ///< "name=value"
+    std::vector<std::string> faults;    ///< as Fault::parse reads them
+    std::optional<LineSettings> line;   ///< the instrument's settings; empty: as delivered
+    bool paced = false;                 ///< characters take their time on the line
+
+    Options& on(const std::string& path) { return device = path, *this; }
+    Options& withLoad(double grams) { return load = grams, *this; }
+    Options& with(const std::string& setting) { return switches.push_back(setting), *this; }
+    Options& withFault(const std::string& fault) { return faults.push_back(fault), *this; }
+    /// `settings` as LineSettings::parse reads them; throws std::invalid_argument for other text.
+    Options& at(const std::string& settings);
+    Options& withPacing() { return paced = true, *this; }
+};
+
+/// Something that happened on the line, for the log.
+struct LineEvent {
+    enum class Kind {
+        fromHost,        ///< bytes as the host sent them
+        fromInstrument,  ///< bytes as the instrument sent them
+        lost,            ///< bytes of the instrument that nobody listened to
+        unplugged,
+        pluggedIn,
+    };
+
+    Time time;  ///< since the instrument was set up
+    Kind kind;
+    std::string bytes;      ///< of the unplugged and pluggedIn events: the device
+    LineSettings settings;  ///< the host's at that time
+};
+
+/// An instrument in real time at the end of a serial line. Every function may be called from any
+/// thread; none blocks for longer than it takes to do what is due.
+class ConnectedInstrument {
+ public:
+    using Clock = std::chrono::steady_clock;
+
+    /// Throws std::invalid_argument for unknown names in `options`.
+    ConnectedInstrument(const CatalogEntry& entry, const Options& options,
+                        std::unique_ptr<HostLine> line);
+
+    /// The load in grams; the pan settles towards it from now on.
+    void setLoad(double grams);
+    /// A fault as Fault::parse reads it; its times count from the set-up of the instrument.
+    void addFault(const std::string& fault);
+    void clearFaults();
+    /// The line's adapter is pulled out; it is back under the same name or as `device`.
+    void unplug();
+    void plugIn();
+    void plugIn(const std::string& device);
+
+    /// All bytes that the host has sent, and that the instrument has sent to it.
+    std::string sentByHost();
+    std::string sentByInstrument();
+    std::vector<LineEvent> log();
+    void clearLog();
+    /// Called for each event as it happens, on the thread on which it happens.
+    void onEvent(std::function<void(const LineEvent&)> listener);
+
+    /// The line settings in force when the host sent its last bytes; empty before the first.
+    std::optional<LineSettings> settingsOfLastCommand();
+    LineSettings hostSettings();  ///< the host's line settings now
+    LineSettings ownSettings() const { return settings_; }
+    bool isOpenedByHost();
+    std::string device();  ///< the device's present name
+
+    /// Works with the line or the model themselves, for what has no function here.
+    void withLine(const std::function<void(HostLine&)>& work);
+    void withBalance(const std::function<void(BalanceModel&)>& work);
+
+    /// Does everything that is due; called by the bench when a descriptor is readable or the
+    /// deadline has come.
+    void serve();
+    std::vector<int> descriptors();
+    std::optional<Clock::time_point> deadline();
+    /// How the bench learns that descriptors or deadline have changed on another thread.
+    void onChange(std::function<void()> listener) { changed_ = std::move(listener); }
+
+ private:
+    using Lock = std::unique_lock<std::recursive_mutex>;
+    using Moment = std::chrono::microseconds;  // since the set-up
+
+    /// Characters that are on their way along the line.
+    struct InTransit {
+        Moment due;
+        Character character;
+    };
+
+    Moment moment() const;
+    Time now() const { return std::chrono::duration_cast<Time>(moment()); }
+    template <typename Work>
+    void change(const Work& work);
+
+    void serveLocked();
+    void servePlug();
+    void servePlugs(bool shouldBePlugged);
+    const Fault* unplugFault() const;
+    void takeArrival(const HostLine::Arrival& arrival);
+    void passToInstrument();
+    void takeAnswers();
+    void passToHost();
+    Moment put(std::deque<InTransit>& way, const std::vector<Character>& characters, Moment free,
+               const LineSettings& sender) const;
+    void record(LineEvent::Kind kind, const std::string& bytes);
+    std::string sent(LineEvent::Kind kind);
+
+    std::recursive_mutex mutex_;
+    Clock::time_point start_ = Clock::now();
+    Instrument instrument_;
+    LineSettings settings_;
+    bool paced_;
+    std::unique_ptr<HostLine> line_;
+    std::string returnsAs_;
+    bool pulled_ = false;
+    bool plugged_ = true;
+    std::deque<InTransit> toInstrument_;
+    std::deque<InTransit> toHost_;
+    Moment hostFree_{0};
+    Moment instrumentFree_{0};
+    std::vector<LineEvent> log_;
+    std::function<void(const LineEvent&)> listener_;
+    std::function<void()> changed_;
+};
+
+}  // namespace simulator

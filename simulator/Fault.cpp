@@ -1,0 +1,69 @@
+#include "simulator/Fault.h"
+
+#include <regex>
+#include <stdexcept>
+
+namespace simulator {
+namespace {
+
+[[noreturn]] void refuse(const std::string& text, const std::string& why) {
+    throw std::invalid_argument("fault \"" + text + "\": " + why);
+}
+
+const FaultDescription& describe(const std::string& name, const std::string& text) {
+    std::string names;
+    for (const auto& each : faults()) {
+        if (each.name == name) return each;
+        names += (names.empty() ? "" : ", ") + each.name;
+    }
+    refuse(text, "there is no such fault; there are " + names);
+}
+
+Time timeIn(const std::string& part, const std::string& text) {
+    const auto time = parseTime(part);
+    if (!time) refuse(text, "\"" + part + "\" is no time such as 500ms or 2s");
+    return *time;
+}
+
+void checkValue(const Fault& fault, const std::string& text) {
+    static const std::regex count("[0-9]{1,4}");
+    if (fault.name == "late") timeIn(fault.value, text);
+    if ((fault.name == "truncated" || fault.name == "noise") &&
+        !std::regex_match(fault.value, count))
+        refuse(text, "the value is a number of characters");
+}
+
+}  // namespace
+
+Fault Fault::parse(const std::string& text) {
+    static const std::regex form("([a-z]+)(=([^@]+))?(@([^+]+)(\\+(.+))?)?");
+    std::smatch part;
+    if (!std::regex_match(text, part, form))
+        refuse(text, "a fault is written NAME[=VALUE][@START[+DURATION]]");
+    const FaultDescription& description = describe(part[1], text);
+    Fault fault;
+    fault.name = description.name;
+    fault.value = part[3].matched ? part[3].str() : description.initial;
+    if (part[5].matched) fault.from = timeIn(part[5], text);
+    if (part[7].matched) fault.until = fault.from + timeIn(part[7], text);
+    checkValue(fault, text);
+    return fault;
+}
+
+const std::vector<FaultDescription>& faults() {
+    static const std::vector<FaultDescription> all = {
+        {"busy", "", "the pan never comes to rest and nothing that needs it is carried out"},
+        {"late", "1500ms", "answers come late by the value, a time"},
+        {"noise", "5", "this many characters of rubbish come ahead of every answer"},
+        {"overload", "", "the load is above the balance's range"},
+        {"silent", "", "the instrument answers nothing"},
+        {"truncated", "5", "only this many characters of every answer come"},
+        {"underload", "", "the load is below the balance's range"},
+        {"unplug", "",
+         "the port's adapter is pulled out; with a duration it comes back, as the "
+         "device named by the value if there is one"},
+    };
+    return all;
+}
+
+}  // namespace simulator

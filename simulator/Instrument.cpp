@@ -1,0 +1,116 @@
+#include "simulator/Instrument.h"
+
+#include <algorithm>
+
+namespace simulator {
+namespace {
+
+Switches chosen(const CatalogEntry& entry, const std::vector<std::string>& settings) {
+    Switches switches(entry.switches);
+    for (const auto& setting : settings)
+        switches.choose(setting);
+    return switches;
+}
+
+}  // namespace
+
+Instrument::Instrument(const CatalogEntry& entry, const std::vector<std::string>& switches)
+    : balance_(entry.balance), dialect_(entry.createDialect(balance_, chosen(entry, switches))) {}
+
+void Instrument::powerUp(Time now) {
+    advance(now);
+    dialect_->powerUp();
+    collectAnswers();
+}
+
+void Instrument::receive(const Character& character, Time now) {
+    advance(now);
+    dialect_->receive(character);
+    collectAnswers();
+}
+
+void Instrument::receive(const std::string& bytes, Time now) {
+    for (const char byte : bytes)
+        receive(Character{byte}, now);
+}
+
+void Instrument::receiveBreak(Time now) {
+    advance(now);
+    dialect_->receiveBreak();
+    collectAnswers();
+}
+
+void Instrument::advance(Time now) {
+    for (auto next = dialect_->nextTask(); next && *next <= now; next = dialect_->nextTask()) {
+        balance_.advance(*next);
+        applyConditions();
+        dialect_->runDueTasks();
+        collectAnswers();
+    }
+    balance_.advance(now);
+    applyConditions();
+}
+
+std::vector<std::string> Instrument::takeAnswers() {
+    std::vector<std::string> answers;
+    while (!answers_.empty() && answers_.front().due <= balance_.now()) {
+        answers.push_back(std::move(answers_.front().bytes));
+        answers_.pop_front();
+    }
+    return answers;
+}
+
+std::string Instrument::takeOutput() {
+    std::string output;
+    for (const auto& answer : takeAnswers())
+        output += answer;
+    return output;
+}
+
+std::optional<Time> Instrument::nextEvent() const {
+    const auto task = dialect_->nextTask();
+    if (answers_.empty()) return task;
+    return task ? std::min(*task, answers_.front().due) : answers_.front().due;
+}
+
+const Fault* Instrument::activeFault(const std::string& name) const {
+    const auto found = std::find_if(faults_.begin(), faults_.end(), [&](const Fault& fault) {
+        return fault.name == name && fault.isActive(balance_.now());
+    });
+    return found == faults_.end() ? nullptr : &*found;
+}
+
+void Instrument::applyConditions() {
+    const bool busy = activeFault("busy");
+    dialect_->setBusy(busy);
+    balance_.forceUnstable(busy);
+    auto range = Reading::Range::inside;
+    if (activeFault("overload")) range = Reading::Range::over;
+    if (activeFault("underload")) range = Reading::Range::under;
+    balance_.forceRange(range);
+}
+
+void Instrument::collectAnswers() {
+    for (std::string& bytes : dialect_->takeAnswers()) {
+        if (activeFault("silent")) continue;
+        spoil(bytes);
+        const Fault* late = activeFault("late");
+        Time due = balance_.now() + (late ? *parseTime(late->value) : Time(0));
+        if (!answers_.empty()) due = std::max(due, answers_.back().due);
+        answers_.push_back({due, bytes});
+    }
+}
+
+void Instrument::spoil(std::string& bytes) {
+    if (const Fault* truncated = activeFault("truncated"))
+        bytes.resize(std::min<std::size_t>(bytes.size(), std::stoul(truncated->value)));
+    if (const Fault* noise = activeFault("noise")) {
+        std::uniform_int_distribution<int> anyByte(0, 255);
+        std::string rubbish(std::stoul(noise->value), '\0');
+        for (char& byte : rubbish)
+            byte = static_cast<char>(anyByte(random_));
+        bytes.insert(0, rubbish);
+    }
+}
+
+}  // namespace simulator

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <deque>
+#include <memory>
+#include <optional>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "simulator/Catalog.h"
+#include "simulator/Fault.h"
+
+namespace simulator {
+
+/// A complete simulated instrument: what it is, what it says and what is wrong with it. Characters
+/// go in and bytes come out, both with their time; it knows when it wants to be called next. Used
+/// from one thread.
+class Instrument {
+ public:
+    /// `switches` are "name=value" texts; throws std::invalid_argument for one that does not exist.
+    explicit Instrument(const CatalogEntry& entry, const std::vector<std::string>& switches = {});
+
+    BalanceModel& balance() { return balance_; }
+    void addFault(const Fault& fault) { faults_.push_back(fault); }
+    void clearFaults() { faults_.clear(); }
+    const std::vector<Fault>& faults() const { return faults_; }
+
+    /// The mains are switched on at `now`.
+    void powerUp(Time now);
+    /// Something has arrived from the host at `now`.
+    void receive(const Character& character, Time now);
+    void receive(const std::string& bytes, Time now);
+    void receiveBreak(Time now);
+
+    /// Lets time pass up to `now`, which never goes back.
+    void advance(Time now);
+    /// The answers that have left the instrument until the time of the last call, in order.
+    std::vector<std::string> takeAnswers();
+    /// The same as one string.
+    std::string takeOutput();
+    /// When advance is to be called next, if nothing arrives before.
+    std::optional<Time> nextEvent() const;
+
+ private:
+    struct Answer {
+        Time due;
+        std::string bytes;
+    };
+
+    const Fault* activeFault(const std::string& name) const;
+    void applyConditions();
+    void collectAnswers();
+    void spoil(std::string& bytes);
+
+    BalanceModel balance_;
+    std::unique_ptr<Dialect> dialect_;
+    std::vector<Fault> faults_;
+    std::deque<Answer> answers_;
+    std::mt19937 random_{1};
+};
+
+}  // namespace simulator

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "simulator/Time.h"
+
+namespace simulator {
+
+/// One option in which instruments of a kind differ, or in which what they do is not known.
+struct SwitchDescription {
+    std::string name;                  ///< "reset-answer"
+    std::string initial;               ///< value when nothing is chosen
+    std::vector<std::string> allowed;  ///< values; empty: any text that `isTime` allows
+    std::string sentence;              ///< what it changes, for the list of instruments
+    bool isTime = false;               ///< a time such as "10s" or "500ms"
+};
+
+/// The switches of one instrument as they are set.
+class Switches {
+ public:
+    explicit Switches(std::vector<SwitchDescription> descriptions);
+
+    /// Sets one switch from "name=value"; "name" alone means "name=on". Throws
+    /// std::invalid_argument, saying what is allowed, for an unknown name or value.
+    void choose(const std::string& setting);
+
+    /// The value of a switch; the name must be one of the descriptions.
+    const std::string& text(const std::string& name) const { return values_.at(name); }
+    bool isOn(const std::string& name) const { return text(name) == "on"; }
+    Time time(const std::string& name) const { return *parseTime(text(name)); }
+
+ private:
+    const SwitchDescription& describe(const std::string& name) const;
+
+    std::vector<SwitchDescription> descriptions_;
+    std::map<std::string, std::string> values_;
+};
+
+/// A switch that is on or off.
+SwitchDescription onOff(const std::string& name, bool initiallyOn, const std::string& sentence);
+
+}  // namespace simulator

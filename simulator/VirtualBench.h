@@ -1,0 +1,59 @@
+#pragma once
+
+#include <atomic>
+#include <filesystem>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "simulator/ConnectedInstrument.h"
+
+namespace simulator {
+
+/// A bench with simulated instruments on serial lines, served in real time by one thread. Programs
+/// started while the bench exists, with the virtual-line object preloaded, find the instruments at
+/// their devices; so does this very process when it is linked to that object:
+///
+///     VirtualBench bench;
+///     auto& balance = bench.place("mettler-toledo", Options().on("/dev/ttyS0").withLoad(12.34));
+///     ... any serial port code, such as a driver that opens /dev/ttyS0 ...
+///     EXPECT_EQ(balance.sentByHost(), "@\r\nS\r\n");
+///
+/// The bench owns its directory of lines and names it in WBALANCE_VIRTUAL_LINES for as long as it
+/// lives; so there is one bench at a time in a process.
+class VirtualBench {
+ public:
+    VirtualBench();   ///< throws std::system_error when it cannot create its directory
+    ~VirtualBench();  ///< hangs up every line
+    VirtualBench(const VirtualBench&) = delete;
+    VirtualBench& operator=(const VirtualBench&) = delete;
+
+    /// Sets up the instrument of this catalog name on a virtual line. The instrument belongs to the
+    /// bench. Throws std::invalid_argument for unknown names, switches, faults and devices.
+    ConnectedInstrument& place(const std::string& instrument, const Options& options = {});
+
+    /// The same on a bare pseudo-terminal, whose path is the instrument's device().
+    ConnectedInstrument& placeOnTerminal(const std::string& instrument,
+                                         const Options& options = {});
+
+    /// Where the lines' files are: the value of WBALANCE_VIRTUAL_LINES.
+    const std::filesystem::path& directory() const { return directory_; }
+
+ private:
+    ConnectedInstrument& add(std::unique_ptr<ConnectedInstrument> instrument);
+    std::vector<ConnectedInstrument*> instruments();
+    void wake() const;
+    void serveUntilStopped();
+    void waitForWork(const std::vector<ConnectedInstrument*>& served) const;
+
+    std::filesystem::path directory_;
+    std::mutex mutex_;
+    std::vector<std::unique_ptr<ConnectedInstrument>> instruments_;
+    int wakeUp_ = -1;
+    std::atomic<bool> stopping_{false};
+    std::thread thread_;
+};
+
+}  // namespace simulator

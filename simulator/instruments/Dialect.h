@@ -1,0 +1,129 @@
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <list>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "simulator/Time.h"
+#include "simulator/line/Uart.h"
+#include "simulator/model/BalanceModel.h"
+
+namespace simulator {
+
+/// What a balance says: it cuts arriving bytes into commands, carries them out on a BalanceModel
+/// and queues its answers. A derived class
+///   - fills the command table in its constructor with on(), and says what an unknown command gets
+///     in unknown();
+///   - chooses how commands are cut off: complete lines by default, override cutCommand() for
+///     commands without a line end;
+///   - answers with say(), at once or from whenStable(), after() and every().
+class Dialect {
+ public:
+    /// `lineEnd` ends commands and answers alike; see setAnswerEnd for instruments that differ.
+    Dialect(BalanceModel& balance, std::string lineEnd);
+    virtual ~Dialect();
+    Dialect(const Dialect&) = delete;
+    Dialect& operator=(const Dialect&) = delete;
+
+    /// The mains are switched on; some instruments speak up unasked.
+    virtual void powerUp() {}
+
+    /// One character has arrived from the host.
+    void receive(const Character& character);
+    /// The host has sent a break condition.
+    virtual void receiveBreak() {}
+
+    /// Does everything that is due at the model's time. Call after each advance of the model.
+    void runDueTasks();
+    /// When something is due next; empty while the instrument waits for commands only.
+    std::optional<Time> nextTask() const;
+
+    /// The answers since the last call, in order; one entry per say() or send().
+    std::vector<std::string> takeAnswers();
+
+    /// A fault: while busy, the balance does nothing that needs a pan at rest.
+    void setBusy(bool busy) { busy_ = busy; }
+
+ protected:
+    using Action = std::function<void()>;
+    /// What a command does with what stood behind it (without the separating blank).
+    using Handler = std::function<void(const std::string& parameters)>;
+
+    /// Adds a command to the table. A command is known by its first word.
+    void on(const std::string& command, Handler handler);
+    /// Adds a command that takes no parameters; with parameters it gets refuse().
+    void onPlain(const std::string& command, Action action);
+
+    /// Something that is in no row of the table.
+    virtual void unknown(const std::string& command) = 0;
+    /// A known command whose parameters make no sense; as unknown unless overridden.
+    virtual void refuse(const std::string& command) { unknown(command); }
+    /// A command with a character of wrong parity or without stop bit has arrived: once per
+    /// command, what was received of it is dropped and what follows is ignored up to its end.
+    virtual void spoiled() {}
+    /// Whether a command is carried out at once although another one still waits for the pan to
+    /// come to rest. Others are kept until the wait is over.
+    virtual bool interrupts(const std::string&) const { return false; }
+
+    /// Cuts the first complete command off `received`; empty when none is complete yet. By default
+    /// a command is what stands before the line end. For commands without a line end see cutKey.
+    virtual std::optional<std::string> cutCommand(std::string& received);
+    /// For commands without a line end: cuts off the first row of the table that `received` begins
+    /// with (the longest that fits), or a single character that begins no row.
+    std::optional<std::string> cutKey(std::string& received) const;
+    /// Carries one command out: looks its first word up in the table.
+    virtual void execute(const std::string& command);
+
+    void say(const std::string& line) { send(line + answerEnd_); }  ///< answers one line
+    void send(const std::string& bytes);                            ///< answers bytes as they are
+    void setAnswerEnd(std::string end) { answerEnd_ = std::move(end); }
+
+    /// Runs `then` as soon as the pan is at rest, at once if it is; `timedOut` instead when that
+    /// takes longer than `patience`. While busy the pan never counts as being at rest.
+    void whenStable(Time patience, Action then, Action timedOut);
+    void after(Time delay, Action action);   ///< runs `action` once
+    void every(Time period, Action action);  ///< runs `action` now and then at each period
+    void stopRepeating();                    ///< ends what every() began
+    void cancelAll();  ///< forgets what is waited for, delayed, repeated and kept
+
+    BalanceModel& balance() { return balance_; }
+    const BalanceModel& balance() const { return balance_; }
+    Time now() const { return balance_.now(); }
+    bool isBusy() const { return busy_; }
+
+ private:
+    /// A wait holds later commands back; a repetition can be stopped by itself.
+    enum class Kind { wait, delay, repetition };
+    struct Task {
+        Kind kind;
+        Time due;
+        std::function<std::optional<Time>()> run;  ///< returns when it is due again
+    };
+
+    void runTask(std::list<Task>::iterator due);
+    void executeKept();
+    bool holdsCommands() const;
+    bool isSpoiled();
+
+    BalanceModel& balance_;
+    std::string lineEnd_;
+    std::string answerEnd_;
+    std::map<std::string, Handler> commands_;
+    std::string received_;
+    std::deque<std::string> kept_;
+    std::vector<std::string> answers_;
+    std::list<Task> tasks_;
+    std::optional<Time> spoiledAt_;
+    bool busy_ = false;
+};
+
+/// Text padded with blanks in front to `width` characters; longer text stays as it is.
+std::string rightAligned(const std::string& text, std::size_t width);
+/// Text padded with blanks behind to `width` characters; longer text stays as it is.
+std::string leftAligned(const std::string& text, std::size_t width);
+
+}  // namespace simulator

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "simulator/line/LineSettings.h"
+#include "simulator/line/Uart.h"
+
+namespace simulator {
+
+/// The host's end of a serial line as the serving side sees it. Used from one thread; nothing
+/// blocks.
+class HostLine {
+ public:
+    HostLine() = default;
+    virtual ~HostLine() = default;
+    HostLine(const HostLine&) = delete;
+    HostLine& operator=(const HostLine&) = delete;
+
+    /// The path that a host opens.
+    virtual const std::string& device() const = 0;
+
+    /// Descriptors to poll for input at this moment.
+    virtual std::vector<int> descriptors() const = 0;
+
+    /// Bytes that arrived together, the settings at which they were sent, and break conditions.
+    struct Arrival {
+        std::string bytes;
+        LineSettings settings;
+        unsigned breaks = 0;
+    };
+
+    /// Takes over what the host did: bytes, opening, closing, settings. Call when a descriptor is
+    /// readable; `arrived` is called for what the host sent.
+    virtual void serve(const std::function<void(const Arrival&)>& arrived) = 0;
+
+    /// Hands characters to the host as its port reads them; they are lost while it is closed.
+    virtual void deliver(const std::vector<Character>& characters) = 0;
+
+    /// Whether a host has the line open.
+    virtual bool isOpen() const = 0;
+
+    /// The settings that the host has made last.
+    virtual LineSettings hostSettings() const = 0;
+
+    /// The adapter is pulled out: the host's open port is hung up, the device is gone.
+    virtual void unplug() = 0;
+    /// The adapter is back, as a new device of this name.
+    virtual void plugIn(const std::string& device) = 0;
+};
+
+}  // namespace simulator

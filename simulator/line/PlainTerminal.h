@@ -1,0 +1,33 @@
+#pragma once
+
+#include <memory>
+
+#include "simulator/line/HostLine.h"
+#include "simulator/line/PseudoTerminal.h"
+
+namespace simulator {
+
+/// A line for hosts into which nothing is loaded: a bare pseudo-terminal that any software opens by
+/// its path. A pseudo-terminal does not tell the host's settings, so they are taken to be right.
+class PlainTerminal final : public HostLine {
+ public:
+    /// `assumed` are the host's settings as far as this line knows.
+    explicit PlainTerminal(const LineSettings& assumed);
+
+    const std::string& device() const override { return terminal_->path(); }
+    std::vector<int> descriptors() const override { return {terminal_->descriptor()}; }
+    void serve(const std::function<void(const Arrival&)>& arrived) override;
+    void deliver(const std::vector<Character>& characters) override;
+    bool isOpen() const override { return true; }
+    LineSettings hostSettings() const override { return assumed_; }
+    /// Hangs the host up; a new pseudo-terminal under a new path takes the old one's place.
+    void unplug() override;
+    /// The new path is the system's choice, not `device`.
+    void plugIn(const std::string& device) override;
+
+ private:
+    LineSettings assumed_;
+    std::unique_ptr<PseudoTerminal> terminal_;
+};
+
+}  // namespace simulator

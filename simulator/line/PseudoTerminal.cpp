@@ -1,0 +1,76 @@
+#include "simulator/line/PseudoTerminal.h"
+
+#include <fcntl.h>
+#include <stdlib.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <system_error>
+
+namespace simulator {
+namespace {
+
+constexpr std::size_t devPtsLength = sizeof("/dev/pts/") - 1;
+
+[[noreturn]] void failWith(const char* what) {
+    throw std::system_error(errno, std::generic_category(), what);
+}
+
+int openRaw(const std::string& path) {
+    const int slave = ::open(path.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
+    if (slave < 0) failWith("cannot open the pseudo-terminal");
+    termios settings = {};
+    tcgetattr(slave, &settings);
+    cfmakeraw(&settings);
+    cfsetspeed(&settings, B9600);
+    tcsetattr(slave, TCSANOW, &settings);
+    return slave;
+}
+
+}  // namespace
+
+PseudoTerminal::PseudoTerminal() {
+    master_ = posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+    std::array<char, 64> name = {};
+    if (master_ < 0 || grantpt(master_) != 0 || unlockpt(master_) != 0 ||
+        ptsname_r(master_, name.data(), name.size()) != 0)
+        failWith("cannot create a pseudo-terminal");
+    path_ = name.data();
+    ::close(openRaw(path_));
+}
+
+PseudoTerminal::~PseudoTerminal() {
+    if (held_ >= 0) ::close(held_);
+    ::close(master_);
+}
+
+unsigned PseudoTerminal::number() const {
+    return static_cast<unsigned>(std::stoul(path_.substr(devPtsLength)));
+}
+
+void PseudoTerminal::holdOpen() {
+    if (held_ < 0) held_ = openRaw(path_);
+}
+
+std::string PseudoTerminal::read(bool* hungUp) {
+    std::string bytes;
+    std::array<char, 4096> buffer;
+    for (;;) {
+        const ssize_t count = ::read(master_, buffer.data(), buffer.size());
+        if (count > 0) {
+            bytes.append(buffer.data(), static_cast<std::size_t>(count));
+            continue;
+        }
+        *hungUp = count < 0 && errno == EIO;
+        return bytes;
+    }
+}
+
+std::size_t PseudoTerminal::write(const std::string& bytes) {
+    const ssize_t count = ::write(master_, bytes.data(), bytes.size());
+    return count < 0 ? 0 : static_cast<std::size_t>(count);
+}
+
+}  // namespace simulator

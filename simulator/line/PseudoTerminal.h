@@ -1,0 +1,35 @@
+#pragma once
+
+#include <string>
+
+namespace simulator {
+
+/// The serving end of a pseudo-terminal. The other end is left in raw mode at 9600 baud.
+class PseudoTerminal {
+ public:
+    /// Throws std::system_error when the system gives no pseudo-terminal.
+    PseudoTerminal();
+    ~PseudoTerminal();  ///< hangs the other end up
+    PseudoTerminal(const PseudoTerminal&) = delete;
+    PseudoTerminal& operator=(const PseudoTerminal&) = delete;
+
+    int descriptor() const { return master_; }         ///< for poll; do not close
+    unsigned number() const;                           ///< N of "/dev/pts/N"
+    const std::string& path() const { return path_; }  ///< "/dev/pts/N"
+
+    /// Keeps the other end open from here, so that it is never seen as hung up between two users.
+    void holdOpen();
+
+    /// All bytes that wait; sets `hungUp` when nobody has the other end open any more.
+    std::string read(bool* hungUp);
+
+    /// Writes without waiting; returns how many bytes the other end's buffer took.
+    std::size_t write(const std::string& bytes);
+
+ private:
+    int master_ = -1;
+    int held_ = -1;
+    std::string path_;
+};
+
+}  // namespace simulator

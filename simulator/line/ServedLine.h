@@ -1,0 +1,53 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <cstdint>
+
+#include "simulator/line/VirtualLineState.h"
+
+namespace simulator {
+
+/// The host's side of one served device, found anew for every call: nothing is kept in the host's
+/// process, so duplicated, inherited and passed-on descriptors, fork, exec and threads need no
+/// care. Uses nothing but the C library, because it is loaded into programs that are not ours.
+class ServedLine {
+ public:
+    /// The line behind a path such as "/dev/ttyS0"; empty when that device is not served.
+    static ServedLine atPath(const char* path);
+
+    /// The line whose pseudo-terminal `descriptor` is; empty for every other descriptor.
+    static ServedLine ofDescriptor(int descriptor);
+
+    /// Writes the path that stands for `path` to `redirected` when it is the lock file of a served
+    /// device or the directory of lock files. Returns false, writing nothing, for all other paths.
+    static bool redirectsLock(const char* path, char* redirected, size_t size);
+
+    ServedLine(ServedLine&& other) noexcept;
+    ServedLine(const ServedLine&) = delete;
+    ServedLine& operator=(const ServedLine&) = delete;
+    ServedLine& operator=(ServedLine&&) = delete;
+    ~ServedLine();
+
+    explicit operator bool() const { return state_ != nullptr; }
+    VirtualLineState* operator->() const { return state_; }
+
+    /// The device number that a node of this name has on a real system.
+    dev_t deviceNumber() const;
+
+    /// Waits, for half a second at most, until the serving side has taken over all that was sent.
+    void rendezvous() const;
+
+    /// Waits, for half a second at most, until a TIOCEXCL of a host that has gone is lifted.
+    /// Returns whether the line is still claimed.
+    bool staysExclusive() const;
+
+ private:
+    explicit ServedLine(const char* fileName);
+
+    bool ring() const;
+
+    VirtualLineState* state_ = nullptr;
+};
+
+}  // namespace simulator

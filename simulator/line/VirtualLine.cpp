@@ -1,0 +1,233 @@
+#include "simulator/line/VirtualLine.h"
+
+#include <fcntl.h>
+#include <linux/futex.h>
+#include <sys/ioctl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <climits>
+#include <cstring>
+#include <new>
+#include <regex>
+#include <stdexcept>
+#include <system_error>
+
+namespace simulator {
+namespace {
+
+constexpr std::uint64_t newPortSettings = packSettings(CS8, 0, 9600);
+constexpr unsigned hostControlLines = TIOCM_DTR | TIOCM_RTS;
+constexpr unsigned readyInstrument = TIOCM_CTS | TIOCM_DSR | TIOCM_CD;
+
+[[noreturn]] void failWith(const std::string& what) {
+    throw std::system_error(errno, std::generic_category(), what);
+}
+
+std::string nameOf(const std::string& device) {
+    return device.substr(sizeof("/dev/") - 1);
+}
+
+VirtualLineState* mapNewState(const std::filesystem::path& file) {
+    const int descriptor = ::open(file.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    if (descriptor < 0 || ::ftruncate(descriptor, sizeof(VirtualLineState)) != 0)
+        failWith("cannot serve " + file.string());
+    void* memory = ::mmap(nullptr, sizeof(VirtualLineState), PROT_READ | PROT_WRITE, MAP_SHARED,
+                          descriptor, 0);
+    ::close(descriptor);
+    if (memory == MAP_FAILED) failWith("cannot map " + file.string());
+    return new (memory) VirtualLineState();
+}
+
+int openNewBell(const std::filesystem::path& file) {
+    if (::mkfifo(file.c_str(), 0666) != 0) failWith("cannot create " + file.string());
+    const int bell = ::open(file.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
+    if (bell < 0) failWith("cannot open " + file.string());
+    return bell;
+}
+
+void wakeWaiters(std::atomic<std::uint32_t>& word) {
+    ::syscall(SYS_futex, reinterpret_cast<std::uint32_t*>(&word), FUTEX_WAKE, INT_MAX);
+}
+
+Parity parityOf(tcflag_t control) {
+    if (!(control & PARENB)) return Parity::none;
+    const bool odd = control & PARODD;
+    if (control & CMSPAR) return odd ? Parity::mark : Parity::space;
+    return odd ? Parity::odd : Parity::even;
+}
+
+int dataBitsOf(tcflag_t control) {
+    switch (control & CSIZE) {
+        case CS5:
+            return 5;
+        case CS6:
+            return 6;
+        case CS7:
+            return 7;
+        default:
+            return 8;
+    }
+}
+
+LineSettings unpacked(std::uint64_t settings) {
+    const tcflag_t control = packedLineFlags(settings);
+    LineSettings line;
+    line.baudRate = static_cast<int>(packedBaudRate(settings));
+    line.dataBits = dataBitsOf(control);
+    line.parity = parityOf(control);
+    line.stopBits = control & CSTOPB ? 2 : 1;
+    if (packedXonXoff(settings)) line.flowControl = FlowControl::software;
+    if (control & CRTSCTS) line.flowControl = FlowControl::hardware;
+    return line;
+}
+
+}  // namespace
+
+VirtualLine::VirtualLine(std::filesystem::path directory, const std::string& device)
+    : directory_(std::move(directory)) {
+    plugIn(device);
+}
+
+VirtualLine::~VirtualLine() {
+    unplug();
+    for (const auto& [name, served] : served_) {
+        ::close(served.bell);
+        ::munmap(served.state, sizeof *served.state);
+        std::error_code ignored;
+        for (const auto& each : {name, name + ".bell", "LCK.." + name})
+            std::filesystem::remove(file(each), ignored);
+    }
+}
+
+bool VirtualLine::canServe(const std::string& device) {
+    static const std::regex form("/dev/tty(S|USB)[0-9]{1,5}");
+    return std::regex_match(device, form);
+}
+
+void VirtualLine::plugIn(const std::string& device) {
+    if (!canServe(device)) throw std::invalid_argument("cannot serve the device " + device);
+    if (terminal_) unplug();
+    device_ = device;
+    const std::string name = nameOf(device);
+    if (served_.count(name) == 0) served_[name] = create(name);
+    state_ = served_[name].state;
+    bell_ = served_[name].bell;
+    terminal_ = std::make_unique<PseudoTerminal>();
+    state_->ptsNumber = terminal_->number();
+    state_->settings = newPortSettings;
+    state_->controlLines = readyInstrument;
+    breaksSeen_ = state_->breaks;
+    linkTerminal();
+    state_->layout = VirtualLineState::currentLayout;
+    state_->present = 1;
+}
+
+VirtualLine::Served VirtualLine::create(const std::string& name) const {
+    Served served;
+    served.state = mapNewState(file(name));
+    name.copy(served.state->name, sizeof served.state->name - 1);
+    served.state->mode = 0660;
+    served.state->group = 20;
+    served.bell = openNewBell(file(name + ".bell"));
+    return served;
+}
+
+void VirtualLine::linkTerminal() const {
+    const auto link = file("pts" + std::to_string(terminal_->number()));
+    std::error_code ignored;
+    std::filesystem::remove(link, ignored);
+    std::filesystem::create_symlink(nameOf(device_), link);
+}
+
+void VirtualLine::unplug() {
+    if (!terminal_) return;
+    state_->present = 0;
+    std::error_code ignored;
+    std::filesystem::remove(file("pts" + std::to_string(terminal_->number())), ignored);
+    hungUp();
+    terminal_.reset();
+}
+
+/// The bell always; the terminal only while open, since a closed one would always be ready.
+std::vector<int> VirtualLine::descriptors() const {
+    if (!isOpen()) return {bell_};
+    return {bell_, terminal_->descriptor()};
+}
+
+void VirtualLine::serve(const std::function<void(const Arrival&)>& arrived) {
+    const std::uint32_t requests = state_->requests;
+    emptyBell();
+    if (terminal_) {
+        if (requests != state_->acknowledged) opened();
+        const Arrival arrival = takeBytes();
+        if (!arrival.bytes.empty() || arrival.breaks > 0) arrived(arrival);
+    }
+    if (requests == state_->acknowledged) return;
+    state_->acknowledged = requests;
+    wakeWaiters(state_->acknowledged);
+}
+
+void VirtualLine::emptyBell() const {
+    std::array<char, 64> rings;
+    while (::read(bell_, rings.data(), rings.size()) > 0) {
+    }
+}
+
+HostLine::Arrival VirtualLine::takeBytes() {
+    Arrival arrival;
+    bool gone = false;
+    arrival.bytes = terminal_->read(&gone);
+    arrival.settings = hostSettings();
+    const unsigned breaks = state_->breaks;
+    arrival.breaks = breaks - breaksSeen_;
+    breaksSeen_ = breaks;
+    if (gone) hungUp();
+    return arrival;
+}
+
+/// Whoever rings has the port open, at least for the moment. Opening raises DTR and RTS.
+void VirtualLine::opened() {
+    if (state_->hostOpen) return;
+    state_->controlLines |= hostControlLines;
+    state_->hostOpen = 1;
+}
+
+/// The last descriptor is closed: a claim of the port and the host's control lines go with it.
+void VirtualLine::hungUp() {
+    state_->hostOpen = 0;
+    state_->exclusive = 0;
+    state_->controlLines &= ~hostControlLines;
+}
+
+void VirtualLine::deliver(const std::vector<Character>& characters) {
+    if (!isOpen()) return;
+    const std::uint64_t settings = state_->settings;
+    std::string bytes;
+    for (const Character& character : characters) {
+        const bool checked = packedParityCheck(settings) && character.isDamaged();
+        if (checked && packedIgnoreDamaged(settings)) continue;
+        bytes += checked ? '\0' : character.byte;
+    }
+    terminal_->write(bytes);
+}
+
+LineSettings VirtualLine::hostSettings() const {
+    return unpacked(state_->settings);
+}
+
+void VirtualLine::setInstrumentControlLines(unsigned bits) {
+    state_->controlLines = (state_->controlLines & hostControlLines) | (bits & ~hostControlLines);
+}
+
+void VirtualLine::setNode(const Node& node) {
+    state_->mode = node.mode;
+    state_->owner = node.owner;
+    state_->group = node.group;
+}
+
+}  // namespace simulator

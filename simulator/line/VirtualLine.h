@@ -1,0 +1,78 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <string>
+
+#include "simulator/line/HostLine.h"
+#include "simulator/line/PseudoTerminal.h"
+#include "simulator/line/VirtualLineState.h"
+
+namespace simulator {
+
+/// The serving side of one virtual serial line: a device such as "/dev/ttyS0" that exists for the
+/// programs into which the virtual-line object is loaded and whose WBALANCE_VIRTUAL_LINES names
+/// `directory`.
+class VirtualLine final : public HostLine {
+ public:
+    /// What stat says of the node.
+    struct Node {
+        unsigned mode;  ///< permission bits, 0660 at first
+        uid_t owner;    ///< 0 at first
+        gid_t group;    ///< 20 at first, which is dialout on Debian
+    };
+
+    /// Serves `device` ("/dev/ttyS<N>" or "/dev/ttyUSB<N>"). Throws std::invalid_argument for
+    /// another name, std::system_error when files or pseudo-terminal cannot be created.
+    VirtualLine(std::filesystem::path directory, const std::string& device);
+    ~VirtualLine() override;
+
+    /// Whether `device` is a name that can be served.
+    static bool canServe(const std::string& device);
+
+    const std::string& device() const override { return device_; }
+    std::vector<int> descriptors() const override;
+    void serve(const std::function<void(const Arrival&)>& arrived) override;
+    void deliver(const std::vector<Character>& characters) override;
+    bool isOpen() const override { return terminal_ && state_->hostOpen; }
+    LineSettings hostSettings() const override;
+    void unplug() override;
+    void plugIn(const std::string& device) override;
+
+    /// TIOCM_ bits of the host (DTR, RTS) and of the instrument (CTS, DSR, CD, RI).
+    unsigned controlLines() const { return state_->controlLines; }
+    void setInstrumentControlLines(unsigned bits);
+
+    /// What open reports instead of opening: an errno, 0 for opening as usual.
+    void refuseOpen(int error) { state_->openError = error; }
+    void setNode(const Node& node);
+
+ private:
+    /// Files of one device name that this line has had; they stay until the line ends, so that an
+    /// unplugged name is absent rather than the real system's device of that name.
+    struct Served {
+        VirtualLineState* state = nullptr;
+        int bell = -1;
+    };
+
+    std::filesystem::path file(const std::string& name) const { return directory_ / name; }
+    Served create(const std::string& name) const;
+    void linkTerminal() const;
+    void emptyBell() const;
+    void opened();
+    void hungUp();
+    Arrival takeBytes();
+
+    std::filesystem::path directory_;
+    std::string device_;
+    std::map<std::string, Served> served_;
+    std::unique_ptr<PseudoTerminal> terminal_;
+    VirtualLineState* state_ = nullptr;
+    int bell_ = -1;
+    unsigned breaksSeen_ = 0;
+};
+
+}  // namespace simulator

@@ -1,0 +1,408 @@
+// The calls of the C library through which a host reaches a serial port. Each is passed on
+// unchanged unless it concerns a served device: then the bytes go through a pseudo-terminal, which
+// knows 8 data bits without parity only, while data bits, parity, stop bits and hardware flow
+// control are remembered in the shared state and handed back as if the port had taken them.
+
+#include <dlfcn.h>
+#include <errno.h>
+#include <fcntl.h>
+#include <limits.h>
+#include <stdarg.h>
+#include <stddef.h>
+#include <stdio.h>
+#include <string.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
+#include <unistd.h>
+
+#include "simulator/line/ServedLine.h"
+
+/// The kernel's settings with free baud rates. Its header cannot be included beside <termios.h>;
+/// without the two speeds it is the kernel's plain settings.
+struct termios2 {
+    tcflag_t c_iflag;
+    tcflag_t c_oflag;
+    tcflag_t c_cflag;
+    tcflag_t c_lflag;
+    cc_t c_line;
+    cc_t c_cc[19];
+    speed_t c_ispeed;
+    speed_t c_ospeed;
+};
+
+namespace {
+
+using simulator::ServedLine;
+
+constexpr size_t plainTermiosSize = offsetof(termios2, c_ispeed);
+
+/// The C library's own function of this name (or that of the next preloaded object).
+template <typename Function>
+Function* next(Function*, const char* name) {
+    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+}
+
+int fail(int error) {
+    errno = error;
+    return -1;
+}
+
+/// A path to pass on: the lock file of a served device lies beside the line's state.
+class PassedOn {
+ public:
+    explicit PassedOn(const char* path)
+        : path_(ServedLine::redirectsLock(path, redirected_, sizeof redirected_) ? redirected_
+                                                                                 : path) {}
+    operator const char*() const { return path_; }
+
+ private:
+    char redirected_[PATH_MAX];
+    const char* path_;
+};
+
+bool mayOpen(const ServedLine& line, int* error) {
+    *error = 0;
+    if (!line->present)
+        *error = ENOENT;
+    else if (line->openError)
+        *error = line->openError;
+    else if (geteuid() != 0 && line.staysExclusive())
+        *error = EBUSY;
+    return *error == 0;
+}
+
+int openServed(const ServedLine& line, int flags) {
+    int error = 0;
+    if (!mayOpen(line, &error)) return fail(error);
+    char pts[32];
+    snprintf(pts, sizeof pts, "/dev/pts/%u", line->ptsNumber.load());
+    const int descriptor = next(&open64, "open64")(pts, (flags & ~O_CREAT) | O_NOCTTY, 0);
+    if (descriptor < 0) return fail(ENODEV);
+    // A closed port receives nothing: what lies in the pseudo-terminal was never seen by the host.
+    if (!line->hostOpen) next(&tcflush, "tcflush")(descriptor, TCIFLUSH);
+    line.rendezvous();
+    return descriptor;
+}
+
+mode_t modeArgument(int flags, va_list arguments) {
+    return (flags & O_CREAT) || (flags & O_TMPFILE) == O_TMPFILE ? va_arg(arguments, mode_t) : 0;
+}
+
+int openAt(int directory, const char* path, int flags, mode_t mode) {
+    if (const ServedLine line = ServedLine::atPath(path)) return openServed(line, flags);
+    return next(&openat64, "openat64")(directory, PassedOn(path), flags, mode);
+}
+
+int accessServed(const ServedLine& line, int mode) {
+    if (!line->present) return fail(ENOENT);
+    if (mode & X_OK) return fail(EACCES);
+    if ((mode & (R_OK | W_OK)) && line->openError == EACCES) return fail(EACCES);
+    return 0;
+}
+
+template <typename Stat>
+int statServed(const ServedLine& line, Stat* result) {
+    if (!line->present) return fail(ENOENT);
+    memset(result, 0, sizeof *result);
+    result->st_mode = S_IFCHR | line->mode;
+    result->st_nlink = 1;
+    result->st_uid = line->owner;
+    result->st_gid = line->group;
+    result->st_rdev = line.deviceNumber();
+    result->st_blksize = 4096;
+    return 0;
+}
+
+int statxServed(const ServedLine& line, struct statx* result) {
+    if (!line->present) return fail(ENOENT);
+    memset(result, 0, sizeof *result);
+    result->stx_mask = STATX_TYPE | STATX_MODE | STATX_NLINK | STATX_UID | STATX_GID;
+    result->stx_mode = static_cast<__u16>(S_IFCHR | line->mode);
+    result->stx_nlink = 1;
+    result->stx_uid = line->owner;
+    result->stx_gid = line->group;
+    result->stx_rdev_major = major(line.deviceNumber());
+    result->stx_rdev_minor = minor(line.deviceNumber());
+    result->stx_blksize = 4096;
+    return 0;
+}
+
+/// What the pseudo-terminal is told of settings meant for the line.
+tcflag_t plainCharacters(tcflag_t control) {
+    return (control & ~tcflag_t{CSIZE | PARENB}) | CS8;
+}
+
+tcflag_t rememberedFlags(const ServedLine& line, tcflag_t control) {
+    return (control & ~simulator::lineFlags) | simulator::packedLineFlags(line->settings);
+}
+
+/// Publishes settings that the pseudo-terminal has taken. Bytes sent before still belong to the
+/// settings before.
+void remember(const ServedLine& line, int descriptor, tcflag_t control, tcflag_t input) {
+    termios2 taken = {};
+    next(&ioctl, "ioctl")(descriptor, TCGETS2, &taken);
+    const std::uint64_t settings = simulator::packSettings(control, input, taken.c_ospeed);
+    if (settings == line->settings) return;
+    line.rendezvous();
+    line->settings = settings;
+}
+
+int setKernelSettings(const ServedLine& line, int descriptor, unsigned long request,
+                      const void* argument, size_t size) {
+    termios2 settings = {};
+    memcpy(&settings, argument, size);
+    const tcflag_t control = settings.c_cflag;
+    settings.c_cflag = plainCharacters(control);
+    const int result = next(&ioctl, "ioctl")(descriptor, request, &settings);
+    if (result == 0) remember(line, descriptor, control, settings.c_iflag);
+    return result;
+}
+
+int getKernelSettings(const ServedLine& line, int descriptor, unsigned long request, void* argument,
+                      size_t size) {
+    termios2 settings = {};
+    const int result = next(&ioctl, "ioctl")(descriptor, request, &settings);
+    if (result != 0) return result;
+    settings.c_cflag = rememberedFlags(line, settings.c_cflag);
+    memcpy(argument, &settings, size);
+    return 0;
+}
+
+constexpr std::uint32_t hostControlLines = TIOCM_DTR | TIOCM_RTS;
+
+int controlLines(const ServedLine& line, unsigned long request, void* argument) {
+    int* bits = static_cast<int*>(argument);
+    if (request == TIOCMGET) {
+        *bits = static_cast<int>(line->controlLines);
+        return 0;
+    }
+    const std::uint32_t chosen = static_cast<std::uint32_t>(*bits) & hostControlLines;
+    if (request != TIOCMBIS) {
+        line->controlLines &= request == TIOCMBIC ? ~chosen : ~hostControlLines;
+    }
+    if (request != TIOCMBIC) line->controlLines |= chosen;
+    line.rendezvous();
+    return 0;
+}
+
+int sendBreak(const ServedLine& line) {
+    line.rendezvous();
+    ++line->breaks;
+    line.rendezvous();
+    return 0;
+}
+
+int claim(const ServedLine& line, bool exclusive) {
+    line->exclusive = exclusive;
+    return 0;
+}
+
+/// The requests that a serial port answers differently from a pseudo-terminal.
+int requestServed(const ServedLine& line, int descriptor, unsigned long request, void* argument) {
+    switch (request) {
+        case TCGETS:
+            return getKernelSettings(line, descriptor, request, argument, plainTermiosSize);
+        case TCGETS2:
+            return getKernelSettings(line, descriptor, request, argument, sizeof(termios2));
+        case TCSETS:
+        case TCSETSW:
+        case TCSETSF:
+            return setKernelSettings(line, descriptor, request, argument, plainTermiosSize);
+        case TCSETS2:
+        case TCSETSW2:
+        case TCSETSF2:
+            return setKernelSettings(line, descriptor, request, argument, sizeof(termios2));
+        case TIOCEXCL:
+        case TIOCNXCL:
+            return claim(line, request == TIOCEXCL);
+        case TIOCMGET:
+        case TIOCMSET:
+        case TIOCMBIS:
+        case TIOCMBIC:
+            return controlLines(line, request, argument);
+        case TIOCSBRK:
+        case TCSBRKP:
+            return sendBreak(line);
+        case TIOCCBRK:
+            return 0;
+        default:
+            return next(&ioctl, "ioctl")(descriptor, request, argument);
+    }
+}
+
+/// Whether the port behind the descriptor has gone: every request then fails as on a real port.
+bool isHungUp(int descriptor) {
+    int waiting = 0;
+    return next(&ioctl, "ioctl")(descriptor, FIONREAD, &waiting) != 0;
+}
+
+int openFlags(const char* mode) {
+    const bool both = strchr(mode, '+') != nullptr;
+    int flags = both ? O_RDWR : *mode == 'r' ? O_RDONLY : O_WRONLY;
+    if (*mode == 'w') flags |= O_CREAT | O_TRUNC;
+    if (*mode == 'a') flags |= O_CREAT | O_APPEND;
+    if (strchr(mode, 'e')) flags |= O_CLOEXEC;
+    if (strchr(mode, 'x')) flags |= O_EXCL;
+    return flags;
+}
+
+FILE* openStream(const ServedLine& line, const char* mode) {
+    const int descriptor = openServed(line, openFlags(mode));
+    return descriptor < 0 ? nullptr : fdopen(descriptor, mode);
+}
+
+}  // namespace
+
+#pragma GCC visibility push(default)
+extern "C" {
+
+int open(const char* path, int flags, ...) {
+    va_list arguments;
+    va_start(arguments, flags);
+    const mode_t mode = modeArgument(flags, arguments);
+    va_end(arguments);
+    return openAt(AT_FDCWD, path, flags, mode);
+}
+
+int open64(const char* path, int flags, ...) {
+    va_list arguments;
+    va_start(arguments, flags);
+    const mode_t mode = modeArgument(flags, arguments);
+    va_end(arguments);
+    if (const ServedLine line = ServedLine::atPath(path)) return openServed(line, flags);
+    return next(&open64, "open64")(PassedOn(path), flags, mode);
+}
+
+int openat(int directory, const char* path, int flags, ...) {
+    va_list arguments;
+    va_start(arguments, flags);
+    const mode_t mode = modeArgument(flags, arguments);
+    va_end(arguments);
+    return openAt(directory, path, flags, mode);
+}
+
+int openat64(int directory, const char* path, int flags, ...) {
+    va_list arguments;
+    va_start(arguments, flags);
+    const mode_t mode = modeArgument(flags, arguments);
+    va_end(arguments);
+    return openAt(directory, path, flags, mode);
+}
+
+// The four forms that programs compiled with fortified calls use.
+int __open_2(const char* path, int flags) {
+    return openAt(AT_FDCWD, path, flags, 0);
+}
+int __open64_2(const char* path, int flags) {
+    return openAt(AT_FDCWD, path, flags, 0);
+}
+int __openat_2(int at, const char* path, int flags) {
+    return openAt(at, path, flags, 0);
+}
+int __openat64_2(int at, const char* path, int flags) {
+    return openAt(at, path, flags, 0);
+}
+
+FILE* fopen(const char* path, const char* mode) {
+    if (const ServedLine line = ServedLine::atPath(path)) return openStream(line, mode);
+    return next(&fopen, "fopen")(PassedOn(path), mode);
+}
+
+FILE* fopen64(const char* path, const char* mode) {
+    if (const ServedLine line = ServedLine::atPath(path)) return openStream(line, mode);
+    return next(&fopen64, "fopen64")(PassedOn(path), mode);
+}
+
+int access(const char* path, int mode) noexcept {
+    if (const ServedLine line = ServedLine::atPath(path)) return accessServed(line, mode);
+    return next(&access, "access")(PassedOn(path), mode);
+}
+
+int faccessat(int directory, const char* path, int mode, int flags) noexcept {
+    if (const ServedLine line = ServedLine::atPath(path)) return accessServed(line, mode);
+    return next(&faccessat, "faccessat")(directory, PassedOn(path), mode, flags);
+}
+
+int stat(const char* path, struct stat* result) noexcept {
+    if (const ServedLine line = ServedLine::atPath(path)) return statServed(line, result);
+    return next<int(const char*, struct stat*)>(nullptr, "stat")(PassedOn(path), result);
+}
+
+int stat64(const char* path, struct stat64* result) noexcept {
+    if (const ServedLine line = ServedLine::atPath(path)) return statServed(line, result);
+    return next<int(const char*, struct stat64*)>(nullptr, "stat64")(PassedOn(path), result);
+}
+
+int lstat(const char* path, struct stat* result) noexcept {
+    if (const ServedLine line = ServedLine::atPath(path)) return statServed(line, result);
+    return next(&lstat, "lstat")(PassedOn(path), result);
+}
+
+int lstat64(const char* path, struct stat64* result) noexcept {
+    if (const ServedLine line = ServedLine::atPath(path)) return statServed(line, result);
+    return next(&lstat64, "lstat64")(PassedOn(path), result);
+}
+
+int fstatat(int directory, const char* path, struct stat* result, int flags) noexcept {
+    if (const ServedLine line = ServedLine::atPath(path)) return statServed(line, result);
+    return next(&fstatat, "fstatat")(directory, PassedOn(path), result, flags);
+}
+
+int fstatat64(int directory, const char* path, struct stat64* result, int flags) noexcept {
+    if (const ServedLine line = ServedLine::atPath(path)) return statServed(line, result);
+    return next(&fstatat64, "fstatat64")(directory, PassedOn(path), result, flags);
+}
+
+int statx(int directory, const char* path, int flags, unsigned mask,
+          struct statx* result) noexcept {
+    if (const ServedLine line = ServedLine::atPath(path)) return statxServed(line, result);
+    return next<int(int, const char*, int, unsigned, struct statx*)>(nullptr, "statx")(
+        directory, PassedOn(path), flags, mask, result);
+}
+
+int unlink(const char* path) noexcept {
+    return next(&unlink, "unlink")(PassedOn(path));
+}
+
+int remove(const char* path) noexcept {
+    return next(&remove, "remove")(PassedOn(path));
+}
+
+int tcgetattr(int descriptor, struct termios* settings) noexcept {
+    const int result = next(&tcgetattr, "tcgetattr")(descriptor, settings);
+    if (result != 0) return result;
+    if (const ServedLine line = ServedLine::ofDescriptor(descriptor))
+        settings->c_cflag = rememberedFlags(line, settings->c_cflag);
+    return 0;
+}
+
+int tcsetattr(int descriptor, int action, const struct termios* settings) noexcept {
+    const ServedLine line = ServedLine::ofDescriptor(descriptor);
+    if (!line) return next(&tcsetattr, "tcsetattr")(descriptor, action, settings);
+    struct termios plain = *settings;
+    plain.c_cflag = plainCharacters(settings->c_cflag);
+    const int result = next(&tcsetattr, "tcsetattr")(descriptor, action, &plain);
+    if (result == 0) remember(line, descriptor, settings->c_cflag, settings->c_iflag);
+    return result;
+}
+
+int tcsendbreak(int descriptor, int duration) noexcept {
+    const ServedLine line = ServedLine::ofDescriptor(descriptor);
+    if (!line || isHungUp(descriptor))
+        return next(&tcsendbreak, "tcsendbreak")(descriptor, duration);
+    return sendBreak(line);
+}
+
+int ioctl(int descriptor, unsigned long request, ...) noexcept {
+    va_list arguments;
+    va_start(arguments, request);
+    void* argument = va_arg(arguments, void*);
+    va_end(arguments);
+    const ServedLine line = ServedLine::ofDescriptor(descriptor);
+    if (!line || isHungUp(descriptor)) return next(&ioctl, "ioctl")(descriptor, request, argument);
+    return requestServed(line, descriptor, request, argument);
+}
+
+}  // extern "C"
+#pragma GCC visibility pop

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <termios.h>
+
+#include <atomic>
+#include <cstdint>
+
+namespace simulator {
+
+/// The environment variable that names the directory of served lines. The object preloaded into the
+/// host looks there for a file named after the device ("ttyS0", "ttyUSB1"), which holds one
+/// VirtualLineState; beside it lie "ttyS0.bell", a FIFO through which the host's side wakes the
+/// serving side, "pts<N>", a link from the number of the pseudo-terminal to the state file, and the
+/// lock files that the host believes to be in /var/lock.
+inline constexpr char virtualLinesVariable[] = "WBALANCE_VIRTUAL_LINES";
+
+/// What host and serving side of one virtual line tell each other: a mapped file, every field on
+/// its own atomic, so that a host killed at any point leaves nothing half written.
+struct VirtualLineState {
+    static constexpr std::uint32_t currentLayout = 0x57424C31;  // "WBL1"
+
+    std::atomic<std::uint32_t> layout;     ///< currentLayout once the file is complete
+    char name[28];                         ///< device name without directory
+    std::atomic<std::uint32_t> present;    ///< 0: unplugged, the node does not exist
+    std::atomic<std::uint32_t> ptsNumber;  ///< "/dev/pts/<number>" carries the bytes
+    std::atomic<std::int32_t> openError;   ///< errno that open reports, 0: opens
+    std::atomic<std::uint32_t> mode;       ///< permission bits that stat reports
+    std::atomic<std::uint32_t> owner;      ///< user that stat reports
+    std::atomic<std::uint32_t> group;      ///< group that stat reports
+
+    std::atomic<std::uint64_t> settings;      ///< the host's line settings, packed by packSettings
+    std::atomic<std::uint32_t> controlLines;  ///< TIOCM_ bits of both directions
+    std::atomic<std::uint32_t> exclusive;     ///< TIOCEXCL in force
+    std::atomic<std::uint32_t> hostOpen;      ///< at least one descriptor is open
+    std::atomic<std::uint32_t> breaks;        ///< break conditions sent by the host so far
+
+    /// Rendezvous: the host counts requests up and rings; the serving side takes over every byte
+    /// that was sent before, then stores the count it saw in acknowledged and wakes the waiters. So
+    /// a byte is always read at the settings it was sent at.
+    std::atomic<std::uint32_t> requests;
+    std::atomic<std::uint32_t> acknowledged;
+};
+
+static_assert(std::atomic<std::uint64_t>::is_always_lock_free, "shared between processes");
+
+/// The flags of c_cflag that describe the line and that a pseudo-terminal does not keep.
+inline constexpr tcflag_t lineFlags = CSIZE | CSTOPB | PARENB | PARODD | CMSPAR | CRTSCTS;
+
+/// One word for everything that decides how characters look on the wire: baud rate in bits 0-23,
+/// the input flags IXON, IXOFF, INPCK and IGNPAR in bits 24-27, the line flags in bits 32-63.
+constexpr std::uint64_t packSettings(tcflag_t control, tcflag_t input, std::uint32_t baudRate) {
+    return (std::uint64_t{control & lineFlags} << 32) | (input & IXON ? 1u << 24 : 0u) |
+           (input & IXOFF ? 1u << 25 : 0u) | (input & INPCK ? 1u << 26 : 0u) |
+           (input & IGNPAR ? 1u << 27 : 0u) | (baudRate & 0xFFFFFFu);
+}
+
+constexpr tcflag_t packedLineFlags(std::uint64_t settings) {
+    return static_cast<tcflag_t>(settings >> 32);
+}
+
+constexpr std::uint32_t packedBaudRate(std::uint64_t settings) {
+    return static_cast<std::uint32_t>(settings & 0xFFFFFFu);
+}
+
+constexpr bool packedXonXoff(std::uint64_t settings) {
+    return (settings >> 24) & 1u;
+}
+constexpr bool packedParityCheck(std::uint64_t settings) {
+    return (settings >> 26) & 1u;
+}
+constexpr bool packedIgnoreDamaged(std::uint64_t settings) {
+    return (settings >> 27) & 1u;
+}
+
+}  // namespace simulator

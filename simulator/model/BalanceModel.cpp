@@ -1,0 +1,138 @@
+#include "simulator/model/BalanceModel.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+
+namespace simulator {
+namespace {
+
+constexpr double hourInMilliseconds = 3'600'000.0;
+
+std::string digitsOf(double value, int decimals) {
+    char text[64];
+    std::snprintf(text, sizeof text, "%.*f", decimals, value);
+    return text;
+}
+
+/// Whole steps of the display within `grams`, halves away from zero. The small allowance keeps a
+/// load such as 1.005 g, which has no exact binary form, from being rounded the wrong way.
+double steps(double grams, double step) {
+    const double exact = grams / step;
+    return std::round(exact + std::copysign(1e-9 * std::max(1.0, std::fabs(exact)), exact));
+}
+
+}  // namespace
+
+std::string Reading::digits() const {
+    return digitsOf(value, decimals);
+}
+
+BalanceModel::BalanceModel(const BalanceData& data) : data_(data), random_(data.seed) {
+    startWithLoad(0);
+}
+
+void BalanceModel::startWithLoad(double grams) {
+    load_ = settled_ = shown_ = grams;
+    recent_.assign(static_cast<std::size_t>(data_.stableAfter / data_.refresh) + 1, grams);
+}
+
+void BalanceModel::setLoad(double grams) {
+    scheduleLoad(now_, grams);
+}
+
+void BalanceModel::scheduleLoad(Time at, double grams) {
+    const auto later = [&](const LoadChange& change) { return change.at > at; };
+    changes_.insert(std::find_if(changes_.begin(), changes_.end(), later), {at, grams});
+}
+
+void BalanceModel::advance(Time now) {
+    while (nextRefresh() <= now)
+        refresh(nextRefresh());
+    now_ = std::max(now, now_);
+}
+
+void BalanceModel::refresh(Time at) {
+    while (!changes_.empty() && changes_.front().at < at) {
+        load_ = changes_.front().grams;
+        changes_.pop_front();
+    }
+    const double left = std::exp(-std::chrono::duration<double>(data_.refresh) /
+                                 std::chrono::duration<double>(data_.settling));
+    settled_ = load_ + (settled_ - load_) * left;
+    if (std::fabs(settled_ - load_) < data_.readability / 10) settled_ = load_;
+    const double drift = data_.driftPerHour * static_cast<double>(at.count()) / hourInMilliseconds;
+    const double noise =
+        data_.noise > 0 ? std::normal_distribution<double>(0, data_.noise)(random_) : 0;
+    shown_ = settled_ + drift + noise;
+    recent_.pop_front();
+    recent_.push_back(shown_);
+    lastRefresh_ = at;
+}
+
+Reading BalanceModel::read() const {
+    Reading reading;
+    reading.range = range();
+    reading.stable = isStable();
+    reading.unit = data_.unit;
+    reading.decimals = decimals();
+    reading.value = roundToStep(grossWeight() - tare_) / data_.gramsPerUnit;
+    return reading;
+}
+
+Outcome BalanceModel::zero() {
+    if (range() == Reading::Range::over) return Outcome::tooHigh;
+    if (range() == Reading::Range::under) return Outcome::tooLow;
+    if (grossWeight() > data_.zeroRange) return Outcome::tooHigh;
+    if (grossWeight() < -data_.zeroRange) return Outcome::tooLow;
+    zero_ = shown_;
+    tare_ = 0;
+    return Outcome::done;
+}
+
+Outcome BalanceModel::tare() {
+    if (range() == Reading::Range::over) return Outcome::tooHigh;
+    if (range() == Reading::Range::under || roundToStep(grossWeight()) < 0) return Outcome::tooLow;
+    tare_ = roundToStep(grossWeight());
+    return Outcome::done;
+}
+
+Outcome BalanceModel::presetTare(double grams) {
+    if (grams > data_.capacity) return Outcome::tooHigh;
+    if (grams < 0) return Outcome::tooLow;
+    tare_ = roundToStep(grams);
+    return Outcome::done;
+}
+
+std::string BalanceModel::tareDigits() const {
+    return digitsOf(tare_ / data_.gramsPerUnit, decimals());
+}
+
+/// Never a negative zero, which would show as "-0.00".
+double BalanceModel::roundToStep(double grams) const {
+    const double count = steps(grams, data_.readability);
+    return count == 0 ? 0 : count * data_.readability;
+}
+
+bool BalanceModel::isStable() const {
+    if (forcedUnstable_) return false;
+    const auto [least, most] = std::minmax_element(recent_.begin(), recent_.end());
+    return *most - *least <= data_.readability;
+}
+
+int BalanceModel::decimals() const {
+    const double step = data_.readability / data_.gramsPerUnit;
+    int count = 0;
+    for (double whole = step; count < 9 && whole < 1 - 1e-9; whole *= 10)
+        ++count;
+    return count;
+}
+
+Reading::Range BalanceModel::range() const {
+    if (forcedRange_ != Reading::Range::inside) return forcedRange_;
+    if (roundToStep(grossWeight()) > data_.capacity) return Reading::Range::over;
+    if (grossWeight() < data_.lowestLoad) return Reading::Range::under;
+    return Reading::Range::inside;
+}
+
+}  // namespace simulator
