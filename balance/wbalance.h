@@ -8,6 +8,7 @@
 #include <wbalance/CSerialObject.h>
 #include <wbalance/Cwbalance.h>
 #include <wbalance/WbalanceMettlerToledo.h>
+#include <wbalance/WbalanceSartorius.h>
 #include <wbalance/WithLineReadiness.h>
 
 #endif
