@@ -1,0 +1,118 @@
+#ifndef WBALANCE_TESTS_FAULTS_MATRIX_H
+#define WBALANCE_TESTS_FAULTS_MATRIX_H
+
+#include <wbalance/wbalance.h>
+
+#include <functional>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+#include "Oracle.h"
+
+namespace faults {
+
+/// A command and what the instrument answers to it.
+struct Exchange {
+    std::string command;
+    std::vector<scripted::Reply> replies;
+};
+using Script = std::vector<Exchange>;
+
+struct Act {
+    Call call;
+    Script script;
+};
+
+constexpr double kUntouchedWeight = -777.25;
+constexpr int kUntouchedDecimals = -777;
+
+/// An operation that goes as it should, from which the faults are bred.
+struct Dialogue {
+    std::string name;
+    Act act;
+    int result;
+    double weight = kUntouchedWeight;  ///< what *weight holds at the end
+    int decimals = kUntouchedDecimals;
+    long boundMs = 0;              ///< the longest that the operation may take, whatever fails
+    std::vector<Act> before = {};  ///< earlier calls on the same object, without faults
+};
+
+/// A driver object of the library, behind one face.
+class Subject {
+ public:
+    virtual ~Subject() = default;
+    virtual int Perform(const Call& call, double* weight, int* decimals) = 0;
+};
+using MakeSubject = std::function<std::unique_ptr<Subject>()>;
+
+template <class Driver, class = void>
+struct HasDisplay : std::false_type {};
+template <class Driver>
+struct HasDisplay<Driver, std::void_t<decltype(&Driver::DisplayMessage)>> : std::true_type {};
+
+template <class Driver, class = void>
+struct HasSwitch : std::false_type {};
+template <class Driver>
+struct HasSwitch<Driver, std::void_t<decltype(&Driver::TurnItOn)>> : std::true_type {};
+
+template <class Driver, class = void>
+struct HasZero : std::false_type {};
+template <class Driver>
+struct HasZero<Driver, std::void_t<decltype(&Driver::Zero)>> : std::true_type {};
+
+template <class Driver>
+class SubjectOf : public Subject {
+ public:
+    int Perform(const Call& call, double* weight, int* decimals) override {
+        const std::string& operation = call.operation;
+        if (operation == "IsReady") return balance_.IsReady();
+        if (operation == "Tare") return balance_.Tare();
+        if (operation == "Weight") return balance_.Weight(call.mode, weight, decimals);
+        if (operation == "TareSet") return balance_.TareSet(call.preset);
+        if (operation == "RestoreFactorySettings") return balance_.RestoreFactorySettings();
+        if constexpr (HasDisplay<Driver>::value) {
+            std::string text = call.text;
+            if (operation == "DisplayMessage") return balance_.DisplayMessage(text.data());
+        }
+        if constexpr (HasSwitch<Driver>::value) {
+            if (operation == "TurnItOn") return balance_.TurnItOn();
+            if (operation == "TurnItOff") return balance_.TurnItOff();
+        }
+        if constexpr (HasZero<Driver>::value) {
+            if (operation == "Zero") return balance_.Zero();
+            if (operation == "_Tare") return balance_._Tare();
+        }
+        throw std::logic_error("no operation " + operation);
+    }
+
+ private:
+    Driver balance_;
+};
+
+/// A driver of the library, its table and the dialogues from which the faults are bred.
+struct Matrix {
+    Description description;
+    std::vector<Dialogue> dialogues;
+    MakeSubject make;
+};
+
+template <class Driver>
+MakeSubject Make() {
+    return [] { return std::make_unique<SubjectOf<Driver>>(); };
+}
+
+/// Runs each dialogue once as it is and once for each single fault that can befall it: every call
+/// on the port failing in each way it can, and every answer missing, cut, split, late, twice, or
+/// with something strange in it. After each, the operation is called once more without a fault.
+///
+/// The library must do what the table says, down to the order of calls, the text of the traces, the
+/// pauses, the virtual time, the results and what is written, and stay within the dialogue's bound.
+/// Reports to GoogleTest, and prints the number of cells.
+void ExpectEveryFaultMet(const Matrix& matrix);
+
+}  // namespace faults
+
+#endif

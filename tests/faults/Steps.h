@@ -1,0 +1,213 @@
+#ifndef WBALANCE_TESTS_FAULTS_STEPS_H
+#define WBALANCE_TESTS_FAULTS_STEPS_H
+
+#include <cstdlib>
+#include <cstring>
+
+#include "Oracle.h"
+
+/// The words in which the drivers' tables are written.
+namespace faults {
+
+// How an operation ends or goes on.
+
+inline Step Return(int result) {
+    return [=](Run&) { return Flow{Flow::Done, result}; };
+}
+inline Step ReturnStatus() {
+    return [](Run& run) { return Flow{Flow::Done, run.status}; };
+}
+inline Step LeavePasses() {
+    return [](Run&) { return Flow{Flow::LeavePasses, 0}; };
+}
+inline Step NextPass() {
+    return [](Run&) { return Flow{Flow::NextPass, 0}; };
+}
+inline Step Close() {
+    return [](Run& run) {
+        run.balance.Close();
+        return Flow{};
+    };
+}
+
+/// What a step does when it fails.
+inline Steps Fail() {
+    return {Return(0)};
+}
+inline Steps CloseAndFail() {
+    return {Close(), Return(0)};
+}
+inline Steps GoOn() {
+    return {};
+}
+
+// Conditions.
+
+inline Test Mode(long mode) {
+    return [=](const Run& run) { return run.call.mode == mode; };
+}
+/// The last answer, as far as `within` characters, holds `mark`; false when nothing came.
+inline Test Holds(const std::string& mark, std::size_t within = 1024) {
+    return [=](const Run& run) {
+        return run.answer.substr(0, within).find(mark) != std::string::npos;
+    };
+}
+inline Test Came() {
+    return [](const Run& run) { return run.came; };
+}
+inline Test Seen() {
+    return [](const Run& run) { return run.seen; };
+}
+inline Test StatusIs(int status) {
+    return [=](const Run& run) { return run.status == status; };
+}
+inline Test ReadingWithin(Test test) {
+    return test;
+}
+inline Test Not(Test test) {
+    return [=](const Run& run) { return !test(run); };
+}
+inline Test Either(Test one, Test other) {
+    return [=](const Run& run) { return one(run) || other(run); };
+}
+inline Test Both(Test one, Test other) {
+    return [=](const Run& run) { return one(run) && other(run); };
+}
+
+// Numbers.
+
+inline Number Value() {
+    return [](const Run& run) { return run.value; };
+}
+/// What `*weight` holds.
+inline Number Stored() {
+    return [](const Run& run) { return *run.weight; };
+}
+inline Number Preset() {
+    return [](const Run& run) { return run.call.preset; };
+}
+inline Number PresetPlusValue() {
+    return [](const Run& run) { return run.call.preset + run.value; };
+}
+/// Always by five.
+inline Number FifthOfSum() {
+    return [](const Run& run) { return run.sum / 5.0; };
+}
+inline Number Constant(double number) {
+    return [=](const Run&) { return number; };
+}
+
+// Control.
+
+inline Step If(Test test, Steps then, Steps otherwise = {}) {
+    return [=](Run& run) { return Carry(test(run) ? then : otherwise, run); };
+}
+inline Step Passes(int count, Steps steps) {
+    return [=](Run& run) {
+        for (int pass = 0; pass < count; ++pass) {
+            const Flow flow = Carry(steps, run);
+            if (flow.kind == Flow::Done) return flow;
+            if (flow.kind == Flow::LeavePasses) break;
+        }
+        return Flow{};
+    };
+}
+inline Step Do(std::function<void(Run&)> act) {
+    return [=](Run& run) {
+        act(run);
+        return Flow{};
+    };
+}
+
+// The line.
+
+/// The shared beginning: negative port number or no serial object, open, configure, clear.
+inline Step OpenAndClear() {
+    return [](Run& run) { return run.balance.OpenAndClear() != 0 ? Flow{} : Flow{Flow::Done, 0}; };
+}
+inline Step NeedSerialObject(Steps otherwise = Fail()) {
+    return [=](Run& run) { return run.balance.HasSerialObject() ? Flow{} : Carry(otherwise, run); };
+}
+inline Step Clear(Steps onFailure) {
+    return [=](Run& run) { return run.balance.Clear() != 0 ? Flow{} : Carry(onFailure, run); };
+}
+inline Step Trace(const char* format) {
+    return Do([=](Run& run) {
+        run.balance.Trace(Formatted(1024, "a trace line", format,  // NOLINT
+                                    run.balance.Driver().displayName.c_str()));
+    });
+}
+inline Step Trace(const char* format, Number number) {
+    return Do([=](Run& run) {
+        run.balance.Trace(Formatted(1024, "a trace line", format,
+                                    run.balance.Driver().displayName.c_str(), number(run)));
+    });
+}
+inline Step TraceAsIs(const char* text) {
+    return Do([=](Run& run) { run.balance.Trace(text); });
+}
+inline Step Send(const std::string& command, Steps onFailure = Fail()) {
+    return
+        [=](Run& run) { return run.balance.Send(command) != 0 ? Flow{} : Carry(onFailure, run); };
+}
+inline Step SendNumber(const char* format, Number number, const char* trace, std::size_t size,
+                       const char* what) {
+    return [=](Run& run) {
+        const std::string command = Formatted(size, what, format, number(run));
+        Carry({Trace(trace, number)}, run);
+        return run.balance.Send(command) != 0 ? Flow{} : Flow{Flow::Done, 0};
+    };
+}
+inline Step Pause(int ms) {
+    return Do([=](Run& run) { run.balance.Pause(ms); });
+}
+inline Step Receive(long size, int attempts, const char* terminator, Steps onNothing) {
+    return [=](Run& run) {
+        run.came = run.balance.Receive(run.answer, size, attempts, terminator);
+        return run.came ? Flow{} : Carry(onNothing, run);
+    };
+}
+
+// Calls of the object's own virtual operations.
+
+inline Step Ready() {
+    return [](Run& run) {
+        if (!run.balance.HasSerialObject()) return Flow{Flow::Done, 0};
+        return run.balance.Perform({"IsReady"}, nullptr, nullptr) != 0 ? Flow{}
+                                                                       : Flow{Flow::Done, 0};
+    };
+}
+/// A reading within another operation, without decimals; 0 ends the operation.
+inline Step Read(long mode) {
+    return [=](Run& run) {
+        run.reading = 0.0;
+        run.status = run.balance.Perform({"Weight", mode}, &run.reading, nullptr);
+        return run.status != 0 ? Flow{} : Flow{Flow::Done, 0};
+    };
+}
+
+// Weights.
+
+inline Step Store(Number number) {
+    return Do([=](Run& run) { *run.weight = number(run); });
+}
+inline Step AddToSum() {
+    return Do([](Run& run) {
+        run.sum += run.value;
+        run.seen = true;
+    });
+}
+
+/// The number in a Mettler Toledo answer.
+double MettlerNumber(const std::string& answer, int* decimals);
+
+inline Step ParseMettler() {
+    return Do([](Run& run) { run.value = MettlerNumber(run.answer, run.decimals); });
+}
+inline Step ParseMettlerWithoutDecimals() {
+    return Do([](Run& run) { run.value = MettlerNumber(run.answer, nullptr); });
+}
+
+}  // namespace faults
+
+#endif
