@@ -5,9 +5,28 @@
 #include <gtest/gtest.h>
 #include <wbalance/wbalance.h>
 
+#include <iostream>
+
 #include "Line.h"
 
 namespace scripted {
+
+/// Prints the failures of a test at its end: what was printed about them while the trace was kept
+/// is part of the trace.
+class FailureReport {
+ public:
+    FailureReport() = default;
+    FailureReport(const FailureReport&) = delete;
+    FailureReport& operator=(const FailureReport&) = delete;
+    ~FailureReport() {
+        const testing::TestResult& result =
+            *testing::UnitTest::GetInstance()->current_test_info()->result();
+        for (int i = 0; i < result.total_part_count(); ++i) {
+            const testing::TestPartResult& part = result.GetTestPartResult(i);
+            if (part.failed()) std::cout << part << std::endl;
+        }
+    }
+};
 
 /// A test over the script: a fresh line and clock, and the trace kept in order with the calls.
 class ScriptedTest : public testing::Test {
@@ -17,6 +36,7 @@ class ScriptedTest : public testing::Test {
     Line& line = Line::Here();
 
  private:
+    FailureReport report_;  // ahead of the capture, so that it goes after it
     TraceCapture capture_;
 };
 
