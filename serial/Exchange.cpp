@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "BoundedText.h"
+#include "marlet-small.h"
 
 namespace exchange {
 namespace {
@@ -34,6 +35,16 @@ int Send(CSerialObject& serial, const char* command) {
 int Send(CSerialObject& serial, const char* format, const char* displayName, const char* command) {
     Trace(serial, format, displayName);
     return Send(serial, command);
+}
+
+bool TryFor(unsigned int limitMs, int pauseMs, const std::function<bool()>& attempt) {
+    const unsigned int start = GetTickCount();
+    while (!attempt()) {
+        const unsigned int elapsed = GetTickCount() - start;
+        Sleep(pauseMs);
+        if (elapsed >= limitMs) return false;
+    }
+    return true;
 }
 
 bool Holds(const char* text, std::size_t within, const char* mark) {

@@ -4,6 +4,7 @@
 #include <wbalance/CSerialObject.h>
 
 #include <cstddef>
+#include <functional>
 
 /// The steps of which the drivers' operations are made: trace, send, receive, look for a mark.
 namespace exchange {
@@ -19,6 +20,11 @@ int Send(CSerialObject& serial, const char* command);
 
 /// Traces `format` with the display name, whatever comes of it, and sends the command.
 int Send(CSerialObject& serial, const char* format, const char* displayName, const char* command);
+
+/// Makes attempts until one is true, each false one followed by a pause of `pauseMs`. The last one
+/// is the first that ends `limitMs` or more after the start; its pause is made, too.
+/// @return whether an attempt was true
+bool TryFor(unsigned int limitMs, int pauseMs, const std::function<bool()>& attempt);
 
 /// What `Answer` is made of, whatever its size.
 bool Holds(const char* text, std::size_t within, const char* mark);
