@@ -1,0 +1,85 @@
+#ifndef WBALANCE_WBALANCEKERN_EW_EGN_EWB_H
+#define WBALANCE_WBALANCEKERN_EW_EGN_EWB_H
+
+#include <wbalance/Cwbalance.h>
+
+/// Kern EW, EG-N and EWB balances (source: the maker's operating manual, chapter on the interface,
+/// and the EW-A01 interface description).
+///
+/// Line settings at construction: port 0 of kind 'S', 1200 baud, no parity, 8 data bits, two stop
+/// bits, no flow control, a time-out of 1 s.
+///
+/// Read this first: IsReady() asks Weight() for a trial weight, and Weight() and Tare() begin with
+/// IsReady(). On a port that works they call each other until the stack is exhausted, which ends
+/// the process, and no byte reaches the balance; only a line that fails to open, configure or clear
+/// ends it with 0. Hosts give the driver a readiness of the line's alone:
+///
+///     WithLineReadiness<WbalanceKern_EW_EGN_EWB> balance;
+///
+/// (or override IsReady() in a class of their own). Everything said below about what is sent and
+/// how long it takes is about such a driver.
+///
+/// RestoreFactorySettings() is that of Cwbalance: it sends nothing and returns 1.
+///
+/// Times below count full time-outs t (1 s unless changed) and the fixed pauses. A reading takes 3
+/// t, also when the answer came at once (2 t after it); one whose characters come without a line
+/// feed at the end goes on, 100 ms later, for another 3 t, and so on up to 63 characters.
+class WBALANCE_EXPORT WbalanceKern_EW_EGN_EWB : public Cwbalance {
+ public:
+    WbalanceKern_EW_EGN_EWB();
+    ~WbalanceKern_EW_EGN_EWB() override;
+
+    /// Opens and clears the line and then reads a weight: a virtual call of Weight() with mode 1
+    /// and no decimals. See above for what that leads to.
+    ///
+    /// @return what Weight() returned. 0 when the port can't be opened, configured or cleared (then
+    ///   it is closed).
+    int IsReady() override;
+
+    /// Tares the balance with "T " after IsReady().
+    /// @return 1 when the answer holds the acknowledgement "A00", else 0. One reading.
+    int Tare() override;
+
+    /// Reads the weight after IsReady().
+    ///
+    /// @param mode
+    ///   - 2 one immediate weight ("O8"; one reading).
+    ///   - 0 a weight after stabilization ("O9"). When the balance acknowledges and sends no record
+    ///     yet, its line is read on, 200 ms apart, until 5 s have passed: one reading, and 5 s
+    ///     + one reading + 200 ms at most.
+    ///   - 1 and any other value: the same, and when that wait was in vain too, stop ("O0") and the
+    ///     average of five calls of Weight() with mode 2 (virtual; six readings more).
+    /// @param weight receives grams; must not be null. Stays as it is when no record came.
+    /// @param decimals receives 7 when the record's value has a point, whatever its decimals; stays
+    ///   as it is without one, and when the weight is an average. May be null.
+    /// @return 1, also for a weight that is marked as not stable; 0 failure
+    ///
+    /// The driver can't tell a weight from a record in error (status E: overload, underload): its
+    /// digits are passed on. Of a record in the 7-digit format (15 characters) the last digit is
+    /// lost. The unit is not looked at.
+    int Weight(long mode, double* weight, int* decimals) override;
+
+    /// The balance has no preset tare. @return always 0; nothing is sent
+    int TareSet(double preset) override;
+
+    /// The weight in an answer: a record of 12 characters at its start, or behind the five
+    /// characters "A00\r\n" when the answer begins with an A.
+    ///
+    /// In the record, counted from 0: the sign at 0 ('-' or anything else), the value from 1 to 7,
+    /// the status at 11. A record that the answer's end cuts off is read as far as it goes, as not
+    /// stable.
+    ///
+    /// @param answer a zero-terminated text; null returns 0
+    /// @param weight receives the value; may be null
+    /// @param decimals receives 7 when the value has a point; may be null
+    /// @return 1 stable (status S), 2 anything else, 0 for an answer of fewer than 12 characters,
+    /// and
+    ///   then nothing is written
+    int ParseWeight(char* answer, double* weight, int* decimals);
+
+ private:
+    WBALANCE_LOCAL bool AwaitRecord(double* weight, int* decimals);
+    WBALANCE_LOCAL int AveragedWeight(double* weight);
+};
+
+#endif
