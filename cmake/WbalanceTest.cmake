@@ -8,7 +8,7 @@ function(wbalance_add_unit_test NAME)
     add_executable(${NAME} ${ARGN})
     wbalance_compile_settings(${NAME})
     target_link_libraries(${NAME} PRIVATE GTest::gmock_main)
-    gtest_discover_tests(${NAME} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 120)
+    gtest_discover_tests(${NAME} DISCOVERY_MODE PRE_TEST NO_PRETTY_VALUES PROPERTIES TIMEOUT 120)
 endfunction()
 
 # The real library over a scripted serial port and a virtual clock.
