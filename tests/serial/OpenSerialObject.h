@@ -1,0 +1,15 @@
+#ifndef WBALANCE_TESTS_SERIAL_OPENSERIALOBJECT_H
+#define WBALANCE_TESTS_SERIAL_OPENSERIALOBJECT_H
+
+#include "ScriptedTest.h"
+
+/// The transport with its fields within a test's reach.
+class OpenSerialObject : public CSerialObject {
+ public:
+    using CSerialObject::port;
+    using CSerialObject::portKind;
+    using CSerialObject::status;
+    using CSerialObject::timeoutMs;
+};
+
+#endif
