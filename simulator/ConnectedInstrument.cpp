@@ -19,11 +19,19 @@ ConnectedInstrument::ConnectedInstrument(const CatalogEntry& entry, const Option
       paced_(options.paced),
       line_(std::move(line)),
       returnsAs_(line_->device()) {
-    for (const auto& fault : options.faults)
-        instrument_.addFault(Fault::parse(fault));
-    instrument_.balance().startWithLoad(options.load);
+    for (const Fault& fault : options.faults)
+        instrument_.addFault(fault);
+    for (const LoadStep& load : options.loads)
+        putOn(load);
     instrument_.powerUp(Time(0));
     serve();
+}
+
+void ConnectedInstrument::putOn(const LoadStep& load) {
+    if (load.at == Time(0))
+        instrument_.balance().startWithLoad(load.grams);
+    else
+        instrument_.balance().scheduleLoad(load.at, load.grams);
 }
 
 /// Changes come into force at the present time: what was due before is done first.

@@ -10,23 +10,30 @@
 #include <vector>
 
 #include "simulator/Instrument.h"
+#include "simulator/LoadStep.h"
 #include "simulator/line/HostLine.h"
 
 namespace simulator {
 
-/// How an instrument is set up; each function returns the set-up itself, so that they chain.
+/// How an instrument is set up; each function returns the options themselves, so that they chain.
 struct Options {
     std::string device = "/dev/ttyS0";  ///< name under which the host finds the line
-    double load = 0;                    ///< grams on the pan at the beginning
+    std::vector<LoadStep> loads;        ///< what lies on the pan, and from when
     std::vector<std::string> switches;  ///< "name=value"
-    std::vector<std::string> faults;    ///< as Fault::parse reads them
+    std::vector<Fault> faults;          ///< what goes wrong, and when
     std::optional<LineSettings> line;   ///< the instrument's settings; empty: as delivered
     bool paced = false;                 ///< characters take their time on the line
 
     Options& on(const std::string& path) { return device = path, *this; }
-    Options& withLoad(double grams) { return load = grams, *this; }
+    /// The load in grams at the beginning, or from a time on.
+    Options& withLoad(double grams, Time from = Time(0)) {
+        return loads.push_back({grams, from}), *this;
+    }
     Options& with(const std::string& setting) { return switches.push_back(setting), *this; }
-    Options& withFault(const std::string& fault) { return faults.push_back(fault), *this; }
+    /// A fault as Fault::parse reads it; throws std::invalid_argument for other text.
+    Options& withFault(const std::string& text) {
+        return faults.push_back(Fault::parse(text)), *this;
+    }
     /// `settings` as LineSettings::parse reads them; throws std::invalid_argument for other text.
     Options& at(const std::string& settings);
     Options& withPacing() { return paced = true, *this; }
@@ -110,6 +117,7 @@ class ConnectedInstrument {
     template <typename Work>
     void change(const Work& work);
 
+    void putOn(const LoadStep& load);
     void serveLocked();
     void servePlug();
     void servePlugs(bool shouldBePlugged);

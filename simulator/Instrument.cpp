@@ -2,20 +2,33 @@
 
 #include <algorithm>
 
+#include "simulator/BalanceSettings.h"
+
 namespace simulator {
 namespace {
 
 Switches chosen(const CatalogEntry& entry, const std::vector<std::string>& settings) {
-    Switches switches(entry.switches);
+    std::vector<SwitchDescription> descriptions = entry.switches;
+    descriptions.insert(descriptions.end(), balanceSwitches().begin(), balanceSwitches().end());
+    Switches switches(descriptions);
     for (const auto& setting : settings)
         switches.choose(setting);
     return switches;
 }
 
+BalanceData fitted(BalanceData balance, const Switches& switches) {
+    applyBalanceSwitches(switches, balance);
+    return balance;
+}
+
 }  // namespace
 
 Instrument::Instrument(const CatalogEntry& entry, const std::vector<std::string>& switches)
-    : balance_(entry.balance), dialect_(entry.createDialect(balance_, chosen(entry, switches))) {}
+    : Instrument(entry, chosen(entry, switches)) {}
+
+Instrument::Instrument(const CatalogEntry& entry, const Switches& switches)
+    : balance_(fitted(entry.balance, switches)),
+      dialect_(entry.createDialect(balance_, switches)) {}
 
 void Instrument::powerUp(Time now) {
     advance(now);

@@ -17,8 +17,12 @@ namespace simulator {
 /// from one thread.
 class Instrument {
  public:
-    /// `switches` are "name=value" texts; throws std::invalid_argument for one that does not exist.
+    /// `switches` are "name=value" texts, of the entry or of balanceSwitches(); throws
+    /// std::invalid_argument for one that does not exist.
     explicit Instrument(const CatalogEntry& entry, const std::vector<std::string>& switches = {});
+
+    Instrument(const Instrument&) = delete;
+    Instrument& operator=(const Instrument&) = delete;
 
     BalanceModel& balance() { return balance_; }
     void addFault(const Fault& fault) { faults_.push_back(fault); }
@@ -42,6 +46,8 @@ class Instrument {
     std::optional<Time> nextEvent() const;
 
  private:
+    Instrument(const CatalogEntry& entry, const Switches& switches);
+
     struct Answer {
         Time due;
         std::string bytes;

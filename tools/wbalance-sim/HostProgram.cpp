@@ -1,0 +1,107 @@
+#include "HostProgram.h"
+
+#include <signal.h>
+#include <spawn.h>
+#include <stdlib.h>
+#include <string.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <iostream>
+#include <stdexcept>
+
+namespace {
+
+constexpr int cannotRun = 126;
+constexpr int notFound = 127;
+constexpr int endedBySignal = 128;
+
+sigset_t signalSet(std::initializer_list<int> signals) {
+    sigset_t set;
+    sigemptyset(&set);
+    for (const int signal : signals)
+        sigaddset(&set, signal);
+    return set;
+}
+
+sigset_t passedOnSignals() {
+    return signalSet({SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGUSR1, SIGUSR2});
+}
+
+std::string virtualLineObject() {
+    const auto here = std::filesystem::read_symlink("/proc/self/exe").parent_path();
+    for (const char* libraries : {WBALANCE_INSTALLED_LIBRARIES, WBALANCE_BUILT_LIBRARIES}) {
+        const auto object = here / libraries / WBALANCE_VIRTUAL_LINE_OBJECT;
+        if (std::filesystem::exists(object)) return std::filesystem::canonical(object).string();
+    }
+    throw std::runtime_error(WBALANCE_VIRTUAL_LINE_OBJECT
+                             " is neither where it is installed nor where it is built; install it "
+                             "beside libwbalance.so");
+}
+
+void preload(const std::string& object) {
+    if (object.find_first_of(" :") != std::string::npos)
+        throw std::runtime_error("the loader cannot preload " + object +
+                                 ": move it to a path without blanks and colons");
+    const char* before = ::getenv("LD_PRELOAD");
+    const std::string all = before && *before ? std::string(before) + ":" + object : object;
+    ::setenv("LD_PRELOAD", all.c_str(), 1);
+}
+
+int spawn(const std::vector<std::string>& command, int* process) {
+    std::vector<char*> words;
+    for (const auto& word : command)
+        words.push_back(const_cast<char*>(word.c_str()));
+    words.push_back(nullptr);
+    posix_spawnattr_t attributes;
+    ::posix_spawnattr_init(&attributes);
+    const sigset_t none = signalSet({});
+    ::posix_spawnattr_setsigmask(&attributes, &none);
+    ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK);
+    const int error =
+        ::posix_spawnp(process, words[0], nullptr, &attributes, words.data(), environ);
+    ::posix_spawnattr_destroy(&attributes);
+    return error;
+}
+
+}  // namespace
+
+HostProgram::HostProgram(const std::vector<std::string>& command) : name_(command.front()) {
+    const char* before = ::getenv("LD_PRELOAD");
+    const std::string kept = before ? before : "";
+    preload(virtualLineObject());
+    startError_ = spawn(command, &process_);
+    before ? ::setenv("LD_PRELOAD", kept.c_str(), 1) : ::unsetenv("LD_PRELOAD");
+}
+
+int HostProgram::exitCode() {
+    if (startError_ != 0) {
+        std::cerr << "wbalance-sim: cannot run " << name_ << ": " << ::strerror(startError_)
+                  << "\n";
+        return startError_ == ENOENT ? notFound : cannotRun;
+    }
+    sigset_t awaited = passedOnSignals();
+    sigaddset(&awaited, SIGCHLD);
+    for (;;) {
+        siginfo_t received = {};
+        const int signal = ::sigwaitinfo(&awaited, &received);
+        int status = 0;
+        if (::waitpid(process_, &status, WNOHANG) == process_)
+            return WIFEXITED(status) ? WEXITSTATUS(status) : endedBySignal + WTERMSIG(status);
+        // The terminal's Ctrl-C reaches the program by itself.
+        const bool fromTerminal = received.si_code == SI_KERNEL;
+        if (signal > 0 && signal != SIGCHLD && !fromTerminal) ::kill(process_, signal);
+    }
+}
+
+void HostProgram::holdSignals() {
+    sigset_t held = passedOnSignals();
+    sigaddset(&held, SIGCHLD);
+    ::sigprocmask(SIG_BLOCK, &held, nullptr);
+}
+
+void HostProgram::waitForEndingSignal() {
+    const sigset_t ending = signalSet({SIGHUP, SIGINT, SIGQUIT, SIGTERM});
+    ::sigwaitinfo(&ending, nullptr);
+}

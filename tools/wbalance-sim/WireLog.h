@@ -1,0 +1,24 @@
+#pragma once
+
+#include <fstream>
+#include <ostream>
+#include <string>
+
+#include "simulator/ConnectedInstrument.h"
+
+/// Writes what goes over a line, one event to a line: seconds, direction, bytes, and the host's
+/// line settings where it is the host that sends.
+///
+///       0.012 > "@\r\n" 2400,7E1
+///       0.013 < "I4 A \"1126493049\"\r\n"
+class WireLog {
+ public:
+    /// `file` is written anew; "-" is standard error. Throws std::runtime_error when it cannot be.
+    explicit WireLog(const std::string& file);
+
+    void write(const simulator::LineEvent& event);
+
+ private:
+    std::ofstream file_;
+    std::ostream& out_;
+};
