@@ -34,19 +34,14 @@ std::thread startWithoutSignals(const std::function<void()>& work) {
     return thread;
 }
 
-/// The time until the first deadline, in the form that ppoll takes; null without a deadline.
-const timespec* timeLeft(const std::vector<ConnectedInstrument*>& served, timespec* left) {
-    std::optional<ConnectedInstrument::Clock::time_point> first;
-    for (ConnectedInstrument* instrument : served) {
-        const auto deadline = instrument->deadline();
-        if (deadline && (!first || *deadline < *first)) first = deadline;
-    }
-    if (!first) return nullptr;
-    const auto wait = std::max(*first - ConnectedInstrument::Clock::now(),
+/// The time left until `deadline`, none once it has passed.
+timespec timeUntil(ConnectedInstrument::Clock::time_point deadline) {
+    const auto wait = std::max(deadline - ConnectedInstrument::Clock::now(),
                                ConnectedInstrument::Clock::duration(0));
     const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(wait);
-    left->tv_sec = seconds.count();
-    left->tv_nsec = std::chrono::nanoseconds(wait - seconds).count();
+    timespec left = {};
+    left.tv_sec = seconds.count();
+    left.tv_nsec = std::chrono::nanoseconds(wait - seconds).count();
     return left;
 }
 
@@ -70,7 +65,10 @@ VirtualBench::~VirtualBench() {
 }
 
 ConnectedInstrument& VirtualBench::place(const std::string& instrument, const Options& options) {
-    const CatalogEntry& entry = findInstrument(instrument);
+    return place(findInstrument(instrument), options);
+}
+
+ConnectedInstrument& VirtualBench::place(const CatalogEntry& entry, const Options& options) {
     return add(std::make_unique<ConnectedInstrument>(
         entry, options, std::make_unique<VirtualLine>(directory_, options.device)));
 }
@@ -103,23 +101,42 @@ void VirtualBench::wake() const {
 }
 
 void VirtualBench::serveUntilStopped() {
-    while (!stopping_) {
-        const auto served = instruments();
-        waitForWork(served);
-        for (ConnectedInstrument* instrument : served)
+    while (!stopping_)
+        for (ConnectedInstrument* instrument : waitForWork())
             instrument->serve();
-    }
 }
 
-void VirtualBench::waitForWork(const std::vector<ConnectedInstrument*>& served) const {
+/// Sleeps until an instrument has something to do, and returns those that have: a bench of many
+/// serves only the ones that are asked.
+std::vector<ConnectedInstrument*> VirtualBench::waitForWork() {
+    using TimePoint = ConnectedInstrument::Clock::time_point;
+    const auto all = instruments();
     std::vector<pollfd> polled = {{wakeUp_, POLLIN, 0}};
-    for (ConnectedInstrument* instrument : served)
+    std::vector<std::size_t> polledUpTo;
+    std::vector<TimePoint> deadlines;
+    for (ConnectedInstrument* instrument : all) {
         for (const int descriptor : instrument->descriptors())
             polled.push_back({descriptor, POLLIN, 0});
-    timespec left = {};
-    ::ppoll(polled.data(), polled.size(), timeLeft(served, &left), nullptr);
+        polledUpTo.push_back(polled.size());
+        deadlines.push_back(instrument->deadline().value_or(TimePoint::max()));
+    }
+    const auto first = std::min_element(deadlines.begin(), deadlines.end());
+    const bool isTimed = first != deadlines.end() && *first != TimePoint::max();
+    const timespec left = isTimed ? timeUntil(*first) : timespec{};
+    ::ppoll(polled.data(), polled.size(), isTimed ? &left : nullptr, nullptr);
     eventfd_t wakes = 0;
     ::eventfd_read(wakeUp_, &wakes);
+
+    std::vector<ConnectedInstrument*> ready;
+    const TimePoint now = ConnectedInstrument::Clock::now();
+    std::size_t next = 1;
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        bool isReady = deadlines[i] <= now;
+        for (; next < polledUpTo[i]; ++next)
+            isReady = isReady || polled[next].revents != 0;
+        if (isReady) ready.push_back(all[i]);
+    }
+    return ready;
 }
 
 }  // namespace simulator

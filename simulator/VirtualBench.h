@@ -34,6 +34,9 @@ class VirtualBench {
     /// bench. Throws std::invalid_argument for unknown names, switches, faults and devices.
     ConnectedInstrument& place(const std::string& instrument, const Options& options = {});
 
+    /// The same for an instrument that is in no catalog.
+    ConnectedInstrument& place(const CatalogEntry& entry, const Options& options = {});
+
     /// The same on a bare pseudo-terminal, whose path is the instrument's device().
     ConnectedInstrument& placeOnTerminal(const std::string& instrument,
                                          const Options& options = {});
@@ -46,7 +49,7 @@ class VirtualBench {
     std::vector<ConnectedInstrument*> instruments();
     void wake() const;
     void serveUntilStopped();
-    void waitForWork(const std::vector<ConnectedInstrument*>& served) const;
+    std::vector<ConnectedInstrument*> waitForWork();
 
     std::filesystem::path directory_;
     std::mutex mutex_;
