@@ -7,6 +7,7 @@
 
 #include <wbalance/CSerialObject.h>
 #include <wbalance/Cwbalance.h>
+#include <wbalance/WbalanceGibertini.h>
 #include <wbalance/WbalanceKern_EW_EGN_EWB.h>
 #include <wbalance/WbalanceMettlerToledo.h>
 #include <wbalance/WbalanceRadwag.h>
