@@ -9,6 +9,7 @@
 #include <wbalance/Cwbalance.h>
 #include <wbalance/WbalanceGibertini.h>
 #include <wbalance/WbalanceKern_EW_EGN_EWB.h>
+#include <wbalance/WbalanceMettlerPM.h>
 #include <wbalance/WbalanceMettlerToledo.h>
 #include <wbalance/WbalanceRadwag.h>
 #include <wbalance/WbalanceSartorius.h>
