@@ -1,0 +1,50 @@
+#include "CommandLine.h"
+
+#include <CLI/CLI.hpp>
+#include <cstdio>
+
+#include "ToolError.h"
+#include "commands/Drivers.h"
+#include "commands/Weigh.h"
+#include "process/Interrupt.h"
+
+namespace tool {
+namespace {
+
+int Complain(ExitCode code, const std::string& sentence) {
+    std::fprintf(stderr, "wbalance: %s\n", sentence.c_str());
+    return static_cast<int>(code);
+}
+
+// Results that did not reach their file or pipe are not done.
+int Delivered(ExitCode code) {
+    if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return static_cast<int>(code);
+    return Complain(ExitCode::Internal, "the result could not be written to standard output");
+}
+
+}  // namespace
+
+int RunCommandLine(int argc, char* argv[]) {
+    ExitCode exitCode = ExitCode::Done;
+    CLI::App application("Read and drive weighing balances on a serial line", "wbalance");
+    application.set_version_flag("--version", WBALANCE_VERSION);
+    application.require_subcommand(1);
+    application.get_formatter()->column_width(28);
+    AddWeigh(application, exitCode);
+    AddDrivers(application, exitCode);
+    CatchInterrupts();
+    try {
+        application.parse(argc, argv);
+        return Delivered(exitCode);
+    } catch (const CLI::Success& success) {
+        return application.exit(success);
+    } catch (const CLI::ParseError& error) {
+        return Complain(ExitCode::Usage, std::string(error.what()) + "; see wbalance --help");
+    } catch (const ToolError& error) {
+        return Complain(error.code, error.what());
+    } catch (const std::exception& error) {
+        return Complain(ExitCode::Internal, error.what());
+    }
+}
+
+}  // namespace tool

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+#include "ExitCode.h"
+
+namespace tool {
+
+/// Ends a command: what is wrong and what to do about it, in one sentence, with the exit code.
+class ToolError : public std::runtime_error {
+ public:
+    ToolError(ExitCode exitCode, const std::string& sentence)
+        : std::runtime_error(sentence), code(exitCode) {}
+
+    const ExitCode code;
+};
+
+}  // namespace tool

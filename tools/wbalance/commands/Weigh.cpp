@@ -1,0 +1,69 @@
+#include "Weigh.h"
+
+#include <cstdio>
+#include <memory>
+
+#include "BalanceOptions.h"
+#include "ToolError.h"
+#include "WeighOptions.h"
+#include "output/Progress.h"
+#include "process/PortCheck.h"
+
+namespace tool {
+namespace {
+
+constexpr char kExamples[] =
+    "Examples:\n"
+    "  wbalance weigh --driver mettler-toledo --port 0\n"
+    "  wbalance weigh -d radwag -p 3 --usb --mode stable --json\n"
+    "  wbalance weigh -d kern -p /dev/serial/by-id/usb-FTDI_A1B2-if00-port0 --line 4800,8N2\n"
+    "\n"
+    "The weight is on standard output, alone. Exit codes: 0 weight, 2 usage, 3 port, 4 silence,\n"
+    "5 not understood, 6 overload, 7 underload, 8 not stable, 9 error, calibration or stand-by,\n"
+    "10 other unit, 11 truncated, 70 internal, 130 interrupted.\n";
+
+struct Options {
+    BalanceOptions balance;
+    WeighOptions weigh;
+};
+
+Measurement Weigh(const Options& options) {
+    const Connection connection = options.balance.Connect();
+    BalanceProcess balance(connection, options.balance.TraceSink());
+    Progress progress("weighing", options.balance.trace);
+    Request request;
+    request.mode = options.weigh.mode;
+    const Report report = balance.Perform(request, [&progress] { progress.Tick(); });
+    RequirePort(connection, report);
+    return Measure(*connection.driver, report);
+}
+
+ExitCode Run(const Options& options) {
+    const Format format = options.weigh.OutputFormat();
+    const std::string port = options.balance.Port().Text();
+    const Measurement measurement = Weigh(options);
+    const Reading& reading = measurement.reading;
+    const ExitCode code = CodeFor(reading.meaning);
+    if (format == Format::Text && !reading.IsWeight()) {
+        throw ToolError(code, port + ": " + SentenceFor(reading) +
+                                  (measurement.answer.empty()
+                                       ? ""
+                                       : "; it sent \"" + Visible(measurement.answer) + "\""));
+    }
+    if (format == Format::Csv) std::puts(CsvHeader().c_str());
+    std::puts(Formatted({options.balance.driver, port, measurement}, format).c_str());
+    return code;
+}
+
+}  // namespace
+
+void AddWeigh(CLI::App& application, ExitCode& exitCode) {
+    auto* command = application.add_subcommand("weigh", "Read the weight once");
+    command->footer(kExamples);
+    const auto options = std::make_shared<Options>();
+    options->balance.AddTo(*command);
+    options->weigh.AddTo(*command);
+    command->callback([options, &exitCode] { exitCode = Run(*options); });
+}
+
+}  // namespace tool

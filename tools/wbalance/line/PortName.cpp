@@ -1,0 +1,67 @@
+#include "PortName.h"
+
+#include <climits>
+#include <cstdlib>
+#include <filesystem>
+#include <regex>
+
+#include "ToolError.h"
+
+namespace tool {
+namespace {
+
+// "/dev/ttyUSB" and 8 digits are what the library's name buffer holds.
+constexpr int kMostDigits = 8;
+
+bool IsNumber(const std::string& text) {
+    return !text.empty() && text.find_first_not_of("0123456789") == std::string::npos;
+}
+
+}  // namespace
+
+std::string PortNumber::Device() const {
+    return (kind == 'U' ? "/dev/ttyUSB" : "/dev/ttyS") + std::to_string(number);
+}
+
+std::optional<PortNumber> PortNumber::OfDevice(const std::string& device) {
+    static const std::regex kForm("/dev/tty(S|USB)(0|[1-9][0-9]{0,7})");
+    std::smatch part;
+    if (!std::regex_match(device, part, kForm)) return std::nullopt;
+    return PortNumber{std::atoi(part[2].str().c_str()), part[1] == "S" ? 'S' : 'U'};
+}
+
+PortName::PortName(const std::string& text, bool usb) {
+    if (IsNumber(text)) {
+        if (text.size() > kMostDigits)
+            throw ToolError(ExitCode::Usage,
+                            "port number " + text + ": too large; at most 8 digits");
+        path_ = PortNumber{std::atoi(text.c_str()), usb ? 'U' : 'S'}.Device();
+        return;
+    }
+    if (text.empty() || text[0] == '-')
+        throw ToolError(ExitCode::Usage,
+                        "port \"" + text + "\": give a number, or a name such as /dev/ttyS0");
+    if (usb)
+        throw ToolError(ExitCode::Usage,
+                        "--usb goes with a port number, not with the name " + text);
+    path_ = text.find('/') == std::string::npos ? "/dev/" + text : text;
+}
+
+PortNumber PortName::Resolve() const {
+    if (const auto port = PortNumber::OfDevice(path_)) return *port;
+    std::error_code error;
+    const std::string device = std::filesystem::canonical(path_, error).string();
+    if (error) {
+        throw ToolError(ExitCode::PortFailed,
+                        path_ + ": " + error.message() +
+                            "; is the adapter plugged in? `wbalance ports` lists the "
+                            "ports that are there");
+    }
+    if (const auto port = PortNumber::OfDevice(device)) return *port;
+    throw ToolError(ExitCode::PortFailed,
+                    path_ + " is " + device +
+                        ", but only /dev/ttyS<number> and /dev/ttyUSB<number> can be "
+                        "used; connect the balance to such a port");
+}
+
+}  // namespace tool

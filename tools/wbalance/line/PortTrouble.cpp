@@ -1,0 +1,147 @@
+#include "PortTrouble.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <grp.h>
+#include <pwd.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <vector>
+
+namespace tool {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string ProcessText(long pid) {
+    std::string name;
+    std::getline(std::ifstream("/proc/" + std::to_string(pid) + "/comm"), name);
+    return (name.empty() ? "another program" : name) + " (process " + std::to_string(pid) + ")";
+}
+
+// The lock file that serial programs leave in /var/lock: the number of the process that holds it.
+long LockHolder(const std::string& device) {
+    long pid = 0;
+    std::ifstream("/var/lock/LCK.." + fs::path(device).filename().string()) >> pid;
+    return pid > 0 && pid != getpid() && fs::exists("/proc/" + std::to_string(pid)) ? pid : 0;
+}
+
+bool HasOpen(const fs::path& process, const std::string& device) {
+    std::error_code error;
+    for (fs::directory_iterator file(process / "fd", error), end; !error && file != end;
+         file.increment(error)) {
+        std::error_code unreadable;
+        if (fs::read_symlink(file->path(), unreadable) == device) return true;
+    }
+    return false;
+}
+
+long OpenHolder(const std::string& device) {
+    std::error_code error;
+    for (fs::directory_iterator process("/proc", error), end; !error && process != end;
+         process.increment(error)) {
+        const std::string name = process->path().filename();
+        if (name.find_first_not_of("0123456789") != std::string::npos) continue;
+        const long pid = std::stol(name);
+        if (pid != getpid() && HasOpen(process->path(), device)) return pid;
+    }
+    return 0;
+}
+
+std::string GroupName(gid_t group) {
+    const auto* entry = getgrgid(group);
+    return entry != nullptr ? entry->gr_name : std::to_string(group);
+}
+
+bool ProcessIsInGroup(gid_t group) {
+    std::vector<gid_t> groups(65536);
+    const int count = getgroups(static_cast<int>(groups.size()), groups.data());
+    groups.resize(static_cast<std::size_t>(std::max(count, 0)));
+    return getegid() == group || std::find(groups.begin(), groups.end(), group) != groups.end();
+}
+
+std::string UserName() {
+    const auto* user = getpwuid(geteuid());
+    return user != nullptr ? user->pw_name : std::to_string(geteuid());
+}
+
+bool UserIsListedInGroup(gid_t group) {
+    const auto* user = getpwuid(geteuid());
+    if (user == nullptr) return false;
+    gid_t groups[256];
+    int count = 256;
+    if (getgrouplist(user->pw_name, user->pw_gid, groups, &count) < 0) return false;
+    return std::find(groups, groups + count, group) != groups + count;
+}
+
+std::string WhyForbidden(const std::string& device) {
+    struct stat node {};
+    if (stat(device.c_str(), &node) != 0) return "";
+    const std::string group = GroupName(node.st_gid);
+    if ((node.st_mode & S_IRGRP) == 0 || (node.st_mode & S_IWGRP) == 0)
+        return "; its group " + group + " may not read and write it: check its udev rule";
+    if (ProcessIsInGroup(node.st_gid))
+        return "; your group " + group +
+               " may use it, so look for a "
+               "container or a security policy that forbids it";
+    if (UserIsListedInGroup(node.st_gid)) {
+        return "; its group is " + group +
+               ", which you joined after this session began: log out and in again";
+    }
+    return "; its group is " + group + ", you are not in it: sudo adduser " + UserName() + " " +
+           group + ", then log out and in again";
+}
+
+std::string WhyBusy(const std::string& device) {
+    const std::string holder = HolderOf(device);
+    return "; " + (holder.empty() ? "another user's program holds it: see sudo fuser -v " + device
+                                  : "it is held by " + holder + ": end that program first");
+}
+
+std::string Explain(const std::string& device, int error) {
+    switch (error) {
+        case EACCES:
+        case EPERM:
+            return ": permission denied" + WhyForbidden(device);
+        case EBUSY:
+            return ": the port is in use" + WhyBusy(device);
+        case ENOENT:
+            return ": there is no such port; is the adapter plugged in? `wbalance ports` lists the "
+                   "ports that are there";
+        case ENODEV:
+        case ENXIO:
+        case EIO:
+            return ": the node is there but no device is behind it (" +
+                   std::string(std::strerror(error)) + "); plug the adapter in again";
+        default:
+            return ": " + std::string(std::strerror(error));
+    }
+}
+
+}  // namespace
+
+std::string HolderOf(const std::string& device) {
+    if (const long pid = LockHolder(device)) return ProcessText(pid);
+    if (const long pid = OpenHolder(device)) return ProcessText(pid);
+    return "";
+}
+
+std::string WhyNotOpened(const std::string& device) {
+    const int descriptor = open(device.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+    if (descriptor < 0) return device + Explain(device, errno);
+    const bool terminal = isatty(descriptor) != 0;
+    close(descriptor);
+    if (!terminal)
+        return device +
+               ": no serial port is behind it; `wbalance ports` lists those that are there";
+    if (!HolderOf(device).empty()) return device + Explain(device, EBUSY);
+    return device + ": the port could not be opened a moment ago but can be now; try again";
+}
+
+}  // namespace tool

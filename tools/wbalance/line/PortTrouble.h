@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+
+namespace tool {
+
+/// Who has a port open, as far as this user may know: "minicom (process 4321)". Empty when nobody
+/// is seen.
+std::string HolderOf(const std::string& device);
+
+/// Why a device can't be opened and what to do about it, found out by looking at it again:
+/// "/dev/ttyUSB0: permission denied; its group is dialout and you are not in it: ...". Says that
+/// the device opens when it does.
+std::string WhyNotOpened(const std::string& device);
+
+}  // namespace tool

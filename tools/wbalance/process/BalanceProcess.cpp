@@ -1,0 +1,128 @@
+#include "BalanceProcess.h"
+
+#include <signal.h>
+#include <sys/prctl.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <system_error>
+
+#include "Interrupt.h"
+#include "ToolError.h"
+
+namespace tool {
+namespace {
+
+constexpr int kTickMs = 200;
+constexpr std::size_t kLargestTrace = 65536;
+
+// Packets, so that one traced text stays one text however long it waits to be read.
+std::array<Descriptor, 2> PacketSockets() {
+    int pair[2];
+    if (socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, pair) != 0)
+        throw std::system_error(errno, std::generic_category(), "socketpair");
+    return {Descriptor(pair[0]), Descriptor(pair[1])};
+}
+
+}  // namespace
+
+BalanceProcess::BalanceProcess(const Connection& connection, TraceSink sink)
+    : sink_(std::move(sink)) {
+    auto [requests, childRequests] = PacketSockets();
+    auto [trace, childTrace] = PacketSockets();
+    auto [words, childWords] = PacketSockets();
+    child_ = fork();
+    if (child_ < 0) throw std::system_error(errno, std::generic_category(), "fork");
+    if (child_ == 0) {
+        requests.Close();
+        RunChild(connection, childRequests.Get(), childTrace.Get(), childWords.Get());
+        _exit(0);
+    }
+    requests_ = std::move(requests);
+    trace_ = std::move(trace);
+    words_ = std::move(words);
+}
+
+BalanceProcess::~BalanceProcess() {
+    kill(child_, SIGKILL);
+    waitpid(child_, nullptr, 0);
+}
+
+void BalanceProcess::RunChild(const Connection& connection, int requests, int trace,
+                              int words) const {
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    signal(SIGINT, SIG_IGN);  // the parent ends this process when the user has interrupted it
+    dup2(trace, STDOUT_FILENO);
+    dup2(words, STDERR_FILENO);
+    setvbuf(stdout, nullptr, _IONBF, 0);
+    Worker(connection, requests).Run();
+}
+
+void BalanceProcess::Start(const Request& request) {
+    report_ = {};
+    busy_ = true;
+    if (!SendRequest(requests_.Get(), request)) TakeOutcome();
+}
+
+std::vector<pollfd> BalanceProcess::Watched() const {
+    return {{trace_.Get(), POLLIN, 0}, {requests_.Get(), POLLIN, 0}};
+}
+
+void BalanceProcess::Serve() {
+    TakeTrace();
+    TakeOutcome();
+}
+
+void BalanceProcess::TakeTrace() {
+    std::string text(kLargestTrace, '\0');
+    for (;;) {
+        const ssize_t length = recv(trace_.Get(), text.data(), text.size(), MSG_DONTWAIT);
+        if (length <= 0) return;
+        report_.trace.push_back(
+            {std::chrono::system_clock::now(), text.substr(0, static_cast<std::size_t>(length))});
+        sink_(report_.trace.back());
+    }
+}
+
+void BalanceProcess::TakeWords() {
+    char text[1024];
+    for (;;) {
+        const ssize_t length = recv(words_.Get(), text, sizeof text, MSG_DONTWAIT);
+        if (length <= 0) return;
+        report_.lastWords.append(text, static_cast<std::size_t>(length));
+    }
+}
+
+void BalanceProcess::TakeOutcome() {
+    const ssize_t length =
+        recv(requests_.Get(), &report_.outcome, sizeof report_.outcome, MSG_DONTWAIT);
+    if (length < 0 && (errno == EAGAIN || errno == EINTR)) return;
+    report_.died = length != static_cast<ssize_t>(sizeof report_.outcome);
+    // What was traced before the outcome was sent may have come in after the last look.
+    TakeTrace();
+    TakeWords();
+    report_.finished = std::chrono::system_clock::now();
+    busy_ = false;
+}
+
+Report BalanceProcess::TakeReport() {
+    return std::move(report_);
+}
+
+Report BalanceProcess::Perform(const Request& request, const Tick& tick) {
+    Start(request);
+    while (IsBusy()) {
+        auto watched = Watched();
+        poll(watched.data(), watched.size(), kTickMs);
+        if (Interrupted()) throw ToolError(ExitCode::Interrupted, "interrupted");
+        Serve();
+        tick();
+    }
+    return TakeReport();
+}
+
+}  // namespace tool

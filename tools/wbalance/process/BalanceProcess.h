@@ -1,0 +1,70 @@
+#pragma once
+
+#include <poll.h>
+#include <sys/types.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "Descriptor.h"
+#include "Dialogue.h"
+#include "Worker.h"
+
+namespace tool {
+
+/// An operation that has come to its end, and all that was traced during it.
+struct Report {
+    Outcome outcome;
+    bool died = false;      ///< the library ended its process
+    std::string lastWords;  ///< what it said on standard error
+    std::vector<TraceText> trace;
+    WallTime finished;
+};
+
+/// A balance, driven by the library in a child process of its own.
+///
+/// Nothing here waits for the balance: whoever runs several of them polls Watched() and calls
+/// Serve(); Perform() does so for one. The child ends with this object, whatever it is doing.
+class BalanceProcess {
+ public:
+    using TraceSink = std::function<void(const TraceText&)>;
+    using Tick = std::function<void()>;
+
+    /// Forks; the process must have one thread. `sink` is called for each traced text as it comes.
+    BalanceProcess(const Connection& connection, TraceSink sink);
+    ~BalanceProcess();
+    BalanceProcess(const BalanceProcess&) = delete;
+    BalanceProcess& operator=(const BalanceProcess&) = delete;
+
+    /// Hands the request over. One at a time.
+    void Start(const Request& request);
+    bool IsBusy() const { return busy_; }
+
+    /// The descriptors on which news comes.
+    std::vector<pollfd> Watched() const;
+    /// Takes in all news there are, without waiting.
+    void Serve();
+    /// The report of the operation that has ended.
+    Report TakeReport();
+
+    /// Start() and wait for the end; `tick` is called several times a second. Throws ToolError when
+    /// the user interrupts.
+    Report Perform(const Request& request, const Tick& tick);
+
+ private:
+    void RunChild(const Connection& connection, int requests, int trace, int words) const;
+    void TakeTrace();
+    void TakeWords();
+    void TakeOutcome();
+
+    const TraceSink sink_;
+    pid_t child_ = -1;
+    Descriptor requests_;
+    Descriptor trace_;
+    Descriptor words_;
+    bool busy_ = false;
+    Report report_;
+};
+
+}  // namespace tool

@@ -1,0 +1,73 @@
+#include "Dialogue.h"
+
+#include <string_view>
+
+namespace tool {
+namespace {
+
+constexpr std::string_view kOpenFailed = "INVALID COMM PORT ... UNABLE OPENING ";
+constexpr std::string_view kSettings = "Balance Comm Port settings:\n";
+constexpr std::string_view kRefused = "===> FAIL\n\n";
+constexpr std::string_view kCommand = "<== ";
+constexpr std::string_view kTaken = " ... OK\n\n";
+constexpr std::string_view kNotTaken = " ... FAIL\n\n";
+constexpr std::string_view kReceived = "Read from scale: ";
+constexpr std::string_view kElapsed = " (time elapsed: ";
+
+bool StartsWith(std::string_view text, std::string_view start) {
+    return text.substr(0, start.size()) == start;
+}
+
+bool EndsWith(std::string_view text, std::string_view end) {
+    return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
+}
+
+// "<== S\r\n ... OK\n\n"
+Exchange ReadCommand(const TraceText& traced) {
+    const std::string_view text = traced.text;
+    Exchange exchange;
+    exchange.taken = EndsWith(text, kTaken);
+    const std::size_t tail = exchange.taken ? kTaken.size() : kNotTaken.size();
+    if (text.size() >= kCommand.size() + tail)
+        exchange.command = text.substr(kCommand.size(), text.size() - kCommand.size() - tail);
+    exchange.sent = exchange.answered = traced.time;
+    return exchange;
+}
+
+// "Read from scale: S S     100.00 g\r\n (time elapsed: 12 ms)\n". The line without the elapsed
+// time repeats what a longer reading was put together from.
+std::string ReadAnswer(std::string_view text) {
+    const std::size_t end = text.rfind(kElapsed);
+    if (end == std::string_view::npos || end < kReceived.size()) return "";
+    return std::string(text.substr(kReceived.size(), end - kReceived.size()));
+}
+
+}  // namespace
+
+Dialogue::Dialogue(const std::vector<TraceText>& trace) {
+    for (const auto& traced : trace) {
+        const std::string_view text = traced.text;
+        if (StartsWith(text, kOpenFailed)) openFailed = true;
+        if (StartsWith(text, kSettings) && EndsWith(text, kRefused)) settingsRefused = true;
+        if (StartsWith(text, kCommand)) exchanges.push_back(ReadCommand(traced));
+        if (!StartsWith(text, kReceived)) continue;
+        const std::string answer = ReadAnswer(text);
+        if (answer.empty()) continue;
+        if (exchanges.empty()) exchanges.emplace_back();
+        exchanges.back().answer += answer;
+        exchanges.back().answered = traced.time;
+    }
+}
+
+bool Dialogue::AnythingReceived() const {
+    return !Received().empty();
+}
+
+std::string Dialogue::Received() const {
+    std::string received;
+    for (const auto& exchange : exchanges)
+        received += exchange.answer;
+    return received;
+}
+
+}  // namespace tool

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <chrono>
+#include <string>
+#include <vector>
+
+namespace tool {
+
+using WallTime = std::chrono::system_clock::time_point;
+
+/// One text that the library traced, and when.
+struct TraceText {
+    WallTime time;
+    std::string text;
+};
+
+/// One command and what came back for it.
+struct Exchange {
+    std::string command;  ///< as sent, line end included
+    bool taken = false;   ///< whether the port took every byte
+    std::string answer;   ///< all that was received before the next command
+    WallTime sent;
+    WallTime answered;  ///< when the last of it had been received; `sent` without an answer
+};
+
+/// What went over the line during an operation, found again in the library's trace.
+///
+/// The trace is the only place where a host sees what the instrument answered. A '%' in an answer
+/// is interpreted there, and what follows a zero byte is missing; such an answer no longer has its
+/// instrument's form, so that it is never taken for a weight.
+struct Dialogue {
+    explicit Dialogue(const std::vector<TraceText>& trace);
+
+    bool openFailed = false;       ///< the device could not be opened
+    bool settingsRefused = false;  ///< the port does not take the line settings
+    std::vector<Exchange> exchanges;
+
+    bool AnythingReceived() const;
+    /// What was received, all of it.
+    std::string Received() const;
+};
+
+}  // namespace tool

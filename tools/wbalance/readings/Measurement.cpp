@@ -1,0 +1,145 @@
+#include "Measurement.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+
+namespace tool {
+namespace {
+
+// Drivers that fall back to an average take this many readings and always divide by it.
+constexpr std::size_t kAveraged = 5;
+
+bool Same(double a, double b) {
+    return std::fabs(a - b) <= 1e-9 * std::max({1.0, std::fabs(a), std::fabs(b)});
+}
+
+int DecimalsOf(const std::string& digits) {
+    const std::size_t point = digits.find('.');
+    return point == std::string::npos ? 0 : static_cast<int>(digits.size() - point - 1);
+}
+
+// The answers to the command that was repeated at the end.
+std::vector<Reading> LastReadings(const DriverInfo& driver,
+                                  const std::vector<Exchange>& exchanges) {
+    std::vector<Reading> readings;
+    for (auto exchange = exchanges.rbegin(); exchange != exchanges.rend(); ++exchange) {
+        if (exchange->command != exchanges.back().command || readings.size() == kAveraged) break;
+        if (!exchange->answer.empty()) readings.push_back(driver.dialect(exchange->answer));
+    }
+    return readings;
+}
+
+Reading Mean(const std::vector<Reading>& readings) {
+    double sum = 0.0;
+    int decimals = 0;
+    for (const auto& reading : readings) {
+        sum += reading.Value();
+        decimals = std::max(decimals, DecimalsOf(reading.digits));
+    }
+    char digits[64];
+    std::snprintf(digits, sizeof digits, "%.*f", decimals, sum / kAveraged);
+    Reading mean = readings.front();
+    mean.stability = Stability::Dynamic;
+    mean.digits = digits;
+    mean.remark = "mean of 5 readings";
+    return mean;
+}
+
+bool AllAreWeights(const std::vector<Reading>& readings) {
+    return std::all_of(readings.begin(), readings.end(),
+                       [](const Reading& reading) { return reading.IsWeight(); });
+}
+
+Reading IncompleteAverage(std::size_t answered) {
+    Reading reading;
+    reading.meaning = Meaning::NotStable;
+    reading.remark = "only " + std::to_string(answered) +
+                     " of 5 readings were answered, and the driver counts the others as zero";
+    return reading;
+}
+
+// Digits of the answer that the driver left out, or a number that it found somewhere else.
+Reading Contradiction(Reading reading, double taken) {
+    char number[64];
+    std::snprintf(number, sizeof number, "%g", taken);
+    const std::string digits =
+        reading.digits.substr(reading.digits.find_first_not_of('+') == 0 ? 0 : 1);
+    reading.meaning = digits.rfind(number, 0) == 0 ? Meaning::Truncated : Meaning::NotUnderstood;
+    reading.remark = "the driver reads it as " + std::string(number);
+    return reading;
+}
+
+Reading Accepted(const DriverInfo& driver, const Dialogue& dialogue, const Exchange& last,
+                 double taken) {
+    const Reading reading = driver.dialect(last.answer);
+    if (!reading.IsWeight()) return reading;
+    if (Same(reading.Value(), taken)) return reading;
+    const auto readings = LastReadings(driver, dialogue.exchanges);
+    if (!AllAreWeights(readings) || reading.stability != Stability::Dynamic)
+        return Contradiction(reading, taken);
+    double sum = 0.0;
+    for (const auto& one : readings)
+        sum += one.Value();
+    if (!Same(sum / kAveraged, taken)) return Contradiction(reading, taken);
+    return readings.size() == kAveraged ? Mean(readings) : IncompleteAverage(readings.size());
+}
+
+Reading Rejected(const DriverInfo& driver, const Exchange& last) {
+    Reading reading = driver.dialect(last.answer);
+    if (!reading.IsWeight()) return reading;
+    if (reading.stability == Stability::Dynamic) {
+        reading.meaning = Meaning::NotStable;
+    } else {
+        reading.meaning = Meaning::NotUnderstood;
+        reading.remark = "the driver does not take this answer";
+    }
+    return reading;
+}
+
+Reading NoAnswer() {
+    Reading reading;
+    reading.meaning = Meaning::Silence;
+    return reading;
+}
+
+}  // namespace
+
+Measurement Measure(const DriverInfo& driver, const Report& report) {
+    const Dialogue dialogue(report.trace);
+    const auto last = std::find_if(dialogue.exchanges.rbegin(), dialogue.exchanges.rend(),
+                                   [](const Exchange& one) { return !one.answer.empty(); });
+    if (last == dialogue.exchanges.rend()) return {NoAnswer(), "", report.finished};
+    const Reading reading = report.outcome.result != 0
+                                ? Accepted(driver, dialogue, *last, report.outcome.weight)
+                                : Rejected(driver, *last);
+    return {reading, last->answer, last->answered};
+}
+
+ExitCode CodeFor(Meaning meaning) {
+    switch (meaning) {
+        case Meaning::Weight:
+            return ExitCode::Done;
+        case Meaning::Overload:
+            return ExitCode::Overload;
+        case Meaning::Underload:
+            return ExitCode::Underload;
+        case Meaning::NotStable:
+            return ExitCode::NotStable;
+        case Meaning::Calibrating:
+        case Meaning::Standby:
+        case Meaning::InstrumentError:
+            return ExitCode::Refused;
+        case Meaning::OtherUnit:
+            return ExitCode::OtherUnit;
+        case Meaning::Truncated:
+            return ExitCode::Truncated;
+        case Meaning::Silence:
+            return ExitCode::Silent;
+        case Meaning::NotUnderstood:
+            return ExitCode::NotUnderstood;
+    }
+    return ExitCode::Internal;
+}
+
+}  // namespace tool

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "ExitCode.h"
+#include "Reading.h"
+#include "drivers/DriverTable.h"
+#include "process/BalanceProcess.h"
+
+namespace tool {
+
+/// A reading with what it was made from: what the library returned, held against what the
+/// instrument answered.
+struct Measurement {
+    Reading reading;
+    std::string answer;  ///< the raw answer that decided
+    WallTime time;       ///< when it had come
+};
+
+/// Weighs what a Weigh operation has brought. A weight comes out only when the driver accepted the
+/// answer, the answer means a weight in grams, and both show the same number.
+Measurement Measure(const DriverInfo& driver, const Report& report);
+
+/// The exit code for a reading.
+ExitCode CodeFor(Meaning meaning);
+
+}  // namespace tool
