@@ -56,7 +56,12 @@ void Play(const Dialogue& dialogue, const Mishap& mishap, const Perform& perform
     sighting.openAfter = line.IsOpen();
     sighting.portsAfter = line.PortObjects();
 
-    line.PlugInAgain();
+    // An endless one has to end a second time, too.
+    if (dialogue.endless) {
+        line.HangUp();
+    } else {
+        line.PlugInAgain();
+    }
     Prepare(dialogue.act.script);
     PerformAct(dialogue.act, perform, sighting);
 }
@@ -146,12 +151,18 @@ std::string AgainstLiterals(const Dialogue& dialogue, const Sighting& table) {
            std::to_string(table.weights[at]) + ", " + std::to_string(table.decimals[at]) + "\n";
 }
 
+/// Through how many calls on the port an endless operation is followed.
+constexpr int kEnoughCalls = 60;
+
 /// The calls on the port that the call under test makes when nothing fails, by number.
 std::map<int, std::string> CallsOf(const Matrix& matrix, const Dialogue& dialogue) {
-    Dialogue once = dialogue;
     int first = 0;
     int last = 0;
-    const Mishap mark{"", [&](Script&, Line& line) { first = line.CallCount(); }};
+    const Mishap mark{"", [&](Script&, Line& line) {
+                          first = line.CallCount();
+                          if (dialogue.endless)
+                              line.FailCall(first + kEnoughCalls, scripted::Fault::HangUp);
+                      }};
     Line::Here().Reset();
     Balance balance(matrix.description, Line::Here());
     Sighting sighting;
@@ -162,7 +173,7 @@ std::map<int, std::string> CallsOf(const Matrix& matrix, const Dialogue& dialogu
             last = Line::Here().CallCount();
         return result;
     };
-    Play(once, mark, perform, sighting);
+    Play(dialogue, mark, perform, sighting);
     std::map<int, std::string> calls;
     int number = 0;
     for (const Line::Event& event : Line::Here().Events()) {
@@ -182,7 +193,8 @@ std::vector<std::string> Discrepancies(const Matrix& matrix, int& cells) {
     std::vector<std::string> reports;
     const scripted::TraceCapture capture;
     for (const Dialogue& dialogue : matrix.dialogues) {
-        std::vector<Mishap> mishaps = {{"nothing fails", [](Script&, Line&) {}}};
+        std::vector<Mishap> mishaps;
+        if (!dialogue.endless) mishaps.push_back({"nothing fails", [](Script&, Line&) {}});
         for (const auto& [number, name] : CallsOf(matrix, dialogue))
             AddCallMishaps(number, name, mishaps);
         AddAnswerMishaps(dialogue.act.script, mishaps);

@@ -38,6 +38,8 @@ struct Dialogue {
     int decimals = kUntouchedDecimals;
     long boundMs = 0;              ///< the longest that the operation may take, whatever fails
     std::vector<Act> before = {};  ///< earlier calls on the same object, without faults
+    /// Only a call that fails ends it: the operation calls itself over and over.
+    bool endless = false;
 };
 
 /// A driver object of the library, behind one face.

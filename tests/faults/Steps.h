@@ -1,6 +1,7 @@
 #ifndef WBALANCE_TESTS_FAULTS_STEPS_H
 #define WBALANCE_TESTS_FAULTS_STEPS_H
 
+#include <cmath>
 #include <cstdlib>
 #include <cstring>
 
@@ -61,8 +62,9 @@ inline Test Seen() {
 inline Test StatusIs(int status) {
     return [=](const Run& run) { return run.status == status; };
 }
-inline Test ReadingWithin(Test test) {
-    return test;
+/// The reading within the operation is closer to zero than `limit`.
+inline Test ReadingBelow(double limit) {
+    return [=](const Run& run) { return std::fabs(run.reading) < limit; };
 }
 inline Test Not(Test test) {
     return [=](const Run& run) { return !test(run); };
@@ -72,6 +74,16 @@ inline Test Either(Test one, Test other) {
 }
 inline Test Both(Test one, Test other) {
     return [=](const Run& run) { return one(run) && other(run); };
+}
+
+inline Test FlagA() {
+    return [](const Run& run) { return run.balance.flagA != 0; };
+}
+inline Test FlagB() {
+    return [](const Run& run) { return run.balance.flagB != 0; };
+}
+inline Test FlagC() {
+    return [](const Run& run) { return run.balance.flagC != 0; };
 }
 
 // Numbers.
@@ -98,6 +110,11 @@ inline Number Constant(double number) {
 }
 
 // Control.
+
+inline Steps Then(Steps steps, const Steps& more) {
+    steps.insert(steps.end(), more.begin(), more.end());
+    return steps;
+}
 
 inline Step If(Test test, Steps then, Steps otherwise = {}) {
     return [=](Run& run) { return Carry(test(run) ? then : otherwise, run); };
@@ -206,6 +223,13 @@ inline Step ParseMettler() {
 }
 inline Step ParseMettlerWithoutDecimals() {
     return Do([](Run& run) { run.value = MettlerNumber(run.answer, nullptr); });
+}
+
+/// A driver's own parser: 0 not a weight, else the status; the pointers may be null.
+using Parser = int (*)(const std::string& answer, double* weight, int* decimals);
+
+inline Step ParseWith(Parser parser) {
+    return Do([=](Run& run) { run.status = parser(run.answer, run.weight, run.decimals); });
 }
 
 }  // namespace faults

@@ -16,11 +16,6 @@ const Steps kStoreValue = {ParseMettler(), Store(Value()), kTraceWeight};
 const Steps kStoreZero = {Store(Constant(0.0)), kTraceWeight, Return(0)};
 const Steps kCommandFails = {Trace("%s - Command fail!\n\n"), Return(0)};
 
-Steps Then(Steps steps, const Steps& more) {
-    steps.insert(steps.end(), more.begin(), more.end());
-    return steps;
-}
-
 const Description kMettlerToledo = {
     "Generic Mettler Toledo",
     {0, 2400, 2, 7, 0, 0, 1, 'S'},

@@ -1,0 +1,134 @@
+#include <gtest/gtest.h>
+
+#include "Matrix.h"
+#include "Steps.h"
+
+namespace faults {
+namespace {
+
+int ParseKern(const std::string& answer, double* weight, int* decimals) {
+    if (answer.size() < 12) return 0;
+    const std::string record = answer.substr(answer[0] == 'A' ? 5 : 0, 12);
+    const std::string field = record.substr(1, 7);
+    if (decimals != nullptr && field.find('.') != std::string::npos) *decimals = 7;
+    const double magnitude = std::strtod(field.c_str(), nullptr);
+    if (weight != nullptr) *weight = record[0] == '-' ? -magnitude : magnitude;
+    return record.size() == 12 && record[11] == 'S' ? 1 : 2;
+}
+
+// clang-format off
+
+const Step kEmptyAnswer = Do([](Run& run) { run.answer.clear(); });
+const Step kReceive = [](Run& run) {
+    run.answer.clear();
+    return run.balance.ReceiveAll(run.answer, 64, '\n') ? Flow{} : Flow{Flow::Done, 0};
+};
+const Step kReceiveMore = Do([](Run& run) { run.balance.ReceiveAll(run.answer, 64, '\n'); });
+
+const Steps kConclude = {Trace("%s - weight = %.2lf gr.\n\n", Stored()), Return(1)};
+const Step kNeedAcknowledgement = If(Not(Holds("A00")), Fail());
+const Step kParse = ParseWith(ParseKern);
+
+const Step kNoteTime = Do([](Run& run) { run.start = run.balance.Now(); });
+/// The time is taken ahead of the pause.
+const Step kPauseUntilFiveSeconds = [](Run& run) {
+    const bool over = run.balance.Now() - run.start >= 5000;
+    run.balance.Pause(200);
+    return Flow{over ? Flow::LeavePasses : Flow::GoOn, 0};
+};
+const Step kAddReading = Do([](Run& run) { run.sum += run.reading; });
+
+const Description kKern = {
+    "Kern EW/EG-N/EWB",
+    {0, 1200, 0, 8, 2, 0, 1, 'S'},
+    {
+        {"IsReady", {OpenAndClear(), Read(1), ReturnStatus()}},
+        {"Tare", {
+            Ready(),
+            Trace("%s - Tare\n"), Send("T \r\n"), kReceive,
+            If(Holds("A00"), {Return(1)}, Fail())}},
+        {"TareSet", {Return(0)}},
+        {"RestoreFactorySettings", {Return(1)}},
+        {"Weight", {
+            Ready(),
+            Trace("%s - Weight\n"),
+            If(Mode(2), {Send("O8\r\n")}, {Send("O9\r\n")}),
+            kReceive, kNeedAcknowledgement,
+            kParse,
+            If(Not(StatusIs(0)), kConclude),
+            If(Mode(2), {TraceAsIs("Weight procedure failed!"), Return(0)}),
+            kEmptyAnswer, kNoteTime,
+            Passes(1000, {
+                kReceiveMore,
+                kParse,
+                If(Not(StatusIs(0)), kConclude),
+                kPauseUntilFiveSeconds}),
+            If(Mode(0), {TraceAsIs("Weight procedure failed!"), Return(0)}),
+            Trace("%s - Stable Weight STOP\n"), Send("O0\r\n"),
+            kReceive, kNeedAcknowledgement,
+            Passes(5, {Read(2), kAddReading}),
+            Store(FifthOfSum()),
+            Return(1)}},
+    }};
+
+/// The driver with a readiness that is the line's alone.
+Description WithReadinessOfTheLine(Description description) {
+    description.operations["IsReady"] = {OpenAndClear(), Return(1)};
+    return description;
+}
+
+Exchange Answer(const char* command, const char* text) {
+    return {command, {{text, 60}}};
+}
+const Exchange kRecord = Answer("O9\r\n", "A00\r\n-  12.50 G S\r\n");
+const Exchange kAcknowledged = Answer("O9\r\n", "A00\r\n");
+const Exchange kImmediate = Answer("O8\r\n", "A00\r\n+   5.00 G U\r\n");
+const Exchange kStopped = Answer("O0\r\n", "A00\r\n");
+constexpr double kNoWeight = kUntouchedWeight;
+constexpr int kNoDecimals = kUntouchedDecimals;
+
+// A gathered answer: its first round, one for a late rest, one in which nothing comes.
+constexpr long kGather = 3 * 3100;
+constexpr long kStableBound = kGather + 5000 + kGather + 200;
+constexpr long kAverageBound = kStableBound + kGather + 5 * kGather;
+
+const std::vector<Dialogue> kDialogues = {
+    {"Readiness of the line", {{"IsReady"}, {}}, 1, kNoWeight, kNoDecimals, 0},
+    {"Tare", {{"Tare"}, {Answer("T \r\n", "A00\r\n")}}, 1, kNoWeight, kNoDecimals, kGather},
+    {"Tare refused", {{"Tare"}, {Answer("T \r\n", "E01\r\n")}}, 0, kNoWeight, kNoDecimals, kGather},
+    {"Preset tare", {{"TareSet", 0, 5.0}, {}}, 0, kNoWeight, kNoDecimals, 0},
+    {"Stable weight", {{"Weight", 0}, {kRecord}}, 1, -12.5, 7, kStableBound},
+    {"Weight without a point", {{"Weight", 1}, {Answer("O9\r\n", "A00\r\n+    120 G S\r\n")}}, 1, 120.0, kNoDecimals, kAverageBound},
+    {"Record ahead of the acknowledgement", {{"Weight", 0}, {Answer("O9\r\n", "+  12.50 G S\r\nA00\r\n")}}, 1, 12.5, 7, kStableBound},
+    {"Record of the second round", {{"Weight", 0}, {{"O9\r\n", {{"A00\r\n", 60}, {"+   7.25 G S\r\n", 4000}}}}}, 1, 7.25, 7,
+     kStableBound},
+    {"No record in five seconds", {{"Weight", 0}, {kAcknowledged}}, 0, kNoWeight, kNoDecimals, kStableBound},
+    {"Immediate weight", {{"Weight", 2}, {kImmediate}}, 1, 5.0, 7, kGather},
+    {"Immediate weight, acknowledged only", {{"Weight", 2}, {Answer("O8\r\n", "A00\r\n")}}, 0, kNoWeight, kNoDecimals, kGather},
+    {"Average", {{"Weight", 1}, {kAcknowledged, kStopped, kImmediate, kImmediate, kImmediate, kImmediate, kImmediate}}, 1, 5.0,
+     kNoDecimals, kAverageBound},
+    {"Refused command", {{"Weight", 1}, {Answer("O9\r\n", "E01\r\n")}}, 0, kNoWeight, kNoDecimals, kAverageBound},
+};
+
+/// As it is, readiness asks for a weight and a weight for readiness, and no byte reaches the instrument: a
+/// call that fails ends it.
+const std::vector<Dialogue> kEndlessDialogues = {
+    {"Readiness", {{"IsReady"}, {}}, 0, kNoWeight, kNoDecimals, 10, {}, true},
+    {"Tare", {{"Tare"}, {}}, 0, kNoWeight, kNoDecimals, 10, {}, true},
+    {"Weight", {{"Weight", 0}, {}}, 0, kNoWeight, kNoDecimals, 10, {}, true},
+    {"Immediate weight", {{"Weight", 2}, {}}, 0, kNoWeight, kNoDecimals, 10, {}, true},
+};
+
+// clang-format on
+
+TEST(WbalanceKern_EW_EGN_EWBFaults, Every_single_fault_ends_as_the_instruments_table_says) {
+    ExpectEveryFaultMet({WithReadinessOfTheLine(kKern), kDialogues,
+                         Make<WithLineReadiness<WbalanceKern_EW_EGN_EWB>>()});
+}
+
+TEST(WbalanceKern_EW_EGN_EWBFaults, Every_failing_call_ends_the_reentry_as_it_should) {
+    ExpectEveryFaultMet({kKern, kEndlessDialogues, Make<WbalanceKern_EW_EGN_EWB>()});
+}
+
+}  // namespace
+}  // namespace faults
