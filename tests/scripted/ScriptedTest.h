@@ -51,6 +51,7 @@ class Open : public Driver {
     using Driver::modelFlagA;
     using Driver::modelFlagB;
     using Driver::modelFlagC;
+    using Driver::OpenAndClear;
     using Driver::parityCode;
     using Driver::portKind;
     using Driver::portNumber;

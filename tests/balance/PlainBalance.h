@@ -1,0 +1,18 @@
+#ifndef WBALANCE_TESTS_BALANCE_PLAINBALANCE_H
+#define WBALANCE_TESTS_BALANCE_PLAINBALANCE_H
+
+#include "ScriptedTest.h"
+
+/// A driver with nothing of its own but the two operations that it must have.
+class PlainBalance : public Cwbalance {
+ public:
+    PlainBalance() {
+        SetCommPort(4);
+        SetCommConfig(2400, ParityEven, 7, OneStopBit, NoFlowControl, 1, 'S');
+    }
+
+    int IsReady() override { return OpenAndClear(); }
+    int Tare() override { return 2; }
+};
+
+#endif
