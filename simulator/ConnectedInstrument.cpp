@@ -23,7 +23,6 @@ ConnectedInstrument::ConnectedInstrument(const CatalogEntry& entry, const Option
         instrument_.addFault(fault);
     for (const LoadStep& load : options.loads)
         putOn(load);
-    instrument_.powerUp(Time(0));
     serve();
 }
 
@@ -153,10 +152,7 @@ std::optional<ConnectedInstrument::Clock::time_point> ConnectedInstrument::deadl
     const auto consider = [&](Moment due) { first = first ? std::min(*first, due) : due; };
     if (!toInstrument_.empty()) consider(toInstrument_.front().due);
     if (!toHost_.empty()) consider(toHost_.front().due);
-    for (const Fault& fault : instrument_.faults()) {
-        if (fault.from > now()) consider(fault.from);
-        if (fault.until && *fault.until > now()) consider(*fault.until);
-    }
+    if (const auto interval = line_->lookEvery()) consider(moment() + *interval);
     if (!first) return std::nullopt;
     return start_ + *first;
 }

@@ -36,7 +36,7 @@ void checkValue(const Fault& fault, const std::string& text) {
 }  // namespace
 
 Fault Fault::parse(const std::string& text) {
-    static const std::regex form("([a-z]+)(=([^@]+))?(@([^+]+)(\\+(.+))?)?");
+    static const std::regex form("([a-z-]+)(=([^@]+))?(@([^+]+)(\\+(.+))?)?");
     std::smatch part;
     if (!std::regex_match(text, part, form))
         refuse(text, "a fault is written NAME[=VALUE][@START[+DURATION]]");
@@ -56,6 +56,9 @@ const std::vector<FaultDescription>& faults() {
         {"late", "1500ms", "answers come late by the value, a time"},
         {"noise", "5", "this many characters of rubbish come ahead of every answer"},
         {"overload", "", "the load is above the balance's range"},
+        {"power-cut", "",
+         "the mains are off; with a duration they come back and the balance starts "
+         "anew"},
         {"silent", "", "the instrument answers nothing"},
         {"truncated", "5", "only this many characters of every answer come"},
         {"underload", "", "the load is below the balance's range"},

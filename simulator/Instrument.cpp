@@ -30,15 +30,9 @@ Instrument::Instrument(const CatalogEntry& entry, const Switches& switches)
     : balance_(fitted(entry.balance, switches)),
       dialect_(entry.createDialect(balance_, switches)) {}
 
-void Instrument::powerUp(Time now) {
-    advance(now);
-    dialect_->powerUp();
-    collectAnswers();
-}
-
 void Instrument::receive(const Character& character, Time now) {
     advance(now);
-    dialect_->receive(character);
+    if (hasPower_) dialect_->receive(character);
     collectAnswers();
 }
 
@@ -49,19 +43,34 @@ void Instrument::receive(const std::string& bytes, Time now) {
 
 void Instrument::receiveBreak(Time now) {
     advance(now);
-    dialect_->receiveBreak();
+    if (hasPower_) dialect_->receiveBreak();
     collectAnswers();
 }
 
 void Instrument::advance(Time now) {
-    for (auto next = dialect_->nextTask(); next && *next <= now; next = dialect_->nextTask()) {
-        balance_.advance(*next);
-        applyConditions();
-        dialect_->runDueTasks();
-        collectAnswers();
-    }
+    for (auto next = nextChange(); next && *next <= now; next = nextChange())
+        advanceTo(*next);
+    advanceTo(now);
+}
+
+void Instrument::advanceTo(Time now) {
     balance_.advance(now);
-    applyConditions();
+    applyFaults();
+    dialect_->runDueTasks();
+    collectAnswers();
+}
+
+/// The next task of the dialect or the next beginning or end of a fault.
+std::optional<Time> Instrument::nextChange() const {
+    auto next = dialect_->nextTask();
+    const auto consider = [&](Time time) {
+        if (time > balance_.now() && (!next || time < *next)) next = time;
+    };
+    for (const Fault& fault : faults_) {
+        consider(fault.from);
+        if (fault.until) consider(*fault.until);
+    }
+    return next;
 }
 
 std::vector<std::string> Instrument::takeAnswers() {
@@ -81,9 +90,9 @@ std::string Instrument::takeOutput() {
 }
 
 std::optional<Time> Instrument::nextEvent() const {
-    const auto task = dialect_->nextTask();
-    if (answers_.empty()) return task;
-    return task ? std::min(*task, answers_.front().due) : answers_.front().due;
+    const auto change = nextChange();
+    if (answers_.empty()) return change;
+    return change ? std::min(*change, answers_.front().due) : answers_.front().due;
 }
 
 const Fault* Instrument::activeFault(const std::string& name) const {
@@ -93,7 +102,8 @@ const Fault* Instrument::activeFault(const std::string& name) const {
     return found == faults_.end() ? nullptr : &*found;
 }
 
-void Instrument::applyConditions() {
+void Instrument::applyFaults() {
+    applyPower(!activeFault("power-cut"));
     const bool busy = activeFault("busy");
     dialect_->setBusy(busy);
     balance_.forceUnstable(busy);
@@ -101,6 +111,15 @@ void Instrument::applyConditions() {
     if (activeFault("overload")) range = Reading::Range::over;
     if (activeFault("underload")) range = Reading::Range::under;
     balance_.forceRange(range);
+}
+
+void Instrument::applyPower(bool hasPower) {
+    if (hasPower == hasPower_) return;
+    hasPower_ = hasPower;
+    dialect_->forgetEverything();
+    if (!hasPower_) return answers_.clear();
+    balance_.restart();
+    dialect_->powerUp();
 }
 
 void Instrument::collectAnswers() {

@@ -29,8 +29,6 @@ class Instrument {
     void clearFaults() { faults_.clear(); }
     const std::vector<Fault>& faults() const { return faults_; }
 
-    /// The mains are switched on at `now`.
-    void powerUp(Time now);
     /// Something has arrived from the host at `now`.
     void receive(const Character& character, Time now);
     void receive(const std::string& bytes, Time now);
@@ -54,7 +52,10 @@ class Instrument {
     };
 
     const Fault* activeFault(const std::string& name) const;
-    void applyConditions();
+    void advanceTo(Time now);
+    std::optional<Time> nextChange() const;
+    void applyFaults();
+    void applyPower(bool hasPower);
     void collectAnswers();
     void spoil(std::string& bytes);
 
@@ -63,6 +64,7 @@ class Instrument {
     std::vector<Fault> faults_;
     std::deque<Answer> answers_;
     std::mt19937 random_{1};
+    bool hasPower_ = true;
 };
 
 }  // namespace simulator

@@ -145,6 +145,13 @@ void Dialect::cancelAll() {
     kept_.clear();
 }
 
+void Dialect::forgetEverything() {
+    cancelAll();
+    received_.clear();
+    answers_.clear();
+    spoiledAt_.reset();
+}
+
 bool Dialect::holdsCommands() const {
     return std::any_of(tasks_.begin(), tasks_.end(),
                        [](const Task& task) { return task.kind == Kind::wait; });

@@ -29,7 +29,7 @@ class Dialect {
     Dialect(const Dialect&) = delete;
     Dialect& operator=(const Dialect&) = delete;
 
-    /// The mains are switched on; some instruments speak up unasked.
+    /// The mains are back after a power cut; some instruments speak up unasked.
     virtual void powerUp() {}
 
     /// One character has arrived from the host.
@@ -44,6 +44,9 @@ class Dialect {
 
     /// The answers since the last call, in order; one entry per say() or send().
     std::vector<std::string> takeAnswers();
+
+    /// The mains are cut: half a command, waits and repetitions are gone.
+    void forgetEverything();
 
     /// A fault: while busy, the balance does nothing that needs a pan at rest.
     void setBusy(bool busy) { busy_ = busy; }

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -23,6 +25,9 @@ class HostLine {
 
     /// Descriptors to poll for input at this moment.
     virtual std::vector<int> descriptors() const = 0;
+
+    /// How often to call serve although no descriptor says so; empty when they say everything.
+    virtual std::optional<std::chrono::milliseconds> lookEvery() const { return std::nullopt; }
 
     /// Bytes that arrived together, the settings at which they were sent, and break conditions.
     struct Arrival {

@@ -6,9 +6,21 @@ PlainTerminal::PlainTerminal(const LineSettings& assumed) : assumed_(assumed) {
     plugIn({});
 }
 
+std::vector<int> PlainTerminal::descriptors() const {
+    if (!open_) return {};
+    return {terminal_->descriptor()};
+}
+
+/// Nothing rings when somebody opens a bare terminal.
+std::optional<std::chrono::milliseconds> PlainTerminal::lookEvery() const {
+    if (open_) return std::nullopt;
+    return std::chrono::milliseconds(20);
+}
+
 void PlainTerminal::serve(const std::function<void(const Arrival&)>& arrived) {
     bool hungUp = false;
     const std::string bytes = terminal_->read(&hungUp);
+    open_ = !hungUp;
     if (!bytes.empty()) arrived({bytes, assumed_, 0});
 }
 
@@ -25,7 +37,7 @@ void PlainTerminal::unplug() {
 
 void PlainTerminal::plugIn(const std::string&) {
     terminal_ = std::make_unique<PseudoTerminal>();
-    terminal_->holdOpen();
+    open_ = false;
 }
 
 }  // namespace simulator

@@ -15,10 +15,12 @@ class PlainTerminal final : public HostLine {
     explicit PlainTerminal(const LineSettings& assumed);
 
     const std::string& device() const override { return terminal_->path(); }
-    std::vector<int> descriptors() const override { return {terminal_->descriptor()}; }
+    /// None while it is closed: a closed terminal would always be ready.
+    std::vector<int> descriptors() const override;
+    std::optional<std::chrono::milliseconds> lookEvery() const override;
     void serve(const std::function<void(const Arrival&)>& arrived) override;
     void deliver(const std::vector<Character>& characters) override;
-    bool isOpen() const override { return true; }
+    bool isOpen() const override { return open_; }
     LineSettings hostSettings() const override { return assumed_; }
     /// Hangs the host up; a new pseudo-terminal under a new path takes the old one's place.
     void unplug() override;
@@ -28,6 +30,7 @@ class PlainTerminal final : public HostLine {
  private:
     LineSettings assumed_;
     std::unique_ptr<PseudoTerminal> terminal_;
+    bool open_ = false;
 };
 
 }  // namespace simulator

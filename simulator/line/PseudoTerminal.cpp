@@ -42,16 +42,11 @@ PseudoTerminal::PseudoTerminal() {
 }
 
 PseudoTerminal::~PseudoTerminal() {
-    if (held_ >= 0) ::close(held_);
     ::close(master_);
 }
 
 unsigned PseudoTerminal::number() const {
     return static_cast<unsigned>(std::stoul(path_.substr(devPtsLength)));
-}
-
-void PseudoTerminal::holdOpen() {
-    if (held_ < 0) held_ = openRaw(path_);
 }
 
 std::string PseudoTerminal::read(bool* hungUp) {

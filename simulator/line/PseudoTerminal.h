@@ -17,9 +17,6 @@ class PseudoTerminal {
     unsigned number() const;                           ///< N of "/dev/pts/N"
     const std::string& path() const { return path_; }  ///< "/dev/pts/N"
 
-    /// Keeps the other end open from here, so that it is never seen as hung up between two users.
-    void holdOpen();
-
     /// All bytes that wait; sets `hungUp` when nobody has the other end open any more.
     std::string read(bool* hungUp);
 
@@ -28,7 +25,6 @@ class PseudoTerminal {
 
  private:
     int master_ = -1;
-    int held_ = -1;
     std::string path_;
 };
 

@@ -97,6 +97,13 @@ Outcome BalanceModel::tare() {
     return Outcome::done;
 }
 
+void BalanceModel::restart() {
+    clearTare();
+    showWeight();
+    switchOn();
+    zero();
+}
+
 Outcome BalanceModel::presetTare(double grams) {
     if (grams > data_.capacity) return Outcome::tooHigh;
     if (grams < 0) return Outcome::tooLow;
@@ -115,7 +122,8 @@ double BalanceModel::roundToStep(double grams) const {
 }
 
 bool BalanceModel::isStable() const {
-    if (forcedUnstable_) return false;
+    const bool changed = !changes_.empty() && changes_.front().at <= now_;
+    if (forcedUnstable_ || changed) return false;
     const auto [least, most] = std::minmax_element(recent_.begin(), recent_.end());
     return *most - *least <= data_.readability;
 }

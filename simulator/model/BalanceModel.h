@@ -71,6 +71,9 @@ class BalanceModel {
     double tareWeight() const { return tare_; }  ///< grams, rounded to the readability
     std::string tareDigits() const;              ///< with the display's decimals
 
+    /// Switched on anew: weight display, no tare, and zero wherever that is allowed.
+    void restart();
+
     void showText(const std::string& text) { displayText_ = text; }
     void showWeight() { displayText_.clear(); }
     const std::string& displayText() const { return displayText_; }  ///< empty: the weight

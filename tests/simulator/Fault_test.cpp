@@ -106,6 +106,22 @@ TEST_F(FaultyBalance, Busy_answers_I_after_the_stability_time_out) {
     EXPECT_EQ(answersUntil(10000ms), "S I\r\n");
 }
 
+TEST_F(FaultyBalance, A_power_cut_forgets_commands_waits_and_tare) {
+    have("power-cut@1s+1s");
+    EXPECT_EQ(ask("TA 2 g\r\n", 0ms), "TA A       2.00 g\r\n");
+    instrument_.balance().scheduleLoad(0ms, 20);
+    EXPECT_EQ(ask("S\r\n", 0ms), "");
+    EXPECT_EQ(ask("SI\r\nSI", 1500ms), "");
+    EXPECT_EQ(answersUntil(5000ms), "I4 A \"1126493049\"\r\n");
+    EXPECT_EQ(ask("S\r\n", 5000ms), "S S      20.00 g\r\n");
+}
+
+TEST_F(FaultyBalance, A_power_cut_without_end_leaves_it_dead) {
+    have("power-cut@1s");
+    EXPECT_EQ(ask("SI\r\n", 1000ms), "");
+    EXPECT_EQ(answersUntil(60s), "");
+}
+
 TEST_F(FaultyBalance, Overload_and_underload_take_turns) {
     have("overload@0s+1s");
     have("underload@1s");

@@ -81,13 +81,14 @@ TEST_F(MtSics, Reset_stays_unanswered_where_that_is_switched_off) {
     EXPECT_EQ(ask("I4\r\n"), "I4 A \"1126493049\"\r\n");
 }
 
-TEST_F(MtSics, Power_up_sends_the_serial_number_unasked) {
+TEST_F(MtSics, After_a_power_cut_it_sends_its_serial_number_unasked) {
     have(1, {"serial-number=B044321"});
-    instrument_->powerUp(0ms);
-    EXPECT_EQ(instrument_->takeOutput(), "I4 A \"B044321\"\r\n");
+    instrument_->addFault(simulator::Fault::parse("power-cut@1s+2s"));
+    EXPECT_EQ(answersUntil(2999ms), "");
+    EXPECT_EQ(answersUntil(3000ms), "I4 A \"B044321\"\r\n");
     have(1, {"power-on-line=off"});
-    instrument_->powerUp(0ms);
-    EXPECT_EQ(instrument_->takeOutput(), "");
+    instrument_->addFault(simulator::Fault::parse("power-cut@1s+2s"));
+    EXPECT_EQ(answersUntil(4000ms), "");
 }
 
 TEST_F(MtSics, Waiting_ends_with_I_at_the_stability_time_out) {

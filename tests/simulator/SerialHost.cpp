@@ -1,0 +1,109 @@
+// A host as others write them: asks an instrument one question through QSerialPort. The tests run
+// it under wbalance-sim.
+//
+//   SerialHost DEVICE SETTINGS COMMAND   prints the answer to COMMAND; 1 when the port does not
+//   open SerialHost DEVICE after-kill         the same at 2400,7E1 and with "S", after another
+//   process
+//                                        that held the port open was killed
+//   SerialHost DEVICE while-held         prints what a plain open says while another process holds
+//                                        the port open
+
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <QtSerialPort/QSerialPort>
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <string>
+
+#include "simulator/line/LineSettings.h"
+
+namespace {
+
+using simulator::LineSettings;
+using simulator::Parity;
+
+QSerialPort::Parity parityOf(const LineSettings& settings) {
+    switch (settings.parity) {
+        case Parity::odd:
+            return QSerialPort::OddParity;
+        case Parity::even:
+            return QSerialPort::EvenParity;
+        case Parity::mark:
+            return QSerialPort::MarkParity;
+        case Parity::space:
+            return QSerialPort::SpaceParity;
+        case Parity::none:
+            break;
+    }
+    return QSerialPort::NoParity;
+}
+
+bool open(QSerialPort& port, const LineSettings& settings) {
+    if (port.open(QIODevice::ReadWrite) && port.setBaudRate(settings.baudRate) &&
+        port.setDataBits(static_cast<QSerialPort::DataBits>(settings.dataBits)) &&
+        port.setParity(parityOf(settings)) &&
+        port.setStopBits(static_cast<QSerialPort::StopBits>(settings.stopBits)))
+        return true;
+    std::printf("%s\n", port.errorString().toUtf8().constData());
+    return false;
+}
+
+int ask(const char* device, const std::string& settings, const std::string& command) {
+    QSerialPort port{QString(device)};
+    if (!open(port, *LineSettings::parse(settings))) return 1;
+    port.write((command + "\r\n").c_str());
+    QByteArray answer;
+    while (!answer.endsWith('\n') && port.waitForReadyRead(3000))
+        answer += port.readAll();
+    std::printf("%s", answer.constData());
+    return 0;
+}
+
+/// Another process that holds the port open and never closes it.
+class Holder {
+ public:
+    explicit Holder(const char* device) {
+        int ready[2] = {};
+        if (::pipe(ready) != 0) return;
+        process_ = ::fork();
+        if (process_ == 0) {
+            QSerialPort port{QString(device)};
+            port.open(QIODevice::ReadWrite);
+            if (::write(ready[1], "!", 1) == 1) ::pause();
+            ::_exit(1);
+        }
+        char sign = 0;
+        if (::read(ready[0], &sign, 1) != 1) std::printf("the holder did not start\n");
+    }
+    ~Holder() {
+        ::kill(process_, SIGKILL);
+        ::waitpid(process_, nullptr, 0);
+    }
+
+ private:
+    pid_t process_ = -1;
+};
+
+int askAfterKill(const char* device) {
+    { const Holder killed(device); }
+    return ask(device, "2400,7E1", "S");
+}
+
+int openWhileHeld(const char* device) {
+    const Holder holder(device);
+    const int descriptor = ::open(device, O_RDWR | O_NOCTTY);
+    std::printf("%s\n", descriptor < 0 ? std::strerror(errno) : "opened");
+    return 0;
+}
+
+}  // namespace
+
+int main(int count, char** words) {
+    const std::string what = count > 2 ? words[2] : "";
+    if (what == "after-kill") return askAfterKill(words[1]);
+    if (what == "while-held") return openWhileHeld(words[1]);
+    return count == 4 ? ask(words[1], what, words[3]) : 2;
+}

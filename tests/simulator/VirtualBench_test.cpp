@@ -1,0 +1,356 @@
+// Instruments in real time, on virtual lines in this very process.
+
+#include "simulator/VirtualBench.h"
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <QtSerialPort/QSerialPort>
+#include <algorithm>
+#include <cerrno>
+#include <thread>
+
+#include "simulator/line/VirtualLine.h"
+
+using simulator::BalanceModel;
+using simulator::ConnectedInstrument;
+using simulator::HostLine;
+using simulator::LineEvent;
+using simulator::LineSettings;
+using simulator::Options;
+using simulator::VirtualBench;
+using simulator::VirtualLine;
+using namespace std::chrono_literals;
+
+namespace {
+
+/// A host's port at 9600,8N1, which is what the balance "xs" speaks.
+class OpenPort {
+ public:
+    explicit OpenPort(const char* device = "/dev/ttyS0") : port_(QString(device)) {
+        EXPECT_TRUE(port_.open(QIODevice::ReadWrite)) << port_.errorString().toStdString();
+    }
+    std::string ask(const char* command, int patience = 2000) {
+        port_.write(command);
+        QByteArray answer;
+        while (!answer.endsWith('\n') && port_.waitForReadyRead(patience))
+            answer += port_.readAll();
+        return answer.toStdString();
+    }
+    QSerialPort* operator->() { return &port_; }
+
+ private:
+    QSerialPort port_;
+};
+
+void work(ConnectedInstrument& instrument, const std::function<void(VirtualLine&)>& work) {
+    instrument.withLine([&](HostLine& line) { work(dynamic_cast<VirtualLine&>(line)); });
+}
+
+int openErrno(const char* device) {
+    const int descriptor = ::open(device, O_RDWR | O_NOCTTY);
+    if (descriptor >= 0) ::close(descriptor);
+    return descriptor >= 0 ? 0 : errno;
+}
+
+/// Waits for what another thread is about to do; the tests' only clock is this generous limit.
+bool eventually(const std::function<bool()>& condition) {
+    for (int i = 0; i < 500 && !condition(); ++i)
+        std::this_thread::sleep_for(10ms);
+    return condition();
+}
+
+}  // namespace
+
+TEST(VirtualBench, The_load_can_change_while_the_host_looks_on) {
+    VirtualBench bench;
+    auto& balance = bench.place("xs", Options().withLoad(1));
+    OpenPort port;
+    EXPECT_EQ(port.ask("S\r\n"), "S S     1.0000 g\r\n");
+    balance.setLoad(2);
+    EXPECT_EQ(port.ask("S\r\n", 5000), "S S     2.0000 g\r\n");
+}
+
+TEST(VirtualBench, Several_instruments_stand_side_by_side) {
+    VirtualBench bench;
+    bench.place("xs", Options().withLoad(1));
+    bench.place("xs", Options().withLoad(2).on("/dev/ttyUSB0"));
+    bench.place("xs", Options().withLoad(3).on("/dev/ttyUSB12"));
+    OpenPort first("/dev/ttyUSB0");
+    OpenPort second("/dev/ttyUSB12");
+    OpenPort third;
+    EXPECT_EQ(first.ask("S\r\n"), "S S     2.0000 g\r\n");
+    EXPECT_EQ(second.ask("S\r\n"), "S S     3.0000 g\r\n");
+    EXPECT_EQ(third.ask("S\r\n"), "S S     1.0000 g\r\n");
+}
+
+TEST(VirtualBench, Only_serial_ports_can_be_served) {
+    VirtualBench bench;
+    EXPECT_THROW(bench.place("xs", Options().on("/dev/null")), std::invalid_argument);
+    EXPECT_THROW(bench.place("xs", Options().on("/dev/ttyS")), std::invalid_argument);
+    EXPECT_THROW(bench.place("unknown"), std::invalid_argument);
+}
+
+TEST(VirtualBench, A_device_has_gone_with_its_bench) {
+    { VirtualBench().place("xs", Options().on("/dev/ttyUSB4711")); }
+    EXPECT_EQ(openErrno("/dev/ttyUSB4711"), ENOENT);
+}
+
+TEST(VirtualBench, The_log_tells_who_sent_what_at_which_settings) {
+    VirtualBench bench;
+    auto& balance = bench.place("xs", Options().withLoad(1));
+    EXPECT_FALSE(balance.settingsOfLastCommand());
+    OpenPort port;
+    port.ask("S\r\n");
+    const auto log = balance.log();
+    ASSERT_EQ(log.size(), 2u);
+    EXPECT_EQ(log[0].kind, LineEvent::Kind::fromHost);
+    EXPECT_EQ(log[0].bytes, "S\r\n");
+    EXPECT_EQ(log[0].settings.text(), "9600,8N1");
+    EXPECT_EQ(log[1].kind, LineEvent::Kind::fromInstrument);
+    EXPECT_EQ(log[1].bytes, "S S     1.0000 g\r\n");
+    EXPECT_EQ(balance.settingsOfLastCommand(), LineSettings::parse("9600,8N1"));
+    balance.clearLog();
+    EXPECT_TRUE(balance.log().empty());
+}
+
+TEST(VirtualBench, Bytes_sent_before_a_change_of_settings_belong_to_the_settings_before) {
+    VirtualBench bench;
+    auto& balance = bench.place("xs", Options().withLoad(1));
+    OpenPort port;
+    for (int i = 0; i < 50; ++i) {
+        ASSERT_TRUE(port->setBaudRate(9600));
+        port->write("SI\r\n");
+        ASSERT_TRUE(port->waitForBytesWritten(1000));
+        ASSERT_TRUE(port->setBaudRate(1200));
+    }
+    std::string expected;
+    for (int i = 0; i < 50; ++i)
+        expected += "SI\r\n";
+    EXPECT_EQ(balance.sentByHost(), expected);
+    const auto log = balance.log();
+    EXPECT_TRUE(std::all_of(log.begin(), log.end(), [](const LineEvent& event) {
+        return event.kind != LineEvent::Kind::fromHost || event.settings.baudRate == 9600;
+    }));
+}
+
+TEST(VirtualBench, A_command_of_wrong_parity_gets_ET_at_the_instruments_settings) {
+    VirtualBench bench;
+    bench.place("mettler-toledo");
+    OpenPort port;
+    ASSERT_TRUE(port->setBaudRate(2400));
+    ASSERT_TRUE(port->setDataBits(QSerialPort::Data7));
+    ASSERT_TRUE(port->setParity(QSerialPort::OddParity));
+    EXPECT_EQ(port.ask("SI\r\n"), "ET\r\n");
+}
+
+TEST(VirtualBench, An_instrument_at_another_baud_rate_does_not_understand) {
+    VirtualBench bench;
+    auto& balance = bench.place("xs", Options().withLoad(1).at("2400,8N1"));
+    OpenPort port;
+    EXPECT_EQ(port.ask("S\r\n", 300).find("S S"), std::string::npos);
+    EXPECT_EQ(balance.sentByHost(), "S\r\n");
+}
+
+TEST(VirtualBench, What_is_sent_to_a_closed_port_is_lost) {
+    VirtualBench bench;
+    auto& balance = bench.place("xs", Options().with("repeat-interval=20ms"));
+    { OpenPort().ask("SIR\r\n"); }
+    ASSERT_TRUE(eventually([&] { return !balance.isOpenedByHost(); }));
+    balance.clearLog();
+    ASSERT_TRUE(eventually([&] { return balance.log().size() > 3; }));
+    for (const LineEvent& event : balance.log())
+        EXPECT_EQ(event.kind, LineEvent::Kind::lost);
+}
+
+TEST(VirtualBench, Answers_that_were_not_read_are_gone_when_the_port_is_opened_again) {
+    VirtualBench bench;
+    auto& balance = bench.place("xs", Options().withLoad(1));
+    const int first = ::open("/dev/ttyS0", O_RDWR | O_NOCTTY);
+    ASSERT_EQ(::write(first, "I4\r\n", 4), 4);
+    ASSERT_TRUE(eventually([&] { return !balance.sentByInstrument().empty(); }));
+    ::close(first);
+    ASSERT_TRUE(eventually([&] { return !balance.isOpenedByHost(); }));
+    EXPECT_EQ(OpenPort().ask("S\r\n"), "S S     1.0000 g\r\n");
+}
+
+TEST(VirtualBench, Paced_characters_take_their_time_on_the_line) {
+    VirtualBench bench;
+    auto& balance = bench.place("xs", Options().withPacing().at("600,7E1"));
+    OpenPort port;
+    port->setBaudRate(600);
+    port->setDataBits(QSerialPort::Data7);
+    port->setParity(QSerialPort::EvenParity);
+    balance.clearLog();
+    const auto before = std::chrono::steady_clock::now();
+    EXPECT_EQ(port.ask("S\r\n"), "S S     0.0000 g\r\n");
+    const auto passed = std::chrono::steady_clock::now() - before;
+    // 3 characters there and 18 back, 10 bits each: 350 ms. No upper limit: the machine may be
+    // slow.
+    EXPECT_GE(passed, 349ms);
+    EXPECT_GE(balance.log().back().time - balance.log().front().time, 49ms);
+}
+
+TEST(VirtualBench, Unplugged_the_open_port_is_hung_up_and_the_node_is_gone) {
+    VirtualBench bench;
+    auto& balance = bench.place("xs", Options().on("/dev/ttyUSB0").withLoad(1));
+    OpenPort port("/dev/ttyUSB0");
+    EXPECT_EQ(port.ask("S\r\n"), "S S     1.0000 g\r\n");
+    balance.unplug();
+    EXPECT_FALSE(port->waitForReadyRead(5000));
+    EXPECT_FALSE(port->clear());
+    EXPECT_FALSE(port->setBaudRate(2400));
+    struct stat node = {};
+    EXPECT_EQ(::stat("/dev/ttyUSB0", &node), -1);
+    EXPECT_EQ(errno, ENOENT);
+    EXPECT_EQ(openErrno("/dev/ttyUSB0"), ENOENT);
+}
+
+TEST(VirtualBench, Plugged_in_again_it_is_a_new_port_and_the_old_one_stays_dead) {
+    VirtualBench bench;
+    auto& balance = bench.place("xs", Options().on("/dev/ttyUSB0").withLoad(1));
+    OpenPort old("/dev/ttyUSB0");
+    old->setBaudRate(2400);
+    balance.unplug();
+    balance.plugIn();
+    EXPECT_FALSE(old->setBaudRate(4800));
+    EXPECT_EQ(balance.hostSettings().text(), "9600,8N1");
+    old->close();
+    EXPECT_EQ(OpenPort("/dev/ttyUSB0").ask("S\r\n"), "S S     1.0000 g\r\n");
+}
+
+TEST(VirtualBench, It_may_come_back_under_another_name) {
+    VirtualBench bench;
+    auto& balance = bench.place("xs", Options().on("/dev/ttyUSB0").withLoad(1));
+    balance.unplug();
+    balance.plugIn("/dev/ttyUSB1");
+    EXPECT_EQ(balance.device(), "/dev/ttyUSB1");
+    EXPECT_EQ(openErrno("/dev/ttyUSB0"), ENOENT);
+    EXPECT_EQ(OpenPort("/dev/ttyUSB1").ask("S\r\n"), "S S     1.0000 g\r\n");
+}
+
+TEST(VirtualBench, The_fault_unplug_has_its_time_and_its_new_name) {
+    VirtualBench bench;
+    auto& balance = bench.place(
+        "xs",
+        Options().on("/dev/ttyUSB0").withLoad(1).withFault("unplug=/dev/ttyUSB1@200ms+300ms"));
+    OpenPort port("/dev/ttyUSB0");
+    EXPECT_FALSE(port->waitForReadyRead(5000));
+    EXPECT_EQ(openErrno("/dev/ttyUSB0"), ENOENT);
+    ASSERT_TRUE(eventually([] { return openErrno("/dev/ttyUSB1") == 0; }));
+    EXPECT_EQ(OpenPort("/dev/ttyUSB1").ask("S\r\n"), "S S     1.0000 g\r\n");
+    const auto log = balance.log();
+    const auto unplugged = std::find_if(log.begin(), log.end(), [](const LineEvent& event) {
+        return event.kind == LineEvent::Kind::unplugged;
+    });
+    ASSERT_NE(unplugged, log.end());
+    EXPECT_EQ(unplugged->bytes, "/dev/ttyUSB0");
+    EXPECT_GE(unplugged->time, 200ms);
+}
+
+TEST(VirtualBench, An_open_can_be_refused_for_any_reason) {
+    VirtualBench bench;
+    auto& balance = bench.place("xs");
+    for (const int error : {EACCES, EBUSY, ENODEV, EIO}) {
+        work(balance, [&](VirtualLine& line) { line.refuseOpen(error); });
+        EXPECT_EQ(openErrno("/dev/ttyS0"), error);
+    }
+    work(balance, [](VirtualLine& line) { line.refuseOpen(EACCES); });
+    EXPECT_EQ(::access("/dev/ttyS0", F_OK), 0);
+    EXPECT_EQ(::access("/dev/ttyS0", R_OK | W_OK), -1);
+    work(balance, [](VirtualLine& line) { line.refuseOpen(0); });
+    EXPECT_EQ(openErrno("/dev/ttyS0"), 0);
+}
+
+TEST(VirtualBench, The_node_has_the_owner_group_and_mode_that_it_is_given) {
+    VirtualBench bench;
+    auto& balance = bench.place("xs");
+    work(balance, [](VirtualLine& line) { line.setNode({0600, 7, 8}); });
+    struct stat node = {};
+    ASSERT_EQ(::stat("/dev/ttyS0", &node), 0);
+    EXPECT_TRUE(S_ISCHR(node.st_mode));
+    EXPECT_EQ(node.st_mode & 07777u, 0600u);
+    EXPECT_EQ(node.st_uid, 7u);
+    EXPECT_EQ(node.st_gid, 8u);
+}
+
+TEST(VirtualBench, Control_lines_go_both_ways) {
+    VirtualBench bench;
+    auto& balance = bench.place("xs");
+    unsigned seen = 0;
+    const auto look = [&] {
+        work(balance, [&](VirtualLine& line) { seen = line.controlLines(); });
+    };
+    OpenPort port;
+    look();
+    EXPECT_EQ(seen & (TIOCM_DTR | TIOCM_RTS), unsigned{TIOCM_DTR | TIOCM_RTS}) << "raised by open";
+    EXPECT_TRUE(port->setDataTerminalReady(false));
+    look();
+    EXPECT_EQ(seen & (TIOCM_DTR | TIOCM_RTS), unsigned{TIOCM_RTS});
+    EXPECT_TRUE(port->pinoutSignals() & QSerialPort::ClearToSendSignal);
+    work(balance, [](VirtualLine& line) { line.setInstrumentControlLines(TIOCM_DSR); });
+    EXPECT_FALSE(port->pinoutSignals() & QSerialPort::ClearToSendSignal);
+    EXPECT_TRUE(port->pinoutSignals() & QSerialPort::DataSetReadySignal);
+    port->close();
+    ASSERT_TRUE(eventually([&] { return look(), (seen & TIOCM_RTS) == 0; })) << "dropped by close";
+}
+
+TEST(VirtualBench, A_break_reaches_the_instrument) {
+    VirtualBench bench;
+    bench.place("xs");
+    const int descriptor = ::open("/dev/ttyS0", O_RDWR | O_NOCTTY);
+    ASSERT_GE(descriptor, 0);
+    EXPECT_EQ(::tcsendbreak(descriptor, 0), 0);
+    char answer[8] = {};
+    EXPECT_EQ(::read(descriptor, answer, sizeof answer), 4);
+    EXPECT_STREQ(answer, "ET\r\n");
+    ::close(descriptor);
+}
+
+TEST(VirtualBench, A_duplicated_descriptor_is_the_same_port) {
+    VirtualBench bench;
+    auto& balance = bench.place("xs");
+    const int first = ::open("/dev/ttyS0", O_RDWR | O_NOCTTY);
+    const int second = ::dup(first);
+    ::close(first);
+    termios settings = {};
+    ASSERT_EQ(::tcgetattr(second, &settings), 0);
+    settings.c_cflag = (settings.c_cflag & ~tcflag_t{CSIZE}) | CS7 | PARENB | PARODD;
+    ASSERT_EQ(::tcsetattr(second, TCSANOW, &settings), 0);
+    EXPECT_EQ(balance.hostSettings().text(), "9600,7O1");
+    EXPECT_TRUE(balance.isOpenedByHost());
+    ::close(second);
+    EXPECT_TRUE(eventually([&] { return !balance.isOpenedByHost(); }));
+}
+
+TEST(VirtualBench, Settings_outlive_a_close_as_on_a_real_port) {
+    VirtualBench bench;
+    bench.place("xs");
+    const int first = ::open("/dev/ttyS0", O_RDWR | O_NOCTTY);
+    termios settings = {};
+    ::tcgetattr(first, &settings);
+    settings.c_cflag |= CSTOPB;
+    ::tcsetattr(first, TCSANOW, &settings);
+    ::close(first);
+    const int second = ::open("/dev/ttyS0", O_RDWR | O_NOCTTY);
+    termios found = {};
+    ::tcgetattr(second, &found);
+    EXPECT_TRUE(found.c_cflag & CSTOPB);
+    ::close(second);
+}
+
+TEST(VirtualBench, A_bare_pseudo_terminal_serves_who_has_nothing_loaded) {
+    VirtualBench bench;
+    auto& balance = bench.placeOnTerminal("mettler-toledo", Options().withLoad(5));
+    const int descriptor = ::open(balance.device().c_str(), O_RDWR | O_NOCTTY);
+    ASSERT_GE(descriptor, 0);
+    ASSERT_EQ(::write(descriptor, "S\r\n", 3), 3);
+    char answer[64] = {};
+    EXPECT_EQ(::read(descriptor, answer, sizeof answer), 18);
+    EXPECT_STREQ(answer, "S S       5.00 g\r\n");
+    ::close(descriptor);
+}

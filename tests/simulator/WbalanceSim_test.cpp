@@ -1,0 +1,194 @@
+// wbalance-sim from outside: its command line, its exit codes and what a program meets under it.
+
+#include <gmock/gmock.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdio>
+#include <fstream>
+#include <string>
+
+using testing::ContainsRegex;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+namespace {
+
+const std::string tool = WBALANCE_SIM;
+const std::string host = SERIAL_HOST;
+
+struct Ran {
+    int exitCode = -1;
+    std::string output;  ///< standard output and standard error
+};
+
+Ran run(const std::string& command) {
+    FILE* pipe = ::popen(("{ " + command + "; } 2>&1").c_str(), "r");
+    Ran ran;
+    std::array<char, 4096> buffer;
+    while (const std::size_t count = std::fread(buffer.data(), 1, buffer.size(), pipe))
+        ran.output.append(buffer.data(), count);
+    const int status = ::pclose(pipe);
+    ran.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return ran;
+}
+
+Ran sim(const std::string& arguments) {
+    return run(tool + " " + arguments);
+}
+
+/// Ahead of a command: it is then run by nobody in particular, also when the tests run as root.
+std::string asOrdinaryUser() {
+    return ::geteuid() == 0 ? "setpriv --reuid=65534 --regid=65534 --clear-groups " : "";
+}
+
+}  // namespace
+
+TEST(WbalanceSim, A_program_reads_the_load_at_the_instruments_settings) {
+    const Ran ran = sim("mettler-toledo --load 12.34 -- " + host + " /dev/ttyS0 2400,7E1 S");
+    EXPECT_THAT(ran.output, HasSubstr("S S      12.34 g\r\n"));
+    EXPECT_EQ(ran.exitCode, 0);
+}
+
+TEST(WbalanceSim, The_port_may_have_any_number_and_be_a_usb_adapter) {
+    EXPECT_THAT(sim("xs --port 3 --load 1 -- " + host + " /dev/ttyS3 9600,8N1 S").output,
+                HasSubstr("S S     1.0000 g\r\n"));
+    EXPECT_THAT(sim("xs --port 7 --usb --load 1 -- " + host + " /dev/ttyUSB7 9600,8N1 S").output,
+                HasSubstr("S S     1.0000 g\r\n"));
+}
+
+TEST(WbalanceSim, A_device_that_is_not_served_is_missing_as_it_is_without_the_simulator) {
+    const Ran ran = sim("xs -- " + host + " /dev/ttyUSB4711 9600,8N1 S");
+    EXPECT_THAT(ran.output, HasSubstr("No such file or directory"));
+    EXPECT_EQ(ran.exitCode, 1);
+}
+
+TEST(WbalanceSim, An_ordinary_user_needs_no_right_to_ports_and_lock_files) {
+    const Ran ran = run(asOrdinaryUser() + tool + " mettler-toledo --load 12.34 -- " + host +
+                        " /dev/ttyS0 2400,7E1 S");
+    EXPECT_THAT(ran.output, HasSubstr("S S      12.34 g\r\n"));
+}
+
+TEST(WbalanceSim, A_port_whose_holder_was_killed_opens_again) {
+    const Ran ran = run(asOrdinaryUser() + tool + " mettler-toledo --load 12.34 -- " + host +
+                        " /dev/ttyS0 after-kill");
+    EXPECT_THAT(ran.output, HasSubstr("S S      12.34 g\r\n"));
+}
+
+TEST(WbalanceSim, A_port_that_another_process_holds_is_busy_for_an_ordinary_user) {
+    const Ran ran =
+        run(asOrdinaryUser() + tool + " mettler-toledo -- " + host + " /dev/ttyS0 while-held");
+    EXPECT_THAT(ran.output, HasSubstr("Device or resource busy"));
+}
+
+TEST(WbalanceSim, Two_programs_at_once_each_have_their_own_ttyUSB0) {
+    const std::string each = tool + " xs --usb --fault late=400ms --load ";
+    const std::string asking = " -- " + host + " /dev/ttyUSB0 9600,8N1 S";
+    const Ran ran = run(each + "1.5" + asking + " & " + each + "2.5" + asking + "; wait");
+    EXPECT_THAT(ran.output, HasSubstr("S S     1.5000 g"));
+    EXPECT_THAT(ran.output, HasSubstr("S S     2.5000 g"));
+}
+
+TEST(WbalanceSim, A_plain_shell_with_stty_is_served_too) {
+    const Ran ran =
+        sim("mettler-toledo --load 12.34 -- sh -c '"
+            "stty -F /dev/ttyS0 2400 cs7 parenb -parodd raw -echo; stty -F /dev/ttyS0 -a; "
+            "exec 3<>/dev/ttyS0; printf \"S\\r\\n\" >&3; head -n 1 <&3'");
+    EXPECT_THAT(ran.output, HasSubstr("speed 2400 baud"));
+    EXPECT_THAT(ran.output, HasSubstr("parenb -parodd -cmspar cs7"));
+    EXPECT_THAT(ran.output, HasSubstr("S S      12.34 g\r\n"));
+}
+
+TEST(WbalanceSim, The_node_looks_like_a_serial_port_of_the_group_dialout) {
+    EXPECT_EQ(sim("xs -- stat -c '%F %t:%T %a %g' /dev/ttyS0").output,
+              "character special file 4:40 660 20\n");
+    EXPECT_EQ(sim("xs --usb --port 1 -- stat -c '%F %t:%T' /dev/ttyUSB1").output,
+              "character special file bc:1\n");
+}
+
+TEST(WbalanceSim, The_instruments_own_settings_can_be_chosen) {
+    const Ran ran =
+        sim("mettler-toledo --line 9600,8N1 --load 3 -- " + host + " /dev/ttyS0 9600,8N1 S");
+    EXPECT_THAT(ran.output, HasSubstr("S S       3.00 g"));
+}
+
+TEST(WbalanceSim, Loads_and_faults_have_their_times) {
+    const Ran ran =
+        sim("mettler-toledo --load 1 --load 50@100ms --fault silent@0s+50ms -- sh -c '" +
+            std::string("sleep 2; ") + host + " /dev/ttyS0 2400,7E1 S'");
+    EXPECT_THAT(ran.output, HasSubstr("S S      50.00 g"));
+}
+
+TEST(WbalanceSim, The_log_shows_bytes_times_and_the_hosts_settings) {
+    const Ran ran = sim("mettler-toledo --load 3 --log - -- " + host + " /dev/ttyS0 2400,7E1 S");
+    EXPECT_THAT(ran.output, ContainsRegex("[0-9]+\\.[0-9][0-9][0-9] > \"S.r.n\" 2400,7E1\n"));
+    EXPECT_THAT(ran.output, ContainsRegex("[0-9]+\\.[0-9][0-9][0-9] < \"S S       3.00 g.r.n\"\n"));
+}
+
+TEST(WbalanceSim, The_programs_exit_code_and_signal_are_passed_on) {
+    EXPECT_EQ(sim("xs -- true").exitCode, 0);
+    EXPECT_EQ(sim("xs -- sh -c 'exit 42'").exitCode, 42);
+    EXPECT_EQ(sim("xs -- sh -c 'kill -9 $$'").exitCode, 128 + 9);
+}
+
+TEST(WbalanceSim, A_signal_to_it_reaches_the_program) {
+    const Ran ran =
+        sim("xs -- sh -c 'trap \"echo caught; exit 3\" TERM; kill -TERM $PPID; "
+            "while :; do sleep 0.05; done'");
+    EXPECT_EQ(ran.output, "caught\n");
+    EXPECT_EQ(ran.exitCode, 3);
+}
+
+TEST(WbalanceSim, A_missing_program_is_127_and_one_that_cannot_be_run_126) {
+    const Ran missing = sim("xs -- /no/such/program");
+    EXPECT_EQ(missing.exitCode, 127);
+    EXPECT_THAT(missing.output, HasSubstr("cannot run /no/such/program: No such file"));
+    EXPECT_EQ(sim("xs -- /etc/passwd").exitCode, 126);
+}
+
+TEST(WbalanceSim, Its_own_errors_are_125_and_say_what_to_do) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"", "which instrument? See wbalance-sim --list"},
+        {"xs", "nothing to run: put -- PROGRAM behind the options, or use --pty"},
+        {"xs --pty -- true", "--pty serves other software and runs no program"},
+        {"nothing -- true", "there is no instrument \"nothing\"; there are mettler-toledo"},
+        {"xs --line 9600 -- true", "\"9600\" are no line settings such as 2400,7E1"},
+        {"xs --load heavy -- true", "a load is written GRAMS[@TIME]"},
+        {"xs --fault slow -- true", "there is no such fault; there are busy"},
+        {"xs --with speed=2 -- true", "this instrument has no switch \"speed\"; it has reset-"},
+        {"xs --with reset-answer=maybe -- true", "takes one of on, off, not \"maybe\""},
+        {"xs --with stability-time-out=x -- true", "takes a time such as 500ms or 10s"},
+        {"xs --with noise=loud -- true", "the switch noise takes a number, not \"loud\""},
+        {"xs --port -1 -- true", "--port"},
+        {"xs --colour -- true", "--colour"},
+        {"xs --log /no/such/dir/log -- true", "cannot write the log /no/such/dir/log"},
+    };
+    for (const auto& [arguments, message] : cases) {
+        const Ran ran = sim(arguments);
+        EXPECT_EQ(ran.exitCode, 125) << arguments;
+        EXPECT_THAT(ran.output, StartsWith("wbalance-sim: ")) << arguments;
+        EXPECT_THAT(ran.output, HasSubstr(message)) << arguments;
+    }
+}
+
+TEST(WbalanceSim, List_and_help_name_instruments_switches_faults_and_examples) {
+    const Ran list = sim("--list");
+    EXPECT_EQ(list.exitCode, 0);
+    for (const char* text : {"mettler-toledo: ", "pr2003: ", "sb32001: ", "xs: ",
+                             "reset-answer=on|off", "noise=", "unplug", "2400,7E1"})
+        EXPECT_THAT(list.output, HasSubstr(text));
+    const Ran help = sim("--help");
+    EXPECT_EQ(help.exitCode, 0);
+    EXPECT_THAT(help.output, HasSubstr("Examples:"));
+}
+
+TEST(WbalanceSim, A_pseudo_terminal_serves_any_software_until_it_is_told_to_end) {
+    const Ran ran = run("coproc=$(mktemp -u); mkfifo $coproc; " + tool +
+                        " mettler-toledo --load 12.34 --pty > $coproc & sim=$!; "
+                        "read path < $coproc; rm $coproc; exec 3<>$path; "
+                        "printf 'S\\r\\n' >&3; head -n 1 <&3; exec 3>&-; "
+                        "exec 3<>$path; printf 'SI\\r\\n' >&3; head -n 1 <&3; "
+                        "kill -INT $sim; wait $sim; echo \"code $?\"");
+    EXPECT_EQ(ran.output, "S S      12.34 g\r\nS S      12.34 g\r\ncode 0\n");
+}
