@@ -1,5 +1,7 @@
 #include "Steps.h"
 
+#include "Tables.h"
+
 namespace faults {
 
 double MettlerNumber(const std::string& answer, int* decimals) {
@@ -15,6 +17,11 @@ double MettlerNumber(const std::string& answer, int* decimals) {
     if (decimals != nullptr && point != std::string::npos)
         *decimals = static_cast<int>(number.size() - point - 1);
     return std::strtod(number.c_str(), nullptr);
+}
+
+Description WithReadinessOfTheLine(Description description) {
+    description.operations["IsReady"] = {OpenAndClear(), Return(1)};
+    return description;
 }
 
 }  // namespace faults

@@ -203,6 +203,20 @@ inline Step Read(long mode) {
     };
 }
 
+// A text for the display.
+
+inline Step RefuseTextOf(std::size_t least, std::size_t most) {
+    return [=](Run& run) {
+        const std::size_t length = run.call.text.size();
+        return least <= length && length <= most ? Flow{Flow::Done, 0} : Flow{};
+    };
+}
+inline Step EndProcessForTextOf(std::size_t least) {
+    return Do([=](Run& run) {
+        if (run.call.text.size() >= least) throw ProcessEnd{"a display text"};
+    });
+}
+
 // Weights.
 
 inline Step Store(Number number) {

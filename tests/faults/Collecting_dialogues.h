@@ -1,0 +1,13 @@
+#ifndef WBALANCE_TESTS_FAULTS_COLLECTING_DIALOGUES_H
+#define WBALANCE_TESTS_FAULTS_COLLECTING_DIALOGUES_H
+
+#include "Matrix.h"
+
+namespace faults {
+
+/// Of the XL-1800 and the EL-2000S, which read alike and differ in their weight command.
+std::vector<Dialogue> CollectingDialogues(const char* command);
+
+}  // namespace faults
+
+#endif
