@@ -10,7 +10,10 @@
 #include <wbalance/WbalanceGibertini.h>
 #include <wbalance/WbalanceKern_EW_EGN_EWB.h>
 #include <wbalance/WbalanceMettlerPM.h>
+#include <wbalance/WbalanceMettlerPR2003.h>
+#include <wbalance/WbalanceMettlerSB32001.h>
 #include <wbalance/WbalanceMettlerToledo.h>
+#include <wbalance/WbalanceMettlerXS.h>
 #include <wbalance/WbalanceRadwag.h>
 #include <wbalance/WbalanceSartorius.h>
 #include <wbalance/WithLineReadiness.h>

@@ -1,0 +1,91 @@
+#ifndef WBALANCE_WBALANCEMETTLERSB32001_H
+#define WBALANCE_WBALANCEMETTLERSB32001_H
+
+#include <wbalance/Cwbalance.h>
+
+/// The Mettler SB32001 through MT-SICS, with its display (source: the maker's MT-SICS reference
+/// manual, levels 0 to 2).
+///
+/// Line settings at construction: port 0 of kind 'S', 2400 baud, even parity, 7 data bits, one stop
+/// bit, no flow control, a time-out of 1 s.
+///
+/// RestoreFactorySettings() is that of Cwbalance: it sends nothing and returns 1.
+///
+/// The object remembers two things between calls, in the model flags of Cwbalance: whether a reset
+/// is still due (modelFlagC, set at construction) and whether a text stands on the display
+/// (modelFlagB).
+///
+/// Every operation begins with a virtual call of IsReady(), and the line stays open behind it. A
+/// read ends with the line end of an answer. Times below count such reads: r is 3 time-outs (1 s
+/// each unless changed) when the balance is silent, and at most 6 when it sends something without a
+/// line end. The readiness comes on top: 1 s + 2 r as long as a reset is due; and behind a text on
+/// the display 0.5 s + r more, for Tare(), TareSet() and Weight().
+///
+/// A balance that refuses ("S I" busy or not stable in time, "S +" overload, "S -" underload, "ES",
+/// "EL") is not told apart from one that answers nonsense; only the trace shows the answer. The
+/// unit of an answer is not looked at: the number is passed on as it stands.
+class WBALANCE_EXPORT WbalanceMettlerSB32001 : public Cwbalance {
+ public:
+    WbalanceMettlerSB32001();
+    ~WbalanceMettlerSB32001() override;
+
+    /// Opens and clears the line; as long as a reset is due, also resets the balance with "@",
+    /// expects its serial number line ("I4 ") and asks for an immediate weight, to which any answer
+    /// will do.
+    ///
+    /// @return 1 when the line can be used and the balance is reset. 0 for a negative port number,
+    ///   when the port can't be opened or configured, or, with the port closed, when it can't be
+    ///   cleared or a step of the reset fails; the reset then stays due. After a reset 1 does not
+    ///   say that a balance answers.
+    int IsReady() override;
+
+    /// Tares with "T". The balance waits for stability first, on some models longer than the read.
+    /// @return 1 when the answer holds "T S " in its first 32 characters, else 0. Waits r.
+    int Tare() override;
+
+    /// Reads the weight.
+    ///
+    /// @param mode 0 a stable weight only ("S"; 1 s + r); 1 a stable weight, and without one the
+    /// sum of up
+    ///   to five immediate ones divided by 5, so that a pass without an answer counts as zero (r,
+    ///   and 1 s + 5 times 0.5 s + r more); 2 one immediate weight ("SI"; r). Any other value
+    ///   returns 0 after the readiness.
+    /// @param weight receives grams, 0.0 on failure; must not be null
+    /// @param decimals receives the count of decimals of each answer that is parsed and has a
+    /// point; may be
+    ///   null
+    /// @return 1 a stable weight, 2 a dynamic one, 0 failure. A balance that does not answer "DW"
+    ///   gives 0 and a closed port.
+    int Weight(long mode, double* weight, int* decimals) override;
+
+    /// Tares with "T" and then sends "TA", with `tare` grams plus what the "T" just took.
+    ///
+    /// @param tare grams; two decimals are sent. A sum of 1e21 and more or -1e20 and less does not
+    /// fit
+    ///   the command and ends the process, after the "T" was sent; what is not finite is sent as
+    ///   the word nan or inf.
+    /// @return 1 once "TA" was handed to the port, whatever the balance answers and whether it
+    ///   does, so that a tare that the balance refuses ("TA L") counts as set; else 0. Waits 2 r.
+    int TareSet(double tare) override;
+
+    /// Shows `text` on the balance until the next Tare(), TareSet() or Weight() brings back the
+    /// weight.
+    ///
+    /// @param text at most 57 characters. Null and a longer text are refused with 0 before anything
+    ///   is opened or sent. Sent as it stands: a '"' ends the text for the balance, and on a line
+    ///   of 7 data bits a character with the 8th bit set arrives as another one.
+    /// @return 1 when the balance answered, whatever it said, else 0. Waits r.
+    int DisplayMessage(char* text);
+
+ private:
+    WBALANCE_LOCAL int Reset();
+    WBALANCE_LOCAL int ShowWeight();
+    WBALANCE_LOCAL double TakenTare();
+    WBALANCE_LOCAL int StableWeight(double* weight, int* decimals);
+    WBALANCE_LOCAL int ImmediateWeight(double* weight, int* decimals);
+    WBALANCE_LOCAL int StableOrAveragedWeight(double* weight, int* decimals);
+    WBALANCE_LOCAL int AveragedWeight(double* weight, int* decimals);
+    WBALANCE_LOCAL int Conclude(double value, double* weight, int status);
+};
+
+#endif
