@@ -14,8 +14,10 @@
 #include <wbalance/WbalanceMettlerSB32001.h>
 #include <wbalance/WbalanceMettlerToledo.h>
 #include <wbalance/WbalanceMettlerXS.h>
+#include <wbalance/WbalanceOHAUS_SPU602.h>
 #include <wbalance/WbalanceRadwag.h>
 #include <wbalance/WbalanceSartorius.h>
+#include <wbalance/WbalanceScaleHouseALD.h>
 #include <wbalance/WithLineReadiness.h>
 
 #endif
