@@ -1,18 +1,20 @@
 #include "simulator/BalanceSettings.h"
 
-#include <regex>
 #include <stdexcept>
+
+#include "simulator/Text.h"
 
 namespace simulator {
 namespace {
 
 void apply(const Switches& switches, const std::string& name, double& value) {
-    static const std::regex number("[0-9]{1,9}(\\.[0-9]{1,9})?");
     const std::string& text = switches.text(name);
     if (text.empty()) return;
-    if (!std::regex_match(text, number))
-        throw std::invalid_argument("the switch " + name + " takes a number, not \"" + text + "\"");
-    value = std::stod(text);
+    const auto number = parseNumber(text);
+    if (!number || *number < 0)
+        throw std::invalid_argument("the switch " + name +
+                                    " takes a number that is not below zero, not \"" + text + "\"");
+    value = *number;
 }
 
 }  // namespace

@@ -1,13 +1,15 @@
 #include "simulator/Fault.h"
 
-#include <regex>
 #include <stdexcept>
+
+#include "simulator/Text.h"
 
 namespace simulator {
 namespace {
 
 [[noreturn]] void refuse(const std::string& text, const std::string& why) {
-    throw std::invalid_argument("fault \"" + text + "\": " + why);
+    throw std::invalid_argument("fault \"" + text + "\": " + why +
+                                "; a fault is written NAME[=VALUE][@START[+DURATION]]");
 }
 
 const FaultDescription& describe(const std::string& name, const std::string& text) {
@@ -26,26 +28,26 @@ Time timeIn(const std::string& part, const std::string& text) {
 }
 
 void checkValue(const Fault& fault, const std::string& text) {
-    static const std::regex count("[0-9]{1,4}");
     if (fault.name == "late") timeIn(fault.value, text);
     if ((fault.name == "truncated" || fault.name == "noise") &&
-        !std::regex_match(fault.value, count))
+        !parseWholeNumber(fault.value, 0, 9999))
         refuse(text, "the value is a number of characters");
 }
 
 }  // namespace
 
 Fault Fault::parse(const std::string& text) {
-    static const std::regex form("([a-z-]+)(=([^@]+))?(@([^+]+)(\\+(.+))?)?");
-    std::smatch part;
-    if (!std::regex_match(text, part, form))
-        refuse(text, "a fault is written NAME[=VALUE][@START[+DURATION]]");
-    const FaultDescription& description = describe(part[1], text);
+    const auto [what, when] = cutAt(text, '@');
+    const auto [name, value] = cutAt(what, '=');
+    const FaultDescription& description = describe(name, text);
     Fault fault;
     fault.name = description.name;
-    fault.value = part[3].matched ? part[3].str() : description.initial;
-    if (part[5].matched) fault.from = timeIn(part[5], text);
-    if (part[7].matched) fault.until = fault.from + timeIn(part[7], text);
+    fault.value = value.value_or(description.initial);
+    if (when) {
+        const auto [start, duration] = cutAt(*when, '+');
+        fault.from = timeIn(start, text);
+        if (duration) fault.until = fault.from + timeIn(*duration, text);
+    }
     checkValue(fault, text);
     return fault;
 }

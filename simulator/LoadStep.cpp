@@ -1,19 +1,19 @@
 #include "simulator/LoadStep.h"
 
-#include <regex>
 #include <stdexcept>
+
+#include "simulator/Text.h"
 
 namespace simulator {
 
 LoadStep LoadStep::parse(const std::string& text) {
-    static const std::regex form("([-+]?[0-9]{1,9}(\\.[0-9]{1,9})?)(@(.+))?");
-    std::smatch part;
-    const bool fits = std::regex_match(text, part, form);
-    const auto at = fits && part[4].matched ? parseTime(part[4]) : Time(0);
-    if (!fits || !at)
+    const auto [load, time] = cutAt(text, '@');
+    const auto grams = parseNumber(load);
+    const auto at = time ? parseTime(*time) : Time(0);
+    if (!grams || !at)
         throw std::invalid_argument("load \"" + text +
                                     "\": a load is written GRAMS[@TIME], such as 12.34 or 100@5s");
-    return {std::stod(part[1]), *at};
+    return {*grams, *at};
 }
 
 }  // namespace simulator

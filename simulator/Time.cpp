@@ -1,16 +1,19 @@
 #include "simulator/Time.h"
 
 #include <cmath>
-#include <regex>
+
+#include "simulator/Text.h"
 
 namespace simulator {
 
 std::optional<Time> parseTime(const std::string& text) {
-    static const std::regex form("([0-9]{1,7}(\\.[0-9]{1,3})?)(ms|s)");
-    std::smatch part;
-    if (!std::regex_match(text, part, form)) return std::nullopt;
-    const double factor = part[3] == "s" ? 1000 : 1;
-    return Time(std::llround(std::stod(part[1]) * factor));
+    constexpr double longestSeconds = 1e7;
+    const std::size_t unit = text.find_first_not_of("0123456789.");
+    if (unit == 0 || unit == std::string::npos) return std::nullopt;
+    const auto number = parseNumber(text.substr(0, unit));
+    const std::string name = text.substr(unit);
+    if (!number || *number > longestSeconds || (name != "s" && name != "ms")) return std::nullopt;
+    return Time(std::llround(*number * (name == "s" ? 1000 : 1)));
 }
 
 }  // namespace simulator

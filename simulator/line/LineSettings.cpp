@@ -1,6 +1,8 @@
 #include "simulator/line/LineSettings.h"
 
-#include <regex>
+#include <cctype>
+
+#include "simulator/Text.h"
 
 namespace simulator {
 namespace {
@@ -13,22 +15,26 @@ std::string flowControlText(FlowControl flowControl) {
     return "";
 }
 
+std::optional<FlowControl> parseFlowControl(const std::optional<std::string>& text) {
+    if (!text) return FlowControl::none;
+    if (*text == "rtscts") return FlowControl::hardware;
+    if (*text == "xonxoff") return FlowControl::software;
+    return std::nullopt;
+}
+
 }  // namespace
 
 std::optional<LineSettings> LineSettings::parse(const std::string& text) {
-    static const std::regex form(
-        "([1-9][0-9]{0,6})[ ,]([5-8])([NOEMSnoems])([12])(,rtscts|,xonxoff)?");
-    std::smatch part;
-    if (!std::regex_match(text, part, form)) return std::nullopt;
-    LineSettings settings;
-    settings.baudRate = std::stoi(part[1]);
-    settings.dataBits = std::stoi(part[2]);
-    const char letter = static_cast<char>(std::toupper(part[3].str().front()));
-    settings.parity = static_cast<Parity>(parityLetters.find(letter));
-    settings.stopBits = std::stoi(part[4]);
-    if (part[5] == ",rtscts") settings.flowControl = FlowControl::hardware;
-    if (part[5] == ",xonxoff") settings.flowControl = FlowControl::software;
-    return settings;
+    const auto [rate, rest] = cutAt(text, text.find(' ') < text.find(',') ? ' ' : ',');
+    const auto [format, flow] = cutAt(rest.value_or(""), ',');
+    const auto flowControl = parseFlowControl(flow);
+    const auto baudRate = parseWholeNumber(rate, 1, 9'999'999);
+    if (!baudRate || format.size() != 3 || !flowControl) return std::nullopt;
+    const auto dataBits = parseWholeNumber(format.substr(0, 1), 5, 8);
+    const auto parity = parityLetters.find(static_cast<char>(std::toupper(format[1])));
+    const auto stopBits = parseWholeNumber(format.substr(2), 1, 2);
+    if (!dataBits || parity == std::string::npos || !stopBits) return std::nullopt;
+    return LineSettings{*baudRate, *dataBits, static_cast<Parity>(parity), *stopBits, *flowControl};
 }
 
 std::string LineSettings::text() const {

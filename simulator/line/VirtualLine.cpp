@@ -13,9 +13,10 @@
 #include <climits>
 #include <cstring>
 #include <new>
-#include <regex>
 #include <stdexcept>
 #include <system_error>
+
+#include "simulator/Text.h"
 
 namespace simulator {
 namespace {
@@ -105,8 +106,11 @@ VirtualLine::~VirtualLine() {
 }
 
 bool VirtualLine::canServe(const std::string& device) {
-    static const std::regex form("/dev/tty(S|USB)[0-9]{1,5}");
-    return std::regex_match(device, form);
+    for (const std::string prefix : {"/dev/ttyS", "/dev/ttyUSB"})
+        if (device.compare(0, prefix.size(), prefix) == 0 &&
+            parseWholeNumber(device.substr(prefix.size()), 0, 99'999))
+            return true;
+    return false;
 }
 
 void VirtualLine::plugIn(const std::string& device) {

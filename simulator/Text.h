@@ -1,0 +1,19 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <utility>
+
+namespace simulator {
+
+/// The number that is the whole of `text`, such as "12", "-0.5" or "+100.25"; empty for other text.
+std::optional<double> parseNumber(const std::string& text);
+
+/// The whole number of digits only that is the whole of `text`; empty for other text and for
+/// numbers outside `least` to `most`.
+std::optional<int> parseWholeNumber(const std::string& text, int least, int most);
+
+/// What stands before and behind the first `separator`; nothing behind when there is none.
+std::pair<std::string, std::optional<std::string>> cutAt(const std::string& text, char separator);
+
+}  // namespace simulator
