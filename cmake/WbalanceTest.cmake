@@ -11,16 +11,21 @@ function(wbalance_add_unit_test NAME)
     gtest_discover_tests(${NAME} DISCOVERY_MODE PRE_TEST NO_PRETTY_VALUES PROPERTIES TIMEOUT 120)
 endfunction()
 
+# The scripted serial port and its virtual clock in the place of the libraries that TARGET would load.
+function(wbalance_use_scripted_layer TARGET)
+    # The order is the point: the stand-ins come before the libraries whose place they take.
+    target_link_libraries(${TARGET} PRIVATE
+        -Wl,--no-as-needed scripted-line scripted-platform scripted-serial-port wbalance)
+    set_target_properties(${TARGET} PROPERTIES SKIP_BUILD_RPATH ON)
+    target_link_options(${TARGET} PRIVATE
+        -Wl,-rpath,${SCRIPTED_LIBRARY_DIR}:$<TARGET_FILE_DIR:wbalance>)
+endfunction()
+
 # The real library over a scripted serial port and a virtual clock.
 function(wbalance_add_scripted_test NAME)
     # The allocation that can fail is the program's own, so that it also wins over a sanitizer's.
     wbalance_add_unit_test(${NAME} ${ARGN} ${PROJECT_SOURCE_DIR}/tests/scripted/AllocationStandIn.cpp)
-    # The order is the point: the stand-ins come before the libraries whose place they take.
-    target_link_libraries(${NAME} PRIVATE
-        -Wl,--no-as-needed scripted-line scripted-platform scripted-serial-port wbalance)
-    set_target_properties(${NAME} PROPERTIES SKIP_BUILD_RPATH ON)
-    target_link_options(${NAME} PRIVATE
-        -Wl,-rpath,${SCRIPTED_LIBRARY_DIR}:$<TARGET_FILE_DIR:wbalance>)
+    wbalance_use_scripted_layer(${NAME})
 endfunction()
 
 # Simulated instruments in the test's own process: the virtual-line object stands ahead of the C library,

@@ -1,0 +1,85 @@
+// Every parser on any text, in a block of memory of just its size.
+
+#include <wbalance/wbalance.h>
+
+#include <cstring>
+#include <memory>
+
+#include "Harness.h"
+#include "Line.h"
+#include "Steps.h"
+
+namespace {
+
+constexpr double kNoWeight = -777.25;
+constexpr int kNoDecimals = -777;
+
+/// A copy that ends where its memory does.
+std::unique_ptr<char[]> Copy(const std::string& text) {
+    auto copy = std::make_unique<char[]>(text.size() + 1);
+    std::memcpy(copy.get(), text.c_str(), text.size() + 1);
+    return copy;
+}
+
+bool Same(double one, double other) {
+    return std::memcmp(&one, &other, sizeof one) == 0;
+}
+
+void Common(const std::string& text) {
+    WbalanceMettlerToledo balance;
+    double number = 0.0;
+    int decimals = kNoDecimals;
+    const auto end =
+        fuzz::LineOfProcessEnd([&] { number = balance.ParseWeight(Copy(text).get(), &decimals); });
+    fuzz::Require(end.has_value() == (text.size() >= 100), "100 characters are too many");
+    if (end) return;
+    int wanted = kNoDecimals;
+    fuzz::Require(Same(number, faults::MettlerNumber(text, &wanted)), "the number");
+    fuzz::Require(decimals == wanted, "the decimals");
+}
+
+/// A parser with a status: alike on every call, and pointers that may be null change nothing.
+template <class Driver>
+void WithStatus(const std::string& text, bool weightMayBeNull) {
+    Driver balance;
+    const auto parse = [&](double* weight, int* decimals) {
+        int status = 0;
+        const auto end = fuzz::LineOfProcessEnd(
+            [&] { status = balance.ParseWeight(Copy(text).get(), weight, decimals); });
+        return end ? -1 : status;
+    };
+    double weight = kNoWeight;
+    int decimals = kNoDecimals;
+    const int status = parse(&weight, &decimals);
+    fuzz::Require(-1 <= status && status <= 2, "0, 1 or 2");
+    fuzz::Require(status != -1 || text.size() >= 100, "a short text does not end the process");
+    fuzz::Require(-777 <= decimals && decimals < 100, "decimals");
+    double again = kNoWeight;
+    fuzz::Require(parse(&again, nullptr) == status, "without decimals");
+    fuzz::Require(Same(again, weight), "the same weight");
+    if (weightMayBeNull) fuzz::Require(parse(nullptr, &decimals) == status, "without a weight");
+}
+
+void Sartorius(const std::string& text) {
+    WbalanceSartorius balance;
+    int decimals = kNoDecimals;
+    const auto end =
+        fuzz::LineOfProcessEnd([&] { balance.ParseWeight(Copy(text).get(), &decimals); });
+    fuzz::Require(end.has_value() == (text.size() >= 100), "100 characters are too many");
+    fuzz::Require(decimals == kNoDecimals, "decimals are never written");
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string text = std::string(reinterpret_cast<const char*>(data), size).c_str();
+    if (text.size() > 260) return 0;
+    scripted::Line::Here().Reset();
+    const scripted::TraceCapture capture;
+    Common(text);
+    WithStatus<WbalanceKern_EW_EGN_EWB>(text, true);
+    WithStatus<WbalanceGibertini>(text, true);
+    WithStatus<WbalanceRadwag>(text, true);
+    Sartorius(text);
+    return 0;
+}
