@@ -7,6 +7,7 @@
 
 #include <wbalance/CSerialObject.h>
 #include <wbalance/Cwbalance.h>
+#include <wbalance/WbalanceDIC_XL1800.h>
 #include <wbalance/WbalanceGibertini.h>
 #include <wbalance/WbalanceKern_EW_EGN_EWB.h>
 #include <wbalance/WbalanceMettlerPM.h>
@@ -18,6 +19,7 @@
 #include <wbalance/WbalanceRadwag.h>
 #include <wbalance/WbalanceSartorius.h>
 #include <wbalance/WbalanceScaleHouseALD.h>
+#include <wbalance/WbalanceSetra_EL_2000S.h>
 #include <wbalance/WithLineReadiness.h>
 
 #endif
