@@ -44,9 +44,8 @@ class WBALANCE_EXPORT WbalanceDIC_XL1800 : public Cwbalance {
     /// Characters past 128 in one answer are dropped.
     ///
     /// @param mode 2 accepts an unstable weight, too; any other value only a stable one
-    /// @param weight receives grams. Null returns 0 at once. With the result 0 it holds what the
-    /// last
-    ///   answer was parsed to: 0.0, or the value of an unstable one that was refused.
+    /// @param weight receives grams. Null returns 0 at once. With the result 0 it holds what
+    ///   the last answer was parsed to: 0.0, or the value of an unstable one that was refused.
     /// @param decimals is not used
     /// @return 1, also for an unstable weight in mode 2; 0 failure
     int Weight(long mode, double* weight, int* decimals) override;

@@ -53,8 +53,7 @@ class WBALANCE_EXPORT WbalanceGibertini : public Cwbalance {
     /// @param weight receives grams, the value of the first record; must not be null. A record that
     ///   is refused overwrites it, too: use it only with the result 1.
     /// @param decimals receives 2 as soon as 19 characters have come, whatever the record's
-    /// decimals
-    ///   are; may be null
+    ///   decimals are; may be null
     /// @return 1, also for a weight that is marked as unstable; 0 failure, after 20 s + one reading
     ///   + 200 ms at most when the request could be sent
     ///

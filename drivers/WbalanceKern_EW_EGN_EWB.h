@@ -72,9 +72,8 @@ class WBALANCE_EXPORT WbalanceKern_EW_EGN_EWB : public Cwbalance {
     /// @param answer a zero-terminated text; null returns 0
     /// @param weight receives the value; may be null
     /// @param decimals receives 7 when the value has a point; may be null
-    /// @return 1 stable (status S), 2 anything else, 0 for an answer of fewer than 12 characters,
-    /// and
-    ///   then nothing is written
+    /// @return 1 stable (status S), 2 anything else, 0 for an answer of fewer than 12
+    ///   characters, and then nothing is written
     int ParseWeight(char* answer, double* weight, int* decimals);
 
  private:
