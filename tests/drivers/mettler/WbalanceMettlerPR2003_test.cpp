@@ -836,6 +836,23 @@ TEST_F(WbalanceMettlerPR2003Test, Mode_1_forgets_an_answer_that_comes_too_late_f
     EXPECT_EQ(weight, 20.0);
 }
 
+class ReadinessThatWeighs : public Balance {
+ public:
+    int IsReady() override {
+        *weight = 7.0;
+        return Balance::IsReady();
+    }
+    double* weight = nullptr;
+};
+
+TEST_F(WbalanceMettlerPR2003Test, Mode_1_stores_the_0_of_its_failure_after_a_hosts_own_readiness) {
+    ReadinessThatWeighs own;
+    own.weight = &weight;
+    GetReady(own);
+    EXPECT_EQ(own.Weight(1, &weight, nullptr), 0);
+    EXPECT_EQ(weight, 0.0);
+}
+
 // Other modes
 
 TEST_F(WbalanceMettlerPR2003Test, Any_other_mode_is_ready_shows_the_weight_and_fails) {
