@@ -213,16 +213,17 @@ CatalogEntry mettlerToledo() {
 }
 
 CatalogEntry mettlerPr2003() {
-    return entry("pr2003", "PR2003, 2100 g", "WbalanceMettlerPR2003", sevenEven2400,
+    return entry("mettler-pr2003", "PR2003, 2100 g", "WbalanceMettlerPR2003", sevenEven2400,
                  balanceOf(2100, 0.001));
 }
 
 CatalogEntry mettlerXs() {
-    return entry("xs", "XS204, 220 g", "WbalanceMettlerXS", eightNone9600, balanceOf(220, 0.0001));
+    return entry("mettler-xs", "XS204, 220 g", "WbalanceMettlerXS", eightNone9600,
+                 balanceOf(220, 0.0001));
 }
 
 CatalogEntry mettlerSb32001() {
-    return entry("sb32001", "SB32001, 32.1 kg", "WbalanceMettlerSB32001", sevenEven2400,
+    return entry("mettler-sb32001", "SB32001, 32.1 kg", "WbalanceMettlerSB32001", sevenEven2400,
                  balanceOf(32100, 0.1));
 }
 

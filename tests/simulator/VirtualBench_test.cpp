@@ -28,7 +28,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// A host's port at 9600,8N1, which is what the balance "xs" speaks.
+/// A host's port at 9600,8N1, which is what the balance "mettler-xs" speaks.
 class OpenPort {
  public:
     explicit OpenPort(const char* device = "/dev/ttyS0") : port_(QString(device)) {
@@ -68,7 +68,7 @@ bool eventually(const std::function<bool()>& condition) {
 
 TEST(VirtualBench, The_load_can_change_while_the_host_looks_on) {
     VirtualBench bench;
-    auto& balance = bench.place("xs", Options().withLoad(1));
+    auto& balance = bench.place("mettler-xs", Options().withLoad(1));
     OpenPort port;
     EXPECT_EQ(port.ask("S\r\n"), "S S     1.0000 g\r\n");
     balance.setLoad(2);
@@ -77,9 +77,9 @@ TEST(VirtualBench, The_load_can_change_while_the_host_looks_on) {
 
 TEST(VirtualBench, Several_instruments_stand_side_by_side) {
     VirtualBench bench;
-    bench.place("xs", Options().withLoad(1));
-    bench.place("xs", Options().withLoad(2).on("/dev/ttyUSB0"));
-    bench.place("xs", Options().withLoad(3).on("/dev/ttyUSB12"));
+    bench.place("mettler-xs", Options().withLoad(1));
+    bench.place("mettler-xs", Options().withLoad(2).on("/dev/ttyUSB0"));
+    bench.place("mettler-xs", Options().withLoad(3).on("/dev/ttyUSB12"));
     OpenPort first("/dev/ttyUSB0");
     OpenPort second("/dev/ttyUSB12");
     OpenPort third;
@@ -90,19 +90,19 @@ TEST(VirtualBench, Several_instruments_stand_side_by_side) {
 
 TEST(VirtualBench, Only_serial_ports_can_be_served) {
     VirtualBench bench;
-    EXPECT_THROW(bench.place("xs", Options().on("/dev/null")), std::invalid_argument);
-    EXPECT_THROW(bench.place("xs", Options().on("/dev/ttyS")), std::invalid_argument);
+    EXPECT_THROW(bench.place("mettler-xs", Options().on("/dev/null")), std::invalid_argument);
+    EXPECT_THROW(bench.place("mettler-xs", Options().on("/dev/ttyS")), std::invalid_argument);
     EXPECT_THROW(bench.place("unknown"), std::invalid_argument);
 }
 
 TEST(VirtualBench, A_device_has_gone_with_its_bench) {
-    { VirtualBench().place("xs", Options().on("/dev/ttyUSB4711")); }
+    { VirtualBench().place("mettler-xs", Options().on("/dev/ttyUSB4711")); }
     EXPECT_EQ(openErrno("/dev/ttyUSB4711"), ENOENT);
 }
 
 TEST(VirtualBench, The_log_tells_who_sent_what_at_which_settings) {
     VirtualBench bench;
-    auto& balance = bench.place("xs", Options().withLoad(1));
+    auto& balance = bench.place("mettler-xs", Options().withLoad(1));
     EXPECT_FALSE(balance.settingsOfLastCommand());
     OpenPort port;
     port.ask("S\r\n");
@@ -120,7 +120,7 @@ TEST(VirtualBench, The_log_tells_who_sent_what_at_which_settings) {
 
 TEST(VirtualBench, Bytes_sent_before_a_change_of_settings_belong_to_the_settings_before) {
     VirtualBench bench;
-    auto& balance = bench.place("xs", Options().withLoad(1));
+    auto& balance = bench.place("mettler-xs", Options().withLoad(1));
     OpenPort port;
     for (int i = 0; i < 50; ++i) {
         ASSERT_TRUE(port->setBaudRate(9600));
@@ -150,7 +150,7 @@ TEST(VirtualBench, A_command_of_wrong_parity_gets_ET_at_the_instruments_settings
 
 TEST(VirtualBench, An_instrument_at_another_baud_rate_does_not_understand) {
     VirtualBench bench;
-    auto& balance = bench.place("xs", Options().withLoad(1).at("2400,8N1"));
+    auto& balance = bench.place("mettler-xs", Options().withLoad(1).at("2400,8N1"));
     OpenPort port;
     EXPECT_EQ(port.ask("S\r\n", 300).find("S S"), std::string::npos);
     EXPECT_EQ(balance.sentByHost(), "S\r\n");
@@ -158,7 +158,7 @@ TEST(VirtualBench, An_instrument_at_another_baud_rate_does_not_understand) {
 
 TEST(VirtualBench, What_is_sent_to_a_closed_port_is_lost) {
     VirtualBench bench;
-    auto& balance = bench.place("xs", Options().with("repeat-interval=20ms"));
+    auto& balance = bench.place("mettler-xs", Options().with("repeat-interval=20ms"));
     { OpenPort().ask("SIR\r\n"); }
     ASSERT_TRUE(eventually([&] { return !balance.isOpenedByHost(); }));
     balance.clearLog();
@@ -169,7 +169,7 @@ TEST(VirtualBench, What_is_sent_to_a_closed_port_is_lost) {
 
 TEST(VirtualBench, Answers_that_were_not_read_are_gone_when_the_port_is_opened_again) {
     VirtualBench bench;
-    auto& balance = bench.place("xs", Options().withLoad(1));
+    auto& balance = bench.place("mettler-xs", Options().withLoad(1));
     const int first = ::open("/dev/ttyS0", O_RDWR | O_NOCTTY);
     ASSERT_EQ(::write(first, "I4\r\n", 4), 4);
     ASSERT_TRUE(eventually([&] { return !balance.sentByInstrument().empty(); }));
@@ -180,7 +180,7 @@ TEST(VirtualBench, Answers_that_were_not_read_are_gone_when_the_port_is_opened_a
 
 TEST(VirtualBench, Paced_characters_take_their_time_on_the_line) {
     VirtualBench bench;
-    auto& balance = bench.place("xs", Options().withPacing().at("600,7E1"));
+    auto& balance = bench.place("mettler-xs", Options().withPacing().at("600,7E1"));
     OpenPort port;
     port->setBaudRate(600);
     port->setDataBits(QSerialPort::Data7);
@@ -197,7 +197,7 @@ TEST(VirtualBench, Paced_characters_take_their_time_on_the_line) {
 
 TEST(VirtualBench, Unplugged_the_open_port_is_hung_up_and_the_node_is_gone) {
     VirtualBench bench;
-    auto& balance = bench.place("xs", Options().on("/dev/ttyUSB0").withLoad(1));
+    auto& balance = bench.place("mettler-xs", Options().on("/dev/ttyUSB0").withLoad(1));
     OpenPort port("/dev/ttyUSB0");
     EXPECT_EQ(port.ask("S\r\n"), "S S     1.0000 g\r\n");
     balance.unplug();
@@ -212,7 +212,7 @@ TEST(VirtualBench, Unplugged_the_open_port_is_hung_up_and_the_node_is_gone) {
 
 TEST(VirtualBench, Plugged_in_again_it_is_a_new_port_and_the_old_one_stays_dead) {
     VirtualBench bench;
-    auto& balance = bench.place("xs", Options().on("/dev/ttyUSB0").withLoad(1));
+    auto& balance = bench.place("mettler-xs", Options().on("/dev/ttyUSB0").withLoad(1));
     OpenPort old("/dev/ttyUSB0");
     old->setBaudRate(2400);
     balance.unplug();
@@ -225,7 +225,7 @@ TEST(VirtualBench, Plugged_in_again_it_is_a_new_port_and_the_old_one_stays_dead)
 
 TEST(VirtualBench, It_may_come_back_under_another_name) {
     VirtualBench bench;
-    auto& balance = bench.place("xs", Options().on("/dev/ttyUSB0").withLoad(1));
+    auto& balance = bench.place("mettler-xs", Options().on("/dev/ttyUSB0").withLoad(1));
     balance.unplug();
     balance.plugIn("/dev/ttyUSB1");
     EXPECT_EQ(balance.device(), "/dev/ttyUSB1");
@@ -236,7 +236,7 @@ TEST(VirtualBench, It_may_come_back_under_another_name) {
 TEST(VirtualBench, The_fault_unplug_has_its_time_and_its_new_name) {
     VirtualBench bench;
     auto& balance = bench.place(
-        "xs",
+        "mettler-xs",
         Options().on("/dev/ttyUSB0").withLoad(1).withFault("unplug=/dev/ttyUSB1@200ms+300ms"));
     OpenPort port("/dev/ttyUSB0");
     EXPECT_FALSE(port->waitForReadyRead(5000));
@@ -254,7 +254,7 @@ TEST(VirtualBench, The_fault_unplug_has_its_time_and_its_new_name) {
 
 TEST(VirtualBench, An_open_can_be_refused_for_any_reason) {
     VirtualBench bench;
-    auto& balance = bench.place("xs");
+    auto& balance = bench.place("mettler-xs");
     for (const int error : {EACCES, EBUSY, ENODEV, EIO}) {
         work(balance, [&](VirtualLine& line) { line.refuseOpen(error); });
         EXPECT_EQ(openErrno("/dev/ttyS0"), error);
@@ -268,7 +268,7 @@ TEST(VirtualBench, An_open_can_be_refused_for_any_reason) {
 
 TEST(VirtualBench, The_node_has_the_owner_group_and_mode_that_it_is_given) {
     VirtualBench bench;
-    auto& balance = bench.place("xs");
+    auto& balance = bench.place("mettler-xs");
     work(balance, [](VirtualLine& line) { line.setNode({0600, 7, 8}); });
     struct stat node = {};
     ASSERT_EQ(::stat("/dev/ttyS0", &node), 0);
@@ -280,7 +280,7 @@ TEST(VirtualBench, The_node_has_the_owner_group_and_mode_that_it_is_given) {
 
 TEST(VirtualBench, Control_lines_go_both_ways) {
     VirtualBench bench;
-    auto& balance = bench.place("xs");
+    auto& balance = bench.place("mettler-xs");
     unsigned seen = 0;
     const auto look = [&] {
         work(balance, [&](VirtualLine& line) { seen = line.controlLines(); });
@@ -301,7 +301,7 @@ TEST(VirtualBench, Control_lines_go_both_ways) {
 
 TEST(VirtualBench, A_break_reaches_the_instrument) {
     VirtualBench bench;
-    bench.place("xs");
+    bench.place("mettler-xs");
     const int descriptor = ::open("/dev/ttyS0", O_RDWR | O_NOCTTY);
     ASSERT_GE(descriptor, 0);
     EXPECT_EQ(::tcsendbreak(descriptor, 0), 0);
@@ -313,7 +313,7 @@ TEST(VirtualBench, A_break_reaches_the_instrument) {
 
 TEST(VirtualBench, A_duplicated_descriptor_is_the_same_port) {
     VirtualBench bench;
-    auto& balance = bench.place("xs");
+    auto& balance = bench.place("mettler-xs");
     const int first = ::open("/dev/ttyS0", O_RDWR | O_NOCTTY);
     const int second = ::dup(first);
     ::close(first);
@@ -329,7 +329,7 @@ TEST(VirtualBench, A_duplicated_descriptor_is_the_same_port) {
 
 TEST(VirtualBench, Settings_outlive_a_close_as_on_a_real_port) {
     VirtualBench bench;
-    bench.place("xs");
+    bench.place("mettler-xs");
     const int first = ::open("/dev/ttyS0", O_RDWR | O_NOCTTY);
     termios settings = {};
     ::tcgetattr(first, &settings);

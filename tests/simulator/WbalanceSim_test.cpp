@@ -52,14 +52,15 @@ TEST(WbalanceSim, A_program_reads_the_load_at_the_instruments_settings) {
 }
 
 TEST(WbalanceSim, The_port_may_have_any_number_and_be_a_usb_adapter) {
-    EXPECT_THAT(sim("xs --port 3 --load 1 -- " + host + " /dev/ttyS3 9600,8N1 S").output,
+    EXPECT_THAT(sim("mettler-xs --port 3 --load 1 -- " + host + " /dev/ttyS3 9600,8N1 S").output,
                 HasSubstr("S S     1.0000 g\r\n"));
-    EXPECT_THAT(sim("xs --port 7 --usb --load 1 -- " + host + " /dev/ttyUSB7 9600,8N1 S").output,
-                HasSubstr("S S     1.0000 g\r\n"));
+    EXPECT_THAT(
+        sim("mettler-xs --port 7 --usb --load 1 -- " + host + " /dev/ttyUSB7 9600,8N1 S").output,
+        HasSubstr("S S     1.0000 g\r\n"));
 }
 
 TEST(WbalanceSim, A_device_that_is_not_served_is_missing_as_it_is_without_the_simulator) {
-    const Ran ran = sim("xs -- " + host + " /dev/ttyUSB4711 9600,8N1 S");
+    const Ran ran = sim("mettler-xs -- " + host + " /dev/ttyUSB4711 9600,8N1 S");
     EXPECT_THAT(ran.output, HasSubstr("No such file or directory"));
     EXPECT_EQ(ran.exitCode, 1);
 }
@@ -83,7 +84,7 @@ TEST(WbalanceSim, A_port_that_another_process_holds_is_busy_for_an_ordinary_user
 }
 
 TEST(WbalanceSim, Two_programs_at_once_each_have_their_own_ttyUSB0) {
-    const std::string each = tool + " xs --usb --fault late=400ms --load ";
+    const std::string each = tool + " mettler-xs --usb --fault late=400ms --load ";
     const std::string asking = " -- " + host + " /dev/ttyUSB0 9600,8N1 S";
     const Ran ran = run(each + "1.5" + asking + " & " + each + "2.5" + asking + "; wait");
     EXPECT_THAT(ran.output, HasSubstr("S S     1.5000 g"));
@@ -101,9 +102,9 @@ TEST(WbalanceSim, A_plain_shell_with_stty_is_served_too) {
 }
 
 TEST(WbalanceSim, The_node_looks_like_a_serial_port_of_the_group_dialout) {
-    EXPECT_EQ(sim("xs -- stat -c '%F %t:%T %a %g' /dev/ttyS0").output,
+    EXPECT_EQ(sim("mettler-xs -- stat -c '%F %t:%T %a %g' /dev/ttyS0").output,
               "character special file 4:40 660 20\n");
-    EXPECT_EQ(sim("xs --usb --port 1 -- stat -c '%F %t:%T' /dev/ttyUSB1").output,
+    EXPECT_EQ(sim("mettler-xs --usb --port 1 -- stat -c '%F %t:%T' /dev/ttyUSB1").output,
               "character special file bc:1\n");
 }
 
@@ -127,43 +128,44 @@ TEST(WbalanceSim, The_log_shows_bytes_times_and_the_hosts_settings) {
 }
 
 TEST(WbalanceSim, The_programs_exit_code_and_signal_are_passed_on) {
-    EXPECT_EQ(sim("xs -- true").exitCode, 0);
-    EXPECT_EQ(sim("xs -- sh -c 'exit 42'").exitCode, 42);
-    EXPECT_EQ(sim("xs -- sh -c 'kill -9 $$'").exitCode, 128 + 9);
+    EXPECT_EQ(sim("mettler-xs -- true").exitCode, 0);
+    EXPECT_EQ(sim("mettler-xs -- sh -c 'exit 42'").exitCode, 42);
+    EXPECT_EQ(sim("mettler-xs -- sh -c 'kill -9 $$'").exitCode, 128 + 9);
 }
 
 TEST(WbalanceSim, A_signal_to_it_reaches_the_program) {
     const Ran ran =
-        sim("xs -- sh -c 'trap \"echo caught; exit 3\" TERM; kill -TERM $PPID; "
+        sim("mettler-xs -- sh -c 'trap \"echo caught; exit 3\" TERM; kill -TERM $PPID; "
             "while :; do sleep 0.05; done'");
     EXPECT_EQ(ran.output, "caught\n");
     EXPECT_EQ(ran.exitCode, 3);
 }
 
 TEST(WbalanceSim, A_missing_program_is_127_and_one_that_cannot_be_run_126) {
-    const Ran missing = sim("xs -- /no/such/program");
+    const Ran missing = sim("mettler-xs -- /no/such/program");
     EXPECT_EQ(missing.exitCode, 127);
     EXPECT_THAT(missing.output, HasSubstr("cannot run /no/such/program: No such file"));
-    EXPECT_EQ(sim("xs -- /etc/passwd").exitCode, 126);
+    EXPECT_EQ(sim("mettler-xs -- /etc/passwd").exitCode, 126);
 }
 
 TEST(WbalanceSim, Its_own_errors_are_125_and_say_what_to_do) {
     const std::pair<const char*, const char*> cases[] = {
         {"", "which instrument? See wbalance-sim --list"},
-        {"xs", "nothing to run: put -- PROGRAM behind the options, or use --pty"},
-        {"xs --pty -- true", "--pty serves other software and runs no program"},
-        {"nothing -- true", "there is no instrument \"nothing\"; there are mettler-toledo"},
-        {"xs --line 9600 -- true", "\"9600\" are no line settings such as 2400,7E1"},
-        {"xs --load heavy -- true", "a load is written GRAMS[@TIME]"},
-        {"xs --fault slow -- true", "there is no such fault; there are busy"},
-        {"xs --with speed=2 -- true", "this instrument has no switch \"speed\"; it has reset-"},
-        {"xs --with reset-answer=maybe -- true", "takes one of on, off, not \"maybe\""},
-        {"xs --with stability-time-out=x -- true", "takes a time such as 500ms or 10s"},
-        {"xs --with noise=loud -- true",
+        {"mettler-xs", "nothing to run: put -- PROGRAM behind the options, or use --pty"},
+        {"mettler-xs --pty -- true", "--pty serves other software and runs no program"},
+        {"nothing -- true", "there is no instrument \"nothing\"; there are "},
+        {"mettler-xs --line 9600 -- true", "\"9600\" are no line settings such as 2400,7E1"},
+        {"mettler-xs --load heavy -- true", "a load is written GRAMS[@TIME]"},
+        {"mettler-xs --fault slow -- true", "there is no such fault; there are busy"},
+        {"mettler-xs --with speed=2 -- true",
+         "this instrument has no switch \"speed\"; it has reset-"},
+        {"mettler-xs --with reset-answer=maybe -- true", "takes one of on, off, not \"maybe\""},
+        {"mettler-xs --with stability-time-out=x -- true", "takes a time such as 500ms or 10s"},
+        {"mettler-xs --with noise=loud -- true",
          "the switch noise takes a number that is not below zero, not \"loud\""},
-        {"xs --port -1 -- true", "--port"},
-        {"xs --colour -- true", "--colour"},
-        {"xs --log /no/such/dir/log -- true", "cannot write the log /no/such/dir/log"},
+        {"mettler-xs --port -1 -- true", "--port"},
+        {"mettler-xs --colour -- true", "--colour"},
+        {"mettler-xs --log /no/such/dir/log -- true", "cannot write the log /no/such/dir/log"},
     };
     for (const auto& [arguments, message] : cases) {
         const Ran ran = sim(arguments);
@@ -176,8 +178,8 @@ TEST(WbalanceSim, Its_own_errors_are_125_and_say_what_to_do) {
 TEST(WbalanceSim, List_and_help_name_instruments_switches_faults_and_examples) {
     const Ran list = sim("--list");
     EXPECT_EQ(list.exitCode, 0);
-    for (const char* text : {"mettler-toledo: ", "pr2003: ", "sb32001: ", "xs: ",
-                             "reset-answer=on|off", "noise=", "unplug", "2400,7E1"})
+    for (const char* text : {"mettler-toledo: ", "mettler-pr2003: ", "mettler-sb32001: ",
+                             "mettler-xs: ", "reset-answer=on|off", "noise=", "unplug", "2400,7E1"})
         EXPECT_THAT(list.output, HasSubstr(text));
     const Ran help = sim("--help");
     EXPECT_EQ(help.exitCode, 0);

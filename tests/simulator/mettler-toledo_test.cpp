@@ -215,11 +215,11 @@ TEST(MtSicsFamily, Each_model_shows_its_own_decimals_at_its_own_settings) {
         return instrument.takeOutput();
     };
     EXPECT_EQ(weightOf("mettler-toledo"), "S S      12.35 g\r\n");
-    EXPECT_EQ(weightOf("pr2003"), "S S     12.346 g\r\n");
-    EXPECT_EQ(weightOf("xs"), "S S    12.3456 g\r\n");
-    EXPECT_EQ(weightOf("sb32001"), "S S       12.3 g\r\n");
+    EXPECT_EQ(weightOf("mettler-pr2003"), "S S     12.346 g\r\n");
+    EXPECT_EQ(weightOf("mettler-xs"), "S S    12.3456 g\r\n");
+    EXPECT_EQ(weightOf("mettler-sb32001"), "S S       12.3 g\r\n");
     EXPECT_EQ(simulator::findInstrument("mettler-toledo").line.text(), "2400,7E1");
-    EXPECT_EQ(simulator::findInstrument("pr2003").line.text(), "2400,7E1");
-    EXPECT_EQ(simulator::findInstrument("xs").line.text(), "9600,8N1");
-    EXPECT_EQ(simulator::findInstrument("sb32001").line.text(), "2400,7E1");
+    EXPECT_EQ(simulator::findInstrument("mettler-pr2003").line.text(), "2400,7E1");
+    EXPECT_EQ(simulator::findInstrument("mettler-xs").line.text(), "9600,8N1");
+    EXPECT_EQ(simulator::findInstrument("mettler-sb32001").line.text(), "2400,7E1");
 }

@@ -23,7 +23,7 @@ const char* const examples =
     "Examples:\n"
     "  wbalance-sim --list\n"
     "  wbalance-sim mettler-toledo --load 12.34 -- ./my-host --port 0\n"
-    "  wbalance-sim xs --usb --port 1 --load 0 --load 100@5s --log - -- ./my-host\n"
+    "  wbalance-sim mettler-xs --usb --port 1 --load 0 --load 100@5s --log - -- ./my-host\n"
     "  wbalance-sim mettler-toledo --line 9600,8N1 --fault silent@5s+2s -- ./my-host\n"
     "  wbalance-sim mettler-toledo --with reset-answer=off --pty\n"
     "A host built with a sanitizer needs the sanitizer's runtime first:\n"
