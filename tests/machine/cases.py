@@ -33,6 +33,11 @@ class Driver:
     operations: tuple
     switches: tuple = ()
     failed_weight: float = 0.0  # what a failed reading leaves in *weight
+    variant: str = ""  # tells two rows of one driver apart
+
+    @property
+    def title(self):
+        return f"{self.name} {self.variant}".strip()
 
 
 def _mt_sics_readings(weight, decimals):
@@ -47,16 +52,60 @@ def _mt_sics_readings(weight, decimals):
     )
 
 
+def _preset_tare_without_confirmation(decimals):
+    """The preset is 5 g more than the load that the tare takes; no answer to it is success too."""
+    return (
+        Operation("TareSet 5", 1, pulled=1, cut=1),
+        Operation("Weight 2", 1, -5.0, decimals, interrupted="never"),
+        Operation("DisplayMessage READY", 1),
+        Operation("Weight 2", 1, -5.0, decimals, interrupted="never"),
+    )
+
+
+_SWITCH = (Operation("TurnItOff", 1), Operation("TurnItOn", 1))
+
+_NO_PRESET_TARE = Operation("TareSet 5", 0, interrupted="never")
 _PRESET_TARE_SENDS_NOTHING = Operation("TareSet 5", 1, interrupted="never")
 _FACTORY_SETTINGS_SEND_NOTHING = Operation("RestoreFactorySettings", 1, interrupted="never")
 
 DRIVERS = (
     Driver(
         "mettler-toledo", "2400 2 7 0 0 1", "2400 7E1", "mettler-toledo", 5.25,
-        switches=("reset-answer=off",),
+        switches=("reset-answer=off",), variant="without an answer to the reset",
         operations=(*_mt_sics_readings(5.25, 2), _PRESET_TARE_SENDS_NOTHING,
                     _FACTORY_SETTINGS_SEND_NOTHING)),
     # A balance that answers the reset needs the readiness that sends none.
     Driver("mettler-toledo+line", "2400 2 7 0 0 1", "2400 7E1", "mettler-toledo", 5.25,
            operations=_mt_sics_readings(5.25, 2)),
+    # Every operation begins with a trial reading, which has no second attempt.
+    Driver(
+        "mettler-pm", "600 2 7 0 0 1", "600 7E1", "mettler-toledo", 5.25, variant="on MT-SICS",
+        operations=(
+            Operation("IsReady", 1),
+            Operation("Weight 0", 1, 5.25, 2),
+            Operation("Weight 1", 1, 5.25, 2),
+            Operation("Weight 2", 1, 5.25, 2),
+            Operation("Tare", 1),
+            Operation("Weight 2", 1, 0.0, 2, interrupted="never"),
+            Operation("TareSet 5", 1),
+            Operation("Weight 2", 1, -5.0, 2, interrupted="never"),
+        )),
+    Driver("mettler-pr2003", "2400 2 7 0 0 1", "2400 7E1", "mettler-pr2003", 5.25,
+           operations=(*_mt_sics_readings(5.25, UNTOUCHED),
+                       *_preset_tare_without_confirmation(UNTOUCHED), *_SWITCH)),
+    Driver("mettler-xs", "9600 0 8 0 0 1", "9600 8N1", "mettler-xs", 4.25,
+           operations=(*_mt_sics_readings(4.25, UNTOUCHED),
+                       *_preset_tare_without_confirmation(UNTOUCHED), *_SWITCH)),
+    Driver("mettler-sb32001", "2400 2 7 0 0 1", "2400 7E1", "mettler-sb32001", 5.2,
+           operations=(*_mt_sics_readings(5.2, 1), *_preset_tare_without_confirmation(1))),
+)
+
+_BY_TITLE = {driver.title: driver for driver in DRIVERS}
+
+# Readings of an answer that comes character by character, and what the driver reads of it. With an
+# end mark all is read; without one a piece ends an attempt, and three attempts end the reading.
+IN_PIECES = (
+    (_BY_TITLE["mettler-pr2003"], Operation("Weight 2", 1, 5.25, UNTOUCHED),
+     "S S      5.250 g\r\n"),
+    (_BY_TITLE["mettler-toledo+line"], Operation("Weight 2", 0, 0.0, UNTOUCHED), "S S"),
 )

@@ -37,10 +37,15 @@ const std::map<std::string, Balance (*)()> kDrivers = {
     {"gibertini+line", Make<WithLineReadiness<WbalanceGibertini>>},
     {"kern+line", Make<WithLineReadiness<WbalanceKern_EW_EGN_EWB>>},
     {"mettler-pm", Make<WbalanceMettlerPM>},
+    {"mettler-pr2003", Make<WbalanceMettlerPR2003>},
+    {"mettler-sb32001", Make<WbalanceMettlerSB32001>},
     {"mettler-toledo", Make<WbalanceMettlerToledo>},
     {"mettler-toledo+line", Make<WithLineReadiness<WbalanceMettlerToledo>>},
+    {"mettler-xs", Make<WbalanceMettlerXS>},
+    {"ohaus", Make<WbalanceOHAUS_SPU602>},
     {"radwag", Make<WbalanceRadwag>},
     {"sartorius", Make<WbalanceSartorius>},
+    {"scale-house", Make<WbalanceScaleHouseALD>},
 };
 
 /// Reads its arguments from the line; what it has beyond the result goes into the answer.
@@ -99,6 +104,14 @@ int Call(Balance& balance, std::istream&, QJsonObject&) {
     return (dynamic_cast<Driver&>(*balance).*operation)();
 }
 
+int ShowText(Balance& balance, std::istream& arguments, QJsonObject&) {
+    std::string text;
+    arguments >> text;
+    if (auto* const withSwitch = dynamic_cast<WbalanceMettlerPR2003*>(balance.get()))
+        return withSwitch->DisplayMessage(text.data());
+    return dynamic_cast<WbalanceMettlerSB32001&>(*balance).DisplayMessage(text.data());
+}
+
 const std::map<std::string, Operation> kOperations = {
     {"new", Construct},
     {"delete", Delete},
@@ -111,6 +124,9 @@ const std::map<std::string, Operation> kOperations = {
     {"Weight", ReadWeight},
     {"TareSet", PresetTare},
     {"RestoreFactorySettings", Call<Cwbalance, &Cwbalance::RestoreFactorySettings>},
+    {"DisplayMessage", ShowText},
+    {"TurnItOff", Call<WbalanceMettlerPR2003, &WbalanceMettlerPR2003::TurnItOff>},
+    {"TurnItOn", Call<WbalanceMettlerPR2003, &WbalanceMettlerPR2003::TurnItOn>},
     {"Zero", Call<WbalanceRadwag, &WbalanceRadwag::Zero>},
 };
 

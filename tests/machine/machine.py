@@ -19,7 +19,7 @@ MODULES = ("virtio_pci", "virtio_console", "9pnet_virtio", "9p", "xhci_pci", "ft
 APPLETS = ("basename", "cat", "chroot", "insmod", "mkdir", "mount", "sed", "sh")
 
 # `init` tells from the name as whom the program runs.
-CHANNELS = ("member-1", "member-2", "stranger-1", "root-1", "shell-1")
+CHANNELS = ("member-1", "member-2", "member-3", "stranger-1", "root-1", "shell-1")
 
 # The identification of the adapter, so that device_add brings back the one that was pulled.
 ADAPTER = {"driver": "usb-serial", "bus": "usb.0", "chardev": "ttyUSB0", "id": "adapter"}
@@ -130,12 +130,20 @@ class Channel:
 class Program(Channel):
     """A program of the guest that uses the library (guest.cpp)."""
 
+    is_busy = True  # until it says for the first time that it is ready
+
     async def call(self, line):
         self.send(line)
         return await self.answer()
 
+    def send(self, line):
+        self.is_busy = True
+        super().send(line)
+
     async def answer(self):
-        return json.loads(await self.receive())
+        answer = json.loads(await self.receive())
+        self.is_busy = False
+        return answer
 
     async def die(self):
         """It is killed; another one takes its place."""
@@ -153,14 +161,19 @@ class Program(Channel):
 
 
 class Shell(Channel):
-    """Root's shell in the guest."""
+    """Root's shell in the guest; one command at a time."""
+
+    def __init__(self, path):
+        super().__init__(path)
+        self.turn = asyncio.Lock()
 
     async def run(self, command):
         """The lines that `command` prints; an error when it fails."""
-        self.send(f"{command}; echo \"status $?\"")
-        lines = [await self.receive()]
-        while not lines[-1].startswith("status "):
-            lines.append(await self.receive())
+        async with self.turn:
+            self.send(f"{command}; echo \"status $?\"")
+            lines = [await self.receive()]
+            while not lines[-1].startswith("status "):
+                lines.append(await self.receive())
         if lines[-1] != "status 0":
             raise Lost(f"{command}: {lines}")
         return lines[:-1]
@@ -221,6 +234,14 @@ class Machine:
         """Waits for the port's node and gives it to the group dialout, as Debian's udev does."""
         await self.shell.run(f"until test -c /dev/{port}; do sleep 0.05; done; "
                              f"chgrp dialout /dev/{port} && chmod 660 /dev/{port}")
+
+    async def reset_receiver(self, port):
+        """Lets the UART gather as much as it can before it hands characters to the kernel.
+
+        The kernel lowers that to a single character below 2400 baud and leaves it there. The
+        emulated line has no speed, so the pieces in which an answer comes would be chance.
+        """
+        await self.shell.run(f"echo 14 >/sys/class/tty/{port}/rx_trig_bytes")
 
     def command(self, boot, guest):
         def socket(name):

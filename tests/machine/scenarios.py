@@ -4,15 +4,21 @@ import asyncio
 import itertools
 import time
 
-from cases import DRIVERS
+from cases import DRIVERS, IN_PIECES
 from machine import ADAPTER
 
 # Two ways in which an adapter goes; the guest sees the same.
 PULLS = itertools.cycle(("device_del", "chardev closed"))
 
+FAIR_TRIALS = 5
+
 
 class Failure(Exception):
     """A case did not give what it must."""
+
+
+class InPieces(Failure):
+    """The emulated UART handed out an answer in more pieces than a driver takes: no fair trial."""
 
 
 def expect(what, seen, wanted):
@@ -35,34 +41,70 @@ class Report:
         if self.chosen not in name:
             return
         start = time.monotonic()
-        try:
-            outcome, told = "ok  ", await work(*arguments)
-            self.passed += 1
-        except Failure as failure:
-            outcome, told = "FAIL", failure
-            self.failed += 1
-        print(f"{outcome}  {name}: {told}  ({time.monotonic() - start:.1f} s)", flush=True)
+        for repeated in range(FAIR_TRIALS):
+            try:
+                outcome, told = "ok  ", await work(*arguments)
+                break
+            except InPieces as failure:
+                outcome, told = "FAIL", failure
+            except Failure as failure:
+                outcome, told = "FAIL", failure
+                break
+        self.passed += outcome == "ok  "
+        self.failed += outcome == "FAIL"
+        note = f", repeated {repeated} times after an answer in pieces" if repeated else ""
+        print(f"{outcome}  {name}: {told}  ({time.monotonic() - start:.1f} s{note})", flush=True)
 
 
 class Lane:
     """One port, the wire behind it and an ordinary user's program that has it to itself."""
 
-    def __init__(self, machine, wire, program):
+    def __init__(self, machine, wire, program, port=None, pulled=None):
         self.machine, self.wire = machine, wire
         self.program = machine.programs[program]
-        self.port = wire.port  # the adapter comes back under other numbers
+        self.port = port or wire.port  # the adapter comes back under other numbers
+        self.pulled = pulled  # in which way the adapter was pulled; None when it is in its place
 
     async def fit(self, driver):
         """An instrument just switched on, and a driver object that has not opened its port yet."""
-        self.wire.pass_on()
+        await self.restore()
         await self.wire.fit(driver.instrument, driver.grams, driver.switches)
         await self.construct(driver)
+
+    async def restore(self):
+        """Puts right what a case that failed has left behind."""
+        self.wire.pass_on()
+        if self.program.is_busy:
+            await self.program.answer()
+        if self.pulled:
+            await self.put_back()
+        if not self.wire.is_plugged:
+            await self.wire.plug()
+        if self.port == "ttyS1":
+            await self.machine.reset_receiver(self.port)
 
     async def construct(self, driver):
         await self.program.call("delete")
         await self.program.construct(driver.name, self.port, driver.codes)
 
+    async def start_and_lose_first_command(self, call):
+        """Starts an operation and returns when its first command has left the port."""
+        self.wire.swallow()
+        self.wire.said.clear()
+        self.program.send(call)
+        try:
+            await asyncio.wait_for(self.wire.heard.wait(), 60)
+        except asyncio.TimeoutError:
+            raise Failure(f"{call} has sent nothing for 60 s") from None
+
+    def failure(self, text, answer):
+        """Of an operation: what the instrument has said must have been read whole."""
+        lines = self.wire.said.decode("latin-1").splitlines()
+        whole = all(line in answer["trace"] for line in lines)
+        return (Failure if whole else InPieces)(f"{text}; trace {answer['trace']!r}")
+
     async def pull(self, way):
+        self.pulled = way
         if way == "device_del":
             await self.machine.monitor.execute("device_del", id=ADAPTER["id"])
             await self.machine.monitor.event("DEVICE_DELETED")
@@ -70,7 +112,8 @@ class Lane:
             await self.wire.unplug()
         await self.machine.shell.run(f"while test -e /dev/{self.port}; do sleep 0.05; done")
 
-    async def put_back(self, way):
+    async def put_back(self):
+        way, self.pulled = self.pulled, None
         if way == "device_del":
             await self.machine.monitor.execute("device_add", **ADAPTER)
         else:
@@ -90,54 +133,63 @@ def reading_of(driver):
     return next(operation for operation in driver.operations if operation.call.startswith("Weight"))
 
 
-def expect_answer(operation, answer):
+async def expect_result(lane, call, result):
+    answer = await lane.program.call(call)
+    if answer["result"] != result:
+        raise lane.failure(f"{call} gives {answer['result']}, not {result}", answer)
+
+
+async def expect_operation(lane, operation):
+    """Carries it out undisturbed; returns the answer."""
+    lane.wire.said.clear()
+    answer = await lane.program.call(operation.call)
     seen = (answer["result"], answer.get("weight"), answer.get("decimals"))
     wanted = (operation.result, operation.weight, operation.decimals)
     if seen != wanted:
-        raise Failure(f"{operation.call} gives {seen}, not {wanted}; trace {answer['trace']!r}")
+        raise lane.failure(f"{operation.call} gives {seen}, not {wanted}", answer)
+    return answer
+
+
+async def expect_interrupted(lane, operation, driver, result):
+    """The end of an operation that was begun before."""
+    answer = await lane.program.answer()
+    weight = operation.weight if result or operation.weight is None else driver.failed_weight
+    seen = (answer["result"], answer.get("weight"))
+    if seen != (result, weight):
+        raise lane.failure(f"{operation.call} gives {seen}, not {(result, weight)}", answer)
 
 
 async def read_again(lane, driver):
-    reading = reading_of(driver)
-    expect_answer(reading, await lane.program.call(reading.call))
+    await expect_operation(lane, reading_of(driver))
 
 
 async def every_operation(lane, driver):
     """All operations in turn, on one driver object at the driver's own settings."""
     await lane.fit(driver)
     for position, operation in enumerate(driver.operations):
-        answer = await lane.program.call(operation.call)
-        expect_answer(operation, answer)
+        answer = await expect_operation(lane, operation)
         if position == 0:
             expect_in_trace(f"/dev/{lane.port} OPENED SUCCESSFULLY!\n\n", answer)
     expect("the port's settings", lane.wire.settings, driver.settings)
     return f"{len(driver.operations)} operations at {driver.settings}"
 
 
-def expect_interrupted(operation, driver, answer, result):
-    weight = operation.weight if result or operation.weight is None else driver.failed_weight
-    if (answer["result"], answer.get("weight")) != (result, weight):
-        raise Failure(f"{operation.call} gives {answer}, not {result} with {weight}")
-
-
 async def pulled_and_returned(lane, driver, operation, way):
-    """The adapter goes at the operation's first command and is back before the operation ends."""
+    """The adapter goes at the operation's first command and is put back at once."""
     await lane.fit(driver)
-    expect("IsReady before it", (await lane.program.call("IsReady"))["result"], 1)
+    await expect_result(lane, "IsReady", 1)
     held = lane.port
     if operation.interrupted == "before":
         await lane.pull(way)
         lane.program.send(operation.call)
     else:
-        lane.wire.swallow()
-        lane.program.send(operation.call)
-        await asyncio.wait_for(lane.wire.heard.wait(), 60)
+        await lane.start_and_lose_first_command(operation.call)
         await lane.pull(way)
-    await lane.put_back(way)
-    expect_interrupted(operation, driver, await lane.program.answer(), operation.pulled)
+    await lane.put_back()
+    await expect_interrupted(lane, operation, driver, operation.pulled)
     lane.wire.pass_on()
     await lane.construct(driver)
-    expect("IsReady of a new object", (await lane.program.call("IsReady"))["result"], 1)
+    await expect_result(lane, "IsReady", 1)
     await read_again(lane, driver)
     return f"{operation.pulled}; {held} came back as {lane.port}, read again by a new object"
 
@@ -145,39 +197,48 @@ async def pulled_and_returned(lane, driver, operation, way):
 async def cut_and_mended(lane, driver, operation):
     """The cable is out for half a second from the operation's first command on."""
     await lane.fit(driver)
-    expect("IsReady before it", (await lane.program.call("IsReady"))["result"], 1)
-    lane.wire.swallow()
-    lane.program.send(operation.call)
-    await asyncio.wait_for(lane.wire.heard.wait(), 60)
+    await expect_result(lane, "IsReady", 1)
+    await lane.start_and_lose_first_command(operation.call)
     await lane.wire.unplug()
     await asyncio.sleep(0.5)
     lane.wire.pass_on()
     await lane.wire.plug()
-    expect_interrupted(operation, driver, await lane.program.answer(), operation.cut)
+    await expect_interrupted(lane, operation, driver, operation.cut)
     await lane.wire.fit(driver.instrument, driver.grams, driver.switches)
     await read_again(lane, driver)
     return f"{operation.cut}; read again on the open port"
 
 
+async def in_pieces(lane, driver, reading, read):
+    """Each character of the answer comes by itself, as on a slow line."""
+    await lane.fit(driver)
+    await expect_result(lane, "IsReady", 1)
+    lane.wire.gap = 0.15
+    try:
+        answer = await expect_operation(lane, reading)
+    finally:
+        lane.wire.gap = 0
+    expect_in_trace(f"Read from scale: {read} (time elapsed", answer)
+    return f"{reading.result}, read {read!r}"
+
+
 async def built_in_port(lane, report):
-    await lane.wire.plug()
     for driver in DRIVERS:
-        await report.case(f"ttyS1 {driver.name}", every_operation, lane, driver)
+        await report.case(f"ttyS1 {driver.title}", every_operation, lane, driver)
         for operation in driver.operations:
             if operation.interrupted == "first command":
-                await report.case(f"ttyS1 {driver.name} {operation.call}, cable out and in again",
+                await report.case(f"ttyS1 {driver.title}, {operation.call}, cable out and in again",
                                   cut_and_mended, lane, driver, operation)
 
 
 async def adapter(lane, report):
-    await lane.put_back("chardev closed")
     for driver in DRIVERS:
-        await report.case(f"ttyUSB0 {driver.name}", every_operation, lane, driver)
+        await report.case(f"ttyUSB0 {driver.title}", every_operation, lane, driver)
         for operation in driver.operations:
             if operation.interrupted != "never":
                 way = next(PULLS)
                 await report.case(
-                    f"ttyUSB0 {driver.name} {operation.call}, adapter pulled and back ({way})",
+                    f"ttyUSB0 {driver.title}, {operation.call}, adapter pulled and back ({way})",
                     pulled_and_returned, lane, driver, operation, way)
 
 
@@ -185,19 +246,24 @@ async def adapter(lane, report):
 ANY = DRIVERS[0]
 
 
+def beside(lane, program):
+    """Another program's view of the same port."""
+    return Lane(lane.machine, lane.wire, program, port=lane.port)
+
+
 async def two_programs(lane):
     """The second is refused while the first goes on; it has the port when the first has closed."""
     await lane.fit(ANY)
-    second = lane.machine.programs["member-2" if lane.program.name == "member-1" else "member-1"]
-    await second.construct(ANY.name, lane.port, ANY.codes)
+    second = beside(lane, "member-3")
+    await second.construct(ANY)
     await read_again(lane, ANY)
-    expect_refused(lane.port, await second.call("IsReady"))
+    expect_refused(lane.port, await second.program.call("IsReady"))
     await read_again(lane, ANY)
     await lane.program.call("delete")
     # The port object that could not be opened is still held, and is given up by this call.
-    expect("the next IsReady of the second", (await second.call("IsReady"))["result"], 0)
-    expect_answer(reading_of(ANY), await second.call(reading_of(ANY).call))
-    await second.call("delete")
+    await expect_result(second, "IsReady", 0)
+    await read_again(second, ANY)
+    await second.program.call("delete")
     return "refused, the first undisturbed, then its turn"
 
 
@@ -217,12 +283,13 @@ async def stale_lock(lane):
 async def stale_lock_of_root(lane):
     """An ordinary user can't take away a lock that root's killed program has left."""
     await lane.fit(ANY)
-    root = lane.machine.programs["root-1"]
-    await root.construct(ANY.name, lane.port, ANY.codes)
-    expect_answer(reading_of(ANY), await root.call(reading_of(ANY).call))
-    await root.die()
-    expect_refused(lane.port, await lane.program.call("IsReady"))
+    root = beside(lane, "root-1")
+    await root.construct(ANY)
+    await read_again(root, ANY)
+    await root.program.die()
+    refused = await lane.program.call("IsReady")
     await lane.machine.shell.run(f"rm /run/lock/LCK..{lane.port}")
+    expect_refused(lane.port, refused)
     await lane.construct(ANY)
     await read_again(lane, ANY)
     return "refused until root takes it away"
@@ -232,9 +299,9 @@ async def no_permission(lane):
     await lane.fit(ANY)
     modes = await lane.machine.shell.run(f"stat -c '%a %U:%G' /dev/{lane.port}")
     expect("the node", modes, ["660 root:dialout"])
-    stranger = lane.machine.programs["stranger-1"]
-    await stranger.construct(ANY.name, lane.port, ANY.codes)
-    expect_refused(lane.port, await stranger.call("IsReady"))
+    stranger = beside(lane, "stranger-1")
+    await stranger.construct(ANY)
+    expect_refused(lane.port, await stranger.program.call("IsReady"))
     await read_again(lane, ANY)
     return "refused; a member of dialout reads"
 
@@ -245,7 +312,7 @@ async def no_port(lane, port, put_there, take_away):
     await lane.program.call("delete")
     await lane.program.construct(ANY.name, port, ANY.codes)
     expect_refused(port, await lane.program.call("IsReady"))
-    expect("IsReady again", (await lane.program.call("IsReady"))["result"], 0)
+    await expect_result(lane, "IsReady", 0)
     expect_refused(port, await lane.program.call("IsReady"))
     await lane.machine.shell.run(take_away)
     return "refused each time"
@@ -256,8 +323,8 @@ async def plugged_in_later(lane):
     await lane.fit(ANY)
     await lane.pull("device_del")
     expect_refused(lane.port, await lane.program.call("IsReady"))
-    await lane.put_back("device_del")
-    expect("the next IsReady", (await lane.program.call("IsReady"))["result"], 0)
+    await lane.put_back()
+    await expect_result(lane, "IsReady", 0)
     await read_again(lane, ANY)
     return "refused, given up, found"
 
@@ -266,6 +333,9 @@ async def refusals(lane, report):
     async def case(name, work, *arguments):
         await report.case(f"{lane.wire.port} {name}", work, lane, *arguments)
 
+    for driver, reading, read in IN_PIECES:
+        await case(f"{driver.title}, {reading.call}, an answer in pieces", in_pieces, driver, reading,
+                   read)
     await case("two programs on one port", two_programs)
     await case("the lock of a killed program", stale_lock)
     await case("the lock of root's killed program", stale_lock_of_root)

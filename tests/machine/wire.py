@@ -12,6 +12,8 @@ class Wire:
         self.socket = None
         self.instrument = None
         self.swallowing = False
+        self.said = bytearray()  # by the instrument
+        self.gap = 0  # seconds from one character of an answer to the next; 0: all at once
         self.heard = asyncio.Event()
         self.settings = None
         self.tasks = set()
@@ -24,6 +26,10 @@ class Wire:
         self.socket.close()
         await self.socket.wait_closed()
         self.socket = None
+
+    @property
+    def is_plugged(self):
+        return self.socket is not None
 
     async def fit(self, name, grams, switches=()):
         """Connects an instrument that has just been switched on."""
@@ -61,8 +67,13 @@ class Wire:
 
     async def carry_to_machine(self, answers):
         while data := await answers.read(4096):
-            if self.socket is not None:
-                self.socket.write(data)
+            size = len(data) if self.gap == 0 else 1
+            for start in range(0, len(data), size):
+                piece = data[start:start + size]
+                self.said += piece
+                if self.is_plugged:
+                    self.socket.write(piece)
+                await asyncio.sleep(self.gap)
 
 
 def received_settings(log, port):
