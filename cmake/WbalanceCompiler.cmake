@@ -20,6 +20,11 @@ function(wbalance_compile_settings TARGET)
         -Wall -Wextra -Wpedantic -Wconversion -Wshadow
         -fstack-protector-strong -fcf-protection=full)
     target_link_options(${TARGET} PRIVATE -Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack)
+    # Debian's start files are not marked for control-flow protection, which takes the mark from all
+    # that is linked with them. Their _init and _fini, the only code in them that a library's loading
+    # would call, do nothing: without them a library bears the mark rightly.
+    target_link_options(${TARGET} PRIVATE
+        "$<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,SHARED_LIBRARY>:LINKER:-z,ibt,-z,shstk,-init=none,-fini=none>")
     if(WBALANCE_WERROR)
         target_compile_options(${TARGET} PRIVATE -Werror)
     endif()
@@ -30,6 +35,6 @@ function(wbalance_compile_settings TARGET)
     else()
         # Fortified calls need optimisation; the sanitizers check the same accesses and more.
         target_compile_options(${TARGET} PRIVATE
-            $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE> $<$<NOT:$<CONFIG:Debug>>:-D_FORTIFY_SOURCE=2>)
+            "$<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>")
     endif()
 endfunction()
