@@ -4,7 +4,6 @@
 #include <stdexcept>
 
 #include "simulator/instruments/mettler-toledo.h"
-#include "simulator/instruments/radwag.h"
 
 namespace simulator {
 namespace {
@@ -23,7 +22,6 @@ const std::vector<CatalogEntry>& catalog() {
         mettlerPr2003(),
         mettlerXs(),
         mettlerSb32001(),
-        radwag(),
     });
     return entries;
 }
