@@ -3,8 +3,15 @@
 #include <CLI/CLI.hpp>
 #include <cstdio>
 
+#include "Record.h"
 #include "ToolError.h"
+#include "commands/Detect.h"
+#include "commands/Doctor.h"
 #include "commands/Drivers.h"
+#include "commands/Monitor.h"
+#include "commands/Operate.h"
+#include "commands/Ports.h"
+#include "commands/Replay.h"
 #include "commands/Weigh.h"
 #include "process/Interrupt.h"
 
@@ -31,7 +38,13 @@ int RunCommandLine(int argc, char* argv[]) {
     application.require_subcommand(1);
     application.get_formatter()->column_width(28);
     AddWeigh(application, exitCode);
+    AddMonitor(application, exitCode);
+    AddOperations(application, exitCode);
+    AddReplay(application, exitCode);
+    AddDetect(application, exitCode);
+    AddDoctor(application, exitCode);
     AddDrivers(application, exitCode);
+    AddPorts(application, exitCode);
     CatchInterrupts();
     try {
         application.parse(argc, argv);
@@ -42,6 +55,8 @@ int RunCommandLine(int argc, char* argv[]) {
         return Complain(ExitCode::Usage, std::string(error.what()) + "; see wbalance --help");
     } catch (const ToolError& error) {
         return Complain(error.code, error.what());
+    } catch (const record::Error& error) {
+        return Complain(ExitCode::Usage, error.what());
     } catch (const std::exception& error) {
         return Complain(ExitCode::Internal, error.what());
     }

@@ -1,6 +1,6 @@
 #include "BalanceOptions.h"
 
-#include <cstdio>
+#include <CLI/CLI.hpp>
 
 namespace tool {
 
@@ -19,10 +19,17 @@ void BalanceOptions::AddTo(CLI::App& command) {
                      "the port number is that of a USB adapter (/dev/ttyUSB<number>)");
     command
         .add_option("-l,--line", line,
-                    "line settings when they are not the driver's own: baud rate, data bits (7 "
-                    "8), parity (N O E M S, - leaves the port's), stop bits (1 1.5 2), flow "
-                    "control (rtscts xonxoff): 9600 or 2400,7E1 or 9600,8N1,xonxoff")
+                    "line settings when they are not the driver's own: baud rate, data bits (7 8), "
+                    "parity (N O E M S, - leaves the port's), stop bits (1 1.5 2), flow control "
+                    "(rtscts xonxoff): 9600 or 2400,7E1 or 9600,8N1,xonxoff")
         ->type_name("LINE");
+    AddSharedTo(command);
+    command
+        .add_option("--record", recordPath, "write what goes over the line to a file for replay")
+        ->type_name("FILE");
+}
+
+void BalanceOptions::AddSharedTo(CLI::App& command) {
     command
         .add_option("-t,--timeout", timeoutSeconds,
                     "seconds that one wait for data may last, 1 to 60; 0 means 100 ms. Most "
@@ -37,11 +44,6 @@ Connection BalanceOptions::Connect() const {
     const DriverInfo& info = FindDriver(driver);
     const LineSettings settings = line.empty() ? info.line : LineSettings::Parse(line, info.line);
     return {&info, Port().Resolve(), settings, timeoutSeconds};
-}
-
-BalanceProcess::TraceSink BalanceOptions::TraceSink() const {
-    if (!trace) return [](const TraceText&) {};
-    return [](const TraceText& traced) { std::fputs(traced.text.c_str(), stderr); };
 }
 
 }  // namespace tool

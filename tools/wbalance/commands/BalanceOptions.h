@@ -1,9 +1,12 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <string>
 
-#include "process/BalanceProcess.h"
+#include "process/Session.h"
+
+namespace CLI {
+class App;
+}
 
 namespace tool {
 
@@ -15,9 +18,12 @@ struct BalanceOptions {
     std::string line;
     int timeoutSeconds = 1;
     bool trace = false;
+    std::string recordPath;
 
     /// Adds the options to a command.
     void AddTo(CLI::App& command);
+    /// Adds those of them that hold for several balances at once: time-out and trace.
+    void AddSharedTo(CLI::App& command);
 
     /// The port as the user named it.
     PortName Port() const { return PortName(port, usb); }
@@ -25,8 +31,8 @@ struct BalanceOptions {
     /// The way to the balance as it is now. Throws ToolError.
     Connection Connect() const;
 
-    /// What is done with the library's trace: standard error, or nothing.
-    BalanceProcess::TraceSink TraceSink() const;
+    /// The balance itself. Throws ToolError.
+    Session Open() const { return Session(Connect(), trace, recordPath); }
 };
 
 }  // namespace tool

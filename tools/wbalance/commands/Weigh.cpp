@@ -1,13 +1,12 @@
 #include "Weigh.h"
 
+#include <CLI/CLI.hpp>
 #include <cstdio>
 #include <memory>
 
 #include "BalanceOptions.h"
 #include "ToolError.h"
 #include "WeighOptions.h"
-#include "output/Progress.h"
-#include "process/PortCheck.h"
 
 namespace tool {
 namespace {
@@ -28,14 +27,10 @@ struct Options {
 };
 
 Measurement Weigh(const Options& options) {
-    const Connection connection = options.balance.Connect();
-    BalanceProcess balance(connection, options.balance.TraceSink());
-    Progress progress("weighing", options.balance.trace);
+    Session session = options.balance.Open();
     Request request;
     request.mode = options.weigh.mode;
-    const Report report = balance.Perform(request, [&progress] { progress.Tick(); });
-    RequirePort(connection, report);
-    return Measure(*connection.driver, report);
+    return Measure(*session.Reached().driver, session.Perform(request, "weighing"));
 }
 
 ExitCode Run(const Options& options) {
@@ -45,13 +40,14 @@ ExitCode Run(const Options& options) {
     const Reading& reading = measurement.reading;
     const ExitCode code = CodeFor(reading.meaning);
     if (format == Format::Text && !reading.IsWeight()) {
-        throw ToolError(code, port + ": " + SentenceFor(reading) +
-                                  (measurement.answer.empty()
-                                       ? ""
-                                       : "; it sent \"" + Visible(measurement.answer) + "\""));
+        throw ToolError(code,
+                        port + ": " + SentenceFor(reading) +
+                            (measurement.answer.empty()
+                                 ? ""
+                                 : "; it sent \"" + record::Escaped(measurement.answer) + "\""));
     }
     if (format == Format::Csv) std::puts(CsvHeader().c_str());
-    std::puts(Formatted({options.balance.driver, port, measurement}, format).c_str());
+    std::puts(Formatted({options.balance.driver, port, "", "", measurement}, format).c_str());
     return code;
 }
 

@@ -1,8 +1,10 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
-
 #include "ExitCode.h"
+
+namespace CLI {
+class App;
+}
 
 namespace tool {
 

@@ -1,5 +1,6 @@
 #include "WeighOptions.h"
 
+#include <CLI/CLI.hpp>
 #include <map>
 
 namespace tool {

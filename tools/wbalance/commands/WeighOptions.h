@@ -1,9 +1,12 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <string>
 
 #include "output/MeasurementFormat.h"
+
+namespace CLI {
+class App;
+}
 
 namespace tool {
 

@@ -15,28 +15,39 @@ class Cwbalance;
 
 namespace tool {
 
+/// How an operation of a driver is called, and what shows that the instrument has done it.
+struct OperationInfo {
+    /// Calls the operation of the driver that the table's row constructs; 1 is success.
+    std::function<int(Cwbalance& balance, const Request& request)> call;
+    /// The start of the command that carries it out, where its answer is to be looked at because
+    /// the driver takes any answer, or none, for success; else empty.
+    std::string command;
+    /// What the answer to that command must hold.
+    std::string confirmation;
+    /// Whether the driver decides by a weight that it reads afterwards; that must be one.
+    bool checkedByWeight = false;
+    /// What it does where that is not what its name says; else empty.
+    std::string note;
+};
+
 /// All that the tool knows of one driver of the library.
 struct DriverInfo {
-    /// Calls an operation of the driver that the table's row constructs.
-    using Step = std::function<int(Cwbalance& balance, const Request& request)>;
-
-    std::string name;    ///< as the command line has it: "mettler-toledo"
-    std::string maker;   ///< "Mettler Toledo"
-    std::string models;  ///< the instruments, for people
-    std::string driverClass;
-    LineSettings line;  ///< the driver's own defaults
-    Dialect dialect;    ///< how its instrument's answers are to be read
+    std::string name;         ///< as the command line has it: "mettler-toledo"
+    std::string maker;        ///< "Mettler Toledo"
+    std::string models;       ///< the instruments, for people
+    std::string driverClass;  ///< of the library
+    LineSettings line;        ///< the driver's own defaults
+    Dialect dialect;          ///< how its instrument's answers are to be read
 
     std::function<std::unique_ptr<Cwbalance>()> construct;
-    bool readyFirst = false;  ///< Weight and the like need an IsReady that opens the port
+    bool readyFirst = false;  ///< some operations need an IsReady before them that opens the port
 
-    std::string modes;  ///< what stable, auto and now do, for people
-    std::map<Operation, Step> operations;
+    std::string modes = {};  ///< what stable, auto and now do, for people
+    std::map<Operation, OperationInfo> operations = {};
 
     double leastPresetTare = 0.0;           ///< grams
     double greatestPresetTare = 999999.99;  ///< grams
-    std::size_t longestText = 0;            ///< characters of a display text
-    std::string tareNote;  ///< what tare does where it is not just that, else empty
+    std::size_t longestText = 57;           ///< characters of a display text
 
     bool Has(Operation operation) const { return operations.count(operation) != 0; }
 };
@@ -46,5 +57,8 @@ const std::vector<DriverInfo>& Drivers();
 
 /// The driver of that name. Throws ToolError that names the drivers there are.
 const DriverInfo& FindDriver(const std::string& name);
+
+/// The operation's name on the command line: "preset-tare".
+std::string WordFor(Operation operation);
 
 }  // namespace tool

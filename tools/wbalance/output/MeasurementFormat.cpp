@@ -3,7 +3,8 @@
 #include <QtCore/QDateTime>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
-#include <cstdio>
+
+#include "Record.h"
 
 namespace tool {
 namespace {
@@ -15,20 +16,30 @@ std::string WeightText(const Reading& reading) {
     return text;
 }
 
+std::string StatusOf(const LabelledMeasurement& labelled) {
+    return labelled.notice.empty() ? WordFor(labelled.measurement.reading.meaning)
+                                   : labelled.notice;
+}
+
+std::string MessageOf(const LabelledMeasurement& labelled) {
+    const Reading& reading = labelled.measurement.reading;
+    if (!labelled.notice.empty()) return labelled.message;
+    return reading.IsWeight() ? reading.remark : SentenceFor(reading);
+}
+
 std::string Json(const LabelledMeasurement& labelled) {
     const Reading& reading = labelled.measurement.reading;
     QJsonObject object;
     object["time"] = QString::fromStdString(TimeText(labelled.measurement.time));
     object["driver"] = QString::fromStdString(labelled.driver);
     object["port"] = QString::fromStdString(labelled.port);
-    object["status"] = QString::fromStdString(WordFor(reading.meaning));
+    object["status"] = QString::fromStdString(StatusOf(labelled));
     object["value"] = reading.IsWeight() ? QJsonValue(reading.Value()) : QJsonValue();
     object["digits"] = QString::fromLatin1(reading.digits.c_str());
     object["unit"] = QString::fromLatin1(reading.unit.c_str());
     object["stability"] = QString::fromStdString(WordFor(reading.stability));
     object["answer"] = QString::fromLatin1(labelled.measurement.answer.c_str());
-    object["message"] = reading.IsWeight() ? QString::fromStdString(reading.remark)
-                                           : QString::fromStdString(SentenceFor(reading));
+    object["message"] = QString::fromStdString(MessageOf(labelled));
     return QJsonDocument(object).toJson(QJsonDocument::Compact).toStdString();
 }
 
@@ -44,9 +55,9 @@ std::string Quoted(const std::string& text) {
 std::string Csv(const LabelledMeasurement& labelled) {
     const Reading& reading = labelled.measurement.reading;
     return TimeText(labelled.measurement.time) + "," + labelled.driver + "," +
-           Quoted(labelled.port) + "," + WordFor(reading.meaning) + "," +
+           Quoted(labelled.port) + "," + StatusOf(labelled) + "," +
            (reading.IsWeight() ? reading.digits : "") + "," + Quoted(reading.unit) + "," +
-           WordFor(reading.stability) + "," + Quoted(Visible(labelled.measurement.answer));
+           WordFor(reading.stability) + "," + Quoted(record::Escaped(labelled.measurement.answer));
 }
 
 }  // namespace
@@ -55,6 +66,7 @@ std::string Formatted(const LabelledMeasurement& measurement, Format format) {
     const Reading& reading = measurement.measurement.reading;
     if (format == Format::Json) return Json(measurement);
     if (format == Format::Csv) return Csv(measurement);
+    if (!measurement.notice.empty()) return measurement.notice + ": " + measurement.message;
     return reading.IsWeight() ? WeightText(reading) : SentenceFor(reading);
 }
 
@@ -67,27 +79,6 @@ std::string TimeText(WallTime time) {
         std::chrono::duration_cast<std::chrono::milliseconds>(time.time_since_epoch()).count();
     const QDateTime local = QDateTime::fromMSecsSinceEpoch(milliseconds);
     return local.toOffsetFromUtc(local.offsetFromUtc()).toString(Qt::ISODateWithMs).toStdString();
-}
-
-std::string Visible(const std::string& bytes) {
-    std::string text;
-    for (const char character : bytes) {
-        const auto byte = static_cast<unsigned char>(character);
-        if (character == '\r') {
-            text += "\\r";
-        } else if (character == '\n') {
-            text += "\\n";
-        } else if (character == '\\') {
-            text += "\\\\";
-        } else if (byte >= 0x20 && byte < 0x7f) {
-            text += character;
-        } else {
-            char code[8];
-            std::snprintf(code, sizeof code, "\\x%02x", byte);
-            text += code;
-        }
-    }
-    return text;
 }
 
 }  // namespace tool

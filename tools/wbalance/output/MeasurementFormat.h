@@ -8,10 +8,12 @@ namespace tool {
 
 enum class Format { Text, Json, Csv };
 
-/// A measurement with the balance that it comes from.
+/// A measurement with the balance that it comes from, or a notice about that balance.
 struct LabelledMeasurement {
     std::string driver;
     std::string port;
+    std::string notice;   ///< "lost" or "back" instead of a measurement; else empty
+    std::string message;  ///< of a notice
     Measurement measurement;
 };
 
@@ -20,17 +22,15 @@ struct LabelledMeasurement {
 /// - Text: "100.00 g", with "  dynamic" behind it while the pan moves; for what is no weight the
 ///   sentence for people.
 /// - Json: one object with the members time, driver, port, status, value, digits, unit, stability,
-///   answer and message. `value` is a number in grams, and null unless `status` is "weight".
-///   `answer` has one character for each byte (U+0000 to U+00FF).
-/// - Csv: the columns of CsvHeader(), texts quoted, control characters of the answer as \r and \n.
+///   answer and message. `value` is a number in grams, and null unless `status` is "weight";
+///   `status` is a word of WordFor(Meaning), or the notice. `answer` has one character for each
+///   byte (U+0000 to U+00FF).
+/// - Csv: the columns of CsvHeader(), texts quoted, bytes of the answer as in a record.
 std::string Formatted(const LabelledMeasurement& measurement, Format format);
 
 std::string CsvHeader();
 
 /// "2026-11-21T02:54:17.123+01:00", local time.
 std::string TimeText(WallTime time);
-
-/// Bytes for people's eyes: "S S     100.00 g\r\n" with its control characters written out.
-std::string Visible(const std::string& bytes);
 
 }  // namespace tool

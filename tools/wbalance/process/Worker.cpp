@@ -48,7 +48,8 @@ Outcome Worker::Perform(const Request& request) {
         int decimals = 0;
         outcome.result = balance_->Weight(request.mode, &outcome.weight, &decimals);
     } else {
-        outcome.result = connection_.driver->operations.at(request.operation)(*balance_, request);
+        outcome.result =
+            connection_.driver->operations.at(request.operation).call(*balance_, request);
     }
     return outcome;
 }

@@ -52,17 +52,15 @@ bool AllAreWeights(const std::vector<Reading>& readings) {
 }
 
 Reading IncompleteAverage(std::size_t answered) {
-    Reading reading;
-    reading.meaning = Meaning::NotStable;
-    reading.remark = "only " + std::to_string(answered) +
-                     " of 5 readings were answered, and the driver counts the others as zero";
-    return reading;
+    return NoWeight(Meaning::NotStable,
+                    "only " + std::to_string(answered) +
+                        " of 5 readings were answered, and the driver counts the others as zero");
 }
 
 // Digits of the answer that the driver left out, or a number that it found somewhere else.
 Reading Contradiction(Reading reading, double taken) {
     char number[64];
-    std::snprintf(number, sizeof number, "%g", taken);
+    std::snprintf(number, sizeof number, "%.10g", taken);
     const std::string digits =
         reading.digits.substr(reading.digits.find_first_not_of('+') == 0 ? 0 : 1);
     reading.meaning = digits.rfind(number, 0) == 0 ? Meaning::Truncated : Meaning::NotUnderstood;
@@ -85,8 +83,15 @@ Reading Accepted(const DriverInfo& driver, const Dialogue& dialogue, const Excha
     return readings.size() == kAveraged ? Mean(readings) : IncompleteAverage(readings.size());
 }
 
-Reading Rejected(const DriverInfo& driver, const Exchange& last) {
+Reading Unanswered(const Reading& earlier) {
+    if (!earlier.IsWeight() && earlier.meaning != Meaning::NotUnderstood) return earlier;
+    return NoWeight(Meaning::Silence,
+                    "earlier commands were answered; the balance may be waiting for stability");
+}
+
+Reading Rejected(const DriverInfo& driver, const Dialogue& dialogue, const Exchange& last) {
     Reading reading = driver.dialect(last.answer);
+    if (&last != &dialogue.exchanges.back()) return Unanswered(reading);
     if (!reading.IsWeight()) return reading;
     if (reading.stability == Stability::Dynamic) {
         reading.meaning = Meaning::NotStable;
@@ -97,22 +102,16 @@ Reading Rejected(const DriverInfo& driver, const Exchange& last) {
     return reading;
 }
 
-Reading NoAnswer() {
-    Reading reading;
-    reading.meaning = Meaning::Silence;
-    return reading;
-}
-
 }  // namespace
 
 Measurement Measure(const DriverInfo& driver, const Report& report) {
     const Dialogue dialogue(report.trace);
     const auto last = std::find_if(dialogue.exchanges.rbegin(), dialogue.exchanges.rend(),
                                    [](const Exchange& one) { return !one.answer.empty(); });
-    if (last == dialogue.exchanges.rend()) return {NoAnswer(), "", report.finished};
+    if (last == dialogue.exchanges.rend()) return {NoWeight(Meaning::Silence), "", report.finished};
     const Reading reading = report.outcome.result != 0
                                 ? Accepted(driver, dialogue, *last, report.outcome.weight)
-                                : Rejected(driver, *last);
+                                : Rejected(driver, dialogue, *last);
     return {reading, last->answer, last->answered};
 }
 

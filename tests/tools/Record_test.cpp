@@ -1,0 +1,58 @@
+#include "Record.h"
+
+#include <gmock/gmock.h>
+
+#include "TemporaryFile.h"
+
+using record::Entry;
+using testing::HasSubstr;
+
+namespace {
+
+std::string ReasonFor(const std::string& text) {
+    const TemporaryFile file;
+    file.Write(text);
+    try {
+        record::Read(file.Path());
+    } catch (const record::Error& error) {
+        return error.what();
+    }
+    return "";
+}
+
+TEST(Record, Every_byte_is_written_so_that_it_can_be_read_again) {
+    std::string bytes;
+    for (int byte = 0; byte < 256; ++byte)
+        bytes += static_cast<char>(byte);
+    EXPECT_EQ(record::Unescaped(record::Escaped(bytes)), bytes);
+    EXPECT_EQ(record::Escaped(std::string("\x1bP\r\n\\\0\xff", 7)), "\\x1bP\\r\\n\\\\\\x00\\xff");
+}
+
+TEST(Record, What_was_written_is_read) {
+    const TemporaryFile file;
+    record::Writer writer(file.Path(), {"kern", "/dev/ttyS0", "1200,8N2", "2026-11-21"});
+    writer.Write({std::chrono::milliseconds(12), Entry::Kind::FromInstrument, "A00\r\n"});
+
+    const record::Record record = record::Read(file.Path());
+
+    EXPECT_EQ(record.header.driver, "kern");
+    EXPECT_EQ(record.header.port, "/dev/ttyS0");
+    EXPECT_EQ(record.header.line, "1200,8N2");
+    EXPECT_EQ(record.header.date, "2026-11-21");
+    ASSERT_EQ(record.entries.size(), 1u);
+    EXPECT_EQ(record.entries[0].time.count(), 12);
+    EXPECT_EQ(record.entries[0].kind, Entry::Kind::FromInstrument);
+    EXPECT_EQ(record.entries[0].bytes, "A00\r\n");
+}
+
+TEST(Record, A_broken_file_is_refused_with_the_line_and_the_reason) {
+    EXPECT_THAT(ReasonFor(""), HasSubstr("the file is empty"));
+    EXPECT_THAT(ReasonFor("hello\n"), HasSubstr(":1: no record"));
+    EXPECT_THAT(ReasonFor("# wbalance record 1\nx < S\n"), HasSubstr(":2: expected milliseconds"));
+    EXPECT_THAT(ReasonFor("# wbalance record 1\n-1 < S\n"), HasSubstr(":2: expected milliseconds"));
+    EXPECT_THAT(ReasonFor("# wbalance record 1\n12\n"), HasSubstr(":2: expected milliseconds"));
+    EXPECT_THAT(ReasonFor("# wbalance record 1\n1 < \\q\n"), HasSubstr(":2: a \\ must be"));
+    EXPECT_THAT(ReasonFor("# wbalance record 1\n1 < \\x4\n"), HasSubstr(":2: a \\ must be"));
+}
+
+}  // namespace

@@ -1,0 +1,264 @@
+// wbalance from outside: its command line, its exit codes, and what it puts on which stream.
+
+#include <gmock/gmock.h>
+
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
+#include <sstream>
+
+#include "RunProgram.h"
+
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+namespace {
+
+QJsonObject JsonOf(const std::string& line) {
+    return QJsonDocument::fromJson(QByteArray::fromStdString(line)).object();
+}
+
+constexpr char kWeigh[] = "weigh -d mettler-toledo -t 0";
+
+TEST(Wbalance, Weigh_puts_the_weight_alone_on_standard_output) {
+    const Ran ran = WbalanceWith("mettler-toledo --load 12.34", kWeigh);
+    EXPECT_EQ(ran.output, "12.34 g\n");
+    EXPECT_EQ(ran.errors, "");
+    EXPECT_EQ(ran.exitCode, 0);
+}
+
+TEST(Wbalance, A_balance_that_answers_the_reset_is_weighed_all_the_same) {
+    const Ran ran =
+        WbalanceWith("mettler-toledo --load 100 --with serial-number=4444444444", kWeigh);
+    EXPECT_EQ(ran.output, "100.00 g\n");
+}
+
+TEST(Wbalance, The_trace_goes_to_standard_error_and_only_when_asked_for) {
+    const Ran ran = WbalanceWith("mettler-toledo --load 12.34", std::string(kWeigh) + " --trace");
+    EXPECT_EQ(ran.output, "12.34 g\n");
+    EXPECT_THAT(ran.errors, StartsWith("/dev/ttyS0 OPENED SUCCESSFULLY!\n\n"));
+    EXPECT_THAT(ran.errors, EndsWith("Generic Mettler Toledo - weight = 12.34 cc.\n\n"));
+}
+
+TEST(Wbalance, Json_has_the_value_the_digits_as_received_and_the_raw_answer) {
+    const Ran ran =
+        WbalanceWith("mettler-toledo --load 12.3", std::string(kWeigh) + " --json --mode stable");
+    const QJsonObject object = JsonOf(ran.output);
+    EXPECT_EQ(object["status"].toString(), "weight");
+    EXPECT_EQ(object["value"].toDouble(), 12.3);
+    EXPECT_EQ(object["digits"].toString(), "12.30");
+    EXPECT_EQ(object["unit"].toString(), "g");
+    EXPECT_EQ(object["stability"].toString(), "stable");
+    EXPECT_EQ(object["answer"].toString(), "S S      12.30 g\r\n");
+    EXPECT_EQ(object["driver"].toString(), "mettler-toledo");
+    EXPECT_EQ(object["port"].toString(), "/dev/ttyS0");
+    EXPECT_EQ(object.size(), 10);
+}
+
+TEST(Wbalance, Csv_has_a_header) {
+    const Ran ran = WbalanceWith("mettler-toledo --load 12.34", std::string(kWeigh) + " --csv");
+    EXPECT_THAT(ran.output, StartsWith("time,driver,port,status,value,unit,stability,answer\n"));
+    EXPECT_THAT(ran.output, EndsWith(",mettler-toledo,\"/dev/ttyS0\",weight,12.34,\"g\",stable,"
+                                     "\"S S      12.34 g\\r\\n\"\n"));
+}
+
+TEST(Wbalance, An_overload_is_no_weight_and_has_its_exit_code) {
+    const Ran ran = WbalanceWith("mettler-toledo --fault overload", kWeigh);
+    EXPECT_EQ(ran.output, "");
+    EXPECT_EQ(ran.errors,
+              "wbalance: /dev/ttyS0: overload: more is on the pan than the balance can weigh; take "
+              "something off; it sent \"S +\\r\\n\"\n");
+    EXPECT_EQ(ran.exitCode, 6);
+}
+
+TEST(Wbalance, Json_reports_an_underload_without_a_value) {
+    const Ran ran =
+        WbalanceWith("mettler-toledo --fault underload", std::string(kWeigh) + " --json");
+    EXPECT_EQ(JsonOf(ran.output)["status"].toString(), "underload");
+    EXPECT_TRUE(JsonOf(ran.output)["value"].isNull());
+    EXPECT_EQ(ran.exitCode, 7);
+}
+
+TEST(Wbalance, Silence_has_its_exit_code) {
+    const Ran ran = WbalanceWith("mettler-toledo --fault silent", kWeigh);
+    EXPECT_EQ(ran.output, "");
+    EXPECT_THAT(ran.errors, StartsWith("wbalance: /dev/ttyS0: no answer;"));
+    EXPECT_EQ(ran.exitCode, 4);
+}
+
+TEST(Wbalance, An_answer_cut_short_is_not_understood) {
+    const Ran ran = WbalanceWith("mettler-toledo --load 12.34 --fault truncated=7", kWeigh);
+    EXPECT_EQ(ran.output, "");
+    EXPECT_EQ(ran.exitCode, 5);
+}
+
+TEST(Wbalance, Wrong_line_settings_never_give_a_weight) {
+    const Ran ran =
+        WbalanceWith("mettler-toledo --load 12.34", std::string(kWeigh) + " --line 9600,8N1");
+    EXPECT_EQ(ran.output, "");
+    EXPECT_NE(ran.exitCode, 0);
+}
+
+TEST(Wbalance, A_missing_port_is_said_to_be_missing) {
+    const Ran ran = Wbalance("weigh -d mettler-toledo --port 4711 --usb");
+    EXPECT_EQ(ran.output, "");
+    EXPECT_EQ(ran.errors,
+              "wbalance: /dev/ttyUSB4711: there is no such port; is the adapter plugged in? "
+              "`wbalance ports` lists the ports that are there\n");
+    EXPECT_EQ(ran.exitCode, 3);
+}
+
+TEST(Wbalance, An_unknown_driver_is_answered_with_those_there_are) {
+    const Ran ran = Wbalance("weigh -d metler");
+    EXPECT_THAT(ran.errors, StartsWith("wbalance: there is no driver \"metler\"; there are: "
+                                       "mettler-toledo, "));
+    EXPECT_EQ(ran.exitCode, 2);
+}
+
+TEST(Wbalance, A_time_out_of_more_than_a_minute_is_refused) {
+    const Ran ran = Wbalance("weigh -d mettler-toledo -t 61");
+    EXPECT_THAT(ran.errors, HasSubstr("61 not in range 0 to 60"));
+    EXPECT_EQ(ran.exitCode, 2);
+}
+
+TEST(Wbalance, A_full_disk_behind_standard_output_is_a_failure) {
+    const Ran ran = RunShell(std::string(WBALANCE) + " drivers >/dev/full");
+    EXPECT_EQ(ran.exitCode, 70);
+}
+
+TEST(Wbalance, Tare_says_what_was_done) {
+    const Ran ran = WbalanceWith("mettler-xs --load 50", "tare -d mettler-xs -t 0");
+    EXPECT_EQ(ran.output, "tared\n");
+    EXPECT_EQ(ran.exitCode, 0);
+}
+
+TEST(Wbalance, A_preset_tare_that_the_balance_refuses_is_no_success) {
+    const Ran ran = WbalanceWith("mettler-xs", "preset-tare -d mettler-xs -t 0 99999");
+    EXPECT_EQ(ran.output, "");
+    EXPECT_THAT(ran.errors, HasSubstr("preset-tare: the balance did not confirm it; it sent "));
+    EXPECT_EQ(ran.exitCode, 9);
+}
+
+TEST(Wbalance, A_preset_tare_with_three_decimals_is_refused_before_anything_is_sent) {
+    const Ran ran = Wbalance("preset-tare -d mettler-xs 1.234");
+    EXPECT_EQ(ran.errors, "wbalance: a preset tare is sent with two decimals; give no more\n");
+    EXPECT_EQ(ran.exitCode, 2);
+}
+
+TEST(Wbalance, A_sartorius_preset_tare_of_ten_grams_is_refused_with_the_limit) {
+    const Ran ran = Wbalance("preset-tare -d sartorius 10");
+    EXPECT_EQ(ran.errors,
+              "wbalance: the driver sartorius takes a preset tare from 0.00 to 9.99 g\n");
+    EXPECT_EQ(ran.exitCode, 2);
+}
+
+TEST(Wbalance, A_display_text_of_58_characters_is_refused_with_the_limit) {
+    const Ran ran = Wbalance("display -d mettler-xs " + std::string(58, 'x'));
+    EXPECT_EQ(ran.errors, "wbalance: the text has 58 characters; at most 57 can be sent\n");
+    EXPECT_EQ(ran.exitCode, 2);
+}
+
+TEST(Wbalance, A_display_text_reaches_the_balance) {
+    const TemporaryFile log;
+    const Ran ran =
+        WbalanceWith("mettler-xs --log " + log.Path(), "display -d mettler-xs -t 0 HELLO");
+    EXPECT_EQ(ran.output, "displayed\n");
+    EXPECT_THAT(log.Text(), HasSubstr("D \\\"HELLO\\\"\\r\\n"));
+}
+
+TEST(Wbalance, An_operation_that_a_driver_lacks_is_answered_with_the_drivers_that_have_it) {
+    const Ran ran = Wbalance("zero -d kern");
+    EXPECT_EQ(ran.errors,
+              "wbalance: the driver kern has no zero; these have: mettler-toledo, radwag\n");
+    EXPECT_EQ(ran.exitCode, 2);
+}
+
+TEST(Wbalance, A_factory_reset_without_a_terminal_needs_yes) {
+    const Ran ran = RunShell(std::string(WBALANCE) + " factory-reset -d ohaus </dev/null");
+    EXPECT_EQ(ran.errors, "wbalance: factory-reset asks first; without a terminal add --yes\n");
+    EXPECT_EQ(ran.exitCode, 2);
+}
+
+TEST(Wbalance, A_record_is_replayed_to_the_same_reading) {
+    const TemporaryFile record;
+    const Ran weighed = WbalanceWith("mettler-toledo --load 12.34",
+                                     std::string(kWeigh) + " --record " + record.Path());
+    const Ran replayed = Wbalance("replay " + record.Path());
+    EXPECT_EQ(weighed.output, "12.34 g\n");
+    EXPECT_EQ(replayed.output, "12.34 g\n");
+    EXPECT_THAT(record.Text(), StartsWith("# wbalance record 1\n# driver: mettler-toledo\n"
+                                          "# port: /dev/ttyS0\n# line: 2400,7E1\n# date: "));
+    EXPECT_THAT(record.Text(), HasSubstr(" > S\\r\\n\n"));
+    EXPECT_THAT(record.Text(), HasSubstr(" < S S      12.34 g\\r\\n\n"));
+}
+
+TEST(Wbalance, Every_record_of_the_folder_is_read_as_its_name_says) {
+    const std::string folder = WBALANCE_RECORDS;
+    const std::pair<const char*, int> records[] = {{"mettler-toledo-reset-answer-taken-for-4", 5},
+                                                   {"radwag-overload", 6},
+                                                   {"sartorius-overload-read-as-zero", 6},
+                                                   {"kern-seven-digits", 11},
+                                                   {"mettler-pm-busy-read-as-zero", 8},
+                                                   {"ohaus-kilograms", 10},
+                                                   {"mettler-xs-incomplete-average", 8},
+                                                   {"gibertini-stable", 0}};
+    for (const auto& [name, exitCode] : records)
+        EXPECT_EQ(Wbalance("replay " + folder + "/" + name + ".record").exitCode, exitCode) << name;
+}
+
+TEST(Wbalance, A_file_that_is_no_record_is_refused_with_its_line) {
+    const TemporaryFile file;
+    file.Write("# wbalance record 1\n12 ? S\n");
+    const Ran ran = Wbalance("replay " + file.Path());
+    EXPECT_EQ(ran.errors,
+              "wbalance: " + file.Path() + ":2: expected one of > < = behind the time\n");
+    EXPECT_EQ(ran.exitCode, 2);
+}
+
+TEST(Wbalance, Monitor_ends_after_the_count_with_a_summary_on_standard_error) {
+    const Ran ran = WbalanceWith("mettler-toledo --load 12.34",
+                                 "monitor mettler-toledo@0 -n 3 -i 0 -t 0 --json");
+    std::istringstream lines(ran.output);
+    std::string line;
+    int count = 0;
+    for (; std::getline(lines, line); ++count)
+        EXPECT_EQ(JsonOf(line)["value"].toDouble(), 12.34);
+    EXPECT_EQ(count, 3);
+    EXPECT_THAT(ran.errors, StartsWith("mettler-toledo /dev/ttyS0: 3 readings, 3 weights, min "
+                                       "12.34, max 12.34, mean 12.34 g"));
+    EXPECT_EQ(ran.exitCode, 0);
+}
+
+TEST(Wbalance, Monitor_says_lost_and_back_for_an_adapter_that_is_pulled_and_put_back) {
+    const Ran ran = WbalanceWith("mettler-toledo --load 12.34 --fault unplug@1s+2s",
+                                 "monitor mettler-toledo@0 -n 12 -i 0 -t 0 --json");
+    const auto lost = ran.output.find("\"status\":\"lost\"");
+    const auto back = ran.output.find("\"status\":\"back\"");
+    EXPECT_NE(lost, std::string::npos);
+    EXPECT_NE(back, std::string::npos);
+    EXPECT_LT(lost, back);
+    EXPECT_EQ(ran.output.find("\"status\":\"lost\"", lost + 1), std::string::npos);
+}
+
+TEST(Wbalance, Every_line_that_monitor_has_shown_when_it_is_killed_is_in_the_log) {
+    const TemporaryFile log;
+    const Ran ran = RunShell("timeout -s KILL 3 " + std::string(WBALANCE_SIM) +
+                             " mettler-toledo --load 12.34 -- " + WBALANCE +
+                             " monitor mettler-toledo@0 -i 0 -t 0 --json --log " + log.Path());
+    std::istringstream lines(ran.output);
+    std::string line;
+    int count = 0;
+    for (; std::getline(lines, line); ++count)
+        EXPECT_THAT(log.Text(), HasSubstr(line + "\n"));
+    EXPECT_GT(count, 0);
+}
+
+TEST(Wbalance, Ctrl_C_ends_the_monitor_with_its_summary) {
+    const Ran ran = RunShell("timeout --preserve-status -s INT 3 " + std::string(WBALANCE_SIM) +
+                             " mettler-toledo --load 12.34 -- " + WBALANCE +
+                             " monitor mettler-toledo@0 -i 0 -t 0 --csv");
+    EXPECT_THAT(ran.errors, HasSubstr(" readings, "));
+    EXPECT_EQ(ran.exitCode, 0);
+}
+
+}  // namespace

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <chrono>
+#include <fstream>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+/// Records of what went over a balance's line, as plain text that people can read and write:
+///
+///     # wbalance record 1
+///     # driver: mettler-toledo
+///     # port: /dev/ttyS0
+///     # line: 2400,7E1
+///     # date: 2026-11-21T03:12:00.000+01:00
+///     0 > S\r\n
+///     12 < S S     100.00 g\r\n
+///     2015 = weigh 1 100
+///
+/// Each line has the milliseconds since the start, who spoke (">" the host, "<" the instrument, "="
+/// what the library returned for the operation that ends here) and the text, in which a backslash
+/// with r, n, xNN or another backslash stands for a byte. Further "# name: value" lines and empty
+/// lines are allowed.
+namespace record {
+
+/// A file that is no record, or can't be read or written: which, where and why.
+class Error : public std::runtime_error {
+ public:
+    using std::runtime_error::runtime_error;
+};
+
+struct Header {
+    std::string driver;
+    std::string port;
+    std::string line;
+    std::string date;
+};
+
+struct Entry {
+    enum class Kind { FromHost = '>', FromInstrument = '<', Result = '=' };
+
+    std::chrono::milliseconds time{0};  ///< since the start of the record
+    Kind kind = Kind::FromHost;
+    std::string bytes;
+};
+
+struct Record {
+    Header header;
+    std::vector<Entry> entries;
+};
+
+/// Bytes as a record writes them.
+std::string Escaped(const std::string& bytes);
+/// The bytes that Escaped() wrote. Throws Error for a broken escape.
+std::string Unescaped(const std::string& text);
+
+/// Reads a whole record. Throws Error with the file's name and the line's number.
+Record Read(const std::string& path);
+
+/// Writes a record entry by entry; each is in the file when Write() returns.
+class Writer {
+ public:
+    /// Replaces the file. Throws Error when it can't be written, as does Write().
+    Writer(const std::string& path, const Header& header);
+    void Write(const Entry& entry);
+
+ private:
+    void WriteLine(const std::string& line);
+
+    const std::string path_;
+    std::ofstream file_;
+};
+
+}  // namespace record

@@ -1,0 +1,102 @@
+#include "Detect.h"
+
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <memory>
+
+#include "Record.h"
+#include "ToolError.h"
+#include "detect/Detector.h"
+#include "process/Session.h"
+
+namespace tool {
+namespace {
+
+constexpr char kExamples[] =
+    "Examples:\n"
+    "  wbalance detect --port 0\n"
+    "  wbalance detect -p 3 --usb --thorough\n"
+    "\n"
+    "Only readings are asked for: nothing is tared, zeroed, reset or set. First every instrument "
+    "at\n"
+    "the settings it is delivered with (some 15 s); --thorough asks every question at every usual\n"
+    "setting (some minutes).\n";
+
+struct Options {
+    std::string port = "0";
+    bool usb = false;
+    bool thorough = false;
+    bool trace = false;
+};
+
+std::string PortArguments(const Options& options) {
+    return "--port " + options.port + (options.usb ? " --usb" : "");
+}
+
+void Print(const Options& options, PortNumber port, const Detection& found) {
+    const DriverInfo& driver = FindDriver(found.driver);
+    const bool own = found.line == driver.line;
+    std::printf("%s, %s, at %s on %s\n", driver.maker.c_str(), driver.models.c_str(),
+                found.line.Text().c_str(), port.Device().c_str());
+    std::printf("  wbalance weigh --driver %s %s%s\n", driver.name.c_str(),
+                PortArguments(options).c_str(),
+                own ? "" : (" --line " + found.line.Text()).c_str());
+    std::printf(
+        "  %s balance; balance.SetCommPort(%d); "
+        "balance.SetCommConfig(%d, %d, %d, %d, %d, 1, '%c');\n",
+        driver.driverClass.c_str(), port.number, found.line.baudRate, found.line.parity,
+        found.line.dataBits, found.line.stopBits, found.line.flowControl, port.kind);
+}
+
+[[noreturn]] void Fail(const Options& options, PortNumber port, const Detection& found) {
+    const std::string device = port.Device();
+    const std::string sent = "\"" + record::Escaped(found.answer) + "\" at " + found.heardAt.Text();
+    const std::string more = options.thorough ? "" : "; `wbalance detect --thorough` tries more";
+    if (found.foreignText) {
+        throw ToolError(
+            ExitCode::NotUnderstood,
+            device + ": text comes back, but not of an instrument that is known: " + sent + more);
+    }
+    if (found.garbled) {
+        throw ToolError(ExitCode::NotUnderstood,
+                        device +
+                            ": bytes come back but garbled, so the line settings are not "
+                            "those of the balance: " +
+                            sent + more);
+    }
+    throw ToolError(ExitCode::Silent,
+                    device +
+                        ": nothing comes back; is the balance switched on, the cable plugged "
+                        "in and the right one (straight or crossed)?" +
+                        more);
+}
+
+ExitCode Run(const Options& options) {
+    const PortNumber port = PortName(options.port, options.usb).Resolve();
+    Detector detector(
+        port, SinkFor(options.trace),
+        [](const std::string& note) { std::fprintf(stderr, "%s\n", note.c_str()); },
+        options.thorough);
+    const Detection found = detector.Run();
+    if (found.driver.empty()) Fail(options, port, found);
+    Print(options, port, found);
+    return ExitCode::Done;
+}
+
+}  // namespace
+
+void AddDetect(CLI::App& application, ExitCode& exitCode) {
+    auto* command = application.add_subcommand(
+        "detect", "Find out which balance is on a port, without changing anything on it");
+    command->footer(kExamples);
+    const auto options = std::make_shared<Options>();
+    command->add_option("-p,--port", options->port, "port number or name, as for weigh")
+        ->type_name("PORT")
+        ->capture_default_str();
+    command->add_flag("-u,--usb", options->usb, "the port number is that of a USB adapter");
+    command->add_flag("--thorough", options->thorough, "every question at every usual setting");
+    command->add_flag("--trace", options->trace, "show the library's trace on standard error");
+    command->callback([options, &exitCode] { exitCode = Run(*options); });
+}
+
+}  // namespace tool

@@ -1,0 +1,101 @@
+#include "Monitor.h"
+
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <memory>
+
+#include "BalanceOptions.h"
+#include "ToolError.h"
+#include "WeighOptions.h"
+#include "monitor/Monitor.h"
+
+namespace tool {
+namespace {
+
+constexpr char kExamples[] =
+    "Examples:\n"
+    "  wbalance monitor mettler-toledo@0\n"
+    "  wbalance monitor radwag@/dev/serial/by-id/usb-FTDI_A1B2-if00-port0 kern@1@4800,8N2\n"
+    "  wbalance monitor radwag@ttyUSB3 --interval 0 --timeout 0 --json --log weights.jsonl\n"
+    "  wbalance monitor radwag@ttyUSB3 --json | mosquitto_pub -l -h broker -t lab/balance\n"
+    "\n"
+    "A balance that is unplugged or falls silent is reported as lost, looked for, and reported as\n"
+    "back. Ctrl-C ends with a summary on standard error.\n";
+
+struct Options {
+    std::vector<std::string> balances;
+    BalanceOptions shared;
+    WeighOptions weigh;
+    double interval = 1.0;
+    std::string logPath;
+    int count = 0;
+};
+
+// "kern@/dev/ttyUSB1@4800,8N2"
+MonitoredBalance::Settings SettingsOf(const std::string& text, const Options& options) {
+    const std::size_t first = text.find('@');
+    if (first == std::string::npos)
+        throw ToolError(ExitCode::Usage,
+                        "balance \"" + text + "\": write DRIVER@PORT or DRIVER@PORT@LINE");
+    const std::size_t second = text.find('@', first + 1);
+    const DriverInfo& driver = FindDriver(text.substr(0, first));
+    const std::string port = second == std::string::npos
+                                 ? text.substr(first + 1)
+                                 : text.substr(first + 1, second - first - 1);
+    const LineSettings line = second == std::string::npos
+                                  ? driver.line
+                                  : LineSettings::Parse(text.substr(second + 1), driver.line);
+    return {&driver,
+            PortName(port, false),
+            line,
+            options.shared.timeoutSeconds,
+            options.weigh.mode,
+            std::chrono::milliseconds(static_cast<long>(options.interval * 1000))};
+}
+
+ExitCode Run(const Options& options) {
+    Monitor::Settings settings;
+    for (const auto& text : options.balances)
+        settings.balances.push_back(SettingsOf(text, options));
+    settings.format = options.weigh.OutputFormat();
+    settings.trace = options.shared.trace;
+    settings.live =
+        settings.format == Format::Text && !settings.trace && isatty(STDOUT_FILENO) != 0;
+    settings.logPath = options.logPath;
+    settings.count = options.count;
+    Monitor(settings).Run();
+    return ExitCode::Done;
+}
+
+}  // namespace
+
+void AddMonitor(CLI::App& application, ExitCode& exitCode) {
+    auto* command =
+        application.add_subcommand("monitor", "Read one or more balances over and over");
+    command->footer(kExamples);
+    const auto options = std::make_shared<Options>();
+    command->add_option("BALANCE", options->balances, "DRIVER@PORT[@LINE], one or more")
+        ->type_name("")
+        ->required();
+    command
+        ->add_option("-i,--interval", options->interval,
+                     "seconds between the starts of two readings; 0: as fast as it gives")
+        ->type_name("SECONDS")
+        ->check(CLI::Range(0.0, 86400.0))
+        ->capture_default_str();
+    command
+        ->add_option("-n,--count", options->count,
+                     "end when every balance has given this many readings; 0: never")
+        ->type_name("N")
+        ->check(CLI::NonNegativeNumber);
+    command
+        ->add_option("--log", options->logPath,
+                     "add every line to a file (JSON with --json, else CSV) before it is shown")
+        ->type_name("FILE");
+    options->shared.AddSharedTo(*command);
+    options->weigh.AddTo(*command);
+    command->callback([options, &exitCode] { exitCode = Run(*options); });
+}
+
+}  // namespace tool

@@ -1,0 +1,195 @@
+#include "Operate.h"
+
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
+#include <cmath>
+#include <cstdio>
+#include <iostream>
+#include <memory>
+
+#include "BalanceOptions.h"
+#include "ToolError.h"
+#include "output/MeasurementFormat.h"
+#include "readings/Confirmation.h"
+
+namespace tool {
+namespace {
+
+struct Options {
+    BalanceOptions balance;
+    Request request;
+    bool json = false;
+    bool yes = false;
+};
+
+std::string Grams(double grams) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%.2f", grams);
+    return text;
+}
+
+std::string DoneText(const Request& request) {
+    switch (request.operation) {
+        case Operation::Weigh:
+            break;
+        case Operation::Tare:
+            return "tared";
+        case Operation::Zero:
+            return "zeroed";
+        case Operation::PresetTare:
+            return "preset tare set to " + Grams(request.grams) + " g";
+        case Operation::Display:
+            return "displayed";
+        case Operation::SwitchOn:
+            return "switched on";
+        case Operation::SwitchOff:
+            return "switched off";
+        case Operation::FactoryReset:
+            return "factory settings restored";
+    }
+    return "";
+}
+
+void RequireOperation(const DriverInfo& driver, Operation operation) {
+    if (driver.Has(operation)) return;
+    std::string others;
+    for (const auto& one : Drivers()) {
+        if (one.Has(operation)) others += (others.empty() ? "" : ", ") + one.name;
+    }
+    throw ToolError(ExitCode::Usage, "the driver " + driver.name + " has no " + WordFor(operation) +
+                                         "; these have: " + others);
+}
+
+// The drivers send the preset with two decimals.
+void RequirePresetTare(const DriverInfo& driver, double grams) {
+    if (!(grams >= driver.leastPresetTare && grams <= driver.greatestPresetTare)) {
+        throw ToolError(ExitCode::Usage, "the driver " + driver.name +
+                                             " takes a preset tare from " +
+                                             Grams(driver.leastPresetTare) + " to " +
+                                             Grams(driver.greatestPresetTare) + " g");
+    }
+    if (std::fabs(grams * 100 - std::round(grams * 100)) > 1e-6)
+        throw ToolError(ExitCode::Usage, "a preset tare is sent with two decimals; give no more");
+}
+
+void RequireText(const DriverInfo& driver, const std::string& text) {
+    if (text.size() > driver.longestText) {
+        throw ToolError(ExitCode::Usage, "the text has " + std::to_string(text.size()) +
+                                             " characters; at most " +
+                                             std::to_string(driver.longestText) + " can be sent");
+    }
+    for (const char character : text) {
+        if (character < ' ' || character > '~' || character == '"')
+            throw ToolError(ExitCode::Usage,
+                            "the balance displays printable ASCII characters without \"");
+    }
+}
+
+void RequireConsent(const Options& options) {
+    if (options.request.operation != Operation::FactoryReset || options.yes) return;
+    if (isatty(STDIN_FILENO) == 0)
+        throw ToolError(ExitCode::Usage, "factory-reset asks first; without a terminal add --yes");
+    std::fprintf(stderr,
+                 "This puts the balance back to its factory settings, perhaps its line settings "
+                 "too.\nContinue? [y/N] ");
+    std::string reply;
+    std::getline(std::cin, reply);
+    if (reply != "y" && reply != "Y" && reply != "yes")
+        throw ToolError(ExitCode::Usage, "nothing was sent");
+}
+
+void Check(const Options& options) {
+    const DriverInfo& driver = FindDriver(options.balance.driver);
+    const Request& request = options.request;
+    RequireOperation(driver, request.operation);
+    if (request.operation == Operation::PresetTare) RequirePresetTare(driver, request.grams);
+    if (request.operation == Operation::Display) RequireText(driver, request.text);
+    RequireConsent(options);
+}
+
+std::string Json(const Options& options, const Confirmation& confirmation, WallTime time) {
+    QJsonObject object;
+    object["time"] = QString::fromStdString(TimeText(time));
+    object["driver"] = QString::fromStdString(options.balance.driver);
+    object["port"] = QString::fromStdString(options.balance.Port().Text());
+    object["operation"] = QString::fromStdString(WordFor(options.request.operation));
+    object["status"] = confirmation.code == ExitCode::Done ? "done" : "failed";
+    object["message"] = QString::fromStdString(confirmation.sentence);
+    return QJsonDocument(object).toJson(QJsonDocument::Compact).toStdString();
+}
+
+ExitCode Run(const Options& options) {
+    Check(options);
+    Session session = options.balance.Open();
+    const Report report = session.Perform(options.request, WordFor(options.request.operation));
+    const auto confirmation = Confirm(*session.Reached().driver, options.request.operation, report);
+    if (options.json) {
+        std::puts(Json(options, confirmation, report.finished).c_str());
+        return confirmation.code;
+    }
+    if (confirmation.code != ExitCode::Done) {
+        throw ToolError(confirmation.code, options.balance.Port().Text() + ": " +
+                                               WordFor(options.request.operation) + ": " +
+                                               confirmation.sentence);
+    }
+    std::puts(confirmation.sentence.empty() ? DoneText(options.request).c_str()
+                                            : confirmation.sentence.c_str());
+    return ExitCode::Done;
+}
+
+CLI::App* Add(CLI::App& application, ExitCode& exitCode, Operation operation,
+              const std::string& description, const std::string& example,
+              const std::shared_ptr<Options>& options) {
+    const std::string word = WordFor(operation);
+    auto* command = application.add_subcommand(word, description);
+    std::string footer = "Example:\n  wbalance " + word + " " + example + "\nDrivers that have it:";
+    for (const auto& driver : Drivers()) {
+        if (driver.Has(operation)) footer += " " + driver.name;
+    }
+    command->footer(footer + "\n");
+    options->request.operation = operation;
+    options->balance.AddTo(*command);
+    command->add_flag("--json", options->json, "one JSON object, failures included");
+    command->callback([options, &exitCode] { exitCode = Run(*options); });
+    return command;
+}
+
+CLI::App* Add(CLI::App& application, ExitCode& exitCode, Operation operation,
+              const std::string& description, const std::string& example) {
+    return Add(application, exitCode, operation, description, example, std::make_shared<Options>());
+}
+
+}  // namespace
+
+void AddOperations(CLI::App& application, ExitCode& exitCode) {
+    Add(application, exitCode, Operation::Tare, "Tare the balance", "-d radwag -p 3 --usb");
+    Add(application, exitCode, Operation::Zero, "Zero the balance", "-d radwag -p 3 --usb");
+
+    const auto preset = std::make_shared<Options>();
+    Add(application, exitCode, Operation::PresetTare, "Set a preset tare",
+        "-d mettler-xs -p 0 12.50", preset)
+        ->add_option("GRAMS", preset->request.grams, "the preset tare in grams, two decimals")
+        ->type_name("")
+        ->required();
+
+    const auto display = std::make_shared<Options>();
+    Add(application, exitCode, Operation::Display, "Show a text on the balance's display",
+        "-d mettler-xs -p 0 \"NEXT SAMPLE\"", display)
+        ->add_option("TEXT", display->request.text, "at most 57 characters")
+        ->type_name("")
+        ->required();
+
+    Add(application, exitCode, Operation::SwitchOn, "Switch the balance on", "-d mettler-xs -p 0");
+    Add(application, exitCode, Operation::SwitchOff, "Switch the balance off",
+        "-d mettler-xs -p 0");
+
+    const auto reset = std::make_shared<Options>();
+    Add(application, exitCode, Operation::FactoryReset,
+        "Put the balance back to its factory settings (asks first)", "-d ohaus -p 0 --yes", reset)
+        ->add_flag("--yes", reset->yes, "do not ask");
+}
+
+}  // namespace tool

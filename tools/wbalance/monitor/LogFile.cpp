@@ -1,0 +1,49 @@
+#include "LogFile.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+
+#include "ToolError.h"
+
+namespace tool {
+namespace {
+
+bool EndsWithinALine(int file) {
+    const off_t size = lseek(file, 0, SEEK_END);
+    char last = '\n';
+    return size > 0 && pread(file, &last, 1, size - 1) == 1 && last != '\n';
+}
+
+}  // namespace
+
+LogFile::LogFile(const std::string& path, const std::string& header)
+    : path_(path), file_(open(path.c_str(), O_RDWR | O_APPEND | O_CREAT | O_CLOEXEC, 0666)) {
+    if (file_.Get() < 0) throw ToolError(ExitCode::Usage, path_ + ": " + std::strerror(errno));
+    if (EndsWithinALine(file_.Get())) Put("\n");
+    if (!header.empty() && lseek(file_.Get(), 0, SEEK_END) == 0) Write(header);
+}
+
+void LogFile::Write(const std::string& line) {
+    Put(line + "\n");
+    // Not every file can be brought to a disk; a pipe or /dev/null can't, and that is no failure.
+    if (fdatasync(file_.Get()) != 0 && errno != EINVAL && errno != EROFS)
+        throw ToolError(ExitCode::Internal, path_ + ": " + std::strerror(errno));
+}
+
+void LogFile::Put(const std::string& bytes) {
+    std::size_t written = 0;
+    while (written < bytes.size()) {
+        const ssize_t count = write(file_.Get(), bytes.data() + written, bytes.size() - written);
+        if (count < 0 && errno == EINTR) continue;
+        if (count <= 0) {
+            throw ToolError(ExitCode::Internal,
+                            path_ + ": the log can't be written: " + std::strerror(errno));
+        }
+        written += static_cast<std::size_t>(count);
+    }
+}
+
+}  // namespace tool

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+
+#include "process/Descriptor.h"
+
+namespace tool {
+
+/// A file to which whole lines are added. A line that Write() has returned for is on the disk: it
+/// survives the end of the program and of the computer.
+class LogFile {
+ public:
+    /// Opens or creates the file and goes on behind what it holds; a line that was cut off there is
+    /// ended first. An empty file gets `header`, unless that is empty. Throws ToolError.
+    LogFile(const std::string& path, const std::string& header);
+
+    /// Adds a line. Throws ToolError, naming the file, when it can't be written.
+    void Write(const std::string& line);
+
+ private:
+    void Put(const std::string& bytes);
+
+    const std::string path_;
+    Descriptor file_;
+};
+
+}  // namespace tool

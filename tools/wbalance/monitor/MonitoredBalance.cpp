@@ -1,0 +1,94 @@
+#include "MonitoredBalance.h"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+
+#include "ToolError.h"
+#include "process/PortCheck.h"
+
+namespace tool {
+namespace {
+
+constexpr std::chrono::milliseconds kLook{250};    // between two looks whether the port is there
+constexpr std::chrono::milliseconds kRetry{1000};  // between two tries to find a lost balance
+
+bool IsThere(const std::string& device) {
+    struct stat node {};
+    return stat(device.c_str(), &node) == 0;
+}
+
+}  // namespace
+
+MonitoredBalance::MonitoredBalance(Settings settings, Listener listener)
+    : settings_(std::move(settings)), listener_(std::move(listener)) {}
+
+std::vector<pollfd> MonitoredBalance::Watched() const {
+    return process_ && process_->IsBusy() ? process_->Watched() : std::vector<pollfd>();
+}
+
+void MonitoredBalance::Step(Clock::time_point now) {
+    try {
+        if (process_ && process_->IsBusy()) {
+            Watch(now);
+        } else if (now >= next_) {
+            Begin(now);
+        }
+    } catch (const ToolError& error) {
+        Lose(error.what(), now);
+    }
+}
+
+void MonitoredBalance::Begin(Clock::time_point now) {
+    if (!process_) Connect();
+    Request request;
+    request.mode = settings_.mode;
+    process_->Start(request);
+    due_ = std::max(due_ + settings_.interval, now);
+    next_ = now + kLook;
+}
+
+void MonitoredBalance::Connect() {
+    connection_ = {settings_.driver, settings_.port.Resolve(), settings_.line,
+                   settings_.timeoutSeconds};
+    process_ = std::make_unique<BalanceProcess>(connection_, listener_.onTrace);
+}
+
+void MonitoredBalance::Watch(Clock::time_point now) {
+    process_->Serve();
+    if (!process_->IsBusy()) {
+        Conclude(now);
+        return;
+    }
+    // Without its device a reading goes on for its whole time, with nothing to wait for.
+    if (!IsThere(connection_.port.Device()))
+        throw ToolError(ExitCode::PortFailed, connection_.port.Device() + " has gone");
+    next_ = now + kLook;
+}
+
+void MonitoredBalance::Conclude(Clock::time_point now) {
+    const Report report = process_->TakeReport();
+    RequirePort(connection_, report);
+    const Measurement measurement = Measure(*settings_.driver, report);
+    if (measurement.reading.meaning == Meaning::Silence)
+        throw ToolError(ExitCode::Silent, SentenceFor(measurement.reading));
+    if (lost_) Return();
+    listener_.onReading(*this, measurement);
+    next_ = std::max(due_, now);
+}
+
+void MonitoredBalance::Lose(const std::string& reason, Clock::time_point now) {
+    // A port that was pulled and put back stays dead for who had it open: open it anew.
+    process_.reset();
+    next_ = due_ = now + std::max(kRetry, settings_.interval);
+    if (lost_) return;
+    lost_ = true;
+    listener_.onLost(*this, reason);
+}
+
+void MonitoredBalance::Return() {
+    lost_ = false;
+    listener_.onBack(*this, connection_.port.Device());
+}
+
+}  // namespace tool

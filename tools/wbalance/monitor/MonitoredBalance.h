@@ -1,0 +1,74 @@
+#pragma once
+
+#include <poll.h>
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "line/PortName.h"
+#include "output/MeasurementFormat.h"
+#include "process/BalanceProcess.h"
+
+namespace tool {
+
+/// One balance of several that are read over and over. It is lost when its port goes or it no
+/// longer answers, and then looked for until it is back, under its stable name wherever that leads.
+///
+/// Nothing waits: the owner polls Watched(), and calls Step() when something comes and at
+/// NextStep().
+class MonitoredBalance {
+ public:
+    using Clock = std::chrono::steady_clock;
+
+    struct Settings {
+        const DriverInfo* driver = nullptr;
+        PortName port;
+        LineSettings line;
+        int timeoutSeconds = 1;
+        long mode = 1;
+        std::chrono::milliseconds interval{1000};  ///< between starts; 0: as fast as it gives
+    };
+
+    /// What there is to tell.
+    struct Listener {
+        /// A new answer, whatever it means; never an old one again.
+        std::function<void(const MonitoredBalance&, const Measurement&)> onReading;
+        /// The balance has been lost, and why.
+        std::function<void(const MonitoredBalance&, const std::string&)> onLost;
+        /// The balance is back, and at which device.
+        std::function<void(const MonitoredBalance&, const std::string&)> onBack;
+        BalanceProcess::TraceSink onTrace;
+    };
+
+    MonitoredBalance(Settings settings, Listener listener);
+
+    std::vector<pollfd> Watched() const;
+    Clock::time_point NextStep() const { return next_; }
+    void Step(Clock::time_point now);
+
+    /// As people know it.
+    const std::string& Driver() const { return settings_.driver->name; }
+    const std::string& Port() const { return settings_.port.Text(); }
+    bool IsLost() const { return lost_; }
+
+ private:
+    void Begin(Clock::time_point now);
+    void Connect();
+    void Watch(Clock::time_point now);
+    void Conclude(Clock::time_point now);
+    void Lose(const std::string& reason, Clock::time_point now);
+    void Return();
+
+    const Settings settings_;
+    const Listener listener_;
+    Connection connection_;
+    std::unique_ptr<BalanceProcess> process_;
+    Clock::time_point next_ = Clock::now();
+    Clock::time_point due_ = next_;  ///< of the reading that comes next
+    bool lost_ = false;
+};
+
+}  // namespace tool

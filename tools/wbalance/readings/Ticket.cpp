@@ -1,0 +1,52 @@
+// Scale House ALD tickets: lines with a number, "g" and a word for what it is.
+//
+//   < " 123.40 g N\r\n"   the net weight; without one the first weight, if the tare (T) is zero
+//   What stands in front of a "PROJ" belongs to the ticket before.
+
+#include <optional>
+
+#include "Dialect.h"
+#include "Fields.h"
+
+namespace tool {
+namespace {
+
+struct Entry {
+    std::string digits;
+    std::string unit;
+    std::string legend;  ///< the word behind the unit
+    bool moving = false;
+};
+
+std::optional<Entry> EntryOf(const std::string& line) {
+    const auto words = WordsOf(line);
+    for (std::size_t i = 0; i + 1 < words.size(); ++i) {
+        if (!IsNumber(words[i])) continue;
+        return Entry{words[i], words[i + 1], i + 2 < words.size() ? words[i + 2] : "",
+                     line.find('?') != std::string::npos};
+    }
+    return std::nullopt;
+}
+
+Reading ReadingOf(const Entry& entry) {
+    return WeightIn(entry.unit, "g", entry.digits,
+                    entry.moving ? Stability::Dynamic : Stability::Unknown);
+}
+
+}  // namespace
+
+Reading ReadTicket(const std::string& answer) {
+    const std::size_t start = answer.find("PROJ");
+    std::optional<Entry> first;
+    for (const auto& line : LinesOf(start == std::string::npos ? answer : answer.substr(start))) {
+        const auto entry = EntryOf(line);
+        if (!entry) continue;
+        if (entry->legend == "TOTAL")
+            return NoWeight(Meaning::NotUnderstood, "the line shows an accumulated total");
+        if (entry->legend.rfind('N', 0) == 0) return ReadingOf(*entry);
+        if (!first) first = entry;
+    }
+    return first ? ReadingOf(*first) : Reading{};
+}
+
+}  // namespace tool
