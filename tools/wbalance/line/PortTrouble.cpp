@@ -92,7 +92,7 @@ std::string WhyForbidden(const std::string& device) {
                "container or a security policy that forbids it";
     if (UserIsListedInGroup(node.st_gid)) {
         return "; its group is " + group +
-               ", which you joined after this session began: log out and in again";
+               ", which you joined after you had logged in: log out and in again";
     }
     return "; its group is " + group + ", you are not in it: sudo adduser " + UserName() + " " +
            group + ", then log out and in again";
