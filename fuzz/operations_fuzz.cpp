@@ -37,6 +37,7 @@ const std::vector<Driver>& Drivers() {
         {MettlerXSTable(), Make<WbalanceMettlerXS>(), kSwitch},
         {MettlerSB32001Table(), Make<WbalanceMettlerSB32001>(), kDisplay},
         {SartoriusTable(), Make<WbalanceSartorius>(), kCommon},
+        {OhausTable(), Make<WbalanceOHAUS_SPU602>(), kCommon},
         {RadwagTable(), Make<WbalanceRadwag>(), kZero},
         {KernTable(), Make<WbalanceKern_EW_EGN_EWB>(), kCommon, true},
         {WithReadinessOfTheLine(KernTable()), Make<WithLineReadiness<WbalanceKern_EW_EGN_EWB>>(),
@@ -44,6 +45,9 @@ const std::vector<Driver>& Drivers() {
         {GibertiniTable(), Make<WbalanceGibertini>(), kCommon, true},
         {WithReadinessOfTheLine(GibertiniTable()), Make<WithLineReadiness<WbalanceGibertini>>(),
          kCommon},
+        {XL1800Table(), Make<WbalanceDIC_XL1800>(), kCommon},
+        {EL2000STable(), Make<WbalanceSetra_EL_2000S>(), kCommon},
+        {ScaleHouseTable(), Make<WbalanceScaleHouseALD>(), kCommon},
     };
     return drivers;
 }

@@ -69,6 +69,27 @@ void Sartorius(const std::string& text) {
     fuzz::Require(decimals == kNoDecimals, "decimals are never written");
 }
 
+void Ohaus(const std::string& text) {
+    WbalanceOHAUS_SPU602 balance;
+    double weight = kNoWeight;
+    int decimals = kNoDecimals;
+    bool unstable = true;
+    const int result = balance.ParseWeight(Copy(text).get(), &weight, &decimals, &unstable);
+    fuzz::Require(result == 0 || result == 1, "0 or 1");
+    if (text.empty()) {
+        fuzz::Require(Same(weight, kNoWeight) && decimals == kNoDecimals && unstable,
+                      "nothing written");
+        return;
+    }
+    fuzz::Require(decimals == 2 || (result == 1 && decimals == 7), "2 or 7 decimals");
+    fuzz::Require(unstable == (text.find('?') != std::string::npos),
+                  "the mark of an unsteady reading");
+    double again = kNoWeight;
+    fuzz::Require(balance.ParseWeight(Copy(text).get(), &again, nullptr, nullptr) == result,
+                  "null pointers");
+    fuzz::Require(Same(weight, again), "the same weight");
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -80,6 +101,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     WithStatus<WbalanceKern_EW_EGN_EWB>(text, true);
     WithStatus<WbalanceGibertini>(text, true);
     WithStatus<WbalanceRadwag>(text, true);
+    WithStatus<WbalanceDIC_XL1800>(text, false);
+    WithStatus<WbalanceSetra_EL_2000S>(text, false);
+    WithStatus<WbalanceScaleHouseALD>(text, true);
     Sartorius(text);
+    Ohaus(text);
     return 0;
 }

@@ -1,0 +1,245 @@
+// Many balances in one process, each in its own thread and on its own scripted line, with random
+// faults; and very many operations one after the other. Nothing may be mixed up between them,
+// nothing may wait too long, nothing may grow.
+//
+//   load balances SECONDS     64 balances for so much virtual time each
+//   load operations COUNT     so many operations in all, by one thread
+
+#include <wbalance/wbalance.h>
+
+#include <atomic>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <memory>
+#include <random>
+#include <sstream>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "Line.h"
+
+using scripted::Fault;
+using scripted::Line;
+
+namespace {
+
+constexpr int kBalances = 64;
+
+// No operation may take longer: the longest, a Kern average, is nine gathered answers and five
+// seconds.
+constexpr long kLongestOperationMs = 120'000;
+
+struct Answer {
+    const char* command;
+    const char* format;  // of what comes back, with the weight in it
+};
+
+struct Model {
+    const char* name;
+    std::function<std::unique_ptr<Cwbalance>()> make;
+    std::vector<Answer> answers;
+};
+
+template <class Driver>
+std::unique_ptr<Cwbalance> New() {
+    return std::make_unique<Driver>();
+}
+
+const std::vector<Model>& Models() {
+    static const std::vector<Answer> sics = {{"S\r\n", "S S   %8.2f g\r\n"},
+                                             {"SI\r\n", "S D   %8.2f g\r\n"},
+                                             {"@\r\n", "I4 A \"1126493049\"\r\n"},
+                                             {"T\r\n", "T S   %8.2f g\r\n"},
+                                             {"DW\r\n", "DW A\r\n"}};
+    static const std::vector<Model> models = {
+        {"Mettler Toledo", New<WbalanceMettlerToledo>, {sics[0], sics[1], {"Z\r\n", "Z A\r\n"}}},
+        {"Mettler PM",
+         New<WbalanceMettlerPM>,
+         {{"S\r\n", "S     %8.2f g\r\n"}, {"SI\r\n", "SD    %8.2f g\r\n"}, {"@\r\n", "ES\r\n"}}},
+        {"Mettler PR2003", New<WbalanceMettlerPR2003>, sics},
+        {"Mettler XS", New<WbalanceMettlerXS>, sics},
+        {"Mettler SB32001", New<WbalanceMettlerSB32001>, sics},
+        {"Sartorius", New<WbalanceSartorius>, {{"\x1bP\r\n", "+ %8.2f g  \r\n"}}},
+        {"Ohaus",
+         New<WbalanceOHAUS_SPU602>,
+         {{"SP\r\n", "   %8.2f g\r\n"}, {"P\r\n", "   %8.2f g ?\r\n"}}},
+        {"Radwag",
+         New<WbalanceRadwag>,
+         {{"S\r\n", "S    %8.2f g  \r\n"},
+          {"SI\r\n", "SI   %8.2f g  \r\n"},
+          {"T\r\n", "T A\r\nT D\r\n"}}},
+        {"Kern",
+         New<WithLineReadiness<WbalanceKern_EW_EGN_EWB>>,
+         {{"O9\r\n", "A00\r\n+%7.2f G S\r\n"},
+          {"O8\r\n", "A00\r\n+%7.2f G U\r\n"},
+          {"T \r\n", "A00\r\n"}}},
+        {"Gibertini",
+         New<WithLineReadiness<WbalanceGibertini>>,
+         {{"B\r", "  %8.2f g   DS\r\n"}, {"T\r", "  %8.2f g   TS\r\n"}}},
+        {"XL-1800", New<WbalanceDIC_XL1800>, {{"?1", "1+%8.2f g\r\n"}}},
+        {"EL-2000S", New<WbalanceSetra_EL_2000S>, {{"#", "1+%8.2f g\r\n"}}},
+        {"Scale House", New<WbalanceScaleHouseALD>, {{"P\r\n", " %.2f g N\r\n"}}},
+    };
+    return models;
+}
+
+std::atomic<long> operations{0};
+std::atomic<long> weights{0};
+std::atomic<int> violations{0};
+
+void Require(bool holds, const Model& model, const std::string& what) {
+    if (holds) return;
+    std::fprintf(stderr, "%s: %s\n", model.name, what.c_str());
+    ++violations;
+}
+
+/// One balance, with a weight that no other balance has on its pan.
+class Bench {
+ public:
+    Bench(int number, unsigned seed)
+        : model_(Models()[static_cast<std::size_t>(number) % Models().size()]),
+          load_(number + 0.25),
+          random_(seed) {
+        line_.Reset();
+        for (const Answer& answer : model_.answers) {
+            char text[64];
+            std::snprintf(text, sizeof text, answer.format, load_);
+            line_.AlwaysAnswer(answer.command, {{text, 30}});
+        }
+        balance_ = model_.make();
+    }
+
+    void Operate() {
+        ArmFault();
+        const long start = line_.Now();
+        double weight = -1.0;
+        int decimals = 0;
+        const int kind = Below(8);
+        int result = 0;
+        if (kind == 0) {
+            result = balance_->IsReady();
+        } else if (kind == 1) {
+            result = balance_->Tare();
+        } else if (kind == 2) {
+            result = balance_->TareSet(5.0);
+        } else {
+            result = balance_->Weight(kind % 2 * 2, &weight, &decimals);
+            if (result != 0) {
+                ++weights;
+                Require(
+                    weight == load_, model_,
+                    "reads " + std::to_string(weight) + " in place of " + std::to_string(load_));
+            }
+        }
+        Require(0 <= result && result <= 2, model_, "result " + std::to_string(result));
+        Require(line_.Now() - start <= kLongestOperationMs, model_, "an operation lasted too long");
+        Require(line_.PortObjects() <= 1, model_, "more than one port object");
+        ++operations;
+        Recover(result);
+    }
+
+    long Now() const { return line_.Now(); }
+
+ private:
+    int Below(int limit) { return static_cast<int>(random_() % static_cast<unsigned>(limit)); }
+
+    void ArmFault() {
+        if (Below(4) != 0) return;
+        line_.FailCall(line_.CallCount() + 1 + Below(30), static_cast<Fault>(Below(5)));
+    }
+
+    /// The cable is in again, and a driver object that gives up for good is replaced.
+    void Recover(int result) {
+        line_.Forget();
+        line_.PlugInAgain();
+        failures_ = result == 0 ? failures_ + 1 : 0;
+        if (failures_ < 5) return;
+        failures_ = 0;
+        balance_.reset();
+        balance_ = model_.make();
+        balance_->IsReady();
+    }
+
+    const Model& model_;
+    const double load_;
+    std::minstd_rand random_;
+    Line& line_ = Line::Here();
+    std::unique_ptr<Cwbalance> balance_;
+    int failures_ = 0;
+};
+
+long ResidentKilobytes() {
+    std::ifstream status("/proc/self/status");
+    for (std::string line; std::getline(status, line);)
+        if (line.rfind("VmRSS:", 0) == 0) return std::strtol(line.c_str() + 6, nullptr, 10);
+    return 0;
+}
+
+long Entries(const char* folder) {
+    const std::filesystem::directory_iterator entries(folder);
+    return std::distance(begin(entries), end(entries));
+}
+
+struct Usage {
+    long kilobytes = ResidentKilobytes();
+    long descriptors = Entries("/proc/self/fd");
+    long threads = Entries("/proc/self/task");
+};
+
+void Balances(long seconds) {
+    std::vector<std::thread> threads;
+    for (int number = 0; number < kBalances; ++number) {
+        threads.emplace_back([=] {
+            Bench bench(number, static_cast<unsigned>(number + 1));
+            while (bench.Now() < seconds * 1000)
+                bench.Operate();
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+}
+
+void Operations(long count) {
+    constexpr long kEach = 1000;
+    for (long done = 0; done < count; done += kEach) {
+        Bench bench(static_cast<int>(done / kEach % kBalances), static_cast<unsigned>(done + 1));
+        for (long i = 0; i < kEach && done + i < count; ++i)
+            bench.Operate();
+    }
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+    if (count != 3) {
+        std::fprintf(stderr, "usage: load balances SECONDS | load operations COUNT\n");
+        return 2;
+    }
+    const std::string kind = arguments[1];
+    const long amount = std::strtol(arguments[2], nullptr, 10);
+    const auto work = [&](long much) { kind == "balances" ? Balances(much) : Operations(much); };
+    Usage before;
+    Usage after;
+    {
+        const scripted::TraceCapture capture;
+        // What is allocated once is allocated now.
+        work(amount / 10 + 1);
+        before = Usage();
+        work(amount);
+        after = Usage();
+    }
+    std::printf("%ld operations, %ld weights\n", operations.load(), weights.load());
+    std::printf(
+        "resident memory %ld kB, then %ld kB; descriptors %ld, then %ld; threads %ld, then %ld\n",
+        before.kilobytes, after.kilobytes, before.descriptors, after.descriptors, before.threads,
+        after.threads);
+    constexpr long kMostGrowthKilobytes = 20'000;
+    const bool steady = after.kilobytes - before.kilobytes < kMostGrowthKilobytes &&
+                        after.descriptors == before.descriptors && after.threads == before.threads;
+    if (!steady) std::fprintf(stderr, "something grows\n");
+    return violations == 0 && weights > 0 && steady ? 0 : 1;
+}
