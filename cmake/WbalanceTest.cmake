@@ -9,7 +9,11 @@ function(wbalance_add_unit_test NAME)
     wbalance_compile_settings(${NAME})
     # What takes time here is the compiling: matchers are large templates. The checks of fortified
     # calls need some optimisation, the sanitizers' do not.
-    target_compile_options(${NAME} PRIVATE -g1 $<IF:$<BOOL:${WBALANCE_SANITIZE}>,-O0,-O1>)
+    if(WBALANCE_SANITIZE)
+        target_compile_options(${NAME} PRIVATE -g1 -O0)
+    else()
+        target_compile_options(${NAME} PRIVATE -g1 -O1)
+    endif()
     target_link_libraries(${NAME} PRIVATE GTest::gmock_main)
     gtest_discover_tests(${NAME} DISCOVERY_MODE PRE_TEST NO_PRETTY_VALUES PROPERTIES TIMEOUT 120)
 endfunction()
