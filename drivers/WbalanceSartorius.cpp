@@ -13,6 +13,7 @@
 
 #include <strings.h>
 #include <cmath>
+#include <cstddef>
 #include <cstdlib>
 #include <cstring>
 
@@ -42,24 +43,18 @@ constexpr int kIdentifierSize = 6;
 constexpr int kValueBehindSign = 2;
 constexpr std::size_t kValueSize = 8;
 
-// Line ends further on are not looked for: no print line is as long.
-constexpr int kLastLineEnd = 50;
-
 bool Begins(const char* text, const char* identifier) {
     return strncasecmp(text, identifier, kIdentifierSize) == 0;
 }
 
-/// The length of the first line, line feed included, or 0 without a line feed behind position 0.
-int FirstLineLength(const char* text) {
-    for (int i = 1; i <= kLastLineEnd; ++i) {
-        if (text[i] == '\n') return i + 1;
-    }
-    return 0;
+/// The length of the first line, line feed included, or 0 without a line feed.
+std::ptrdiff_t FirstLineLength(const char* text) {
+    const char* lineFeed = std::strchr(text, '\n');
+    return lineFeed == nullptr ? 0 : lineFeed + 1 - text;
 }
 
 /// Where the sign of the value stands, or null when the layout is not known.
 const char* FindSign(const char* text) {
-    if (text[0] == '\n') return nullptr;
     switch (FirstLineLength(text)) {
         case kPlainLine:
             return text;

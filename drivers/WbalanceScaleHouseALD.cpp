@@ -39,19 +39,12 @@ double Number(const std::string& text) {
     return std::strtod(text.c_str(), nullptr);
 }
 
-/// The last blank before `end`, or 0: a blank at the very start never counts.
-std::size_t LastBlank(const std::string& text, std::size_t end) {
-    if (end < 2) return 0;
-    const std::size_t blank = text.rfind(' ', end - 1);
-    return blank == kNowhere ? 0 : blank;
-}
-
 /// The text between the last blank before `mark` and the mark; nothing after a double blank.
 std::string TextBefore(const std::string& ticket, std::size_t mark) {
-    if (mark < 2) return ticket.substr(0, mark);
-    if (ticket[mark - 1] == ' ') return "";
-    const std::size_t blank = LastBlank(ticket, mark - 1);
-    return blank == 0 ? ticket.substr(0, mark) : ticket.substr(blank + 1, mark - blank - 1);
+    if (mark == 0 || ticket[mark - 1] == ' ') return "";
+    const std::size_t blank = ticket.rfind(' ', mark - 1);
+    const std::size_t start = blank == kNowhere ? 0 : blank + 1;
+    return ticket.substr(start, mark - start);
 }
 
 /// Whether the ticket has a tare line whose tare is zero. What is tested as the tare runs from the
@@ -59,8 +52,10 @@ std::string TextBefore(const std::string& ticket, std::size_t mark) {
 bool TareIsZero(const std::string& ticket) {
     const std::size_t mark = ticket.find(kTareWeight);
     if (mark == kNowhere) return false;
-    const std::size_t blank = LastBlank(ticket, mark);
-    return Number(ticket.substr(0, blank == 0 ? mark : blank)) == 0.0;
+    std::size_t end = mark == 0 ? 0 : ticket.rfind(' ', mark - 1);
+    // A blank at the very start does not count.
+    if (end == 0 || end == kNowhere) end = mark;
+    return Number(ticket.substr(0, end)) == 0.0;
 }
 
 /// Where the mark behind the weight stands.

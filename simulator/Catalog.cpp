@@ -4,6 +4,7 @@
 #include <stdexcept>
 
 #include "simulator/instruments/mettler-toledo.h"
+#include "simulator/instruments/radwag.h"
 
 namespace simulator {
 namespace {
@@ -22,6 +23,7 @@ const std::vector<CatalogEntry>& catalog() {
         mettlerPr2003(),
         mettlerXs(),
         mettlerSb32001(),
+        radwag(),
     });
     return entries;
 }

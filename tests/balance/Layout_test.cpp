@@ -61,8 +61,11 @@ TEST(Layout, Of_the_flags_which_are_one_byte_each) {
 template <class Driver>
 class LayoutOfDriver : public testing::Test {};
 
-using Drivers = testing::Types<WbalanceGibertini, WbalanceKern_EW_EGN_EWB, WbalanceMettlerPM,
-                               WbalanceMettlerToledo, WbalanceRadwag, WbalanceSartorius>;
+using Drivers =
+    testing::Types<WbalanceDIC_XL1800, WbalanceGibertini, WbalanceKern_EW_EGN_EWB,
+                   WbalanceMettlerPM, WbalanceMettlerPR2003, WbalanceMettlerSB32001,
+                   WbalanceMettlerToledo, WbalanceMettlerXS, WbalanceOHAUS_SPU602, WbalanceRadwag,
+                   WbalanceSartorius, WbalanceScaleHouseALD, WbalanceSetra_EL_2000S>;
 TYPED_TEST_SUITE(LayoutOfDriver, Drivers);
 
 TYPED_TEST(LayoutOfDriver, Has_the_base_class_first_and_no_field_of_its_own) {

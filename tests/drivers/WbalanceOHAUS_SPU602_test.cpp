@@ -473,6 +473,8 @@ TEST_F(WbalanceOHAUS_SPU602Test, ParseWeight_takes_the_first_text_between_blanks
     EXPECT_EQ(weight, 0.0);
     EXPECT_EQ(Parse("\r\n12.5 g"), 1);
     EXPECT_EQ(weight, 12.5);
+    EXPECT_EQ(Parse(" \r\n 12.5 g"), 1);
+    EXPECT_EQ(weight, 0.0);
 }
 
 TEST_F(WbalanceOHAUS_SPU602Test, ParseWeight_passes_kilograms_and_milligrams_on_unscaled) {

@@ -22,8 +22,8 @@ const Dialogue kDialogue({"setBaudRate 9600", "setDataBits 7", "setParity even",
                           R"(===> OK\n\n")"});
 
 // As the instrument sends it: command, stability mark, blank, sign, mass, blank, unit.
-constexpr char kStableFrame[] = "S          12.345 g  \r\n";
-constexpr char kImmediateFrame[] = "SI ? -      0.012 g  \r\n";
+constexpr char kStableFrame[] = "S        12.345 g  \r\n";
+constexpr char kImmediateFrame[] = "SI ? -    0.012 g  \r\n";
 
 class WbalanceRadwagTest : public ScriptedTest {
  protected:
@@ -397,7 +397,7 @@ TEST_F(WbalanceRadwagTest, A_stable_weight_in_mode_0_that_comes_with_its_S_A) {
     EXPECT_EQ(decimals, 3);
     EXPECT_THAT(Steps(),
                 ElementsAre("opening", R"(trace "Radwag - Stable weight\n")", R"(write "S\r\n")",
-                            R"(read "S A\r\n")", R"(read "S          12.345 g  \r\n")",
+                            R"(read "S A\r\n")", R"(read "S        12.345 g  \r\n")",
                             R"(trace "Radwag - weight = 12.35 cc.\n\n")"));
     EXPECT_EQ(line.Now(), 1800);
     EXPECT_TRUE(line.IsOpen());
@@ -411,7 +411,7 @@ TEST_F(WbalanceRadwagTest, Mode_0_reads_again_while_the_command_is_in_progress) 
     EXPECT_THAT(Steps(),
                 ElementsAre("opening", R"(trace "Radwag - Stable weight\n")", R"(write "S\r\n")",
                             R"(read "S A\r\n")", R"(trace "Radwag - Command in progress..\n")",
-                            "Sleep 300", R"(read "S          12.345 g  \r\n")",
+                            "Sleep 300", R"(read "S        12.345 g  \r\n")",
                             R"(trace "Radwag - weight = 12.35 cc.\n\n")"));
 }
 
@@ -467,8 +467,8 @@ TEST_F(WbalanceRadwagTest, Mode_0_ends_at_S_E_even_between_S_A_and_a_frame) {
 }
 
 TEST_F(WbalanceRadwagTest, Mode_0_ends_at_an_answer_that_is_neither_a_frame_nor_a_status) {
-    for (const char* answer : {"ES\r\n", "\r\n", "SI I\r\n", "SI         12.345 g  \r\n", "T D\r\n",
-                               "^      0.000 kg \r\n", "S ^        0.000 g  \r\n"}) {
+    for (const char* answer : {"ES\r\n", "\r\n", "SI I\r\n", "SI       12.345 g  \r\n", "T D\r\n",
+                               "^      0.000 kg \r\n", "S ^       0.000 g  \r\n"}) {
         SCOPED_TRACE(answer);
         line.Reset();
         Open<WbalanceRadwag> fresh;
@@ -481,7 +481,7 @@ TEST_F(WbalanceRadwagTest, Mode_0_ends_at_an_answer_that_is_neither_a_frame_nor_
 }
 
 TEST_F(WbalanceRadwagTest, Mode_0_reads_a_load_out_of_range_as_the_mass_behind_its_mark) {
-    line.Answer("S\r\n", {{"S  ^       0.000 g  \r\n"}});
+    line.Answer("S\r\n", {{"S  ^      0.000 g  \r\n"}});
     EXPECT_EQ(balance.Weight(0, &weight, &decimals), 1);
     EXPECT_EQ(weight, 0.0);
     EXPECT_EQ(decimals, 3);
@@ -494,7 +494,7 @@ TEST_F(WbalanceRadwagTest, Mode_0_takes_no_decimals_pointer_for_not_wanted) {
 }
 
 TEST_F(WbalanceRadwagTest, A_weight_without_a_point_leaves_the_decimals_as_they_were) {
-    line.Answer("S\r\n", {{"S             12 g  \r\n"}});
+    line.Answer("S\r\n", {{"S            12 g  \r\n"}});
     EXPECT_EQ(balance.Weight(0, &weight, &decimals), 1);
     EXPECT_EQ(weight, 12.0);
     EXPECT_EQ(decimals, -1);
@@ -520,7 +520,7 @@ TEST_F(WbalanceRadwagTest, An_immediate_weight_in_mode_2_is_reported_as_1_though
     EXPECT_EQ(weight, -0.012);
     EXPECT_EQ(decimals, 3);
     EXPECT_THAT(Steps(), ElementsAre("opening", R"(trace "Radwag - Unstable weight\n")",
-                                     R"(write "SI\r\n")", R"(read "SI ? -      0.012 g  \r\n")",
+                                     R"(write "SI\r\n")", R"(read "SI ? -    0.012 g  \r\n")",
                                      R"(trace "Radwag - weight = -0.01 cc.\n\n")"));
     EXPECT_EQ(line.Now(), 2000);
     EXPECT_TRUE(line.IsOpen());
@@ -586,7 +586,7 @@ TEST_F(WbalanceRadwagTest, Mode_1_is_a_reading_in_mode_0_after_a_readiness_of_it
     EXPECT_EQ(decimals, 3);
     EXPECT_THAT(Steps(),
                 ElementsAre("opening", "opening again", R"(trace "Radwag - Stable weight\n")",
-                            R"(write "S\r\n")", R"(read "S          12.345 g  \r\n")",
+                            R"(write "S\r\n")", R"(read "S        12.345 g  \r\n")",
                             R"(trace "Radwag - weight = 12.35 cc.\n\n")"));
 }
 
@@ -599,7 +599,7 @@ TEST_F(WbalanceRadwagTest, Mode_1_reads_in_mode_2_after_mode_0_failed) {
                                      R"(trace "Radwag - Stable weight\n")", R"(write "S\r\n")",
                                      R"(read "S E\r\n")", R"(trace "Radwag - Command timeout!\n")",
                                      "opening again", R"(trace "Radwag - Unstable weight\n")",
-                                     R"(write "SI\r\n")", R"(read "SI ? -      0.012 g  \r\n")",
+                                     R"(write "SI\r\n")", R"(read "SI ? -    0.012 g  \r\n")",
                                      R"(trace "Radwag - weight = -0.01 cc.\n\n")"));
 }
 
@@ -705,13 +705,13 @@ TEST_P(WbalanceRadwagFrame, Is_read_as) {
 
 INSTANTIATE_TEST_SUITE_P(
     WbalanceRadwag, WbalanceRadwagFrame,
-    testing::Values(Frame{"stable", "S         100.00 g  \r\n", 100.0, 2},
+    testing::Values(Frame{"stable", "S        100.00 g  \r\n", 100.0, 2},
                     Frame{"stable_negative", "S    -      8.5 g  \r\n", -8.5, 1},
                     Frame{"immediate_unstable", "SI ?       18.5 kg \r\n", 18.5, 1},
-                    Frame{"immediate_stable", "SI          0.05 g  \r\n", 0.05, 2},
+                    Frame{"immediate_stable", "SI         0.05 g  \r\n", 0.05, 2},
                     Frame{"immediate_sign_touching", "SI ?    -0.012 g\r\n", -0.012, 3},
                     Frame{"22_bytes_with_a_blank_ahead", "S     -      8.5 g  \r\n", -8.5, 1},
-                    Frame{"out_of_range", "SI ^       0.000 g  \r\n", 0.0, 3},
+                    Frame{"out_of_range", "SI ^      0.000 g  \r\n", 0.0, 3},
                     Frame{"behind_its_S_A", "S A\r\nS          8.5 g  \r\n", 8.5, 1},
                     Frame{"without_line_end", "S   1.5", 1.5, 1},
                     Frame{"without_point", "S          12 g  \r\n", 12.0, -1},

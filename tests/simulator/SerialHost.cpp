@@ -18,42 +18,38 @@
 #include <cstring>
 #include <string>
 
-#include "simulator/line/LineSettings.h"
-
 namespace {
 
-using simulator::LineSettings;
-using simulator::Parity;
-
-QSerialPort::Parity parityOf(const LineSettings& settings) {
-    switch (settings.parity) {
-        case Parity::odd:
+QSerialPort::Parity parityOf(char letter) {
+    switch (letter) {
+        case 'O':
             return QSerialPort::OddParity;
-        case Parity::even:
+        case 'E':
             return QSerialPort::EvenParity;
-        case Parity::mark:
-            return QSerialPort::MarkParity;
-        case Parity::space:
-            return QSerialPort::SpaceParity;
-        case Parity::none:
-            break;
+        default:
+            return QSerialPort::NoParity;
     }
-    return QSerialPort::NoParity;
 }
 
-bool open(QSerialPort& port, const LineSettings& settings) {
-    if (port.open(QIODevice::ReadWrite) && port.setBaudRate(settings.baudRate) &&
-        port.setDataBits(static_cast<QSerialPort::DataBits>(settings.dataBits)) &&
-        port.setParity(parityOf(settings)) &&
-        port.setStopBits(static_cast<QSerialPort::StopBits>(settings.stopBits)))
-        return true;
-    std::printf("%s\n", port.errorString().toUtf8().constData());
-    return false;
+bool apply(QSerialPort& port, const std::string& settings) {
+    int baudRate = 0;
+    int dataBits = 0;
+    int stopBits = 0;
+    char parity = 0;
+    return std::sscanf(settings.c_str(), "%d,%1d%c%1d", &baudRate, &dataBits, &parity, &stopBits) ==
+               4 &&
+           port.setBaudRate(baudRate) &&
+           port.setDataBits(static_cast<QSerialPort::DataBits>(dataBits)) &&
+           port.setParity(parityOf(parity)) &&
+           port.setStopBits(static_cast<QSerialPort::StopBits>(stopBits));
 }
 
 int ask(const char* device, const std::string& settings, const std::string& command) {
     QSerialPort port{QString(device)};
-    if (!open(port, *LineSettings::parse(settings))) return 1;
+    if (!port.open(QIODevice::ReadWrite) || !apply(port, settings)) {
+        std::printf("%s\n", port.errorString().toUtf8().constData());
+        return 1;
+    }
     port.write((command + "\r\n").c_str());
     QByteArray answer;
     while (!answer.endsWith('\n') && port.waitForReadyRead(3000))
