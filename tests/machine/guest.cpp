@@ -34,6 +34,7 @@ Balance Make() {
 }
 
 const std::map<std::string, Balance (*)()> kDrivers = {
+    {"denver-xl1800", Make<WbalanceDIC_XL1800>},
     {"gibertini+line", Make<WithLineReadiness<WbalanceGibertini>>},
     {"kern+line", Make<WithLineReadiness<WbalanceKern_EW_EGN_EWB>>},
     {"mettler-pm", Make<WbalanceMettlerPM>},
@@ -46,6 +47,7 @@ const std::map<std::string, Balance (*)()> kDrivers = {
     {"radwag", Make<WbalanceRadwag>},
     {"sartorius", Make<WbalanceSartorius>},
     {"scale-house", Make<WbalanceScaleHouseALD>},
+    {"setra-el2000s", Make<WbalanceSetra_EL_2000S>},
 };
 
 /// Reads its arguments from the line; what it has beyond the result goes into the answer.
