@@ -68,6 +68,17 @@ _NO_PRESET_TARE = Operation("TareSet 5", 0, interrupted="never")
 _PRESET_TARE_SENDS_NOTHING = Operation("TareSet 5", 1, interrupted="never")
 _FACTORY_SETTINGS_SEND_NOTHING = Operation("RestoreFactorySettings", 1, interrupted="never")
 
+_PM_OPERATIONS = (
+    Operation("IsReady", 1),
+    Operation("Weight 0", 1, 5.25, 2),
+    Operation("Weight 1", 1, 5.25, 2),
+    Operation("Weight 2", 1, 5.25, 2),
+    Operation("Tare", 1),
+    Operation("Weight 2", 1, 0.0, 2, interrupted="never"),
+    Operation("TareSet 5", 1),
+    Operation("Weight 2", 1, -5.0, 2, interrupted="never"),
+)
+
 DRIVERS = (
     Driver(
         "mettler-toledo", "2400 2 7 0 0 1", "2400 7E1", "mettler-toledo", 5.25,
@@ -78,18 +89,8 @@ DRIVERS = (
     Driver("mettler-toledo+line", "2400 2 7 0 0 1", "2400 7E1", "mettler-toledo", 5.25,
            operations=_mt_sics_readings(5.25, 2)),
     # Every operation begins with a trial reading, which has no second attempt.
-    Driver(
-        "mettler-pm", "600 2 7 0 0 1", "600 7E1", "mettler-toledo", 5.25, variant="on MT-SICS",
-        operations=(
-            Operation("IsReady", 1),
-            Operation("Weight 0", 1, 5.25, 2),
-            Operation("Weight 1", 1, 5.25, 2),
-            Operation("Weight 2", 1, 5.25, 2),
-            Operation("Tare", 1),
-            Operation("Weight 2", 1, 0.0, 2, interrupted="never"),
-            Operation("TareSet 5", 1),
-            Operation("Weight 2", 1, -5.0, 2, interrupted="never"),
-        )),
+    Driver("mettler-pm", "600 2 7 0 0 1", "600 7E1", "mettler-toledo", 5.25, variant="on MT-SICS",
+           operations=_PM_OPERATIONS),
     Driver("mettler-pr2003", "2400 2 7 0 0 1", "2400 7E1", "mettler-pr2003", 5.25,
            operations=(*_mt_sics_readings(5.25, UNTOUCHED),
                        *_preset_tare_without_confirmation(UNTOUCHED), *_SWITCH)),
@@ -98,6 +99,94 @@ DRIVERS = (
                        *_preset_tare_without_confirmation(UNTOUCHED), *_SWITCH)),
     Driver("mettler-sb32001", "2400 2 7 0 0 1", "2400 7E1", "mettler-sb32001", 5.2,
            operations=(*_mt_sics_readings(5.2, 1), *_preset_tare_without_confirmation(1))),
+    Driver(
+        "sartorius", "1200 1 7 0 0 1", "1200 7O1", "sartorius", 5.25,
+        operations=(
+            Operation("IsReady", 1),
+            Operation("Weight 0", 1, 5.25, UNTOUCHED),
+            Operation("Tare", 1),
+            Operation("Weight 0", 1, 0.0, UNTOUCHED, interrupted="never"),
+            Operation("TareSet 5", 1),
+            Operation("Weight 0", 1, -5.0, UNTOUCHED, interrupted="never"),
+        )),
+    Driver(
+        "ohaus", "2400 0 7 0 0 1", "2400 7N1", "ohaus", 5.25,
+        operations=(
+            Operation("IsReady", 1),
+            Operation("Weight 0", 1, 5.25, 7),
+            Operation("Weight 1", 1, 5.25, 7),
+            Operation("Tare", 1),
+            Operation("Weight 1", 1, 0.0, 7, interrupted="never"),
+            _NO_PRESET_TARE,
+            # Waits for nothing, and a port takes what it can't send any more.
+            Operation("RestoreFactorySettings", 1, pulled=1, interrupted="before"),
+        )),
+    # A tare without an answer is followed by a zero, and that succeeds.
+    Driver(
+        "radwag", "9600 2 7 0 0 1", "9600 7E1", "radwag", 5.25,
+        operations=(
+            Operation("IsReady", 1, interrupted="before"),
+            Operation("Weight 0", 1, 5.25, 2),
+            Operation("Weight 1", 1, 5.25, 2, cut=1),
+            Operation("Weight 2", 1, 5.25, 2),
+            Operation("Tare", 1, cut=1),
+            Operation("Weight 2", 1, 0.0, 2, interrupted="never"),
+            Operation("Zero", 1),
+            _PRESET_TARE_SENDS_NOTHING,
+        )),
+    Driver(
+        "kern+line", "1200 0 8 2 0 1", "1200 8N2", "kern", 5.25, failed_weight=UNTOUCHED,
+        operations=(
+            Operation("IsReady", 1, interrupted="before"),
+            Operation("Weight 0", 1, 5.25, 7),
+            Operation("Weight 1", 1, 5.25, 7),
+            Operation("Weight 2", 1, 5.25, 7),
+            Operation("Tare", 1),
+            Operation("Weight 2", 1, 0.0, 7, interrupted="never"),
+            _NO_PRESET_TARE,
+        )),
+    # The driver sets no parity: the port keeps none.
+    Driver(
+        "gibertini+line", "9600 1024 7 0 0 1", "9600 7N1", "gibertini", 5.25,
+        failed_weight=UNTOUCHED,
+        operations=(
+            Operation("IsReady", 1, interrupted="before"),
+            Operation("Weight 0", 1, 5.25, 2),
+            Operation("Tare", 1),
+            Operation("Weight 0", 1, 0.0, 2, interrupted="never"),
+            _NO_PRESET_TARE,
+        )),
+    # These two ask up to five times, so that the second request of a reading succeeds. The
+    # XL-1800's tare has been lost then, the EL-2000S tares after a reading.
+    Driver(
+        "denver-xl1800", "2400 0 8 0 0 1", "2400 8N1", "denver-xl1800", 5.25,
+        operations=(
+            Operation("IsReady", 1, cut=1),
+            Operation("Weight 0", 1, 5.25, UNTOUCHED, cut=1),
+            Operation("Weight 2", 1, 5.25, UNTOUCHED, cut=1),
+            Operation("Tare", 1),
+            Operation("Weight 0", 1, 0.0, UNTOUCHED, interrupted="never"),
+            _NO_PRESET_TARE,
+        )),
+    Driver(
+        "setra-el2000s", "2400 0 8 0 0 1", "2400 8N1", "setra-el2000s", 5.25,
+        operations=(
+            Operation("IsReady", 1, cut=1),
+            Operation("Weight 0", 1, 5.25, UNTOUCHED, cut=1),
+            Operation("Weight 2", 1, 5.25, UNTOUCHED, cut=1),
+            Operation("Tare", 1, cut=1),
+            Operation("Weight 0", 1, 0.0, UNTOUCHED, interrupted="never"),
+            _NO_PRESET_TARE,
+        )),
+    Driver(
+        "scale-house", "2400 0 7 0 0 1", "2400 7N1", "scale-house", 5.25,
+        operations=(
+            Operation("IsReady", 1),
+            Operation("Weight 0", 1, 5.25, 3),
+            Operation("Tare", 1),
+            Operation("Weight 0", 1, 0.0, 3, interrupted="never"),
+            _NO_PRESET_TARE,
+        )),
 )
 
 _BY_TITLE = {driver.title: driver for driver in DRIVERS}
