@@ -261,4 +261,27 @@ TEST(Wbalance, Ctrl_C_ends_the_monitor_with_its_summary) {
     EXPECT_EQ(ran.exitCode, 0);
 }
 
+TEST(Wbalance, Monitor_finds_an_adapter_again_that_comes_back_under_another_number) {
+    const TemporaryFile place;
+    const std::string link = place.Path() + "-link";
+    const Ran ran = RunShell(
+        "ln -s /dev/ttyUSB0 " + link + "; (sleep 1.5; ln -sfn /dev/ttyUSB1 " + link + ") & " +
+        WBALANCE_SIM + " mettler-toledo --usb --load 12.34 --fault unplug=/dev/ttyUSB1@1s+1s -- " +
+        WBALANCE + " monitor mettler-toledo@" + link + " -n 12 -i 0 -t 0 --json; rm " + link);
+    EXPECT_THAT(ran.output, HasSubstr("\"message\":\"at /dev/ttyUSB1\""));
+    EXPECT_THAT(ran.output, HasSubstr("\"port\":\"" + link + "\""));
+}
+
+TEST(Wbalance, A_radwag_out_of_its_range_is_no_weight_though_the_driver_says_so) {
+    EXPECT_EQ(WbalanceWith("radwag --fault overload", "weigh -d radwag -t 0").exitCode, 6);
+    EXPECT_EQ(WbalanceWith("radwag --fault underload", "weigh -d radwag -t 0").exitCode, 7);
+}
+
+TEST(Wbalance, A_radwag_is_weighed_tared_and_zeroed) {
+    const Ran weighed = WbalanceWith("radwag --load 8.5", "weigh -d radwag -t 0 --csv");
+    EXPECT_THAT(weighed.output, HasSubstr(",weight,8.5"));
+    EXPECT_EQ(WbalanceWith("radwag --load 8.5", "tare -d radwag").output, "tared\n");
+    EXPECT_EQ(WbalanceWith("radwag", "zero -d radwag").output, "zeroed\n");
+}
+
 }  // namespace

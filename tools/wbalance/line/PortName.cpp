@@ -13,6 +13,21 @@ namespace {
 // "/dev/ttyUSB" and 8 digits are what the library's name buffer holds.
 constexpr int kMostDigits = 8;
 
+// Far more than a device has, few enough for a circle.
+constexpr int kMostLinks = 16;
+
+// The port at the end of a chain of links, whether or not its device is there now.
+std::optional<PortNumber> FollowLinks(std::filesystem::path path) {
+    for (int i = 0; i < kMostLinks; ++i) {
+        if (const auto port = PortNumber::OfDevice(path)) return port;
+        std::error_code error;
+        const auto target = std::filesystem::read_symlink(path, error);
+        if (error) return std::nullopt;
+        path = (path.parent_path() / target).lexically_normal();
+    }
+    return std::nullopt;
+}
+
 bool IsNumber(const std::string& text) {
     return !text.empty() && text.find_first_not_of("0123456789") == std::string::npos;
 }
@@ -48,7 +63,7 @@ PortName::PortName(const std::string& text, bool usb) {
 }
 
 PortNumber PortName::Resolve() const {
-    if (const auto port = PortNumber::OfDevice(path_)) return *port;
+    if (const auto port = FollowLinks(path_)) return *port;
     std::error_code error;
     const std::string device = std::filesystem::canonical(path_, error).string();
     if (error) {

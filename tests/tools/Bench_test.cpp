@@ -1,0 +1,82 @@
+// wbalance with several simulated instruments at once, and with ports that refuse to be opened.
+
+#include <gmock/gmock.h>
+
+#include <cerrno>
+#include <sstream>
+
+#include "RunProgram.h"
+#include "simulator/VirtualBench.h"
+#include "simulator/line/VirtualLine.h"
+
+using simulator::Options;
+using simulator::VirtualBench;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+namespace {
+
+Ran WeighAtRefusal(int error) {
+    VirtualBench bench;
+    auto& balance = bench.place("mettler-toledo", Options().on("/dev/ttyUSB0"));
+    balance.withLine([error](simulator::HostLine& line) {
+        dynamic_cast<simulator::VirtualLine&>(line).refuseOpen(error);
+    });
+    return Wbalance("weigh -d mettler-toledo -p 0 --usb");
+}
+
+TEST(Bench, A_forbidden_port_names_the_group_that_may_open_it) {
+    const Ran ran = WeighAtRefusal(EACCES);
+    EXPECT_THAT(ran.errors, StartsWith("wbalance: /dev/ttyUSB0: permission denied; "));
+    EXPECT_THAT(ran.errors, HasSubstr("group is dialout"));
+    EXPECT_EQ(ran.exitCode, 3);
+}
+
+TEST(Bench, A_port_in_use_is_said_to_be_in_use) {
+    const Ran ran = WeighAtRefusal(EBUSY);
+    EXPECT_THAT(ran.errors, StartsWith("wbalance: /dev/ttyUSB0: the port is in use; "));
+    EXPECT_EQ(ran.exitCode, 3);
+}
+
+TEST(Bench, A_node_without_a_device_is_said_to_have_none) {
+    const Ran ran = WeighAtRefusal(ENODEV);
+    EXPECT_THAT(ran.errors, HasSubstr("no device is behind it (No such device)"));
+    EXPECT_EQ(ran.exitCode, 3);
+}
+
+TEST(Bench, The_readings_of_several_balances_never_mix) {
+    VirtualBench bench;
+    bench.place("mettler-toledo", Options().on("/dev/ttyS0").withLoad(11.11));
+    bench.place("mettler-xs", Options().on("/dev/ttyUSB0").withLoad(22.22));
+    bench.place("radwag", Options().on("/dev/ttyUSB1").withLoad(33.33));
+
+    const Ran ran = Wbalance(
+        "monitor mettler-toledo@0 mettler-xs@ttyUSB0 radwag@ttyUSB1 -n 5 -i 0 "
+        "-t 0 --csv");
+
+    std::istringstream lines(ran.output);
+    std::string line;
+    std::getline(lines, line);
+    int readings = 0;
+    for (; std::getline(lines, line); ++readings) {
+        if (line.find(",mettler-toledo,") != std::string::npos) {
+            EXPECT_THAT(line, HasSubstr(",\"/dev/ttyS0\",weight,11.11,"));
+        } else if (line.find(",mettler-xs,") != std::string::npos) {
+            EXPECT_THAT(line, HasSubstr(",\"/dev/ttyUSB0\",weight,22.2200,"));
+        } else {
+            EXPECT_THAT(line, HasSubstr(",radwag,\"/dev/ttyUSB1\",weight,33.33"));
+        }
+    }
+    EXPECT_GE(readings, 15);
+    EXPECT_EQ(ran.exitCode, 0);
+}
+
+TEST(Bench, A_balance_that_has_fallen_silent_does_not_give_its_old_weight) {
+    VirtualBench bench;
+    auto& balance = bench.place("mettler-toledo", Options().on("/dev/ttyS0").withLoad(10));
+    EXPECT_EQ(Wbalance("weigh -d mettler-toledo -t 0").output, "10.00 g\n");
+    balance.addFault("silent");
+    EXPECT_EQ(Wbalance("weigh -d mettler-toledo -t 0").output, "");
+}
+
+}  // namespace
