@@ -3,8 +3,12 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "simulator/instruments/denver-xl1800.h"
+#include "simulator/instruments/gibertini.h"
+#include "simulator/instruments/kern.h"
 #include "simulator/instruments/mettler-toledo.h"
 #include "simulator/instruments/radwag.h"
+#include "simulator/instruments/setra-el2000s.h"
 
 namespace simulator {
 namespace {
@@ -19,11 +23,15 @@ std::vector<CatalogEntry> sortedByName(std::vector<CatalogEntry> entries) {
 
 const std::vector<CatalogEntry>& catalog() {
     static const std::vector<CatalogEntry> entries = sortedByName({
+        denverXl1800(),
+        gibertini(),
+        kern(),
         mettlerToledo(),
         mettlerPr2003(),
         mettlerXs(),
         mettlerSb32001(),
         radwag(),
+        setraEl2000s(),
     });
     return entries;
 }

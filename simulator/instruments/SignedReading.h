@@ -1,0 +1,42 @@
+#pragma once
+
+#include "simulator/Switches.h"
+#include "simulator/instruments/Dialect.h"
+
+namespace simulator {
+
+/// What the Denver Instrument XL-1800 and the Setra EL-2000S have in common: commands without a
+/// line end, a request that is answered at once with a line of status, sign and number, and a tare
+/// that is not answered. What is in no row of the command table is ignored.
+class SignedReading : public Dialect {
+ public:
+    /// `request` and `tare` are the command texts; `switches` are those of signedReadingSwitches().
+    SignedReading(BalanceModel& model, const Switches& switches, const std::string& request,
+                  const std::string& tare);
+
+ protected:
+    std::optional<std::string> cutCommand(std::string& received) override;
+    void execute(const std::string& command) override;
+    void unknown(const std::string&) override {}
+    bool interrupts(const std::string&) const override { return true; }
+
+    /// The line of a reading, without its end.
+    virtual std::string line(const Reading& reading) const;
+
+    /// "-": the sign of a reading, also of a positive one.
+    static std::string sign(const Reading& reading) { return reading.value < 0 ? "-" : "+"; }
+    /// The number without its sign; letters in its place out of range.
+    static std::string number(const Reading& reading);
+    const Switches& switches() const { return switches_; }
+
+ private:
+    void sayReading();
+    void tare();
+
+    Switches switches_;
+};
+
+/// The switches that both instruments have.
+std::vector<SwitchDescription> signedReadingSwitches();
+
+}  // namespace simulator

@@ -1,0 +1,61 @@
+// Denver Instrument XL-1800. Its manual is not at hand: the line is the one that hosts know, and
+// the switches offer what a relative of it sends.
+//   > "?1"  < "1+    12.34 g"    at rest; "U-     0.50 g" while the pan moves
+//   > "T"   no answer
+
+#include "simulator/instruments/denver-xl1800.h"
+
+#include "simulator/instruments/SignedReading.h"
+
+namespace simulator {
+namespace {
+
+class DenverXl1800 : public SignedReading {
+ public:
+    DenverXl1800(BalanceModel& model, const Switches& switches)
+        : SignedReading(model, switches, "?1", "T") {}
+
+ protected:
+    std::string line(const Reading& reading) const override {
+        const std::string timeLine = switches().isOn("time-line") ? "09:10:37\r\n" : "";
+        const std::string& form = switches().text("form");
+        const std::string signAndNumber = sign(reading) + rightAligned(number(reading), 10);
+        if (form == "spaced") return timeLine + (reading.stable ? "1 " : "U ") + signAndNumber;
+        if (form == "bare") return timeLine + signAndNumber;
+        return timeLine + SignedReading::line(reading);
+    }
+};
+
+std::vector<SwitchDescription> denverSwitches() {
+    auto switches = signedReadingSwitches();
+    switches.push_back(
+        {"form",
+         "marked",
+         {"marked", "spaced", "bare"},
+         "the line: \"1+ 12.34 g\", \"1 + 12.34\" as a relative sends it, or \"+ 12.34\""});
+    switches.push_back(onOff("time-line", false, "sends the time of day ahead of every reading"));
+    return switches;
+}
+
+}  // namespace
+
+CatalogEntry denverXl1800() {
+    BalanceData data;
+    data.capacity = 1800;
+    data.lowestLoad = -180;
+    data.zeroRange = 36;
+    const LineSettings line{2400, 8, Parity::none, 1, FlowControl::none};
+    const auto create = [](BalanceModel& model, const Switches& switches) {
+        return std::unique_ptr<Dialect>(new DenverXl1800(model, switches));
+    };
+    return {"denver-xl1800",
+            "Denver Instrument",
+            "XL-1800, 1800 g",
+            "WbalanceDIC_XL1800",
+            line,
+            data,
+            denverSwitches(),
+            create};
+}
+
+}  // namespace simulator

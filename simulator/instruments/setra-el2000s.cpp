@@ -1,0 +1,51 @@
+// Setra EL-2000S. Its manual is not at hand: the line is the one that hosts know, the switches
+// offer the L-series' line and the EL-410S's tare.
+//   > "#"   < "1+    12.34 g"   at rest; "U-     0.50 g" while the pan moves; HHH and LLL out of
+//   range > "T"   no answer
+
+#include "simulator/instruments/setra-el2000s.h"
+
+#include "simulator/instruments/SignedReading.h"
+
+namespace simulator {
+namespace {
+
+class SetraEl2000s : public SignedReading {
+ public:
+    SetraEl2000s(BalanceModel& model, const Switches& switches)
+        : SignedReading(model, switches, "#", switches.text("tare-command")) {}
+
+ protected:
+    std::string line(const Reading& reading) const override {
+        if (switches().text("form") == "marked") return SignedReading::line(reading);
+        // Sign, six digits with their point, blank, mode, unit, one more character: "+ 12.34 NG "
+        return sign(reading) + rightAligned(number(reading), 7) + " NG ";
+    }
+};
+
+std::vector<SwitchDescription> setraSwitches() {
+    auto switches = signedReadingSwitches();
+    switches.push_back({"form",
+                        "marked",
+                        {"marked", "l-series"},
+                        "the line: \"1+ 12.34 g\", or \"+ 12.34 NG\" of the L-series"});
+    switches.push_back({"tare-command", "T", {"T", "$t"}, "what tares; the EL-410S has $t"});
+    return switches;
+}
+
+}  // namespace
+
+CatalogEntry setraEl2000s() {
+    BalanceData data;
+    data.capacity = 2000;
+    data.lowestLoad = -200;
+    data.zeroRange = 40;
+    const LineSettings line{2400, 8, Parity::none, 1, FlowControl::none};
+    const auto create = [](BalanceModel& model, const Switches& switches) {
+        return std::unique_ptr<Dialect>(new SetraEl2000s(model, switches));
+    };
+    return {"setra-el2000s", "Setra", "EL-2000S, 2000 g", "WbalanceSetra_EL_2000S", line, data,
+            setraSwitches(), create};
+}
+
+}  // namespace simulator
