@@ -1,0 +1,130 @@
+#include <gtest/gtest.h>
+#include <wbalance/WbalanceGibertini.h>
+#include <wbalance/WithLineReadiness.h>
+
+#include <thread>
+
+#include "simulator/VirtualBench.h"
+
+using simulator::LineSettings;
+using simulator::Options;
+using simulator::VirtualBench;
+
+namespace {
+
+/// A Gibertini balance on /dev/ttyS0, the driver with a readiness of the line's alone, and what a
+/// host sees of a reading.
+class WbalanceGibertiniEndToEnd : public testing::Test {
+ protected:
+    simulator::ConnectedInstrument& have(const Options& options) {
+        return bench_.place("gibertini", options);
+    }
+    int read() { return driver_.Weight(1, &weight_, &decimals_); }
+
+    VirtualBench bench_;
+    WithLineReadiness<WbalanceGibertini> driver_;
+    double weight_ = -1;
+    int decimals_ = -1;
+};
+
+}  // namespace
+
+TEST_F(WbalanceGibertiniEndToEnd, A_stable_weight_at_the_delivered_line_settings) {
+    auto& balance = have(Options().withLoad(123.45));
+    EXPECT_EQ(read(), 1);
+    EXPECT_EQ(weight_, 123.45);
+    EXPECT_EQ(decimals_, 2);
+    EXPECT_EQ(balance.sentByHost(), "B\r");
+    EXPECT_EQ(balance.sentByInstrument(), "    123.45 g   DS\r\n");
+    EXPECT_EQ(balance.settingsOfLastCommand(), LineSettings::parse("9600,7N1"));
+}
+
+TEST_F(WbalanceGibertiniEndToEnd, A_parity_that_the_host_sets_is_set) {
+    auto& balance = have(Options().withLoad(-12.5).at("9600,7E1").withPacing());
+    driver_.SetCommConfig(9600, Cwbalance::ParityEven, 7, 0, 0, 1, 'S');
+    EXPECT_EQ(read(), 1);
+    EXPECT_EQ(weight_, -12.5);
+    EXPECT_EQ(balance.settingsOfLastCommand(), LineSettings::parse("9600,7E1"));
+}
+
+TEST_F(WbalanceGibertiniEndToEnd, A_moving_pan_is_read_with_success) {
+    auto& balance = have(Options().withLoad(12.5).withFault("busy"));
+    EXPECT_EQ(read(), 1);
+    EXPECT_EQ(weight_, 12.5);
+    EXPECT_EQ(balance.sentByInstrument(), "     12.50 g   DI\r\n");
+}
+
+TEST_F(WbalanceGibertiniEndToEnd, A_late_answer_is_read_on_for) {
+    auto& balance = have(Options().withLoad(12.5).withFault("late=4s"));
+    EXPECT_EQ(read(), 1);
+    EXPECT_EQ(weight_, 12.5);
+    EXPECT_EQ(balance.sentByHost(), "B\r");
+}
+
+TEST_F(WbalanceGibertiniEndToEnd, Tare_tares) {
+    auto& balance = have(Options().withLoad(12.5));
+    EXPECT_EQ(driver_.Tare(), 1);
+    EXPECT_EQ(balance.sentByHost(), "T\r");
+    EXPECT_EQ(balance.sentByInstrument(), "     12.50 g   TS\r\n");
+    EXPECT_EQ(read(), 1);
+    EXPECT_EQ(weight_, 0.0);
+}
+
+TEST_F(WbalanceGibertiniEndToEnd, Tare_takes_the_second_record_that_says_it_is_done) {
+    auto& balance = have(Options().withLoad(0).with("tare-done"));
+    balance.setLoad(50);
+    EXPECT_EQ(driver_.Tare(), 1);
+    EXPECT_EQ(read(), 1);
+    EXPECT_NEAR(weight_, 0.0, 0.02);  // at rest is what changes by no more than a step
+}
+
+TEST_F(WbalanceGibertiniEndToEnd, Tare_of_an_overloaded_balance_fails) {
+    auto& balance = have(Options().withLoad(700));
+    EXPECT_EQ(driver_.Tare(), 0);
+    EXPECT_EQ(balance.sentByInstrument(), "    700.00 g   OE\r\n");
+}
+
+TEST_F(WbalanceGibertiniEndToEnd, The_operations_without_a_command_send_none) {
+    auto& balance = have(Options().withLoad(12.5));
+    EXPECT_EQ(driver_.IsReady(), 1);
+    EXPECT_EQ(driver_.TareSet(5.0), 0);
+    EXPECT_EQ(driver_.RestoreFactorySettings(), 1);
+    EXPECT_EQ(balance.sentByHost(), "");
+    EXPECT_TRUE(balance.isOpenedByHost());
+}
+
+// Each of these costs the driver's 20 s, so that they are read side by side.
+TEST(WbalanceGibertiniRefused, What_is_no_valid_record_is_refused_for_20_s) {
+    struct Case {
+        const char* device;
+        int port;
+        Options options;
+        double load;
+        double seen;
+        int result = -1;
+        double weight = -1;
+    };
+    Case cases[] = {
+        {"/dev/ttyS0", 0, Options(), 700, 700.0},  // over-range: refused, and yet written
+        {"/dev/ttyS1", 1, Options().with("protocol=euro"), 12.5, -1},
+        {"/dev/ttyS2", 2, Options().with("protocol=printer"), 12.5, -1},
+        {"/dev/ttyS3", 3, Options().withFault("truncated=12"), 12.5, -1},
+        {"/dev/ttyS4", 4, Options().withFault("silent"), 12.5, -1},
+    };
+    VirtualBench bench;
+    std::vector<std::thread> hosts;
+    for (Case& each : cases) {
+        bench.place("gibertini", each.options.on(each.device).withLoad(each.load));
+        hosts.emplace_back([&each] {
+            WithLineReadiness<WbalanceGibertini> driver;
+            driver.SetCommPort(each.port);
+            each.result = driver.Weight(1, &each.weight, nullptr);
+        });
+    }
+    for (std::thread& host : hosts)
+        host.join();
+    for (const Case& each : cases) {
+        EXPECT_EQ(each.result, 0) << each.device;
+        EXPECT_EQ(each.weight, each.seen) << each.device;
+    }
+}
