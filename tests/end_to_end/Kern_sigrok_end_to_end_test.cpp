@@ -1,0 +1,108 @@
+// The simulated Kern balance as a client reads it that has nothing to do with this project:
+// Debian's sigrok-cli, whose driver was written for the balance itself. Skipped where sigrok-cli is
+// missing, and where the system lists no serial port, because sigrok-cli takes no other.
+
+#include <gtest/gtest.h>
+#include <wbalance/WbalanceKern_EW_EGN_EWB.h>
+#include <wbalance/WithLineReadiness.h>
+
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+
+#include "simulator/VirtualBench.h"
+
+using simulator::LineSettings;
+using simulator::Options;
+using simulator::VirtualBench;
+
+namespace {
+
+std::string outputOf(const std::string& command) {
+    FILE* pipe = ::popen((command + " 2>&1").c_str(), "r");
+    std::string output;
+    std::array<char, 4096> buffer;
+    while (const std::size_t count = std::fread(buffer.data(), 1, buffer.size(), pipe))
+        output.append(buffer.data(), count);
+    ::pclose(pipe);
+    return output;
+}
+
+/// The least number of a port that the system lists; -1 for none.
+int listedPort() {
+    for (int port = 0; port < 64; ++port)
+        if (std::filesystem::exists("/sys/class/tty/ttyS" + std::to_string(port))) return port;
+    return -1;
+}
+
+class KernReadBySigrok : public testing::Test {
+ protected:
+    void SetUp() override {
+        if (std::system("command -v sigrok-cli >/dev/null") != 0)
+            GTEST_SKIP() << "sigrok-cli is not installed (apt-get install sigrok-cli)";
+        if (port_ < 0)
+            GTEST_SKIP() << "there is no port under /sys/class/tty, sigrok-cli needs one";
+    }
+
+    simulator::ConnectedInstrument& have(Options options) {
+        return bench_.place("kern", options.on(device()).with("fill=zero"));
+    }
+    /// What sigrok-cli prints of two readings.
+    std::string readings() const {
+        return outputOf("LD_PRELOAD=" VIRTUAL_LINE
+                        " timeout 60 sigrok-cli --driver kern-ew-6200-2nm:conn=" +
+                        device() + " --samples 2");
+    }
+    /// This project's driver on the same port.
+    struct Driver : WithLineReadiness<WbalanceKern_EW_EGN_EWB> {
+        explicit Driver(int port) { SetCommPort(port); }
+    };
+    Driver driver() const { return Driver(port_); }
+
+ private:
+    std::string device() const { return "/dev/ttyS" + std::to_string(port_); }
+
+    const int port_ = listedPort();
+    VirtualBench bench_;
+};
+
+}  // namespace
+
+TEST_F(KernReadBySigrok, A_stable_weight) {
+    auto& balance = have(Options().withLoad(12.5));
+    EXPECT_EQ(readings(), "Mass: 12.50 g\nMass: 12.50 g\n");
+    EXPECT_EQ(balance.sentByHost(), "O1\r\nO1\r\n");
+    EXPECT_EQ(balance.settingsOfLastCommand(), LineSettings::parse("1200,8N2"));
+}
+
+TEST_F(KernReadBySigrok, An_unstable_weight) {
+    have(Options().withLoad(12.5).withFault("busy"));
+    EXPECT_EQ(readings(), "Mass: 12.50 g UNSTABLE\nMass: 12.50 g UNSTABLE\n");
+}
+
+TEST_F(KernReadBySigrok, A_negative_weight) {
+    have(Options().withLoad(-3.25));
+    EXPECT_EQ(readings(), "Mass: -3.25 g\nMass: -3.25 g\n");
+}
+
+TEST_F(KernReadBySigrok, A_weight_of_seven_digits) {
+    have(Options().withLoad(12.345).with("digits=7").with("readability=0.001"));
+    EXPECT_EQ(readings(), "Mass: 12.345 g\nMass: 12.345 g\n");
+}
+
+TEST_F(KernReadBySigrok, An_overloaded_balance) {
+    have(Options().withLoad(700));
+    EXPECT_EQ(readings(), "Mass: inf g\nMass: inf g\n");
+}
+
+TEST_F(KernReadBySigrok, What_this_projects_driver_has_tared_and_weighed) {
+    auto& balance = have(Options().withLoad(12.5).with("settling=1ms"));
+    double weight = -1;
+    EXPECT_EQ(driver().Tare(), 1);
+    EXPECT_EQ(readings(), "Mass: 0.00 g\nMass: 0.00 g\n");
+    balance.setLoad(5);
+    EXPECT_EQ(driver().Weight(0, &weight, nullptr), 1);
+    EXPECT_EQ(weight, -7.5);
+    EXPECT_EQ(readings(), "Mass: -7.50 g\nMass: -7.50 g\n");
+}
