@@ -68,16 +68,20 @@ _NO_PRESET_TARE = Operation("TareSet 5", 0, interrupted="never")
 _PRESET_TARE_SENDS_NOTHING = Operation("TareSet 5", 1, interrupted="never")
 _FACTORY_SETTINGS_SEND_NOTHING = Operation("RestoreFactorySettings", 1, interrupted="never")
 
-_PM_OPERATIONS = (
-    Operation("IsReady", 1),
-    Operation("Weight 0", 1, 5.25, 2),
-    Operation("Weight 1", 1, 5.25, 2),
-    Operation("Weight 2", 1, 5.25, 2),
-    Operation("Tare", 1),
-    Operation("Weight 2", 1, 0.0, 2, interrupted="never"),
-    Operation("TareSet 5", 1),
-    Operation("Weight 2", 1, -5.0, 2, interrupted="never"),
-)
+
+def _mettler_pm(weight_after_preset):
+    """Every operation begins with a trial reading, which has no second attempt."""
+    return (
+        Operation("IsReady", 1),
+        Operation("Weight 0", 1, 5.25, 2),
+        Operation("Weight 1", 1, 5.25, 2),
+        Operation("Weight 2", 1, 5.25, 2),
+        Operation("Tare", 1),
+        Operation("Weight 2", 1, 0.0, 2, interrupted="never"),
+        Operation("TareSet 5", 1),
+        Operation("Weight 2", 1, weight_after_preset, 2, interrupted="never"),
+    )
+
 
 DRIVERS = (
     Driver(
@@ -88,9 +92,11 @@ DRIVERS = (
     # A balance that answers the reset needs the readiness that sends none.
     Driver("mettler-toledo+line", "2400 2 7 0 0 1", "2400 7E1", "mettler-toledo", 5.25,
            operations=_mt_sics_readings(5.25, 2)),
-    # Every operation begins with a trial reading, which has no second attempt.
+    # The preset takes the place of the tare; only MT-SICS is told the sum of both.
+    Driver("mettler-pm", "600 2 7 0 0 1", "600 7E1", "mettler-pm", 5.25,
+           variant="on the standard protocol", operations=_mettler_pm(0.25)),
     Driver("mettler-pm", "600 2 7 0 0 1", "600 7E1", "mettler-toledo", 5.25, variant="on MT-SICS",
-           operations=_PM_OPERATIONS),
+           operations=_mettler_pm(-5.0)),
     Driver("mettler-pr2003", "2400 2 7 0 0 1", "2400 7E1", "mettler-pr2003", 5.25,
            operations=(*_mt_sics_readings(5.25, UNTOUCHED),
                        *_preset_tare_without_confirmation(UNTOUCHED), *_SWITCH)),

@@ -36,7 +36,10 @@ def output(*command, **options):
 def unpack_kernel(directory):
     """Debian's present kernel package, unpacked in `directory`; nothing of it is installed."""
     depends = output("apt-cache", "depends", "linux-image-amd64", text=True)
-    package = re.search(r"Depends: (linux-image-\S+)", depends).group(1)
+    found = re.search(r"Depends: (linux-image-\S+)", depends)
+    if found is None:
+        raise FileNotFoundError("apt knows no linux-image-amd64; try apt-get update")
+    package = found.group(1)
     unpacked = directory / package
     if not unpacked.exists():
         download = directory / "download"
