@@ -284,4 +284,22 @@ TEST(Wbalance, A_radwag_is_weighed_tared_and_zeroed) {
     EXPECT_EQ(WbalanceWith("radwag", "zero -d radwag").output, "zeroed\n");
 }
 
+TEST(Wbalance, A_log_on_a_full_disk_ends_the_monitor_and_is_no_loss_of_the_balance) {
+    const Ran ran = WbalanceWith("mettler-toledo --load 12.34",
+                                 "monitor mettler-toledo@0 -i 0 -t 0 --json --log /dev/full");
+    EXPECT_EQ(ran.output, "");
+    EXPECT_EQ(ran.errors,
+              "wbalance: /dev/full: the log can't be written: No space left on device\n");
+    EXPECT_EQ(ran.exitCode, 70);
+}
+
+TEST(Wbalance, Both_commands_of_a_factory_reset_go_over_the_line) {
+    const TemporaryFile log;
+    const Ran ran = WbalanceWith("mettler-toledo --line 2400,7N1 --log " + log.Path(),
+                                 "factory-reset -d ohaus -t 0 --yes");
+    EXPECT_EQ(ran.output, "factory reset sent; the balance does not confirm it\n");
+    EXPECT_THAT(log.Text(), HasSubstr("R\\r\\n"));
+    EXPECT_THAT(log.Text(), HasSubstr("0A\\r\\n"));
+}
+
 }  // namespace

@@ -48,7 +48,7 @@ std::string DoneText(const Request& request) {
         case Operation::SwitchOff:
             return "switched off";
         case Operation::FactoryReset:
-            return "factory settings restored";
+            return "factory reset sent; the balance does not confirm it";
     }
     return "";
 }

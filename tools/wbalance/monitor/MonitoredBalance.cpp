@@ -28,15 +28,20 @@ std::vector<pollfd> MonitoredBalance::Watched() const {
 }
 
 void MonitoredBalance::Step(Clock::time_point now) {
+    std::optional<Measurement> measurement;
     try {
-        if (process_ && process_->IsBusy()) {
-            Watch(now);
-        } else if (now >= next_) {
-            Begin(now);
-        }
+        measurement = Advance(now);
     } catch (const ToolError& error) {
         Lose(error.what(), now);
     }
+    // Outside: what fails in the listener, such as a full disk, is no loss of the balance.
+    if (measurement) Deliver(*measurement);
+}
+
+std::optional<Measurement> MonitoredBalance::Advance(Clock::time_point now) {
+    if (process_ && process_->IsBusy()) return Watch(now);
+    if (now >= next_) Begin(now);
+    return std::nullopt;
 }
 
 void MonitoredBalance::Begin(Clock::time_point now) {
@@ -54,27 +59,32 @@ void MonitoredBalance::Connect() {
     process_ = std::make_unique<BalanceProcess>(connection_, listener_.onTrace);
 }
 
-void MonitoredBalance::Watch(Clock::time_point now) {
+std::optional<Measurement> MonitoredBalance::Watch(Clock::time_point now) {
     process_->Serve();
-    if (!process_->IsBusy()) {
-        Conclude(now);
-        return;
-    }
+    if (!process_->IsBusy()) return Conclude(now);
     // Without its device a reading goes on for its whole time, with nothing to wait for.
     if (!IsThere(connection_.port.Device()))
         throw ToolError(ExitCode::PortFailed, connection_.port.Device() + " has gone");
     next_ = now + kLook;
+    return std::nullopt;
 }
 
-void MonitoredBalance::Conclude(Clock::time_point now) {
+Measurement MonitoredBalance::Conclude(Clock::time_point now) {
     const Report report = process_->TakeReport();
     RequirePort(connection_, report);
     const Measurement measurement = Measure(*settings_.driver, report);
     if (measurement.reading.meaning == Meaning::Silence)
         throw ToolError(ExitCode::Silent, SentenceFor(measurement.reading));
-    if (lost_) Return();
-    listener_.onReading(*this, measurement);
     next_ = std::max(due_, now);
+    return measurement;
+}
+
+void MonitoredBalance::Deliver(const Measurement& measurement) {
+    if (lost_) {
+        lost_ = false;
+        listener_.onBack(*this, connection_.port.Device());
+    }
+    listener_.onReading(*this, measurement);
 }
 
 void MonitoredBalance::Lose(const std::string& reason, Clock::time_point now) {
@@ -84,11 +94,6 @@ void MonitoredBalance::Lose(const std::string& reason, Clock::time_point now) {
     if (lost_) return;
     lost_ = true;
     listener_.onLost(*this, reason);
-}
-
-void MonitoredBalance::Return() {
-    lost_ = false;
-    listener_.onBack(*this, connection_.port.Device());
 }
 
 }  // namespace tool

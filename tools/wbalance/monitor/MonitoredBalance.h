@@ -5,6 +5,7 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -55,12 +56,13 @@ class MonitoredBalance {
     bool IsLost() const { return lost_; }
 
  private:
+    std::optional<Measurement> Advance(Clock::time_point now);
     void Begin(Clock::time_point now);
     void Connect();
-    void Watch(Clock::time_point now);
-    void Conclude(Clock::time_point now);
+    std::optional<Measurement> Watch(Clock::time_point now);
+    Measurement Conclude(Clock::time_point now);
+    void Deliver(const Measurement& measurement);
     void Lose(const std::string& reason, Clock::time_point now);
-    void Return();
 
     const Settings settings_;
     const Listener listener_;
