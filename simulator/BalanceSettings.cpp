@@ -1,5 +1,6 @@
 #include "simulator/BalanceSettings.h"
 
+#include <map>
 #include <stdexcept>
 
 #include "simulator/Text.h"
@@ -17,12 +18,21 @@ void apply(const Switches& switches, const std::string& name, double& value) {
     value = *number;
 }
 
+void applyUnit(const std::string& unit, BalanceData& data) {
+    static const std::map<std::string, double> gramsPerUnit = {
+        {"g", 1}, {"kg", 1000}, {"mg", 0.001}, {"oz", 28.349523125}};
+    if (unit.empty()) return;
+    data.unit = unit;
+    data.gramsPerUnit = gramsPerUnit.at(unit);
+}
+
 }  // namespace
 
 const std::vector<SwitchDescription>& balanceSwitches() {
     static const std::vector<SwitchDescription> all = {
         {"capacity", "", {}, "largest load in grams; above it comes overload"},
         {"readability", "", {}, "step of the display in grams"},
+        {"unit", "", {"g", "kg", "mg", "oz"}, "unit of the display"},
         {"noise", "", {}, "standard deviation of a reading in grams"},
         {"drift", "", {}, "grams per hour by which the reading creeps away"},
         {"settling", "150ms", {}, "time constant with which the pan follows the load", true},
@@ -33,6 +43,7 @@ const std::vector<SwitchDescription>& balanceSwitches() {
 void applyBalanceSwitches(const Switches& switches, BalanceData& data) {
     apply(switches, "capacity", data.capacity);
     apply(switches, "readability", data.readability);
+    applyUnit(switches.text("unit"), data);
     apply(switches, "noise", data.noise);
     apply(switches, "drift", data.driftPerHour);
     data.settling = switches.time("settling");

@@ -8,8 +8,8 @@
 
 namespace simulator {
 
-/// The switches that every instrument has because it is a balance: capacity, readability, noise,
-/// drift and settling.
+/// The switches that every instrument has because it is a balance: capacity, readability, unit,
+/// noise, drift and settling.
 const std::vector<SwitchDescription>& balanceSwitches();
 
 /// Takes one of them over into `data`; does nothing for the empty value, which stands for what the

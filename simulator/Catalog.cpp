@@ -6,8 +6,12 @@
 #include "simulator/instruments/denver-xl1800.h"
 #include "simulator/instruments/gibertini.h"
 #include "simulator/instruments/kern.h"
+#include "simulator/instruments/mettler-pm.h"
 #include "simulator/instruments/mettler-toledo.h"
+#include "simulator/instruments/ohaus.h"
 #include "simulator/instruments/radwag.h"
+#include "simulator/instruments/sartorius.h"
+#include "simulator/instruments/scale-house.h"
 #include "simulator/instruments/setra-el2000s.h"
 
 namespace simulator {
@@ -30,7 +34,11 @@ const std::vector<CatalogEntry>& catalog() {
         mettlerPr2003(),
         mettlerXs(),
         mettlerSb32001(),
+        mettlerPm(),
+        ohaus(),
         radwag(),
+        sartorius(),
+        scaleHouse(),
         setraEl2000s(),
     });
     return entries;

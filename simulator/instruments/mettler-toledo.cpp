@@ -172,6 +172,12 @@ class MtSics : public Dialect {
     Switches switches_;
 };
 
+}  // namespace
+
+std::unique_ptr<Dialect> mtSicsDialect(BalanceModel& model, const Switches& switches) {
+    return std::unique_ptr<Dialect>(new MtSics(model, switches));
+}
+
 std::vector<SwitchDescription> mtSicsSwitches() {
     return {
         onOff("reset-answer", true, "answers @ with its serial number"),
@@ -184,13 +190,13 @@ std::vector<SwitchDescription> mtSicsSwitches() {
     };
 }
 
+namespace {
+
 CatalogEntry entry(const std::string& name, const std::string& model,
                    const std::string& driverClass, const LineSettings& line,
                    const BalanceData& balance) {
-    const auto create = [](BalanceModel& balanceModel, const Switches& switches) {
-        return std::unique_ptr<Dialect>(new MtSics(balanceModel, switches));
-    };
-    return {name, "Mettler Toledo", model, driverClass, line, balance, mtSicsSwitches(), create};
+    return {name,    "Mettler Toledo", model,        driverClass, line,
+            balance, mtSicsSwitches(), mtSicsDialect};
 }
 
 BalanceData balanceOf(double capacity, double readability) {

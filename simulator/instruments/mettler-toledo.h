@@ -10,4 +10,8 @@ CatalogEntry mettlerPr2003();   ///< "mettler-pr2003"
 CatalogEntry mettlerXs();       ///< "mettler-xs"
 CatalogEntry mettlerSb32001();  ///< "mettler-sb32001"
 
+// For other balances that can be set to MT-SICS.
+std::unique_ptr<Dialect> mtSicsDialect(BalanceModel& model, const Switches& switches);
+std::vector<SwitchDescription> mtSicsSwitches();
+
 }  // namespace simulator

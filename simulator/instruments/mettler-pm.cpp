@@ -1,0 +1,134 @@
+// Mettler PM balance with the standard PM protocol; one that is set to MT-SICS speaks as the
+// balances of mettler-toledo.cpp do.
+//
+//   > "S"       < "S       12.34 g"    waits for the pan to rest; "SI" when it never does
+//   > "SI"      < "S       12.34 g", "SD      12.30 g", "SI", "SI+", "SI-"
+//   > "SIR"     the same again and again, until S, SI or SIR
+//   > "T"       tare at rest; no answer, or "EL"
+//   > "B 5.00"  preset tare, "B 0" none; no answer, or "EL"
+//   > "@"       < "ES", as every unknown command
+
+#include "simulator/instruments/mettler-pm.h"
+
+#include "simulator/Text.h"
+#include "simulator/instruments/mettler-toledo.h"
+
+namespace simulator {
+namespace {
+
+/// Identifier in two columns, blank, value in ten, blank, unit: "SD      12.34 g".
+constexpr std::size_t identifierColumns = 2;
+constexpr std::size_t valueColumns = 10;
+
+class StandardPm : public Dialect {
+ public:
+    StandardPm(BalanceModel& model, const Switches& switches)
+        : Dialect(model, "\r\n"), switches_(switches) {
+        onPlain("S", [this] { sendStable(); });
+        onPlain("SI", [this] { sendImmediately(); });
+        onPlain("SIR", [this] { sendRepeatedly(); });
+        onPlain("T", [this] { tareAtRest(); });
+        onPlain("TI", [this] { tare(); });
+        on("B", [this](const std::string& value) { presetTare(value); });
+        on("D", [this](const std::string& text) { balance().showText(text); });
+        // Known, with answers that are not documented.
+        for (const char* command : {"SR", "SNR", "U", "M", "ID", "CA"})
+            on(command, [](const std::string&) {});
+    }
+
+ protected:
+    void unknown(const std::string& command) override {
+        if (!command.empty()) say("ES");
+    }
+    void refuse(const std::string&) override { say("EL"); }
+    void spoiled() override { say("ET"); }
+
+    /// An empty line repeats the last command on some balances of the family.
+    void execute(const std::string& command) override {
+        if (!command.empty()) last_ = command;
+        Dialect::execute(switches_.isOn("empty-line-repeats") ? last_ : command);
+    }
+
+ private:
+    bool isOutOfRange() {
+        const auto range = balance().read().range;
+        if (range == Reading::Range::inside) return false;
+        say(range == Reading::Range::over ? "SI+" : "SI-");
+        return true;
+    }
+
+    void sayWeight() {
+        const Reading reading = balance().read();
+        say(leftAligned(reading.stable ? "S" : "SD", identifierColumns) + " " +
+            rightAligned(reading.digits(), valueColumns) + " " + reading.unit);
+    }
+
+    void sendStable() {
+        stopRepeating();
+        if (isOutOfRange()) return;
+        whenStable(
+            switches_.time("stability-time-out"),
+            [this] {
+                if (!isOutOfRange()) sayWeight();
+            },
+            [this] { say("SI"); });
+    }
+
+    void sendImmediately() {
+        stopRepeating();
+        sayWeightNow();
+    }
+
+    void sayWeightNow() {
+        if (isBusy())
+            say("SI");
+        else if (!isOutOfRange())
+            sayWeight();
+    }
+
+    void sendRepeatedly() {
+        stopRepeating();
+        every(switches_.time("repeat-interval"), [this] { sayWeightNow(); });
+    }
+
+    void tareAtRest() {
+        whenStable(
+            switches_.time("stability-time-out"), [this] { tare(); }, [this] { say("EL"); });
+    }
+
+    void tare() {
+        if (balance().tare() != Outcome::done) say("EL");
+    }
+
+    void presetTare(const std::string& text) {
+        const auto value = parseNumber(text);
+        if (!value || balance().presetTare(*value * balance().data().gramsPerUnit) != Outcome::done)
+            say("EL");
+    }
+
+    Switches switches_;
+    std::string last_;
+};
+
+}  // namespace
+
+CatalogEntry mettlerPm() {
+    CatalogEntry entry;
+    entry.name = "mettler-pm";
+    entry.maker = "Mettler";
+    entry.model = "PM, 610 g";
+    entry.driverClass = "WbalanceMettlerPM";
+    entry.line = {600, 7, Parity::even, 1, FlowControl::none};
+    entry.switches = mtSicsSwitches();
+    entry.switches.insert(
+        entry.switches.begin(),
+        {{"protocol", "standard", {"standard", "mt-sics"}, "language; some switches are of MT-SICS only"},
+         onOff("empty-line-repeats", false, "repeats the last command on an empty line")});
+    entry.createDialect = [](BalanceModel& model, const Switches& switches) {
+        if (switches.text("protocol") == "mt-sics") return mtSicsDialect(model, switches);
+        return std::unique_ptr<Dialect>(new StandardPm(model, switches));
+    };
+    return entry;
+}
+
+}  // namespace simulator

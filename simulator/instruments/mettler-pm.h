@@ -1,0 +1,9 @@
+#pragma once
+
+#include "simulator/Catalog.h"
+
+namespace simulator {
+
+CatalogEntry mettlerPm();  ///< "mettler-pm"
+
+}  // namespace simulator

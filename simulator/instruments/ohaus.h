@@ -1,0 +1,9 @@
+#pragma once
+
+#include "simulator/Catalog.h"
+
+namespace simulator {
+
+CatalogEntry ohaus();  ///< "ohaus"
+
+}  // namespace simulator

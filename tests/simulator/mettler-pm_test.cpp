@@ -1,0 +1,114 @@
+#include "simulator/instruments/mettler-pm.h"
+
+#include "InstrumentTest.h"
+
+using namespace std::chrono_literals;
+
+namespace {
+
+class MettlerPm : public InstrumentTest {
+ protected:
+    void have(double load, const std::vector<std::string>& switches = {}) {
+        InstrumentTest::have("mettler-pm", load, switches);
+    }
+};
+
+TEST_F(MettlerPm, S_sends_a_stable_weight) {
+    have(-12.34);
+    EXPECT_EQ(ask("S\r\n"), "S      -12.34 g\r\n");
+}
+
+TEST_F(MettlerPm, S_waits_until_the_pan_is_at_rest) {
+    have(0);
+    putOn(50);
+    EXPECT_EQ(ask("S\r\n", 100ms), "");
+    EXPECT_EQ(answersUntil(5000ms), "S       50.00 g\r\n");
+}
+
+TEST_F(MettlerPm, S_gives_up_after_the_stability_time_out_without_a_value) {
+    have(0, {"stability-time-out=3s"});
+    addFault("busy");
+    EXPECT_EQ(ask("S\r\n"), "");
+    EXPECT_EQ(answersUntil(3000ms), "SI\r\n");
+}
+
+TEST_F(MettlerPm, SI_tells_whether_the_pan_moves) {
+    have(0);
+    EXPECT_EQ(ask("SI\r\n"), "S        0.00 g\r\n");
+    putOn(50);
+    EXPECT_EQ(ask("SI\r\n", 100ms), "SD      24.33 g\r\n");
+    addFault("busy");
+    EXPECT_EQ(ask("SI\r\n", 200ms), "SI\r\n");
+}
+
+TEST_F(MettlerPm, Loads_out_of_range_have_no_value) {
+    have(610.01);
+    EXPECT_EQ(ask("S\r\nSI\r\n"), "SI+\r\nSI+\r\n");
+    have(-61.01);
+    EXPECT_EQ(ask("S\r\nSI\r\n"), "SI-\r\nSI-\r\n");
+}
+
+TEST_F(MettlerPm, SIR_repeats_until_another_weight_command) {
+    have(1);
+    EXPECT_EQ(ask("SIR\r\n"), "S        1.00 g\r\n");
+    EXPECT_EQ(answersUntil(400ms), "S        1.00 g\r\nS        1.00 g\r\n");
+    EXPECT_EQ(ask("S\r\n", 400ms), "S        1.00 g\r\n");
+    EXPECT_EQ(answersUntil(5000ms), "");
+}
+
+TEST_F(MettlerPm, T_tares_at_rest_without_an_answer) {
+    have(0);
+    putOn(50);
+    EXPECT_EQ(ask("T\r\nSI\r\n", 100ms), "");
+    EXPECT_EQ(answersUntil(5000ms), "S        0.00 g\r\n");
+}
+
+TEST_F(MettlerPm, T_is_EL_when_it_can_not_be_done) {
+    have(-5);
+    EXPECT_EQ(ask("T\r\n"), "EL\r\n");
+    have(610.01);
+    EXPECT_EQ(ask("T\r\nTI\r\n"), "EL\r\nEL\r\n");
+}
+
+TEST_F(MettlerPm, B_presets_a_tare_and_B_0_clears_it) {
+    have(0);
+    EXPECT_EQ(ask("B 5.00\r\nS\r\n"), "S       -5.00 g\r\n");
+    EXPECT_EQ(ask("B 0\r\nS\r\n"), "S        0.00 g\r\n");
+    EXPECT_EQ(ask("B -1\r\nB 700\r\nB x\r\nB\r\n"), "EL\r\nEL\r\nEL\r\nEL\r\n");
+}
+
+TEST_F(MettlerPm, Unknown_commands_and_the_reset_of_MT_SICS_are_ES) {
+    have(0);
+    EXPECT_EQ(ask("@\r\nZ\r\nTA 5.00 g\r\n"), "ES\r\nES\r\nES\r\n");
+    EXPECT_EQ(ask("S 1\r\n"), "EL\r\n");
+    EXPECT_EQ(ask("ID\r\nU\r\n"), "");
+}
+
+TEST_F(MettlerPm, D_shows_a_text) {
+    have(0);
+    EXPECT_EQ(ask("D HELLO\r\n"), "");
+    EXPECT_EQ(instrument_->balance().displayText(), "HELLO");
+}
+
+TEST_F(MettlerPm, An_empty_line_repeats_the_last_command_where_that_is_switched_on) {
+    have(1);
+    EXPECT_EQ(ask("SI\r\n\r\n"), "S        1.00 g\r\n");
+    have(1, {"empty-line-repeats"});
+    EXPECT_EQ(ask("\r\nSI\r\n\r\n"), "S        1.00 g\r\nS        1.00 g\r\n");
+}
+
+TEST_F(MettlerPm, A_character_of_wrong_parity_is_ET) {
+    have(1);
+    simulator::Character damaged{'S'};
+    damaged.parityError = true;
+    instrument_->receive(damaged, 0ms);
+    EXPECT_EQ(instrument_->takeOutput(), "ET\r\n");
+}
+
+TEST_F(MettlerPm, Set_to_MT_SICS_it_speaks_that) {
+    have(12.34, {"protocol=mt-sics", "serial-number=0123456"});
+    EXPECT_EQ(ask("@\r\nS\r\nTA 5 g\r\n"),
+              "I4 A \"0123456\"\r\nS S      12.34 g\r\nTA A       5.00 g\r\n");
+}
+
+}  // namespace
