@@ -14,7 +14,7 @@ enum class ExitCode {
     NotStable = 8,      ///< no stable weight in time, or the balance is busy
     Refused = 9,        ///< the balance reports an error, a refusal, calibration or stand-by
     OtherUnit = 10,     ///< the weight is in another unit than grams
-    Truncated = 11,     ///< the record was longer than the driver takes: digits would be missing
+    Truncated = 11,     ///< the record was cut off, or longer than the driver takes
     Internal = 70,      ///< the library or the tool itself gave up
     Interrupted = 130   ///< Ctrl-C
 };

@@ -26,6 +26,7 @@ const DialectCase kCases[] = {
     {"error_answer", "E01\r\n", Meaning::InstrumentError, "", ""},
     {"acknowledgement_alone", "A00\r\n", Meaning::NotStable, "", ""},
     {"record_cut_off", "A00\r\n+  12.50 G\r\n", Meaning::Truncated, "", ""},
+    {"noise", "j\xff\xb8\xee", Meaning::NotUnderstood, "", ""},
     {"empty", "", Meaning::NotUnderstood, "", ""},
 };
 

@@ -43,7 +43,8 @@ Reading ReadKern(const std::string& answer) {
             continue;
         }
         if (line.size() == kRecord || line.size() == kLongRecord) return ReadRecord(line);
-        return NoWeight(Meaning::Truncated, "a record of another length");
+        if (std::string("+- ").find(line[0]) == std::string::npos) return {};
+        return NoWeight(Meaning::Truncated);
     }
     return acknowledged ? NoWeight(Meaning::NotStable, "acknowledged, but no weight came")
                         : Reading{};

@@ -24,7 +24,7 @@ std::string SentenceFor(Meaning meaning) {
         case Meaning::OtherUnit:
             return "the weight is not in grams; set the balance's unit to g";
         case Meaning::Truncated:
-            return "the record is longer than the driver takes, so digits would be missing";
+            return "the record is cut off, or longer than the driver takes: digits are missing";
         case Meaning::NotUnderstood:
             return "an answer came that is not a weight of this balance; is this the right driver "
                    "and are the line settings those of the balance?";
