@@ -1,6 +1,7 @@
 // The reading that the XL-1800 and the EL-2000S share, through both drivers.
 
 #include <cmath>
+#include <csignal>
 #include <cstdlib>
 
 #include "ScriptedTest.h"
@@ -311,6 +312,19 @@ TYPED_TEST(SignedReading, An_echoed_request_does_not_hide_the_mark) {
     this->Answer({{std::string(TypeParam::kRequest) + "1-    12.34 g\r\n"}});
     EXPECT_EQ(this->Weight(0), 1);
     EXPECT_EQ(this->weight, -12.34);
+}
+
+TYPED_TEST(SignedReading, A_piece_too_long_for_its_trace_ends_the_process) {
+    this->Answer({{std::string(1000, 'x')}});
+    EXPECT_EXIT(this->Weight(1), testing::KilledBySignal(SIGABRT),
+                "libwbalance: a trace line does not fit its buffer of 1024 bytes");
+}
+
+TYPED_TEST(SignedReading, A_piece_of_900_characters_does_not) {
+    this->Answer({{std::string(900, 'x')}});
+    this->Answer({{"1+    12.34 g\r\n"}});
+    EXPECT_EQ(this->Weight(1), 1);
+    EXPECT_EQ(this->weight, 12.34);
 }
 
 // Failures

@@ -1,3 +1,5 @@
+#include <csignal>
+
 #include "ScriptedTest.h"
 
 using scripted::Fault;
@@ -236,6 +238,19 @@ TEST_F(WbalanceGibertiniTest, A_percent_in_the_answer_is_interpreted_in_the_trac
     EXPECT_EQ(balance.Weight(1, &weight, nullptr), 1);
     EXPECT_EQ(weight, 123.45);
     EXPECT_THAT(line.Trace(), HasSubstr("Read from scale:     123.45 0  DS\r\n\n"));
+}
+
+using WbalanceGibertiniDeathTest = WbalanceGibertiniTest;
+
+TEST_F(WbalanceGibertiniDeathTest, An_answer_too_long_for_its_trace_ends_the_process) {
+    line.Answer("B\r", {{std::string(1000, 'x')}});
+    EXPECT_EXIT(balance.Weight(1, &weight, nullptr), testing::KilledBySignal(SIGABRT),
+                "libwbalance: a trace line does not fit its buffer of 1024 bytes");
+}
+
+TEST_F(WbalanceGibertiniDeathTest, An_answer_of_900_characters_does_not) {
+    line.Answer("B\r", {{std::string(900, 'x')}});
+    EXPECT_EQ(balance.Weight(1, &weight, nullptr), 0);
 }
 
 // Tare and TareSet

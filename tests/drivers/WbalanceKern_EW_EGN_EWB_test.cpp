@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <csignal>
 
 #include "ScriptedTest.h"
 
@@ -414,6 +415,19 @@ TEST_F(WbalanceKernAverageTest, The_first_of_the_five_that_fails_ends_the_readin
     EXPECT_EQ(weight, -1.0);
     EXPECT_THAT(line.Sent(), ElementsAre("O9\r\n", "O0\r\n", "O8\r\n", "O8\r\n", "O8\r\n"));
     EXPECT_THAT(line.Trace(), EndsWith("Weight procedure failed!"));
+}
+
+using WbalanceKernDeathTest = WbalanceKernTest;
+
+TEST_F(WbalanceKernDeathTest, An_answer_too_long_for_its_trace_ends_the_process) {
+    line.Answer("O8\r\n", {{std::string(1000, 'x')}});
+    EXPECT_EXIT(balance.Weight(2, &weight, nullptr), testing::KilledBySignal(SIGABRT),
+                "libwbalance: a trace line does not fit its buffer of 1024 bytes");
+}
+
+TEST_F(WbalanceKernDeathTest, An_answer_of_900_characters_does_not) {
+    line.Answer("O8\r\n", {{std::string(900, 'x')}});
+    EXPECT_EQ(balance.Weight(2, &weight, nullptr), 0);
 }
 
 // Tare and TareSet
