@@ -41,7 +41,8 @@ class WBALANCE_EXPORT WbalanceDIC_XL1800 : public Cwbalance {
     /// Sends "?1" up to five times until an answer is accepted. Each answer is collected until
     /// nothing comes for t: with one piece d + 2 t at most, so that five that are refused take
     /// 5 (d + 2 t). A balance that never pauses for t is collected for as long as it sends.
-    /// Characters past 128 in one answer are dropped.
+    /// Characters past 128 in one answer are dropped; more than some 980 at once end the process
+    /// (CSerialObject::ReceiveAnswer()).
     ///
     /// @param mode 2 accepts an unstable weight, too; any other value only a stable one
     /// @param weight receives grams. Null returns 0 at once. With the result 0 it holds what

@@ -22,9 +22,10 @@
 ///
 /// RestoreFactorySettings() is that of Cwbalance: it sends nothing and returns 1.
 ///
-/// Times below count full time-outs t (1 s unless changed) and the fixed pauses. A reading takes 3
-/// t, also when the answer came at once (2 t after it); one whose characters come without a line
-/// feed at the end goes on, 100 ms later, for another 3 t, and so on up to 63 characters.
+/// Times below count full time-outs t (1 s unless changed) and the fixed pauses. A reading takes
+/// 3 t at most: 2 t after an answer that came at once, 3 t without one. What comes without a line
+/// feed at its end is read on, 100 ms later, for another 3 t, and so on up to 63 characters. More
+/// than some 980 characters within 3 t end the process (CSerialObject::ReceiveAnswer()).
 class WBALANCE_EXPORT WbalanceGibertini : public Cwbalance {
  public:
     WbalanceGibertini();

@@ -42,7 +42,8 @@ class WBALANCE_EXPORT WbalanceSetra_EL_2000S : public Cwbalance {
     /// Sends "#" up to five times until an answer is accepted. Each answer is collected until
     /// nothing comes for t: with one piece d + 2 t at most, so that five that are refused take
     /// 5 (d + 2 t). A balance that never pauses for t is collected for as long as it sends.
-    /// Characters past 128 in one answer are dropped.
+    /// Characters past 128 in one answer are dropped; more than some 980 at once end the process
+    /// (CSerialObject::ReceiveAnswer()).
     ///
     /// @param mode 2 accepts an unstable weight, too; any other value only a stable one
     /// @param weight receives grams. Null returns 0 at once. With the result 0 it holds what
