@@ -41,7 +41,7 @@ double Number(const std::string& text) {
 
 /// The text between the last blank before `mark` and the mark; nothing after a double blank.
 std::string TextBefore(const std::string& ticket, std::size_t mark) {
-    if (mark == 0 || ticket[mark - 1] == ' ') return "";
+    if (mark == 0) return "";
     const std::size_t blank = ticket.rfind(' ', mark - 1);
     const std::size_t start = blank == kNowhere ? 0 : blank + 1;
     return ticket.substr(start, mark - start);
