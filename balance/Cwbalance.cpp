@@ -25,6 +25,8 @@ const char* FindNumber(const char* text) {
 
 }  // namespace
 
+// The settings are left to the drivers, each of which writes all of them.
+// cppcheck-suppress uninitMemberVar
 Cwbalance::Cwbalance() : serialObject(new CSerialObject) {}
 
 Cwbalance::~Cwbalance() {
