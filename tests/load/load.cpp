@@ -237,8 +237,7 @@ int main(int count, char** arguments) {
         "resident memory %ld kB, then %ld kB; descriptors %ld, then %ld; threads %ld, then %ld\n",
         before.kilobytes, after.kilobytes, before.descriptors, after.descriptors, before.threads,
         after.threads);
-    constexpr long kMostGrowthKilobytes = 20'000;
-    const bool steady = after.kilobytes - before.kilobytes < kMostGrowthKilobytes &&
+    const bool steady = after.kilobytes - before.kilobytes < MOST_GROWTH_KILOBYTES &&
                         after.descriptors == before.descriptors && after.threads == before.threads;
     if (!steady) std::fprintf(stderr, "something grows\n");
     return violations == 0 && weights > 0 && steady ? 0 : 1;
