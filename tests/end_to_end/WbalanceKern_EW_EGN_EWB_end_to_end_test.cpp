@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <memory>
 
 #include "simulator/VirtualBench.h"
 
@@ -172,14 +173,19 @@ TEST_F(WbalanceKernEndToEnd, A_wrong_speed_reads_nothing) {
 
 TEST_F(WbalanceKernEndToEnd, A_pulled_adapter_fails_and_a_new_driver_reads_again_once_it_is_back) {
     auto& balance = have(Options().on("/dev/ttyUSB0").withLoad(12.5));
-    driver_.SetCommConfig(1200, 0, 8, 2, 0, 0, 'U');
-    EXPECT_EQ(read(2), 1);
+    const auto construct = [] {
+        auto driver = std::make_unique<WithLineReadiness<WbalanceKern_EW_EGN_EWB>>();
+        driver->SetCommConfig(1200, 0, 8, 2, 0, 0, 'U');
+        return driver;
+    };
+    auto driver = construct();
+    EXPECT_EQ(driver->Weight(2, &weight_, nullptr), 1);
     balance.unplug();
-    EXPECT_EQ(read(2), 0);
+    EXPECT_EQ(driver->Weight(2, &weight_, nullptr), 0);
+    driver.reset();  // lets go of the port, which nobody else could open otherwise
     balance.plugIn();
-    WithLineReadiness<WbalanceKern_EW_EGN_EWB> again;
-    again.SetCommConfig(1200, 0, 8, 2, 0, 0, 'U');
-    EXPECT_EQ(again.Weight(2, &weight_, nullptr), 1);
+    driver = construct();
+    EXPECT_EQ(driver->Weight(2, &weight_, nullptr), 1);
 }
 
 TEST_F(WbalanceKernEndToEnd, The_drivers_own_readiness_never_returns_and_sends_nothing) {
