@@ -122,7 +122,10 @@ CatalogEntry mettlerPm() {
     entry.switches = mtSicsSwitches();
     entry.switches.insert(
         entry.switches.begin(),
-        {{"protocol", "standard", {"standard", "mt-sics"}, "language; some switches are of MT-SICS only"},
+        {{"protocol",
+          "standard",
+          {"standard", "mt-sics"},
+          "language; some switches are of MT-SICS only"},
          onOff("empty-line-repeats", false, "repeats the last command on an empty line")});
     entry.createDialect = [](BalanceModel& model, const Switches& switches) {
         if (switches.text("protocol") == "mt-sics") return mtSicsDialect(model, switches);

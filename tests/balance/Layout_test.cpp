@@ -66,7 +66,16 @@ using Drivers =
                    WbalanceMettlerPM, WbalanceMettlerPR2003, WbalanceMettlerSB32001,
                    WbalanceMettlerToledo, WbalanceMettlerXS, WbalanceOHAUS_SPU602, WbalanceRadwag,
                    WbalanceSartorius, WbalanceScaleHouseALD, WbalanceSetra_EL_2000S>;
-TYPED_TEST_SUITE(LayoutOfDriver, Drivers);
+/// Names the rows after their drivers.
+struct DriverName {
+    template <class Driver>
+    static std::string GetName(int /*row*/) {
+        const std::string name = testing::internal::GetTypeName<Driver>();
+        return name.substr(name.find_last_of(' ') + 1);
+    }
+};
+
+TYPED_TEST_SUITE(LayoutOfDriver, Drivers, DriverName);
 
 TYPED_TEST(LayoutOfDriver, Has_the_base_class_first_and_no_field_of_its_own) {
     TypeParam driver;

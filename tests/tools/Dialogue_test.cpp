@@ -30,11 +30,10 @@ TEST(Dialogue, Holds_each_command_with_its_answer) {
 }
 
 TEST(Dialogue, Joins_an_answer_that_came_in_rounds_and_leaves_out_its_repetition) {
-    const Dialogue dialogue(Trace({"<== O9\r\n ... OK\n\n",
-                                   "Read from scale: A00\r\n (time elapsed: 2000 ms)\n",
-                                   "Read from scale: A00\r\n\n",
-                                   "Read from scale: +  12.50 G S\r\n (time elapsed: 10 ms)\n",
-                                   "Read from scale: A00\r\n+  12.50 G S\r\n\n"}));
+    const Dialogue dialogue(Trace(
+        {"<== O9\r\n ... OK\n\n", "Read from scale: A00\r\n (time elapsed: 2000 ms)\n",
+         "Read from scale: A00\r\n\n", "Read from scale: +  12.50 G S\r\n (time elapsed: 10 ms)\n",
+         "Read from scale: A00\r\n+  12.50 G S\r\n\n"}));
 
     ASSERT_EQ(dialogue.exchanges.size(), 1u);
     EXPECT_EQ(dialogue.exchanges[0].answer, "A00\r\n+  12.50 G S\r\n");
@@ -64,9 +63,8 @@ TEST(Dialogue, Knows_a_port_that_did_not_open) {
 }
 
 TEST(Dialogue, Knows_settings_that_the_port_refused) {
-    EXPECT_TRUE(
-        Dialogue(Trace({"Balance Comm Port settings:\nBaud rate = 2400\n===> FAIL\n\n"}))
-            .settingsRefused);
+    EXPECT_TRUE(Dialogue(Trace({"Balance Comm Port settings:\nBaud rate = 2400\n===> FAIL\n\n"}))
+                    .settingsRefused);
     EXPECT_FALSE(Dialogue(Trace({"Balance Comm Port settings:\nBaud rate = 2400\n===> OK\n\n"}))
                      .settingsRefused);
 }

@@ -29,8 +29,7 @@ class Weighing {
 };
 
 TEST(Measurement, A_weight_that_driver_and_answer_agree_on_is_a_weight) {
-    const auto measurement =
-        Weighing().Exchange("S\r\n", "S S     100.00 g\r\n").Result(1, 100.0);
+    const auto measurement = Weighing().Exchange("S\r\n", "S S     100.00 g\r\n").Result(1, 100.0);
     EXPECT_EQ(measurement.reading.meaning, Meaning::Weight);
     EXPECT_EQ(measurement.reading.digits, "100.00");
     EXPECT_EQ(measurement.answer, "S S     100.00 g\r\n");
@@ -38,16 +37,13 @@ TEST(Measurement, A_weight_that_driver_and_answer_agree_on_is_a_weight) {
 
 TEST(Measurement, The_4_of_the_reset_answer_is_no_weight) {
     const auto measurement =
-        Weighing()
-            .Exchange("S\r\n", "I4 A \"1126493049\"\r\nS S     100.00 g\r\n")
-            .Result(1, 4.0);
+        Weighing().Exchange("S\r\n", "I4 A \"1126493049\"\r\nS S     100.00 g\r\n").Result(1, 4.0);
     EXPECT_EQ(measurement.reading.meaning, Meaning::NotUnderstood);
     EXPECT_EQ(measurement.reading.remark, "the driver reads it as 4");
 }
 
 TEST(Measurement, Digits_that_the_driver_left_out_are_a_truncation) {
-    const auto measurement =
-        Weighing().Exchange("S\r\n", "S S     12.345 g\r\n").Result(1, 12.34);
+    const auto measurement = Weighing().Exchange("S\r\n", "S S     12.345 g\r\n").Result(1, 12.34);
     EXPECT_EQ(measurement.reading.meaning, Meaning::Truncated);
 }
 
