@@ -80,7 +80,7 @@ int Cwbalance::OpenAndSetDefCommConfig() {
                                                        flowControlCode, timeoutSeconds);
     if (configured != 0) return configured;
     // For good: a driver object whose settings were refused never opens a port again.
-    delete serialObject;
+    delete serialObject;  // GCOVR_EXCL_BR_LINE: never null here
     serialObject = nullptr;
     return 0;
 }
