@@ -547,7 +547,7 @@ INSTANTIATE_TEST_SUITE_P(
         Parsed{"no_point", "       123 g   DS\r\n", 1, 123.0, 2},
         Parsed{"four_decimals", "  123.4567 g   DS\r\n", 1, 123.4567, 2},
         Parsed{"ten_characters_of_value", "-123456.78 g   DS\r\n", 1, -123456.78, 2},
-        Parsed{"eleventh_character_is_not_of_the_value", "123456.7890g   DS\r\n", 1, 123456.789, 2},
+        Parsed{"eleventh_character_is_not_of_the_value", "123456.7895g   DS\r\n", 1, 123456.789, 2},
         Parsed{"no_digits", "           g   DS\r\n", 1, 0.0, 2},
         Parsed{"bytes_above_127", "    123.45\xb5\xb5   DS\xff\xff", 1, 123.45, 2},
         Parsed{"X_in_place_of_D", "    123.45 g   XS\r\n", 0, 123.45, 2},
