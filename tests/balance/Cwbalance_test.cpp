@@ -293,6 +293,17 @@ TEST_F(CwbalanceTest, A_negative_number_that_a_driver_stored_itself_is_not_opene
     EXPECT_THAT(line.Transcript(), IsEmpty());
 }
 
+TEST_F(CwbalanceTest, A_negative_number_that_a_driver_stored_itself_is_refused_on_a_held_port_too) {
+    ASSERT_EQ(balance.OpenAndClear(), 1);
+    balance.portNumber = -1;
+    line.Forget();
+
+    EXPECT_EQ(balance.OpenAndClear(), 0);
+
+    EXPECT_THAT(line.Transcript(), IsEmpty());
+    EXPECT_TRUE(line.IsOpen());
+}
+
 // A configuration that fails.
 
 class CwbalanceFailingSetter : public CwbalanceTest,
