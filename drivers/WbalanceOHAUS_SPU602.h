@@ -12,7 +12,8 @@
 /// IsReady() and Tare() open the port. Weight() and RestoreFactorySettings() send on the port that
 /// they left open; without one the command can't be sent, and they fail.
 ///
-/// Times below count full time-outs t (1 s unless changed) and the fixed pauses.
+/// Times below count full time-outs t (1 s unless changed) and the fixed pauses. More than some 980
+/// characters in answer to one print command end the process (CSerialObject::ReceiveAnswer()).
 class WBALANCE_EXPORT WbalanceOHAUS_SPU602 : public Cwbalance {
  public:
     WbalanceOHAUS_SPU602();
@@ -35,8 +36,7 @@ class WBALANCE_EXPORT WbalanceOHAUS_SPU602 : public Cwbalance {
     /// @param mode 0 asks for a stable weight ("SP") and refuses an unsteady one; any other value
     ///   asks for an immediate one ("P") and takes an unsteady one as well
     /// @param weight receives grams. 0.0 on failure, except that an unsteady weight that was
-    /// refused
-    ///   stays. Must not be null.
+    ///   refused stays. Must not be null.
     /// @param decimals receives 7 for a weight with a decimal point and 2 for one without or for an
     ///   answer that is no weight; stays as it is when nothing came. May be null.
     /// @return 1 a weight, 0 failure. Waits 0.5 s + 3 t, also when the command could not be sent.
@@ -61,8 +61,7 @@ class WBALANCE_EXPORT WbalanceOHAUS_SPU602 : public Cwbalance {
     ///   is written
     /// @param weight receives the number, 0.0 when there is none; must not be null
     /// @param decimals receives 7 for a text with a point, else 2, also when there is no weight;
-    /// may
-    ///   be null
+    ///   may be null
     /// @param unstable receives whether a "?" stands anywhere in the line; may be null
     /// @return 1 when a "g" stands in the line and a text before or behind it, else 0
     int ParseWeight(char* answer, double* weight, int* decimals, bool* unstable);

@@ -15,7 +15,8 @@
 ///
 /// Every operation opens the line through IsReady() and leaves it open, whatever comes of it. A
 /// read uses all of its three attempts, also when the answer came at once. Times below are upper
-/// bounds in time-outs t (1 s unless changed) and the fixed pauses.
+/// bounds in time-outs t (1 s unless changed) and the fixed pauses. More than some 980 characters
+/// within one read end the process (CSerialObject::ReceiveAnswer()).
 ///
 /// A balance that refuses a command ("T v", "Z ^", "S I", "ES") is not told apart from one that
 /// answers nonsense: the result is 0, and only the trace shows the answer.
@@ -70,8 +71,7 @@ class WBALANCE_EXPORT WbalanceRadwag : public Cwbalance {
     /// @param answer fewer than 100 characters; a longer text ends the process. Must not be null.
     /// @param weight receives the number, 0.0 when there is none; may be null
     /// @param decimals receives how many characters of the number follow its first point; stays as
-    /// it is
-    ///   without one. May be null.
+    ///   it is without one. May be null.
     /// @return 1, or 0 when the answer holds neither "S  " nor "SI "; then nothing is written.
     int ParseWeight(char* answer, double* weight, int* decimals);
 

@@ -18,7 +18,8 @@
 ///
 /// RestoreFactorySettings() is that of Cwbalance: it sends nothing and returns 1.
 ///
-/// Times below count full time-outs t (1 s unless changed) and the fixed pauses.
+/// Times below count full time-outs t (1 s unless changed) and the fixed pauses. More than some 980
+/// characters in answer to one print command end the process (CSerialObject::ReceiveAnswer()).
 class WBALANCE_EXPORT WbalanceSartorius : public Cwbalance {
  public:
     WbalanceSartorius();

@@ -1,3 +1,4 @@
+#include <csignal>
 #include <limits>
 
 #include "FailingCalls.h"
@@ -363,6 +364,22 @@ TEST_F(WbalanceOHAUS_SPU602Test, Weight_does_not_find_a_unit_that_is_the_66th_ch
     OpenThePort();
     line.Answer("P\r\n", {{"12.34" + std::string(60, ' ') + "g\r\n"}});
     EXPECT_EQ(balance.Weight(1, &weight, nullptr), 0);
+}
+
+TEST_F(WbalanceOHAUS_SPU602Test, Weight_reads_the_beginning_of_an_answer_of_900_characters) {
+    OpenThePort();
+    line.Answer("P\r\n", {{"       12.34 g" + std::string(886, 'x')}});
+    EXPECT_EQ(balance.Weight(1, &weight, nullptr), 1);
+    EXPECT_EQ(weight, 12.34);
+}
+
+using WbalanceOHAUS_SPU602DeathTest = WbalanceOHAUS_SPU602Test;
+
+TEST_F(WbalanceOHAUS_SPU602DeathTest, An_answer_too_long_for_its_trace_ends_the_process) {
+    OpenThePort();
+    line.Answer("P\r\n", {{std::string(1000, 'x')}});
+    EXPECT_EXIT(balance.Weight(1, &weight, nullptr), testing::KilledBySignal(SIGABRT),
+                "libwbalance: a trace line does not fit its buffer of 1024 bytes");
 }
 
 TEST_F(WbalanceOHAUS_SPU602Test, Weight_reads_past_bytes_with_bit_7_set) {

@@ -762,6 +762,17 @@ TEST_F(WbalanceRadwagTest, Parser_takes_either_pointer_null) {
 
 using WbalanceRadwagDeathTest = WbalanceRadwagTest;
 
+TEST_F(WbalanceRadwagDeathTest, An_answer_too_long_for_its_trace_ends_the_process) {
+    line.AlwaysAnswer("T\r\n", {{std::string(1000, '.')}});
+    EXPECT_EXIT(balance._Tare(), KilledBySignal(SIGABRT),
+                "libwbalance: a trace line does not fit its buffer of 1024 bytes");
+}
+
+TEST_F(WbalanceRadwagTest, An_answer_of_900_characters_is_looked_at_in_its_beginning) {
+    line.Answer("T\r\n", {{"T D\r\n" + std::string(895, '.')}});
+    EXPECT_EQ(balance._Tare(), 1);
+}
+
 TEST_F(WbalanceRadwagDeathTest, Parser_ends_the_process_at_an_answer_of_100_characters) {
     std::string answer = std::string(91, '.') + "S   1.5 g";
     EXPECT_EXIT(balance.ParseWeight(answer.data(), &weight, &decimals), KilledBySignal(SIGABRT),

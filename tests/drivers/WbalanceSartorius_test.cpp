@@ -282,6 +282,15 @@ TEST_F(WbalanceSartoriusTest, TareSet_succeeds_one_hundredth_off_on_either_side)
     EXPECT_EQ(balance.TareSet(5.0), 1);
 }
 
+TEST_F(WbalanceSartoriusTest, TareSet_succeeds_at_exactly_a_hundredth) {
+    // The sum with another preset is only nearly a hundredth.
+    OpenThePort();
+    line.Answer(kPrint, {{"+     0.01 g  \r\n"}});
+    EXPECT_EQ(balance.TareSet(0.0), 1);
+    line.Answer(kPrint, {{"-     0.01 g  \r\n"}});
+    EXPECT_EQ(balance.TareSet(0.0), 1);
+}
+
 TEST_F(WbalanceSartoriusTest, TareSet_fails_two_hundredths_off_on_either_side) {
     OpenThePort();
     line.Answer(kPrint, {{"-     4.98 g  \r\n"}});
@@ -473,6 +482,17 @@ TEST_F(WbalanceSartoriusTest, Weight_of_an_answer_of_89_characters_reads_its_fir
 
 TEST_F(WbalanceSartoriusTest, Weight_of_an_answer_of_200_characters_reads_its_first_line) {
     EXPECT_EQ(Reading("-    12.34 g  \r\n" + std::string(184, '7')), -12.34);
+}
+
+TEST_F(WbalanceSartoriusTest, Weight_of_an_answer_of_900_characters_reads_its_first_line) {
+    EXPECT_EQ(Reading("-    12.34 g  \r\n" + std::string(884, '7')), -12.34);
+}
+
+TEST_F(WbalanceSartoriusDeathTest, An_answer_too_long_for_its_trace_ends_the_process) {
+    OpenThePort();
+    line.Answer(kPrint, {{std::string(1000, '7')}});
+    EXPECT_EXIT(balance.Weight(0, &weight, nullptr), testing::KilledBySignal(SIGABRT),
+                "libwbalance: a trace line does not fit its buffer of 1024 bytes");
 }
 
 TEST_F(WbalanceSartoriusTest, Weight_reads_a_line_up_to_a_zero_byte_only) {

@@ -1,3 +1,4 @@
+#include <csignal>
 #include <limits>
 
 #include "FailingCalls.h"
@@ -352,6 +353,22 @@ TEST_F(WbalanceScaleHouseALDTest, Weight_does_not_find_a_mark_that_ends_with_the
     OpenThePort();
     line.Answer("P\r\n", {{std::string(249, '.') + " 12.3 g N\r\n"}});
     EXPECT_EQ(balance.Weight(0, &weight, nullptr), 0);
+}
+
+TEST_F(WbalanceScaleHouseALDTest, Weight_reads_the_beginning_of_a_ticket_of_900_characters) {
+    OpenThePort();
+    line.Answer("P\r\n", {{" 12.3 g N\r\n" + std::string(888, '.')}});
+    EXPECT_EQ(balance.Weight(0, &weight, nullptr), 1);
+    EXPECT_EQ(weight, 12.3);
+}
+
+using WbalanceScaleHouseALDDeathTest = WbalanceScaleHouseALDTest;
+
+TEST_F(WbalanceScaleHouseALDDeathTest, A_ticket_too_long_for_its_trace_ends_the_process) {
+    OpenThePort();
+    line.Answer("P\r\n", {{std::string(1000, '.')}});
+    EXPECT_EXIT(balance.Weight(0, &weight, nullptr), testing::KilledBySignal(SIGABRT),
+                "libwbalance: a trace line does not fit its buffer of 1024 bytes");
 }
 
 TEST_F(WbalanceScaleHouseALDTest, Weight_fails_when_the_command_can_not_be_sent) {
