@@ -17,7 +17,8 @@
 ///
 /// RestoreFactorySettings() is that of Cwbalance: it sends nothing and returns 1.
 ///
-/// Times below count full time-outs t (1 s unless changed) and the fixed pauses.
+/// Times below count full time-outs t (1 s unless changed) and the fixed pauses. More than some 980
+/// characters in answer to one print command end the process (CSerialObject::ReceiveAnswer()).
 class WBALANCE_EXPORT WbalanceScaleHouseALD : public Cwbalance {
  public:
     WbalanceScaleHouseALD();
@@ -39,8 +40,7 @@ class WBALANCE_EXPORT WbalanceScaleHouseALD : public Cwbalance {
     /// @param mode not looked at: stable or not, what the ticket says is the weight
     /// @param weight receives grams, 0.0 on failure; must not be null
     /// @param decimals receives 3, whatever the ticket shows, also when it holds no weight; stays
-    /// as
-    ///   it is when nothing came. May be null.
+    ///   as it is when nothing came. May be null.
     /// @return 1 when the ticket holds a weight, else 0. Waits 0.5 s + 3 t.
     ///
     /// At most the first 257 characters of the ticket are looked at.
@@ -51,8 +51,10 @@ class WBALANCE_EXPORT WbalanceScaleHouseALD : public Cwbalance {
 
     /// Finds the weight in a ticket. Everything before the first "PROJ", if there is one, is left
     /// out. The weight is the number directly before the first " g N". Without that mark, and if
-    /// there is a " g T", it is the number directly before the first " g", unless the ticket starts
-    /// with a number other than zero (a tare with a blank in front of it does not count as one).
+    /// there is a " g T", it is the number directly before the first " g", unless the text from the
+    /// start of the ticket to the last blank before the " g T" begins with a number other than
+    /// zero. A blank that is the ticket's first character does not end that text; without another
+    /// blank it goes on to the mark.
     ///
     /// @param answer the ticket; null or empty returns 0, and nothing is written
     /// @param weight receives the number, 0.0 when none is found and also when a second blank or
