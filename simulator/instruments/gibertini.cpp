@@ -29,11 +29,15 @@ class Gibertini : public Dialect {
         onPlain("C", [this] { sayMeasure('C'); });
         onPlain("I", [this] { repeat(); });
         onPlain("F", [this] { stop(); });
+        if (switches_.isOn("continuous")) repeat();
     }
 
     void powerUp() override {
         testedAt_ = now() + switches_.time("initial-test");
-        if (isProtocol("printer")) pressPrintKey();
+        if (isProtocol("printer"))
+            pressPrintKey();
+        else if (switches_.isOn("continuous"))
+            repeat();
     }
 
  protected:
@@ -105,6 +109,7 @@ std::vector<SwitchDescription> gibertiniSwitches() {
          {"crystal", "euro", "printer"},
          "records with flags, the measure alone, or lines of the PRINT key only"},
         onOff("tare-done", false, "sends a second record when the taring that T began is done"),
+        onOff("continuous", false, "sends records from the switching on, as I does, until F"),
         {"interval", "200ms", {}, "time between two records of I", true},
         {"initial-test", "2s", {}, "for how long records say I after the mains came on", true},
         {"print-key", "1s", {}, "in the printer protocol: time between two presses of PRINT", true},

@@ -110,11 +110,9 @@ class Sbi : public Dialect {
             default:
                 break;
         }
-        static const std::map<std::string, std::string> texts = {{"weight", ""},
-                                                                 {"blank", " "},
-                                                                 {"calibration", "      C"},
-                                                                 {"final", "      --"},
-                                                                 {"error", "   Err  54"}};
+        static const std::map<std::string, std::string> texts = {
+            {"weight", ""},        {"blank", " "},          {"calibration", "      C"},
+            {"final", "      --"}, {"error", "   Err  54"}, {"standby", "     OFF"}};
         return texts.at(switches_.text("display"));
     }
 
@@ -194,7 +192,7 @@ CatalogEntry sartorius() {
         onOff("words", false, "prints High and Low in place of H and L"),
         {"display",
          "weight",
-         {"weight", "blank", "calibration", "final", "error"},
+         {"weight", "blank", "calibration", "final", "error", "standby"},
          "what is shown and printed"},
         onOff("auto-print", false, "prints 10 lines a second unasked"),
     };

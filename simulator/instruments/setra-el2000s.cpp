@@ -1,7 +1,8 @@
 // Setra EL-2000S. Its manual is not at hand: the line is the one that hosts know, the switches
 // offer the L-series' line and the EL-410S's tare.
-//   > "#"   < "1+    12.34 g"   at rest; "U-     0.50 g" while the pan moves; HHH and LLL out of
-//   range > "T"   no answer
+//   > "#"   < "1+    12.34 g"   at rest; "U-     0.50 g" while the pan moves
+//           < "1+      HHH g"   out of range; "LLL" below it
+//   > "T"   no answer
 
 #include "simulator/instruments/setra-el2000s.h"
 

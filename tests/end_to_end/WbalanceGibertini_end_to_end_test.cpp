@@ -61,6 +61,12 @@ TEST_F(WbalanceGibertiniEndToEnd, A_late_answer_is_read_on_for) {
     EXPECT_EQ(balance.sentByHost(), "B\r");
 }
 
+TEST_F(WbalanceGibertiniEndToEnd, Continuous_output_in_whole_records_is_read_with_success) {
+    have(Options().withLoad(12.5).with("continuous").with("interval=2s"));
+    EXPECT_EQ(read(), 1);
+    EXPECT_EQ(weight_, 12.5);
+}
+
 TEST_F(WbalanceGibertiniEndToEnd, Tare_tares) {
     auto& balance = have(Options().withLoad(12.5));
     EXPECT_EQ(driver_.Tare(), 1);

@@ -105,6 +105,10 @@ TEST_F(WbalanceSartoriusEndToEnd, An_error_line_reads_0_00) {
     EXPECT_EQ(reading(Options().withLoad(50).with("display=error").with("line=22")), 0.0);
 }
 
+TEST_F(WbalanceSartoriusEndToEnd, A_balance_in_standby_reads_0_00) {
+    EXPECT_EQ(reading(Options().withLoad(50).with("display=standby").with("line=22")), 0.0);
+}
+
 TEST_F(WbalanceSartoriusEndToEnd, A_bracketed_last_digit_is_lost) {
     EXPECT_EQ(reading(Options().withLoad(123.56).with("verified")), 123.5);
 }

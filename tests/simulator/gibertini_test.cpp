@@ -93,6 +93,17 @@ TEST_F(Gibertini, I_sends_records_until_F) {
     EXPECT_EQ(answersUntil(10s), "");
 }
 
+TEST_F(Gibertini, Records_come_from_the_switching_on_where_that_is_switched_on) {
+    have(1, {"continuous", "interval=1s"});
+    instrument_->addFault(Fault::parse("power-cut@2500ms+1s"));
+    answersUntil(0ms);  // the record of the switching on
+    EXPECT_EQ(answersUntil(2s), "      1.00 g   DS\r\n      1.00 g   DS\r\n");
+    EXPECT_EQ(ask("B\r", 2100ms), "      1.00 g   DS\r\n");
+    EXPECT_EQ(answersUntil(5s), "      0.00 g   IS\r\n      0.00 g   IS\r\n");
+    EXPECT_EQ(ask("F\r", 5100ms), "      0.00 g   IS\r\n");
+    EXPECT_EQ(answersUntil(60s), "");
+}
+
 TEST_F(Gibertini, Out_of_range_the_flags_are_O_or_U_and_E) {
     have(700);
     EXPECT_EQ(ask("B\rT\r"), "    700.00 g   OE\r\n    700.00 g   OE\r\n");

@@ -106,6 +106,8 @@ TEST_F(Sartorius, Shows_other_things_than_a_weight) {
     EXPECT_EQ(ask(print), "   Err  54    \r\n");
     have(1, {"display=error", "line=22"});
     EXPECT_EQ(ask(print), "Stat     Err  54    \r\n");
+    have(1, {"display=standby", "line=22"});
+    EXPECT_EQ(ask(print), "Stat       OFF      \r\n");
 }
 
 TEST_F(Sartorius, A_verified_balance_brackets_its_last_digit) {
