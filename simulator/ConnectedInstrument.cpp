@@ -12,9 +12,16 @@ Options& Options::at(const std::string& settings) {
     return *this;
 }
 
+Options& Options::withScript(const std::string& path) {
+    const Script read = readScriptFile(path);
+    script.insert(script.end(), read.begin(), read.end());
+    return *this;
+}
+
 ConnectedInstrument::ConnectedInstrument(const CatalogEntry& entry, const Options& options,
                                          std::unique_ptr<HostLine> line)
-    : instrument_(entry, options.switches),
+    : name_(entry.name),
+      instrument_(entry, options.switches),
       settings_(options.line.value_or(entry.line)),
       paced_(options.paced),
       line_(std::move(line)),
@@ -23,7 +30,23 @@ ConnectedInstrument::ConnectedInstrument(const CatalogEntry& entry, const Option
         instrument_.addFault(fault);
     for (const LoadStep& load : options.loads)
         putOn(load);
+    prepare(options.script);
     serve();
+}
+
+/// What the instrument can't do shows now, not in the middle of a run.
+void ConnectedInstrument::prepare(const Script& script) {
+    for (const ScriptStep& step : script) {
+        try {
+            if (step.change.kind == Change::Kind::setting)
+                instrument_.checkSwitch(step.change.text);
+        } catch (const std::invalid_argument& error) {
+            throw std::invalid_argument(step.place + ": " + error.what());
+        }
+        script_.push_back(step);
+    }
+    std::stable_sort(script_.begin(), script_.end(),
+                     [](const ScriptStep& a, const ScriptStep& b) { return a.at < b.at; });
 }
 
 void ConnectedInstrument::putOn(const LoadStep& load) {
@@ -43,6 +66,39 @@ void ConnectedInstrument::change(const Work& work) {
     if (changed_) changed_();
 }
 
+void ConnectedInstrument::apply(const Change& words) {
+    change([&] { applyAt(words, now()); });
+    Lock lock(mutex_);
+    plugServed_.wait(lock, [this] { return !isPlugDue(); });
+}
+
+void ConnectedInstrument::applyAt(const Change& change, Time at) {
+    switch (change.kind) {
+        case Change::Kind::load:
+            return putOn({change.grams, at});
+        case Change::Kind::setting:
+            return instrument_.choose(change.text);
+        case Change::Kind::fault:
+            return instrument_.addFault(change.fault.shiftedBy(at));
+        case Change::Kind::endFaults:
+            return instrument_.endFaults(change.text);
+        case Change::Kind::plugIn:
+            if (!change.text.empty()) returnsAs_ = change.text;
+            return instrument_.endFaults("unplug");
+        case Change::Kind::press:
+            return instrument_.press(change.key);
+    }
+}
+
+void ConnectedInstrument::serveScript() {
+    while (!script_.empty() && script_.front().at <= now()) {
+        const ScriptStep step = script_.front();
+        script_.pop_front();
+        instrument_.advance(step.at);
+        applyAt(step.change, step.at);
+    }
+}
+
 void ConnectedInstrument::setLoad(double grams) {
     change([&] { instrument_.balance().setLoad(grams); });
 }
@@ -57,18 +113,15 @@ void ConnectedInstrument::clearFaults() {
 }
 
 void ConnectedInstrument::unplug() {
-    change([&] { pulled_ = true; });
+    apply(Change::parse("unplug"));
 }
 
 void ConnectedInstrument::plugIn() {
-    change([&] { pulled_ = false; });
+    apply(Change::parse("plug-in"));
 }
 
 void ConnectedInstrument::plugIn(const std::string& device) {
-    change([&] {
-        returnsAs_ = device;
-        pulled_ = false;
-    });
+    apply(Change::parse("plug-in as " + device));
 }
 
 std::string ConnectedInstrument::sentByHost() {
@@ -98,7 +151,7 @@ void ConnectedInstrument::clearLog() {
     log_.clear();
 }
 
-void ConnectedInstrument::onEvent(std::function<void(const LineEvent&)> listener) {
+void ConnectedInstrument::onEvent(Listener listener) {
     const Lock lock(mutex_);
     listener_ = std::move(listener);
 }
@@ -138,6 +191,7 @@ void ConnectedInstrument::withBalance(const std::function<void(BalanceModel&)>& 
 
 void ConnectedInstrument::serve() {
     const Lock lock(mutex_);
+    servePlug();
     serveLocked();
 }
 
@@ -150,6 +204,8 @@ std::optional<ConnectedInstrument::Clock::time_point> ConnectedInstrument::deadl
     const Lock lock(mutex_);
     std::optional<Moment> first = instrument_.nextEvent();
     const auto consider = [&](Moment due) { first = first ? std::min(*first, due) : due; };
+    if (isPlugDue()) consider(moment());
+    if (!script_.empty()) consider(script_.front().at);
     if (!toInstrument_.empty()) consider(toInstrument_.front().due);
     if (!toHost_.empty()) consider(toHost_.front().due);
     if (const auto interval = line_->lookEvery()) consider(moment() + *interval);
@@ -162,8 +218,9 @@ ConnectedInstrument::Moment ConnectedInstrument::moment() const {
 }
 
 void ConnectedInstrument::serveLocked() {
-    servePlug();
+    serveScript();
     line_->serve([this](const HostLine::Arrival& arrival) { takeArrival(arrival); });
+    serveOpening();
     passToInstrument();
     instrument_.advance(now());
     takeAnswers();
@@ -176,31 +233,47 @@ const Fault* ConnectedInstrument::unplugFault() const {
     return nullptr;
 }
 
+/// Only the serving thread pulls a terminal out: while it polled one that another thread closes,
+/// the host would not be hung up until that poll had ended.
 void ConnectedInstrument::servePlug() {
     const Fault* fault = unplugFault();
     if (fault && !fault->value.empty()) returnsAs_ = fault->value;
-    servePlugs(!fault && !pulled_);
+    if (!isPlugDue()) return;
+    plugged_ ? pullOut() : putBack();
+    plugServed_.notify_all();
 }
 
-void ConnectedInstrument::servePlugs(bool shouldBePlugged) {
-    if (plugged_ == shouldBePlugged) return;
-    plugged_ = shouldBePlugged;
-    if (!plugged_) {
-        record(LineEvent::Kind::unplugged, line_->device());
-        line_->unplug();
-        return;
+void ConnectedInstrument::pullOut() {
+    plugged_ = false;
+    record(LineEvent::Kind::unplugged, line_->device());
+    line_->unplug();
+}
+
+void ConnectedInstrument::putBack() {
+    plugged_ = true;
+    try {
+        line_->plugIn(returnsAs_);
+    } catch (const std::invalid_argument&) {  // another instrument is there
+        returnsAs_ = line_->device();
+        line_->plugIn(returnsAs_);
     }
-    line_->plugIn(returnsAs_);
     record(LineEvent::Kind::pluggedIn, line_->device());
 }
 
 void ConnectedInstrument::takeArrival(const HostLine::Arrival& arrival) {
+    serveOpening();
     if (!arrival.bytes.empty()) record(LineEvent::Kind::fromHost, arrival.bytes);
     const auto characters = transmit(arrival.bytes, arrival.settings, settings_);
     hostFree_ = put(toInstrument_, characters, hostFree_, arrival.settings);
     passToInstrument();
     for (unsigned i = 0; i < arrival.breaks; ++i)
         instrument_.receiveBreak(now());
+}
+
+void ConnectedInstrument::serveOpening() {
+    const bool isOpen = line_->isOpen();
+    if (isOpen && !wasOpen_) instrument_.portOpened(now());
+    wasOpen_ = isOpen;
 }
 
 void ConnectedInstrument::passToInstrument() {
@@ -247,7 +320,7 @@ ConnectedInstrument::Moment ConnectedInstrument::put(std::deque<InTransit>& way,
 
 void ConnectedInstrument::record(LineEvent::Kind kind, const std::string& bytes) {
     log_.push_back({now(), kind, bytes, line_->hostSettings()});
-    if (listener_) listener_(log_.back());
+    if (listener_) listener_(*this, log_.back());
 }
 
 }  // namespace simulator

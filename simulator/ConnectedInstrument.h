@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <condition_variable>
 #include <deque>
 #include <functional>
 #include <memory>
@@ -11,6 +12,7 @@
 
 #include "simulator/Instrument.h"
 #include "simulator/LoadStep.h"
+#include "simulator/Script.h"
 #include "simulator/line/HostLine.h"
 
 namespace simulator {
@@ -21,6 +23,7 @@ struct Options {
     std::vector<LoadStep> loads;        ///< what lies on the pan, and from when
     std::vector<std::string> switches;  ///< "name=value"
     std::vector<Fault> faults;          ///< what goes wrong, and when
+    Script script;                      ///< what else happens, and when
     std::optional<LineSettings> line;   ///< the instrument's settings; empty: as delivered
     bool paced = false;                 ///< characters take their time on the line
 
@@ -34,6 +37,8 @@ struct Options {
     Options& withFault(const std::string& text) {
         return faults.push_back(Fault::parse(text)), *this;
     }
+    /// The script in a file, beside what there is; throws as readScriptFile does.
+    Options& withScript(const std::string& path);
     /// `settings` as LineSettings::parse reads them; throws std::invalid_argument for other text.
     Options& at(const std::string& settings);
     Options& withPacing() { return paced = true, *this; }
@@ -65,12 +70,18 @@ class ConnectedInstrument {
     ConnectedInstrument(const CatalogEntry& entry, const Options& options,
                         std::unique_ptr<HostLine> line);
 
+    /// Does one thing now, and returns when it is done; not to be called by a listener or by the
+    /// work given to withLine and withBalance. Throws std::invalid_argument for a switch that the
+    /// instrument lacks.
+    void apply(const Change& change);
+
     /// The load in grams; the pan settles towards it from now on.
     void setLoad(double grams);
     /// A fault as Fault::parse reads it; its times count from the set-up of the instrument.
     void addFault(const std::string& fault);
     void clearFaults();
-    /// The line's adapter is pulled out; it is back under the same name or as `device`.
+    /// The line's adapter is pulled out; it is back under the same name or as `device`, or still
+    /// under the same name when another instrument is at `device`.
     void unplug();
     void plugIn();
     void plugIn(const std::string& device);
@@ -81,14 +92,16 @@ class ConnectedInstrument {
     std::vector<LineEvent> log();
     void clearLog();
     /// Called for each event as it happens, on the thread on which it happens.
-    void onEvent(std::function<void(const LineEvent&)> listener);
+    using Listener = std::function<void(ConnectedInstrument& from, const LineEvent& event)>;
+    void onEvent(Listener listener);
 
     /// The line settings in force when the host sent its last bytes; empty before the first.
     std::optional<LineSettings> settingsOfLastCommand();
     LineSettings hostSettings();  ///< the host's line settings now
     LineSettings ownSettings() const { return settings_; }
     bool isOpenedByHost();
-    std::string device();  ///< the device's present name
+    std::string device();                              ///< the device's present name
+    const std::string& name() const { return name_; }  ///< of the catalog
 
     /// Works with the line or the model themselves, for what has no function here.
     void withLine(const std::function<void(HostLine&)>& work);
@@ -118,9 +131,15 @@ class ConnectedInstrument {
     void change(const Work& work);
 
     void putOn(const LoadStep& load);
+    void prepare(const Script& script);
+    void applyAt(const Change& change, Time at);
+    void serveScript();
+    void serveOpening();
     void serveLocked();
     void servePlug();
-    void servePlugs(bool shouldBePlugged);
+    void pullOut();
+    void putBack();
+    bool isPlugDue() const { return plugged_ == (unplugFault() != nullptr); }
     const Fault* unplugFault() const;
     void takeArrival(const HostLine::Arrival& arrival);
     void passToInstrument();
@@ -133,19 +152,22 @@ class ConnectedInstrument {
 
     std::recursive_mutex mutex_;
     Clock::time_point start_ = Clock::now();
+    std::string name_;
     Instrument instrument_;
     LineSettings settings_;
     bool paced_;
     std::unique_ptr<HostLine> line_;
     std::string returnsAs_;
-    bool pulled_ = false;
     bool plugged_ = true;
+    std::condition_variable_any plugServed_;
+    bool wasOpen_ = false;
+    std::deque<ScriptStep> script_;
     std::deque<InTransit> toInstrument_;
     std::deque<InTransit> toHost_;
     Moment hostFree_{0};
     Moment instrumentFree_{0};
     std::vector<LineEvent> log_;
-    std::function<void(const LineEvent&)> listener_;
+    Listener listener_;
     std::function<void()> changed_;
 };
 

@@ -1,15 +1,18 @@
 #include "simulator/Fault.h"
 
 #include <stdexcept>
+#include <tuple>
 
 #include "simulator/Text.h"
+#include "simulator/line/DeviceName.h"
 
 namespace simulator {
 namespace {
 
 [[noreturn]] void refuse(const std::string& text, const std::string& why) {
     throw std::invalid_argument("fault \"" + text + "\": " + why +
-                                "; a fault is written NAME[=VALUE][@START[+DURATION]]");
+                                "; a fault is written NAME[=VALUE][@START[+DURATION]] or "
+                                "NAME[=VALUE] [at START] [for DURATION]");
 }
 
 const FaultDescription& describe(const std::string& name, const std::string& text) {
@@ -27,17 +30,21 @@ Time timeIn(const std::string& part, const std::string& text) {
     return *time;
 }
 
-void checkValue(const Fault& fault, const std::string& text) {
+/// Checks the value and completes the name of a device.
+void settleValue(Fault& fault, const std::string& text) {
     if (fault.name == "late") timeIn(fault.value, text);
     if ((fault.name == "truncated" || fault.name == "noise") &&
         !parseWholeNumber(fault.value, 0, 9999))
         refuse(text, "the value is a number of characters");
+    if (fault.name != "unplug" || fault.value.empty()) return;
+    const auto device = servedDevice(fault.value);
+    if (!device) refuse(text, "the value is a device such as ttyUSB1");
+    fault.value = *device;
 }
 
-}  // namespace
-
-Fault Fault::parse(const std::string& text) {
-    const auto [what, when] = cutAt(text, '@');
+/// NAME[=VALUE][@START[+DURATION]]
+Fault parseCompact(const std::string& word, const std::string& text) {
+    const auto [what, when] = cutAt(word, '@');
     const auto [name, value] = cutAt(what, '=');
     const FaultDescription& description = describe(name, text);
     Fault fault;
@@ -48,8 +55,38 @@ Fault Fault::parse(const std::string& text) {
         fault.from = timeIn(start, text);
         if (duration) fault.until = fault.from + timeIn(*duration, text);
     }
-    checkValue(fault, text);
     return fault;
+}
+
+}  // namespace
+
+Fault Fault::parse(const std::string& text) {
+    auto [word, rest] = firstWord(singleSpaced(text));
+    Fault fault = parseCompact(word, text);
+    std::optional<Time> duration;
+    while (!rest.empty()) {
+        std::tie(word, rest) = firstWord(rest);
+        std::string value;
+        std::tie(value, rest) = firstWord(rest);
+        if (word == "at")
+            fault.from = timeIn(value, text);
+        else if (word == "for")
+            duration = timeIn(value, text);
+        else if (word == "as" && fault.name == "unplug")
+            fault.value = value;
+        else
+            refuse(text, "\"" + word + "\" is not understood");
+    }
+    if (duration) fault.until = fault.from + *duration;
+    settleValue(fault, text);
+    return fault;
+}
+
+Fault Fault::shiftedBy(Time start) const {
+    Fault shifted = *this;
+    shifted.from += start;
+    if (shifted.until) *shifted.until += start;
+    return shifted;
 }
 
 const std::vector<FaultDescription>& faults() {

@@ -16,8 +16,12 @@ struct Fault {
     std::optional<Time> until;  ///< empty: for ever
 
     /// Reads NAME[=VALUE][@START[+DURATION]], such as "silent", "late=1500ms", "truncated=5@2s" or
-    /// "unplug=/dev/ttyUSB1@5s+2s". Throws std::invalid_argument, saying what is allowed.
+    /// "unplug=ttyUSB1@5s+2s", or the same in words: "silent at 8s for 2s", "unplug at 5s for 2s as
+    /// ttyUSB1". Throws std::invalid_argument, saying what is allowed.
     static Fault parse(const std::string& text);
+
+    /// The same fault when its times count from `start`.
+    Fault shiftedBy(Time start) const;
 
     bool isActive(Time now) const { return now >= from && (!until || now < *until); }
 };

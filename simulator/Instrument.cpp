@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "simulator/BalanceSettings.h"
+#include "simulator/Text.h"
 
 namespace simulator {
 namespace {
@@ -16,6 +17,13 @@ Switches chosen(const CatalogEntry& entry, const std::vector<std::string>& setti
     return switches;
 }
 
+bool isBalanceSwitch(const std::string& setting) {
+    const auto& all = balanceSwitches();
+    return std::any_of(all.begin(), all.end(), [&](const SwitchDescription& each) {
+        return each.name == cutAt(setting, '=').first;
+    });
+}
+
 BalanceData fitted(BalanceData balance, const Switches& switches) {
     applyBalanceSwitches(switches, balance);
     return balance;
@@ -27,8 +35,48 @@ Instrument::Instrument(const CatalogEntry& entry, const std::vector<std::string>
     : Instrument(entry, chosen(entry, switches)) {}
 
 Instrument::Instrument(const CatalogEntry& entry, const Switches& switches)
-    : balance_(fitted(entry.balance, switches)),
+    : entry_(entry),
+      switches_(switches),
+      balance_(fitted(entry.balance, switches)),
       dialect_(entry.createDialect(balance_, switches)) {}
+
+Switches Instrument::switchesWith(const std::string& setting) const {
+    Switches switches = switches_;
+    switches.choose(setting);
+    return switches;
+}
+
+void Instrument::checkSwitch(const std::string& setting) const {
+    fitted(entry_.balance, switchesWith(setting));
+}
+
+void Instrument::choose(const std::string& setting) {
+    const Switches switches = switchesWith(setting);
+    balance_.change(fitted(entry_.balance, switches));
+    switches_ = switches;
+    if (isBalanceSwitch(setting)) return;
+    collectAnswers();
+    dialect_ = entry_.createDialect(balance_, switches_);
+    if (!hasPower_) dialect_->forgetEverything();
+}
+
+void Instrument::press(Key key) {
+    if (hasPower_) dialect_->press(key);
+    collectAnswers();
+}
+
+void Instrument::portOpened(Time now) {
+    advance(now);
+    if (hasPower_) dialect_->portOpened();
+    collectAnswers();
+}
+
+void Instrument::endFaults(const std::string& name) {
+    const auto ends = [&](const Fault& fault) {
+        return (name.empty() || fault.name == name) && fault.isActive(balance_.now());
+    };
+    faults_.erase(std::remove_if(faults_.begin(), faults_.end(), ends), faults_.end());
+}
 
 void Instrument::receive(const Character& character, Time now) {
     advance(now);

@@ -26,8 +26,20 @@ class Instrument {
 
     BalanceModel& balance() { return balance_; }
     void addFault(const Fault& fault) { faults_.push_back(fault); }
+    /// The faults of this name that are in force now end; with an empty name all that are.
+    void endFaults(const std::string& name);
     void clearFaults() { faults_.clear(); }
     const std::vector<Fault>& faults() const { return faults_; }
+
+    /// Sets a switch while the instrument runs, as someone does at its menu: one of its own, not of
+    /// balanceSwitches(), ends what it waits for and repeats. Throws as the constructor does, and
+    /// then nothing has changed; checkSwitch only throws.
+    void choose(const std::string& setting);
+    void checkSwitch(const std::string& setting) const;
+    /// Somebody presses a key at the time of the last call.
+    void press(Key key);
+    /// The host has opened its port.
+    void portOpened(Time now);
 
     /// Something has arrived from the host at `now`.
     void receive(const Character& character, Time now);
@@ -45,6 +57,7 @@ class Instrument {
 
  private:
     Instrument(const CatalogEntry& entry, const Switches& switches);
+    Switches switchesWith(const std::string& setting) const;
 
     struct Answer {
         Time due;
@@ -59,6 +72,8 @@ class Instrument {
     void collectAnswers();
     void spoil(std::string& bytes);
 
+    CatalogEntry entry_;
+    Switches switches_;
     BalanceModel balance_;
     std::unique_ptr<Dialect> dialect_;
     std::vector<Fault> faults_;

@@ -1,6 +1,7 @@
 #include "simulator/Text.h"
 
 #include <charconv>
+#include <sstream>
 
 namespace simulator {
 namespace {
@@ -38,6 +39,19 @@ std::pair<std::string, std::optional<std::string>> cutAt(const std::string& text
     const std::size_t at = text.find(separator);
     if (at == std::string::npos) return {text, std::nullopt};
     return {text.substr(0, at), text.substr(at + 1)};
+}
+
+std::pair<std::string, std::string> firstWord(const std::string& text) {
+    const auto [word, rest] = cutAt(text, ' ');
+    return {word, rest.value_or("")};
+}
+
+std::string singleSpaced(const std::string& text) {
+    std::istringstream words(text);
+    std::string spaced;
+    for (std::string word; words >> word;)
+        spaced += (spaced.empty() ? "" : " ") + word;
+    return spaced;
 }
 
 }  // namespace simulator

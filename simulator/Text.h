@@ -16,4 +16,10 @@ std::optional<int> parseWholeNumber(const std::string& text, int least, int most
 /// What stands before and behind the first `separator`; nothing behind when there is none.
 std::pair<std::string, std::optional<std::string>> cutAt(const std::string& text, char separator);
 
+/// The first word and what stands behind the blank after it, of text as singleSpaced gives it.
+std::pair<std::string, std::string> firstWord(const std::string& text);
+
+/// The words of `text` with one blank between them: blanks, tabs and line ends are alike.
+std::string singleSpaced(const std::string& text);
+
 }  // namespace simulator

@@ -75,7 +75,11 @@ ConnectedInstrument& VirtualBench::place(const CatalogEntry& entry, const Option
 
 ConnectedInstrument& VirtualBench::placeOnTerminal(const std::string& instrument,
                                                    const Options& options) {
-    const CatalogEntry& entry = findInstrument(instrument);
+    return placeOnTerminal(findInstrument(instrument), options);
+}
+
+ConnectedInstrument& VirtualBench::placeOnTerminal(const CatalogEntry& entry,
+                                                   const Options& options) {
     return add(std::make_unique<ConnectedInstrument>(
         entry, options, std::make_unique<PlainTerminal>(options.line.value_or(entry.line))));
 }

@@ -40,13 +40,16 @@ class VirtualBench {
     /// The same on a bare pseudo-terminal, whose path is the instrument's device().
     ConnectedInstrument& placeOnTerminal(const std::string& instrument,
                                          const Options& options = {});
+    ConnectedInstrument& placeOnTerminal(const CatalogEntry& entry, const Options& options = {});
+
+    /// What stands on the bench, in the order in which it was placed.
+    std::vector<ConnectedInstrument*> instruments();
 
     /// Where the lines' files are: the value of WBALANCE_VIRTUAL_LINES.
     const std::filesystem::path& directory() const { return directory_; }
 
  private:
     ConnectedInstrument& add(std::unique_ptr<ConnectedInstrument> instrument);
-    std::vector<ConnectedInstrument*> instruments();
     void wake() const;
     void serveUntilStopped();
     std::vector<ConnectedInstrument*> waitForWork();

@@ -11,6 +11,9 @@ constexpr std::size_t longestCommand = 256;
 /// The end of a spoiled command may be spoiled itself: after this pause a new command begins.
 constexpr Time quietAfterDamage = 100ms;
 
+/// For so long a tare or zero key waits for the pan to come to rest.
+constexpr Time keyPatience = 10s;
+
 }  // namespace
 
 Dialect::Dialect(BalanceModel& balance, std::string lineEnd)
@@ -45,6 +48,12 @@ bool Dialect::isSpoiled() {
         received_.erase(0, received_.size() - 1);
     }
     return spoiledAt_.has_value();
+}
+
+void Dialect::press(Key key) {
+    if (key == Key::print) return printKey();
+    const auto done = [this, key] { key == Key::tare ? balance_.tare() : balance_.zero(); };
+    whenStable(keyPatience, done, [] {});
 }
 
 void Dialect::on(const std::string& command, Handler handler) {

@@ -14,13 +14,17 @@
 
 namespace simulator {
 
+/// A key on the balance that somebody presses.
+enum class Key { print, tare, zero };
+
 /// What a balance says: it cuts arriving bytes into commands, carries them out on a BalanceModel
 /// and queues its answers. A derived class
 ///   - fills the command table in its constructor with on(), and says what an unknown command gets
 ///     in unknown();
 ///   - chooses how commands are cut off: complete lines by default, override cutCommand() for
 ///     commands without a line end;
-///   - answers with say(), at once or from whenStable(), after() and every().
+///   - answers with say(), at once or from whenStable(), after() and every();
+///   - says in printKey() what goes over the line when somebody presses the print key.
 class Dialect {
  public:
     /// `lineEnd` ends commands and answers alike; see setAnswerEnd for instruments that differ.
@@ -36,6 +40,11 @@ class Dialect {
     void receive(const Character& character);
     /// The host has sent a break condition.
     virtual void receiveBreak() {}
+
+    /// Somebody presses a key. Tare and zero are carried out at rest and send nothing.
+    void press(Key key);
+    /// The host has opened its port: data terminal ready is raised.
+    virtual void portOpened() {}
 
     /// Does everything that is due at the model's time. Call after each advance of the model.
     void runDueTasks();
@@ -65,6 +74,9 @@ class Dialect {
     virtual void unknown(const std::string& command) = 0;
     /// A known command whose parameters make no sense; as unknown unless overridden.
     virtual void refuse(const std::string& command) { unknown(command); }
+    /// What the print key sends, where the instrument has one.
+    virtual void printKey() = 0;
+
     /// A command with a character of wrong parity or without stop bit has arrived: once per
     /// command, what was received of it is dropped and what follows is ignored up to its end.
     virtual void spoiled() {}

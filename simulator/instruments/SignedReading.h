@@ -18,6 +18,7 @@ class SignedReading : public Dialect {
     std::optional<std::string> cutCommand(std::string& received) override;
     void execute(const std::string& command) override;
     void unknown(const std::string&) override {}
+    void printKey() override { sayReading(); }
     bool interrupts(const std::string&) const override { return true; }
 
     /// The line of a reading, without its end.

@@ -46,6 +46,12 @@ class Gibertini : public Dialect {
         return Dialect::cutCommand(received);
     }
     void unknown(const std::string&) override {}
+    /// Also where PRINT is said to belong to the printer protocol: the line of the protocol.
+    void printKey() override {
+        whenStable(
+            patience, [this] { isProtocol("printer") ? say(measureAndUnit()) : sayMeasure(); },
+            [] {});
+    }
     /// A tare that waits for the pan holds nothing back.
     bool interrupts(const std::string&) const override { return true; }
 
@@ -77,8 +83,7 @@ class Gibertini : public Dialect {
 
     void pressPrintKey() {
         after(switches_.time("print-key"), [this] {
-            whenStable(
-                patience, [this] { say(measureAndUnit()); }, [] {});
+            printKey();
             pressPrintKey();
         });
     }

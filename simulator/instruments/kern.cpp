@@ -42,6 +42,7 @@ class Kern : public Dialect {
     }
     void unknown(const std::string&) override { say("E01"); }
     void spoiled() override { say("E01"); }
+    void printKey() override { say(record()); }
     /// A record that is waited for holds nothing back.
     bool interrupts(const std::string&) const override { return true; }
 

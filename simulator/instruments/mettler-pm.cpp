@@ -43,6 +43,11 @@ class StandardPm : public Dialect {
     void refuse(const std::string&) override { say("EL"); }
     void spoiled() override { say("ET"); }
 
+    void printKey() override {
+        whenStable(
+            switches_.time("stability-time-out"), [this] { sayWeightNow(); }, [] {});
+    }
+
     /// An empty line repeats the last command on some balances of the family.
     void execute(const std::string& command) override {
         if (!command.empty()) last_ = command;

@@ -47,6 +47,7 @@ class MtSics : public Dialect {
     void refuse(const std::string&) override { say("EL"); }
     void spoiled() override { say("ET"); }
     bool interrupts(const std::string& command) const override { return command == "@"; }
+    void printKey() override { printAtRest(); }
 
  private:
     bool isOutOfRange(const std::string& id) {
@@ -92,6 +93,13 @@ class MtSics : public Dialect {
         atRest("S", [this] {
             if (!isOutOfRange("S")) say(weightLine("S S", balance().read().digits()));
         });
+    }
+
+    /// The print key puts a line between those of other commands.
+    void printAtRest() {
+        if (!balance().isOn()) return;
+        whenStable(
+            switches_.time("stability-time-out"), [this] { sayWeightNow(); }, [] {});
     }
 
     // > "SI"  < "S S     100.00 g", "S D     100.00 g", "S I", "S +", "S -"

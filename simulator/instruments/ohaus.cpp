@@ -23,7 +23,7 @@ class OhausPrint : public Dialect {
     OhausPrint(BalanceModel& model, const Switches& switches)
         : Dialect(model, "\r"), switches_(switches) {
         setAnswerEnd("\r\n");
-        onPlain("P", [this] { stableOnly_ ? printAtRest() : sayReading(); });
+        onPlain("P", [this] { print(); });
         if (switches_.isOn("stable-print")) onPlain("SP", [this] { printAtRest(); });
         onPlain("T", [this] { tare(); });
         onPlain("CA", [this] { printEvery(continuousPrintInterval); });
@@ -48,12 +48,16 @@ class OhausPrint : public Dialect {
         return Dialect::cutCommand(received);
     }
 
+    void printKey() override { print(); }
+
     void execute(const std::string& command) override {
         if (!lost_) Dialect::execute(command);
     }
 
  private:
     bool isExplorer() const { return switches_.text("line").rfind("explorer", 0) == 0; }
+
+    void print() { stableOnly_ ? printAtRest() : sayReading(); }
 
     void printEvery(Time period) {
         stopRepeating();

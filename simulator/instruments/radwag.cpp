@@ -37,6 +37,11 @@ class Radwag : public Dialect {
     void unknown(const std::string& command) override {
         if (!command.empty()) say("ES");
     }
+    // < "         18.5 g  "   18 bytes with the line end: no command letters
+    void printKey() override {
+        whenStable(
+            switches_.time("stability-time-out"), [this] { say(mass()); }, [] {});
+    }
     bool interrupts(const std::string&) const override {
         return switches_.text("during-wait") == "refuse";
     }
@@ -90,11 +95,16 @@ class Radwag : public Dialect {
     }
 
     std::string frame(const std::string& command) const {
+        return leftAligned(command, commandColumns) + (switches_.text("frame") == "22" ? " " : "") +
+               mass();
+    }
+
+    /// What the frame and the print key's line have in common: stability, sign, mass and unit.
+    std::string mass() const {
         const Reading reading = balance().read();
         const std::string digits = massOf(reading);
         const bool isNegative = digits.front() == '-';
-        return leftAligned(command, commandColumns) + (switches_.text("frame") == "22" ? " " : "") +
-               markOf(reading) + " " + (isNegative ? "-" : " ") +
+        return markOf(reading) + " " + (isNegative ? "-" : " ") +
                rightAligned(digits.substr(isNegative), massColumns) + " " +
                leftAligned(reading.unit, unitColumns);
     }

@@ -54,6 +54,7 @@ class Sbi : public Dialect {
 
  protected:
     void unknown(const std::string&) override {}
+    void printKey() override { print(); }
     bool interrupts(const std::string& command) const override { return command == "s3"; }
 
     std::optional<std::string> cutCommand(std::string& received) override {

@@ -27,6 +27,7 @@ class ScaleHouseTicket : public Dialect {
 
  protected:
     void unknown(const std::string&) override {}
+    void printKey() override { print(); }
 
  private:
     void printUnasked() {

@@ -18,6 +18,7 @@ std::optional<std::chrono::milliseconds> PlainTerminal::lookEvery() const {
 }
 
 void PlainTerminal::serve(const std::function<void(const Arrival&)>& arrived) {
+    if (!terminal_) return;
     bool hungUp = false;
     const std::string bytes = terminal_->read(&hungUp);
     open_ = !hungUp;
@@ -25,6 +26,7 @@ void PlainTerminal::serve(const std::function<void(const Arrival&)>& arrived) {
 }
 
 void PlainTerminal::deliver(const std::vector<Character>& characters) {
+    if (!terminal_) return;
     std::string bytes;
     for (const Character& character : characters)
         bytes += character.byte;
@@ -32,11 +34,13 @@ void PlainTerminal::deliver(const std::vector<Character>& characters) {
 }
 
 void PlainTerminal::unplug() {
-    plugIn({});
+    terminal_.reset();
+    open_ = false;
 }
 
 void PlainTerminal::plugIn(const std::string&) {
     terminal_ = std::make_unique<PseudoTerminal>();
+    path_ = terminal_->path();
     open_ = false;
 }
 

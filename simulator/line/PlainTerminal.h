@@ -14,7 +14,7 @@ class PlainTerminal final : public HostLine {
     /// `assumed` are the host's settings as far as this line knows.
     explicit PlainTerminal(const LineSettings& assumed);
 
-    const std::string& device() const override { return terminal_->path(); }
+    const std::string& device() const override { return path_; }
     /// None while it is closed: a closed terminal would always be ready.
     std::vector<int> descriptors() const override;
     std::optional<std::chrono::milliseconds> lookEvery() const override;
@@ -22,14 +22,15 @@ class PlainTerminal final : public HostLine {
     void deliver(const std::vector<Character>& characters) override;
     bool isOpen() const override { return open_; }
     LineSettings hostSettings() const override { return assumed_; }
-    /// Hangs the host up; a new pseudo-terminal under a new path takes the old one's place.
+    /// Hangs the host up; the path is gone.
     void unplug() override;
-    /// The new path is the system's choice, not `device`.
+    /// A new pseudo-terminal; its path is the system's choice, not `device`.
     void plugIn(const std::string& device) override;
 
  private:
     LineSettings assumed_;
     std::unique_ptr<PseudoTerminal> terminal_;
+    std::string path_;
     bool open_ = false;
 };
 

@@ -16,7 +16,7 @@
 #include <stdexcept>
 #include <system_error>
 
-#include "simulator/Text.h"
+#include "simulator/line/DeviceName.h"
 
 namespace simulator {
 namespace {
@@ -105,20 +105,13 @@ VirtualLine::~VirtualLine() {
     }
 }
 
-bool VirtualLine::canServe(const std::string& device) {
-    for (const std::string prefix : {"/dev/ttyS", "/dev/ttyUSB"})
-        if (device.compare(0, prefix.size(), prefix) == 0 &&
-            parseWholeNumber(device.substr(prefix.size()), 0, 99'999))
-            return true;
-    return false;
-}
-
 void VirtualLine::plugIn(const std::string& device) {
-    if (!canServe(device)) throw std::invalid_argument("cannot serve the device " + device);
-    if (terminal_) unplug();
-    device_ = device;
+    if (servedDevice(device) != device)
+        throw std::invalid_argument("cannot serve the device " + device);
     const std::string name = nameOf(device);
     if (served_.count(name) == 0) served_[name] = create(name);
+    if (terminal_) unplug();
+    device_ = device;
     state_ = served_[name].state;
     bell_ = served_[name].bell;
     terminal_ = std::make_unique<PseudoTerminal>();
@@ -132,6 +125,8 @@ void VirtualLine::plugIn(const std::string& device) {
 }
 
 VirtualLine::Served VirtualLine::create(const std::string& name) const {
+    if (std::filesystem::exists(file(name)))
+        throw std::invalid_argument("an instrument is at /dev/" + name + " already; give each its own port");
     Served served;
     served.state = mapNewState(file(name));
     name.copy(served.state->name, sizeof served.state->name - 1);

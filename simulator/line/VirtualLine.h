@@ -26,12 +26,10 @@ class VirtualLine final : public HostLine {
     };
 
     /// Serves `device` ("/dev/ttyS<N>" or "/dev/ttyUSB<N>"). Throws std::invalid_argument for
-    /// another name, std::system_error when files or pseudo-terminal cannot be created.
+    /// another name and for one that is served already, std::system_error when files or
+    /// pseudo-terminal cannot be created.
     VirtualLine(std::filesystem::path directory, const std::string& device);
     ~VirtualLine() override;
-
-    /// Whether `device` is a name that can be served.
-    static bool canServe(const std::string& device);
 
     const std::string& device() const override { return device_; }
     std::vector<int> descriptors() const override;

@@ -32,6 +32,14 @@ BalanceModel::BalanceModel(const BalanceData& data) : data_(data), random_(data.
     startWithLoad(0);
 }
 
+void BalanceModel::change(const BalanceData& data) {
+    const Time stableAfter = data_.stableAfter;
+    const Time refresh = data_.refresh;
+    data_ = data;
+    data_.stableAfter = stableAfter;
+    data_.refresh = refresh;
+}
+
 void BalanceModel::startWithLoad(double grams) {
     load_ = settled_ = shown_ = grams;
     recent_.assign(static_cast<std::size_t>(data_.stableAfter / data_.refresh) + 1, grams);
@@ -61,10 +69,11 @@ void BalanceModel::refresh(Time at) {
                                  std::chrono::duration<double>(data_.settling));
     settled_ = load_ + (settled_ - load_) * left;
     if (std::fabs(settled_ - load_) < data_.readability / 10) settled_ = load_;
-    const double drift = data_.driftPerHour * static_cast<double>(at.count()) / hourInMilliseconds;
+    drifted_ +=
+        data_.driftPerHour * static_cast<double>(data_.refresh.count()) / hourInMilliseconds;
     const double noise =
         data_.noise > 0 ? std::normal_distribution<double>(0, data_.noise)(random_) : 0;
-    shown_ = settled_ + drift + noise;
+    shown_ = settled_ + drifted_ + noise;
     recent_.pop_front();
     recent_.push_back(shown_);
     lastRefresh_ = at;

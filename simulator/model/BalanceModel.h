@@ -50,6 +50,8 @@ class BalanceModel {
     explicit BalanceModel(const BalanceData& data);
 
     const BalanceData& data() const { return data_; }
+    /// It is another kind of balance from now on; `stableAfter` and `refresh` stay as they were.
+    void change(const BalanceData& data);
 
     /// Moves on to `now`, which never goes back.
     void advance(Time now);
@@ -107,6 +109,7 @@ class BalanceModel {
     Time lastRefresh_{0};
     double load_ = 0;
     double settled_ = 0;
+    double drifted_ = 0;
     double shown_ = 0;
     double zero_ = 0;
     double tare_ = 0;

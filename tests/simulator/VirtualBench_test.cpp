@@ -12,11 +12,13 @@
 #include <QtSerialPort/QSerialPort>
 #include <algorithm>
 #include <cerrno>
+#include <sstream>
 #include <thread>
 
 #include "simulator/line/VirtualLine.h"
 
 using simulator::BalanceModel;
+using simulator::Change;
 using simulator::ConnectedInstrument;
 using simulator::HostLine;
 using simulator::LineEvent;
@@ -34,7 +36,7 @@ class OpenPort {
     explicit OpenPort(const char* device = "/dev/ttyS0") : port_(QString(device)) {
         EXPECT_TRUE(port_.open(QIODevice::ReadWrite)) << port_.errorString().toStdString();
     }
-    std::string ask(const char* command, int patience = 2000) {
+    std::string ask(const char* command, int patience = 20000) {
         port_.write(command);
         QByteArray answer;
         while (!answer.endsWith('\n') && port_.waitForReadyRead(patience))
@@ -72,7 +74,7 @@ TEST(VirtualBench, The_load_can_change_while_the_host_looks_on) {
     OpenPort port;
     EXPECT_EQ(port.ask("S\r\n"), "S S     1.0000 g\r\n");
     balance.setLoad(2);
-    EXPECT_EQ(port.ask("S\r\n", 5000), "S S     2.0000 g\r\n");
+    EXPECT_EQ(port.ask("S\r\n"), "S S     2.0000 g\r\n");
 }
 
 TEST(VirtualBench, Several_instruments_stand_side_by_side) {
@@ -341,6 +343,98 @@ TEST(VirtualBench, Settings_outlive_a_close_as_on_a_real_port) {
     ::tcgetattr(second, &found);
     EXPECT_TRUE(found.c_cflag & CSTOPB);
     ::close(second);
+}
+
+TEST(VirtualBench, Two_instruments_cannot_be_at_one_port) {
+    VirtualBench bench;
+    bench.place("mettler-xs");
+    try {
+        bench.place("radwag");
+        FAIL();
+    } catch (const std::invalid_argument& error) {
+        EXPECT_STREQ(error.what(),
+                     "an instrument is at /dev/ttyS0 already; give each its own port");
+    }
+}
+
+TEST(VirtualBench, It_keeps_its_name_when_another_instrument_has_the_new_one) {
+    VirtualBench bench;
+    auto& balance = bench.place("mettler-xs", Options().on("/dev/ttyUSB0").withLoad(1));
+    bench.place("mettler-xs", Options().on("/dev/ttyUSB1").withLoad(2));
+    balance.unplug();
+    balance.plugIn("/dev/ttyUSB1");
+    EXPECT_EQ(balance.device(), "/dev/ttyUSB0");
+    EXPECT_EQ(OpenPort("/dev/ttyUSB0").ask("S\r\n"), "S S     1.0000 g\r\n");
+    EXPECT_EQ(OpenPort("/dev/ttyUSB1").ask("S\r\n"), "S S     2.0000 g\r\n");
+}
+
+TEST(VirtualBench, A_script_is_carried_out_at_its_times) {
+    std::istringstream text(
+        "0s load 1\n"
+        "0s switch serial-number=7777777\n"
+        "0s fault silent for 200ms\n"
+        "200ms load 2\n"
+        "+1ms press tare\n");
+    Options options;
+    options.script = simulator::readScript(text, "bench.script");
+    VirtualBench bench;
+    auto& balance = bench.place("mettler-xs", options);
+    OpenPort port;
+    ASSERT_TRUE(eventually([&] {
+        double tare = 0;
+        balance.withBalance([&](BalanceModel& model) { tare = model.tareWeight(); });
+        return tare == 2;
+    }));
+    EXPECT_EQ(port.ask("S\r\n"), "S S     0.0000 g\r\n");
+    EXPECT_EQ(port.ask("I4\r\n"), "I4 A \"7777777\"\r\n");
+}
+
+TEST(VirtualBench, A_script_that_the_instrument_cannot_follow_is_refused_with_its_line) {
+    std::istringstream text("0s load 1\n5s switch speed=2\n");
+    Options options;
+    options.script = simulator::readScript(text, "bench.script");
+    VirtualBench bench;
+    try {
+        bench.place("mettler-xs", options);
+        FAIL();
+    } catch (const std::invalid_argument& error) {
+        EXPECT_EQ(std::string(error.what()).find("bench.script:2: this instrument has no switch"),
+                  0u);
+    }
+}
+
+TEST(VirtualBench, A_change_is_in_force_when_it_returns) {
+    VirtualBench bench;
+    auto& balance = bench.place("mettler-xs", Options().on("/dev/ttyUSB0").withLoad(1));
+    balance.apply(Change::parse("unplug as ttyUSB1"));
+    EXPECT_EQ(openErrno("/dev/ttyUSB0"), ENOENT);
+    balance.apply(Change::parse("end unplug"));
+    EXPECT_EQ(openErrno("/dev/ttyUSB1"), 0);
+    OpenPort port("/dev/ttyUSB1");
+    balance.apply(Change::parse("fault overload"));
+    EXPECT_EQ(port.ask("SI\r\n"), "S +\r\n");
+    balance.apply(Change::parse("end"));
+    EXPECT_EQ(port.ask("SI\r\n"), "S S     1.0000 g\r\n");
+    EXPECT_THROW(balance.apply(Change::parse("switch speed=2")), std::invalid_argument);
+    balance.apply(Change::parse("press print"));
+    EXPECT_EQ(port.ask(""), "S S     1.0000 g\r\n");
+}
+
+TEST(VirtualBench, An_unplugged_terminal_comes_back_under_another_path) {
+    VirtualBench bench;
+    auto& balance = bench.placeOnTerminal("mettler-xs", Options().withLoad(1));
+    const std::string before = balance.device();
+    const int old = ::open(before.c_str(), O_RDWR | O_NOCTTY);
+    balance.unplug();
+    EXPECT_EQ(balance.device(), before);
+    balance.plugIn();
+    EXPECT_NE(balance.device(), before) << "held by the old host";
+    const int descriptor = ::open(balance.device().c_str(), O_RDWR | O_NOCTTY);
+    ASSERT_EQ(::write(descriptor, "S\r\n", 3), 3);
+    char answer[64] = {};
+    EXPECT_EQ(::read(descriptor, answer, sizeof answer), 18);
+    ::close(descriptor);
+    ::close(old);
 }
 
 TEST(VirtualBench, A_bare_pseudo_terminal_serves_who_has_nothing_loaded) {

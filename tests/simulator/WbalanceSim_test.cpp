@@ -9,6 +9,8 @@
 #include <fstream>
 #include <string>
 
+#include "TemporaryFile.h"
+
 using testing::ContainsRegex;
 using testing::HasSubstr;
 using testing::StartsWith;
@@ -121,6 +123,57 @@ TEST(WbalanceSim, Loads_and_faults_have_their_times) {
     EXPECT_THAT(ran.output, HasSubstr("S S      50.00 g"));
 }
 
+TEST(WbalanceSim, A_script_says_what_happens_and_when) {
+    const TemporaryFile script;
+    script.Write("# the parcel comes late\n0s load 1\n+100ms load 50\n0s fault silent for 50ms\n");
+    const Ran ran = sim("mettler-toledo --script " + script.Path() + " -- sh -c 'sleep 2; " + host +
+                        " /dev/ttyS0 2400,7E1 S'");
+    EXPECT_THAT(ran.output, HasSubstr("S S      50.00 g"));
+}
+
+TEST(WbalanceSim, A_wrong_script_is_refused_with_the_line_before_anything_runs) {
+    const TemporaryFile script;
+    script.Write("0s load 1\n5s laod 50\n");
+    const Ran ran = sim("mettler-toledo --script " + script.Path() + " -- echo ran");
+    EXPECT_THAT(ran.output,
+                StartsWith("wbalance-sim: " + script.Path() + ":2: \"laod\" is nothing that can"));
+    EXPECT_EQ(ran.exitCode, 125);
+    script.Write("0s switch speed=2\n");
+    EXPECT_THAT(sim("mettler-toledo --script " + script.Path() + " -- echo ran").output,
+                StartsWith("wbalance-sim: " + script.Path() + ":1: this instrument has no switch"));
+    EXPECT_THAT(sim("mettler-toledo --script /no/such/script -- echo ran").output,
+                StartsWith("wbalance-sim: the script /no/such/script: No such file"));
+}
+
+TEST(WbalanceSim, A_fault_may_be_said_in_words) {
+    const Ran ran = sim("mettler-toledo --load 1 --fault 'silent at 0s for 50ms' -- sh -c '" +
+                        std::string("sleep 2; ") + host + " /dev/ttyS0 2400,7E1 S'");
+    EXPECT_THAT(ran.output, HasSubstr("S S       1.00 g"));
+}
+
+TEST(WbalanceSim, Several_instruments_each_have_their_port_load_and_switches) {
+    const Ran ran =
+        sim("mettler-toledo --load 5 , mettler-xs --port 1 --usb --load 7 --log - , "
+            "mettler-toledo --port 2 --with serial-number=7777777 -- sh -c '" +
+            host + " /dev/ttyS0 2400,7E1 S; " + host + " /dev/ttyUSB1 9600,8N1 S; " + host +
+            " /dev/ttyS2 2400,7E1 I4'");
+    EXPECT_THAT(ran.output, HasSubstr("S S       5.00 g\r\n"));
+    EXPECT_THAT(ran.output, HasSubstr("S S     7.0000 g\r\n"));
+    EXPECT_THAT(ran.output, HasSubstr("I4 A \"7777777\"\r\n"));
+    EXPECT_THAT(ran.output,
+                ContainsRegex("[0-9]+\\.[0-9][0-9][0-9] /dev/ttyUSB1 > \"S.r.n\" 9600"));
+}
+
+TEST(WbalanceSim, Several_instruments_on_terminals_print_their_paths_in_their_order) {
+    const Ran ran = run("paths=$(mktemp -u); mkfifo $paths; " + tool +
+                        " mettler-toledo --load 5 , mettler-toledo --load 7 --pty > $paths & "
+                        "sim=$!; { read first; read second; } < $paths; rm $paths; "
+                        "exec 3<>$second; printf 'S\\r\\n' >&3; head -n 1 <&3; "
+                        "exec 4<>$first; printf 'S\\r\\n' >&4; head -n 1 <&4; "
+                        "kill -INT $sim; wait $sim");
+    EXPECT_EQ(ran.output, "S S       7.00 g\r\nS S       5.00 g\r\n");
+}
+
 TEST(WbalanceSim, The_log_shows_bytes_times_and_the_hosts_settings) {
     const Ran ran = sim("mettler-toledo --load 3 --log - -- " + host + " /dev/ttyS0 2400,7E1 S");
     EXPECT_THAT(ran.output, ContainsRegex("[0-9]+\\.[0-9][0-9][0-9] > \"S.r.n\" 2400,7E1\n"));
@@ -153,6 +206,9 @@ TEST(WbalanceSim, Its_own_errors_are_125_and_say_what_to_do) {
         {"", "which instrument? See wbalance-sim --list"},
         {"mettler-xs", "nothing to run: put -- PROGRAM behind the options, or use --pty"},
         {"mettler-xs --pty -- true", "--pty serves other software and runs no program"},
+        {"mettler-xs , mettler-xs -- true", "an instrument is at /dev/ttyS0 already; give each "},
+        {"mettler-xs , -- true", "which instrument? See wbalance-sim --list"},
+        {"mettler-xs --fault unplug=lp0 -- true", "the value is a device such as ttyUSB1"},
         {"nothing -- true", "there is no instrument \"nothing\"; there are "},
         {"mettler-xs --line 9600 -- true", "\"9600\" are no line settings such as 2400,7E1"},
         {"mettler-xs --load heavy -- true", "a load is written GRAMS[@TIME]"},

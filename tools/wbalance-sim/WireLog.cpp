@@ -44,15 +44,17 @@ std::string described(const LineEvent& event) {
 
 }  // namespace
 
-WireLog::WireLog(const std::string& file) : out_(file == "-" ? std::cerr : file_) {
+WireLog::WireLog(const std::string& file, bool ofSeveral)
+    : out_(file == "-" ? std::cerr : file_), namesDevices_(ofSeveral) {
     if (file == "-") return;
     file_.open(file);
     if (!file_) throw std::runtime_error("cannot write the log " + file);
 }
 
-void WireLog::write(const LineEvent& event) {
+void WireLog::write(const std::string& device, const LineEvent& event) {
+    const std::lock_guard<std::mutex> lock(mutex_);
     char seconds[32];
     std::snprintf(seconds, sizeof seconds, "%9.3f ",
                   static_cast<double>(event.time.count()) / 1000.0);
-    out_ << seconds << described(event) << std::endl;
+    out_ << seconds << (namesDevices_ ? device + " " : "") << described(event) << std::endl;
 }

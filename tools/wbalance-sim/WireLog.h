@@ -1,6 +1,7 @@
 #pragma once
 
 #include <fstream>
+#include <mutex>
 #include <ostream>
 #include <string>
 
@@ -11,14 +12,18 @@
 ///
 ///       0.012 > "@\r\n" 2400,7E1
 ///       0.013 < "I4 A \"1126493049\"\r\n"
+///
+/// With several instruments the device stands behind the time. Used from any thread.
 class WireLog {
  public:
     /// `file` is written anew; "-" is standard error. Throws std::runtime_error when it cannot be.
-    explicit WireLog(const std::string& file);
+    WireLog(const std::string& file, bool ofSeveral);
 
-    void write(const simulator::LineEvent& event);
+    void write(const std::string& device, const simulator::LineEvent& event);
 
  private:
+    std::mutex mutex_;
     std::ofstream file_;
     std::ostream& out_;
+    bool namesDevices_;
 };

@@ -1,0 +1,19 @@
+#include "CommandLine.h"
+
+#include <CLI/CLI.hpp>
+#include <cstdlib>
+#include <iostream>
+
+#include "ExitCode.h"
+#include "commands/Serve.h"
+
+int runCommandLine(const std::vector<std::string>& words) {
+    try {
+        return serve(words);
+    } catch (const CLI::Success&) {
+        return EXIT_SUCCESS;
+    } catch (const std::exception& error) {
+        std::cerr << "wbalance-sim: " << error.what() << "\n";
+        return ownFailure;
+    }
+}

@@ -1,0 +1,7 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+/// Runs wbalance-sim with the words behind its name and returns its exit code.
+int runCommandLine(const std::vector<std::string>& words);

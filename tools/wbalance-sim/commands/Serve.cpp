@@ -1,0 +1,139 @@
+#include "Serve.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cstdlib>
+#include <iostream>
+#include <memory>
+#include <stdexcept>
+
+#include "HostProgram.h"
+#include "InstrumentList.h"
+#include "InstrumentOptions.h"
+#include "WireLog.h"
+#include "simulator/VirtualBench.h"
+
+using simulator::ConnectedInstrument;
+using simulator::LineEvent;
+using simulator::VirtualBench;
+
+namespace {
+
+const char* const description =
+    "Runs a program against simulated balances on /dev/ttyS0 or other serial ports, or serves\n"
+    "pseudo-terminals. No hardware, no root, nothing is created in /dev.";
+
+const char* const examples =
+    "Several instruments stand in a row with a comma, a word of its own, between them:\n"
+    "  wbalance-sim kern --load 5 , radwag --port 1 --usb --load 7 -- ./my-host\n"
+    "Examples:\n"
+    "  wbalance-sim --list\n"
+    "  wbalance-sim mettler-toledo --load 12.34 -- ./my-host --port 0\n"
+    "  wbalance-sim mettler-xs --usb --port 1 --load 0 --load 100@5s --log - -- ./my-host\n"
+    "  wbalance-sim mettler-toledo --line 9600,8N1 --fault silent@5s+2s -- ./my-host\n"
+    "  wbalance-sim radwag --script parcel.script -- ./my-host\n"
+    "  wbalance-sim mettler-toledo --with reset-answer=off --pty\n"
+    "A host built with a sanitizer needs the sanitizer's runtime first:\n"
+    "  LD_PRELOAD=$(gcc -print-file-name=libasan.so) wbalance-sim mettler-toledo -- ./my-host\n"
+    "Exit code: the program's; 128 and the number of the signal that ended it; 125 when\n"
+    "wbalance-sim itself fails, 126 and 127 when the program cannot be run or found.";
+
+/// What the command line says of the run as a whole, wherever in the row it stands.
+struct RunOptions {
+    std::string logFile;
+    bool pty = false;
+    bool list = false;
+
+    void addTo(CLI::App& command) {
+        command.add_flag("--list", list, "List instruments, their switches, and faults");
+        command.add_option("--log", logFile, "Write the bytes with times; - is standard error")
+            ->type_name("FILE");
+        command.add_flag("--pty", pty,
+                         "Print the paths of pseudo-terminals and serve them until Ctrl-C");
+    }
+};
+
+/// What stands behind "--" belongs to the program and is not looked at here.
+std::vector<std::string> cutProgram(std::vector<std::string>& words) {
+    const auto end = std::find(words.begin(), words.end(), "--");
+    std::vector<std::string> program;
+    if (end != words.end()) program.assign(end + 1, words.end());
+    words.erase(end, words.end());
+    return program;
+}
+
+/// The words between the commas, in the order in which CLI11 takes them: from the back.
+std::vector<std::vector<std::string>> cutRow(const std::vector<std::string>& words) {
+    std::vector<std::vector<std::string>> row(1);
+    for (const auto& word : words) {
+        if (word == ",")
+            row.emplace_back();
+        else
+            row.back().insert(row.back().begin(), word);
+    }
+    return row;
+}
+
+void parseOne(std::vector<std::string> words, RunOptions& run, InstrumentOptions& instrument) {
+    CLI::App app(description, "wbalance-sim");
+    app.footer(examples);
+    instrument.addTo(app);
+    run.addTo(app);
+    try {
+        app.parse(words);
+    } catch (const CLI::CallForHelp&) {
+        std::cout << app.help();
+        throw;
+    }
+}
+
+void check(const RunOptions& run, const std::vector<InstrumentOptions>& instruments,
+           const std::vector<std::string>& program) {
+    for (const auto& each : instruments)
+        each.entry();
+    if (run.pty && !program.empty())
+        throw std::invalid_argument("--pty serves other software and runs no program");
+    if (!run.pty && program.empty())
+        throw std::invalid_argument(
+            "nothing to run: put -- PROGRAM behind the options, or use --pty");
+}
+
+/// Follows an instrument: its bytes go into the log, new paths of its terminal to standard output.
+void follow(ConnectedInstrument& instrument, const RunOptions& run, WireLog* log) {
+    if (run.pty) std::cout << instrument.device() << std::endl;
+    instrument.onEvent([&run, log](ConnectedInstrument& from, const LineEvent& event) {
+        if (log) log->write(from.device(), event);
+        if (run.pty && event.kind == LineEvent::Kind::pluggedIn)
+            std::cout << event.bytes << std::endl;
+    });
+}
+
+int run(const RunOptions& run, const std::vector<InstrumentOptions>& instruments,
+        const std::vector<std::string>& program) {
+    check(run, instruments, program);
+    HostProgram::holdSignals();
+    std::unique_ptr<WireLog> log;
+    if (!run.logFile.empty()) log = std::make_unique<WireLog>(run.logFile, instruments.size() > 1);
+    VirtualBench bench;
+    for (const auto& each : instruments)
+        follow(run.pty ? bench.placeOnTerminal(each.entry(), each.setUp())
+                       : bench.place(each.entry(), each.setUp()),
+               run, log.get());
+    if (!run.pty) return HostProgram(program).exitCode();
+    HostProgram::waitForEndingSignal();
+    return EXIT_SUCCESS;
+}
+
+}  // namespace
+
+int serve(std::vector<std::string> words) {
+    const std::vector<std::string> program = cutProgram(words);
+    const auto row = cutRow(words);
+    RunOptions options;
+    std::vector<InstrumentOptions> instruments(row.size());
+    for (std::size_t i = 0; i < row.size(); ++i)
+        parseOne(row[i], options, instruments[i]);
+    if (!options.list) return run(options, instruments, program);
+    writeInstruments(std::cout);
+    return EXIT_SUCCESS;
+}
