@@ -149,6 +149,15 @@ TEST_F(WbalanceGibertiniTest, The_reading_is_over_with_a_round_that_ends_at_2000
     EXPECT_THAT(line.Sleeps(), SizeIs(41));
 }
 
+TEST_F(WbalanceGibertiniTest, The_reading_goes_on_after_a_round_that_ends_at_19800_ms) {
+    // Time-outs of 100 ms: rounds of 300 ms, 200 ms apart, that end at 300, 800, ... 19800. The
+    // pause does not count.
+    balance.SetCommConfig(9600, 1024, 7, 0, 0, 0, 'S');
+    EXPECT_EQ(balance.Weight(1, &weight, nullptr), 0);
+    EXPECT_EQ(line.Now(), 20500);
+    EXPECT_THAT(line.Sleeps(), SizeIs(41));
+}
+
 TEST_F(WbalanceGibertiniTest, Two_records_in_one_answer_give_the_value_of_the_first) {
     line.Answer("B\r", {{"    123.45 g   DI\r\n    999.99 g   DS\r\n"}});
     EXPECT_EQ(balance.Weight(1, &weight, nullptr), 1);
