@@ -112,6 +112,15 @@ void ConnectedInstrument::clearFaults() {
     change([&] { instrument_.clearFaults(); });
 }
 
+std::vector<std::string> ConnectedInstrument::faultsInForce() {
+    const Lock lock(mutex_);
+    serveLocked();
+    std::vector<std::string> names;
+    for (const Fault& fault : instrument_.faults())
+        if (fault.isActive(now())) names.push_back(fault.name);
+    return names;
+}
+
 void ConnectedInstrument::unplug() {
     apply(Change::parse("unplug"));
 }

@@ -80,6 +80,7 @@ class ConnectedInstrument {
     /// A fault as Fault::parse reads it; its times count from the set-up of the instrument.
     void addFault(const std::string& fault);
     void clearFaults();
+    std::vector<std::string> faultsInForce();  ///< their names, at this moment
     /// The line's adapter is pulled out; it is back under the same name or as `device`, or still
     /// under the same name when another instrument is at `device`.
     void unplug();

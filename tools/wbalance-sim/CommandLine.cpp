@@ -5,10 +5,13 @@
 #include <iostream>
 
 #include "ExitCode.h"
+#include "commands/Control.h"
 #include "commands/Serve.h"
 
 int runCommandLine(const std::vector<std::string>& words) {
     try {
+        if (!words.empty() && words.front() == "control")
+            return control({words.begin() + 1, words.end()});
         return serve(words);
     } catch (const CLI::Success&) {
         return EXIT_SUCCESS;

@@ -11,6 +11,7 @@
 #include "InstrumentList.h"
 #include "InstrumentOptions.h"
 #include "WireLog.h"
+#include "control/ControlServer.h"
 #include "simulator/VirtualBench.h"
 
 using simulator::ConnectedInstrument;
@@ -24,6 +25,8 @@ const char* const description =
     "pseudo-terminals. No hardware, no root, nothing is created in /dev.";
 
 const char* const examples =
+    "Other commands, each with its own --help:\n"
+    "  wbalance-sim control CHANGE    change something while it runs\n"
     "Several instruments stand in a row with a comma, a word of its own, between them:\n"
     "  wbalance-sim kern --load 5 , radwag --port 1 --usb --load 7 -- ./my-host\n"
     "Examples:\n"
@@ -41,6 +44,7 @@ const char* const examples =
 /// What the command line says of the run as a whole, wherever in the row it stands.
 struct RunOptions {
     std::string logFile;
+    std::string controlPath;
     bool pty = false;
     bool list = false;
 
@@ -48,6 +52,10 @@ struct RunOptions {
         command.add_flag("--list", list, "List instruments, their switches, and faults");
         command.add_option("--log", logFile, "Write the bytes with times; - is standard error")
             ->type_name("FILE");
+        command
+            .add_option("--control", controlPath,
+                        "Where wbalance-sim control reaches this run, beside finding it by itself")
+            ->type_name("PATH");
         command.add_flag("--pty", pty,
                          "Print the paths of pseudo-terminals and serve them until Ctrl-C");
     }
@@ -119,6 +127,7 @@ int run(const RunOptions& run, const std::vector<InstrumentOptions>& instruments
         follow(run.pty ? bench.placeOnTerminal(each.entry(), each.setUp())
                        : bench.place(each.entry(), each.setUp()),
                run, log.get());
+    const ControlServer control(bench, run.controlPath);
     if (!run.pty) return HostProgram(program).exitCode();
     HostProgram::waitForEndingSignal();
     return EXIT_SUCCESS;

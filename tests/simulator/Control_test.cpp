@@ -1,0 +1,163 @@
+// wbalance-sim control from outside: what it reaches, what it changes, and what it complains of.
+
+#include <gmock/gmock.h>
+#include <unistd.h>
+
+#include "RunProgram.h"
+
+using testing::HasSubstr;
+using testing::MatchesRegex;
+using testing::StartsWith;
+
+namespace {
+
+const std::string tool = WBALANCE_SIM;
+const std::string host = SERIAL_HOST;
+
+/// Runs a shell script under wbalance-sim, in which "$sim" is wbalance-sim and "$ask DEVICE
+/// SETTINGS COMMAND" asks an instrument.
+Ran under(const std::string& instruments, const std::string& script) {
+    return RunShell("export sim=" + tool + " ask=" + host + "; $sim " + instruments +
+                    " -- sh -c '" + script + "'");
+}
+
+/// A directory of its own for temporary files: no other run of wbalance-sim is found in it.
+class Quarters {
+ public:
+    Quarters() { EXPECT_NE(mkdtemp(path_), nullptr); }
+    ~Quarters() { RunShell(std::string("rm -r ") + path_); }
+    Quarters(const Quarters&) = delete;
+    Quarters& operator=(const Quarters&) = delete;
+
+    Ran run(const std::string& script) const {
+        return RunShell(std::string("export TMPDIR=") + path_ + " sim=" + tool + "; cd $TMPDIR; " +
+                        script);
+    }
+
+ private:
+    char path_[32] = "/tmp/wbalance-test-XXXXXX";
+};
+
+}  // namespace
+
+TEST(Control, A_load_that_is_put_on_is_weighed) {
+    const Ran ran =
+        under("mettler-toledo --load 5", "$sim control load 12.34; $ask /dev/ttyS0 2400,7E1 S");
+    EXPECT_EQ(ran.output, "S S      12.34 g\r\n");
+}
+
+TEST(Control, Status_says_what_runs_and_what_it_shows) {
+    const Ran ran = under("mettler-toledo --load 5 --fault silent , kern --port 1 --usb",
+                          "$sim control status");
+    EXPECT_EQ(ran.output,
+              "/dev/ttyS0: mettler-toledo shows 5.00 g; the host's port is closed; silent\n"
+              "/dev/ttyUSB1: kern shows 0.00 g; the host's port is closed\n");
+}
+
+TEST(Control, Of_several_instruments_one_is_chosen_by_its_port) {
+    const Ran ran = under("mettler-toledo , mettler-toledo --port 1 --usb",
+                          "$sim control --port ttyUSB1 switch serial-number=7777777;"
+                          "$sim control --port /dev/ttyS0 switch serial-number=5555555;"
+                          "$ask /dev/ttyUSB1 2400,7E1 I4; $ask /dev/ttyS0 2400,7E1 I4");
+    EXPECT_EQ(ran.output, "I4 A \"7777777\"\r\nI4 A \"5555555\"\r\n");
+}
+
+TEST(Control, A_load_may_be_below_zero) {
+    const Ran ran = under("mettler-toledo", "$sim control load -5.5; $ask /dev/ttyS0 2400,7E1 S");
+    EXPECT_EQ(ran.output, "S S      -5.50 g\r\n");
+}
+
+TEST(Control, An_adapter_is_pulled_out_and_comes_back_elsewhere) {
+    const Ran ran = under("mettler-toledo --usb --load 3",
+                          "$sim control unplug; $ask /dev/ttyUSB0 2400,7E1 S;"
+                          "$sim control plug-in as ttyUSB1; $ask /dev/ttyUSB1 2400,7E1 S");
+    EXPECT_EQ(ran.output, "No such file or directory\n/dev/ttyUSB1\nS S       3.00 g\r\n");
+}
+
+TEST(Control, Faults_begin_and_end) {
+    const Ran ran = under("mettler-toledo --load 3",
+                          "$sim control fault overload; $ask /dev/ttyS0 2400,7E1 S;"
+                          "$sim control end; $ask /dev/ttyS0 2400,7E1 S");
+    EXPECT_EQ(ran.output, "S +\r\nS S       3.00 g\r\n");
+}
+
+TEST(Control, What_cannot_be_done_is_refused_with_what_can) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"", "what is to change? See wbalance-sim control --help"},
+        {"laod 5", "\"laod\" is nothing that can be done; there are drift, end, fault, load, "},
+        {"--port ttyS0 load heavy", "\"load heavy\": it is written load GRAMS, such as"},
+        {"--port ttyS0 switch speed=2", "this instrument has no switch \"speed\"; it has ack"},
+        {"load 5", "which instrument? Choose one with --port: /dev/ttyS0 (kern), /dev/ttyS1 (rad"},
+        {"--port ttyS7 load 5",
+         "no instrument is at ttyS7; there are /dev/ttyS0 (kern), /dev/ttyS1 (radwag)"},
+        {"--colour status", "\"--colour\" is nothing"},
+        {"--control /no/such/place status",
+         "no wbalance-sim runs at /no/such/place; start one with --control /no/such/place"},
+    };
+    for (const auto& [arguments, message] : cases) {
+        const Ran ran = under("kern , radwag --port 1", std::string("$sim control ") + arguments);
+        EXPECT_THAT(ran.errors, StartsWith(std::string("wbalance-sim: ") + message)) << arguments;
+        EXPECT_EQ(ran.output, "") << arguments;
+        EXPECT_EQ(ran.exitCode, 125) << arguments;
+    }
+}
+
+TEST(Control, From_anywhere_the_only_run_of_the_user_is_found) {
+    const Ran ran = Quarters().run(
+        "$sim kern --load 5 --pty > path & until [ -s path ]; do sleep 0.05; done; "
+        "until $sim control load 7; do sleep 0.05; done 2>/dev/null; "
+        "until $sim control status | grep 7.00; do sleep 0.05; done; kill -TERM $!; wait $!");
+    EXPECT_THAT(ran.output, MatchesRegex("/dev/pts/[0-9]+: kern shows 7.00 g.*\n"));
+    EXPECT_EQ(ran.errors, "");
+}
+
+TEST(Control, Nothing_runs_is_said_with_how_to_start_it) {
+    const Ran ran = Quarters().run("mkdir wbalance-lines-killed; $sim control status");
+    EXPECT_EQ(ran.errors,
+              "wbalance-sim: no wbalance-sim of yours is running; start one, such as wbalance-sim "
+              "kern --pty\n");
+    EXPECT_EQ(ran.exitCode, 125);
+}
+
+TEST(Control, Of_several_runs_one_is_chosen_by_its_path) {
+    const Quarters quarters;
+    const Ran ran = quarters.run(
+        "$sim kern --control ./kern --pty > 1 & first=$!; "
+        "$sim radwag --control ./radwag --pty > 2 & second=$!; "
+        "until [ -L kern ] && [ -L radwag ]; do sleep 0.05; done; "
+        "$sim control --control kern load 5; $sim control --control radwag status; "
+        "$sim control status; echo code $?; $sim gibertini --control kern -- true; echo code $?; "
+        "kill -TERM $first $second; wait; ls");
+    EXPECT_THAT(ran.output, HasSubstr("radwag shows 0.00 g"));
+    EXPECT_THAT(ran.output, HasSubstr("code 125\ncode 125\n1\n2\n"));
+    EXPECT_THAT(ran.errors, HasSubstr("several wbalance-sim of yours are running; choose one:\n"
+                                      "  --control /tmp/wbalance-test-"));
+    EXPECT_THAT(ran.errors, HasSubstr("another wbalance-sim is controlled at kern; choose another "
+                                      "path\n"));
+}
+
+TEST(Control, A_path_that_a_killed_run_has_left_is_used_again_and_a_file_is_not) {
+    const Ran ran = Quarters().run(
+        "ln -s gone left; $sim kern --control left -- $sim control --control left status; "
+        "echo mine > file; $sim kern --control file -- true; echo code $?; cat file; "
+        "$sim kern --control no/such/place -- true; echo code $?");
+    EXPECT_EQ(ran.output,
+              "/dev/ttyS0: kern shows 0.00 g; the host's port is closed\n"
+              "code 125\nmine\ncode 125\n");
+    EXPECT_EQ(ran.errors,
+              "wbalance-sim: file exists already; choose another path\n"
+              "wbalance-sim: cannot be controlled at no/such/place: No such file or directory\n");
+}
+
+TEST(Control, A_place_with_a_long_name_is_no_obstacle) {
+    const std::string name(200, 'x');
+    const Ran ran = Quarters().run("mkdir " + name + "; export TMPDIR=$TMPDIR/" + name +
+                                   "; $sim kern -- $sim control status");
+    EXPECT_THAT(ran.output, StartsWith("/dev/ttyS0: kern shows"));
+}
+
+TEST(Control, Help_has_examples) {
+    const Ran ran = RunShell(tool + " control --help");
+    EXPECT_EQ(ran.exitCode, 0);
+    EXPECT_THAT(ran.output, HasSubstr("Examples:\n  wbalance-sim control load 100\n"));
+}

@@ -1,0 +1,112 @@
+#include "Control.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <iostream>
+#include <stdexcept>
+
+#include "control/ControlServer.h"
+#include "control/Desk.h"
+#include "simulator/line/VirtualLineState.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+const char* const description =
+    "Changes something at the instruments of a wbalance-sim that is running, or says how they are.";
+
+const char* const examples =
+    "CHANGE is one of\n"
+    "  status                                       what runs, and what it shows\n"
+    "  load GRAMS                                   what lies on the pan\n"
+    "  noise GRAMS, drift GRAMS-PER-HOUR            how the reading wavers and creeps\n"
+    "  switch NAME=VALUE                            a switch, as with --with\n"
+    "  fault NAME[=VALUE] [at START] [for DURATION] something goes wrong, counted from now\n"
+    "  end [NAME]                                   faults in force end\n"
+    "  unplug [for DURATION] [as DEVICE]            the adapter is pulled out\n"
+    "  plug-in [as DEVICE]                          it is back; prints its path\n"
+    "  press print, press tare, press zero          someone presses a key\n"
+    "Examples:\n"
+    "  wbalance-sim control load 100\n"
+    "  wbalance-sim control --port ttyUSB1 fault silent for 2s\n"
+    "  wbalance-sim control --control /run/user/1000/bench status\n"
+    "Without --control: the wbalance-sim under which this command runs, or else the only one of\n"
+    "this user. Exit code: 0, or 125 when it could not be done.";
+
+/// The sockets of this user's benches that somebody serves.
+std::vector<fs::path> runningBenches() {
+    std::vector<fs::path> found;
+    std::error_code ignored;
+    for (const auto& entry : fs::directory_iterator(fs::temp_directory_path(), ignored)) {
+        const bool isBench = entry.path().filename().string().rfind("wbalance-lines-", 0) == 0;
+        const fs::path socket = ControlServer::socketIn(entry.path());
+        if (isBench && Socket::connectTo(socket)) found.push_back(socket);
+    }
+    return found;
+}
+
+fs::path onlyRunningBench() {
+    const auto benches = runningBenches();
+    if (benches.empty())
+        throw std::runtime_error(
+            "no wbalance-sim of yours is running; start one, such as wbalance-sim kern --pty");
+    if (benches.size() == 1) return benches.front();
+    std::string paths;
+    for (const auto& bench : benches)
+        paths += "\n  --control " + bench.string();
+    throw std::runtime_error("several wbalance-sim of yours are running; choose one:" + paths);
+}
+
+fs::path chosenBench(const std::string& path) {
+    if (!path.empty()) return path;
+    const char* above = std::getenv(simulator::virtualLinesVariable);
+    return above && *above ? ControlServer::socketIn(above) : onlyRunningBench();
+}
+
+std::string ask(const fs::path& bench, const Request& request) {
+    const auto socket = Socket::connectTo(bench);
+    if (!socket)
+        throw std::runtime_error("no wbalance-sim runs at " + bench.string() +
+                                 "; start one with --control " + bench.string());
+    socket->send(request.message());
+    const auto answer = socket->receive(std::chrono::seconds(10));
+    if (!answer || answer->empty())
+        throw std::runtime_error("the wbalance-sim at " + bench.string() + " gives no answer");
+    if (answer->front() == '-') throw std::invalid_argument(answer->substr(1));
+    return answer->substr(1);
+}
+
+std::string joined(const std::vector<std::string>& words) {
+    std::string all;
+    for (const auto& word : words)
+        all += (all.empty() ? "" : " ") + word;
+    return all;
+}
+
+}  // namespace
+
+int control(std::vector<std::string> words) {
+    std::string path;
+    Request request;
+    CLI::App app(description, "wbalance-sim control");
+    app.footer(examples);
+    app.prefix_command();  // the words of the change are no options, though they may begin with "-"
+    app.add_option("--control", path, "Where the wbalance-sim is reached")->type_name("PATH");
+    app.add_option("--port", request.device, "The instrument's device, where there are several")
+        ->type_name("DEVICE");
+    std::reverse(words.begin(), words.end());
+    try {
+        app.parse(words);
+    } catch (const CLI::CallForHelp&) {
+        std::cout << app.help();
+        throw;
+    }
+    request.words = joined(app.remaining());
+    if (request.words.empty())
+        throw std::invalid_argument("what is to change? See wbalance-sim control --help");
+    std::cout << ask(chosenBench(path), request);
+    return EXIT_SUCCESS;
+}

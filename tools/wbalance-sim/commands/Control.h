@@ -1,0 +1,7 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+/// `wbalance-sim control`: asks a running wbalance-sim to change something. Returns the exit code.
+int control(std::vector<std::string> words);
