@@ -17,10 +17,14 @@ constexpr char kExamples[] =
     "  wbalance detect --port 0\n"
     "  wbalance detect -p 3 --usb --thorough\n"
     "\n"
-    "Only readings are asked for: nothing is tared, zeroed, reset or set. First every instrument "
-    "at\n"
-    "the settings it is delivered with (some 15 s); --thorough asks every question at every usual\n"
-    "setting (some minutes).\n";
+    "Only readings are asked for: nothing is tared, zeroed, reset or set. (A Kern balance that "
+    "prints "
+    "by\n"
+    "itself stops doing so until it is switched on again.) First every instrument at the settings "
+    "it "
+    "is\n"
+    "delivered with (some 15 s); --thorough asks every question at every usual setting (some "
+    "minutes).\n";
 
 struct Options {
     std::string port = "0";
@@ -46,6 +50,12 @@ void Print(const Options& options, PortNumber port, const Detection& found) {
         "balance.SetCommConfig(%d, %d, %d, %d, %d, 1, '%c');\n",
         driver.driverClass.c_str(), port.number, found.line.baudRate, found.line.parity,
         found.line.dataBits, found.line.stopBits, found.line.flowControl, port.kind);
+    if (found.driver == "mettler-toledo") {
+        std::printf(
+            "  The balance does not say that it is a PR, XS or SB32001. If it is one, its own "
+            "driver "
+            "can more:\n  --driver mettler-pr2003, mettler-xs or mettler-sb32001.\n");
+    }
 }
 
 [[noreturn]] void Fail(const Options& options, PortNumber port, const Detection& found) {

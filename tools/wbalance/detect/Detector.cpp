@@ -62,8 +62,12 @@ bool Detector::TryAt(const LineSettings& line) {
 }
 
 bool Detector::TryProbe(BalanceProcess& balance, const Connection& connection, const Probe& probe) {
-    const std::string answer = Ask(balance, connection, probe.command);
+    std::string answer = Ask(balance, connection, probe.command);
     if (!heard_) return false;
+    // Before the first question the instrument may hold half a command, from what was sent at other
+    // settings; it complains about that.
+    if (probe.driverFor(answer).empty())
+        answer = AskAgain(balance, connection, probe.command, answer);
     const std::string driver = probe.driverFor(answer);
     if (driver.empty()) {
         (LooksLikeText(answer) && !answer.empty() ? found_.foreignText : found_.garbled) = true;
@@ -72,11 +76,18 @@ bool Detector::TryProbe(BalanceProcess& balance, const Connection& connection, c
         return false;
     }
     // One answer may be chance: noise, or the end of a line that someone else asked for.
-    if (probe.driverFor(Ask(balance, connection, probe.command)) != driver) return false;
+    if (probe.driverFor(AskAgain(balance, connection, probe.command, "")) != driver) return false;
     found_ = {driver, connection.line, answer, false, false, connection.line};
     if (driver == "mettler-toledo")
-        found_.driver = DriverForModel(Ask(balance, connection, "I2\r\n"));
+        found_.driver = DriverForModel(AskAgain(balance, connection, "I2\r\n", ""));
     return true;
+}
+
+std::string Detector::AskAgain(BalanceProcess& balance, const Connection& connection,
+                               const std::string& command, const std::string& before) {
+    const std::string answer = Ask(balance, connection, command);
+    heard_ = true;
+    return answer.empty() ? before : answer;
 }
 
 std::string Detector::Ask(BalanceProcess& balance, const Connection& connection,

@@ -41,6 +41,9 @@ class Detector {
     bool TryProbe(BalanceProcess& balance, const Connection& connection, const Probe& probe);
     std::string Ask(BalanceProcess& balance, const Connection& connection,
                     const std::string& command);
+    /// Asks an instrument that has been heard: whether it answers now changes nothing about that.
+    std::string AskAgain(BalanceProcess& balance, const Connection& connection,
+                         const std::string& command, const std::string& before);
 
     const PortNumber port_;
     const BalanceProcess::TraceSink sink_;
