@@ -17,21 +17,47 @@ if(NOT WBALANCE_SANITIZE)
     target_link_options(wbalance PRIVATE -Wl,--no-undefined)
 endif()
 
+# What is installed belongs to one of three components, named after the packages that they become:
+# libwbalance1 (what a host needs to run), libwbalance-dev (to be built), wbalance-tools (the programs).
+
+# Installs FILE compressed, as manuals and changes are read on Debian: NAME.gz in DESTINATION.
+function(wbalance_install_compressed FILE DESTINATION NAME COMPONENT)
+    set(COMPRESSED ${PROJECT_BINARY_DIR}/compressed/${COMPONENT}/${NAME}.gz)
+    cmake_path(GET COMPRESSED PARENT_PATH FOLDER)
+    file(MAKE_DIRECTORY ${FOLDER})
+    add_custom_command(OUTPUT ${COMPRESSED} DEPENDS ${FILE} VERBATIM
+                       COMMAND gzip -9n < ${FILE} > ${COMPRESSED})
+    add_custom_target(compressed-${COMPONENT}-${NAME} ALL DEPENDS ${COMPRESSED})
+    install(FILES ${COMPRESSED} DESTINATION ${DESTINATION} COMPONENT ${COMPONENT})
+endfunction()
+
 set(WBALANCE_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/wbalance)
 get_property(WBALANCE_PUBLIC_HEADERS GLOBAL PROPERTY WBALANCE_PUBLIC_HEADERS)
-install(FILES ${WBALANCE_PUBLIC_HEADERS} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/wbalance)
+install(FILES ${WBALANCE_PUBLIC_HEADERS}
+        DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/wbalance COMPONENT libwbalance-dev)
 install(TARGETS wbalance marlet-small EXPORT wbalance
-        LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+        LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+        COMPONENT libwbalance1 NAMELINK_COMPONENT libwbalance-dev)
 
 # find_package(wbalance) needs nothing beside it: the public headers name no class of Qt's.
 install(EXPORT wbalance NAMESPACE wbalance:: FILE wbalanceConfig.cmake
-        DESTINATION ${WBALANCE_CMAKE_DIR})
+        DESTINATION ${WBALANCE_CMAKE_DIR} COMPONENT libwbalance-dev)
 include(CMakePackageConfigHelpers)
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/wbalanceConfigVersion.cmake
                                  COMPATIBILITY SameMajorVersion)
-install(FILES ${PROJECT_BINARY_DIR}/wbalanceConfigVersion.cmake DESTINATION ${WBALANCE_CMAKE_DIR})
+install(FILES ${PROJECT_BINARY_DIR}/wbalanceConfigVersion.cmake
+        DESTINATION ${WBALANCE_CMAKE_DIR} COMPONENT libwbalance-dev)
 
 # The prefix is found from the place of wbalance.pc, so that an installed tree can be moved.
 file(RELATIVE_PATH WBALANCE_PC_TO_PREFIX ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
 configure_file(${PROJECT_SOURCE_DIR}/cmake/wbalance.pc.in ${PROJECT_BINARY_DIR}/wbalance.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/wbalance.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+install(FILES ${PROJECT_BINARY_DIR}/wbalance.pc
+        DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT libwbalance-dev)
+
+set(WBALANCE_DOCS ${PROJECT_SOURCE_DIR}/docs)
+wbalance_install_compressed(${WBALANCE_DOCS}/man/libwbalance.3 ${CMAKE_INSTALL_MANDIR}/man3
+                            libwbalance.3 libwbalance-dev)
+install(FILES ${WBALANCE_DOCS}/host-programming.md ${WBALANCE_DOCS}/reliability.md
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/libwbalance-dev COMPONENT libwbalance-dev)
+install(DIRECTORY ${WBALANCE_DOCS}/instruments
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/libwbalance-dev COMPONENT libwbalance-dev)
