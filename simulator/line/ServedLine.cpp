@@ -53,6 +53,16 @@ bool isServed(const char* name) {
     return syscall(SYS_faccessat, AT_FDCWD, file, F_OK) == 0;
 }
 
+/// "ttyS0", or "ttyS0.rmlock": who finds the lock file of a process that has died holds that second
+/// one while it takes the first away.
+bool isLockOfServedPort(const char* name) {
+    char port[NAME_MAX + 1];
+    snprintf(port, sizeof port, "%s", name);
+    if (char* suffix = strstr(port, ".rmlock"); suffix && suffix[strlen(".rmlock")] == '\0')
+        *suffix = '\0';
+    return isPort(port) && isServed(port);
+}
+
 void waitWhileEqual(std::atomic<std::uint32_t>& word, std::uint32_t value) {
     const timespec step{0, patienceStepNanoseconds};
     syscall(SYS_futex, reinterpret_cast<std::uint32_t*>(&word), FUTEX_WAIT, value, &step);
@@ -101,7 +111,7 @@ bool ServedLine::redirectsLock(const char* path, char* redirected, size_t size) 
         return true;
     }
     const char* name = behind("/LCK..", rest);
-    if (!name || !isPort(name) || !isServed(name)) return false;
+    if (!name || !isLockOfServedPort(name)) return false;
     snprintf(redirected, size, "%s/LCK..%s", directory(), name);
     return true;
 }

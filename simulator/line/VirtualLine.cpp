@@ -100,7 +100,7 @@ VirtualLine::~VirtualLine() {
         ::close(served.bell);
         ::munmap(served.state, sizeof *served.state);
         std::error_code ignored;
-        for (const auto& each : {name, name + ".bell", "LCK.." + name})
+        for (const auto& each : {name, name + ".bell", "LCK.." + name, "LCK.." + name + ".rmlock"})
             std::filesystem::remove(file(each), ignored);
     }
 }
