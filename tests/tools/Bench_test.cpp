@@ -1,9 +1,12 @@
 // wbalance with several simulated instruments at once, and with ports that refuse to be opened.
 
 #include <gmock/gmock.h>
+#include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
 #include <sstream>
+#include <thread>
 
 #include "RunProgram.h"
 #include "simulator/VirtualBench.h"
@@ -69,6 +72,37 @@ TEST(Bench, The_readings_of_several_balances_never_mix) {
     }
     EXPECT_GE(readings, 15);
     EXPECT_EQ(ran.exitCode, 0);
+}
+
+bool IsLocked() {
+    return access("/var/lock/LCK..ttyS0", F_OK) == 0;
+}
+
+TEST(Bench, No_lock_file_is_left_behind_by_a_weighing) {
+    VirtualBench bench;
+    bench.place("mettler-toledo", Options().on("/dev/ttyS0").withLoad(10));
+    EXPECT_EQ(Wbalance("weigh -d mettler-toledo -t 0").output, "10.00 g\n");
+    EXPECT_FALSE(IsLocked());
+}
+
+TEST(Bench, No_lock_file_is_left_behind_by_a_weighing_that_is_interrupted) {
+    VirtualBench bench;
+    auto& balance = bench.place("mettler-toledo", Options().on("/dev/ttyS0"));
+    balance.addFault("silent");
+    bool wasLocked = false;
+    std::thread look([&wasLocked] {
+        for (int i = 0; i < 300 && !wasLocked; ++i) {
+            wasLocked = IsLocked();
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        }
+    });
+    EXPECT_EQ(RunShell("timeout --preserve-status -s INT 3 env " WBALANCE
+                       " weigh -d mettler-toledo -t 60")
+                  .exitCode,
+              130);
+    look.join();
+    EXPECT_TRUE(wasLocked);
+    EXPECT_FALSE(IsLocked());
 }
 
 TEST(Bench, A_balance_that_has_fallen_silent_does_not_give_its_old_weight) {

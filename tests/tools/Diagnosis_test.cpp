@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+
 #include "RunProgram.h"
 
 using testing::HasSubstr;
@@ -83,11 +85,15 @@ TEST(Doctor, A_pulled_adapter) {
 
 TEST(Detect, Prints_the_command_line_and_the_call_for_what_it_found) {
     const Ran ran = WbalanceWith("mettler-toledo --load 3 --usb --port 2", "detect -p 2 --usb");
-    EXPECT_EQ(ran.output,
-              "Mettler Toledo, any balance that speaks MT-SICS, at 2400,7E1 on /dev/ttyUSB2\n"
-              "  wbalance weigh --driver mettler-toledo --port 2 --usb\n"
-              "  WbalanceMettlerToledo balance; balance.SetCommPort(2); "
-              "balance.SetCommConfig(2400, 2, 7, 0, 0, 1, 'U');\n");
+    EXPECT_EQ(
+        ran.output,
+        "Mettler Toledo, any balance that speaks MT-SICS, at 2400,7E1 on /dev/ttyUSB2\n"
+        "  wbalance weigh --driver mettler-toledo --port 2 --usb\n"
+        "  WbalanceMettlerToledo balance; balance.SetCommPort(2); "
+        "balance.SetCommConfig(2400, 2, 7, 0, 0, 1, 'U');\n"
+        "  The balance does not say that it is a PR, XS or SB32001. If it is one, its own driver "
+        "can more:\n"
+        "  --driver mettler-pr2003, mettler-xs or mettler-sb32001.\n");
     EXPECT_THAT(ran.errors, StartsWith("trying 2400,7E1\n"));
     EXPECT_EQ(ran.exitCode, 0);
 }
@@ -97,9 +103,32 @@ TEST(Detect, Finds_the_line_settings_too) {
     EXPECT_THAT(ran.output, HasSubstr("--driver mettler-toledo --port 0 --line 9600,8N1\n"));
 }
 
-TEST(Detect, Finds_a_radwag) {
-    const Ran ran = WbalanceWith("radwag --load 3", "detect");
-    EXPECT_THAT(ran.output, HasSubstr("  wbalance weigh --driver radwag --port 0\n"));
+// Each at the settings that it is delivered with, after having heard what was tried before.
+class DetectEach : public testing::TestWithParam<const char*> {};
+
+TEST_P(DetectEach, Is_found_at_its_own_settings) {
+    const std::string name = GetParam();
+    const Ran ran = WbalanceWith(name + " --load 3", "detect");
+    EXPECT_THAT(ran.output, HasSubstr("  wbalance weigh --driver " + name + " --port 0\n"));
+    EXPECT_EQ(ran.exitCode, 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Instruments, DetectEach,
+                         testing::Values("mettler-toledo", "mettler-pm", "sartorius", "ohaus",
+                                         "radwag", "kern", "gibertini", "denver-xl1800",
+                                         "setra-el2000s", "scale-house"),
+                         [](const auto& each) {
+                             std::string name = each.param;
+                             std::replace(name.begin(), name.end(), '-', '_');
+                             return name;
+                         });
+
+TEST(Detect, Names_the_drivers_for_an_MT_SICS_balance_that_does_not_tell_its_model) {
+    for (const char* name : {"mettler-pr2003", "mettler-sb32001"}) {
+        const Ran ran = WbalanceWith(std::string(name) + " --load 3", "detect");
+        EXPECT_THAT(ran.output, HasSubstr("--driver mettler-toledo --port 0\n"));
+        EXPECT_THAT(ran.output, HasSubstr(name));
+    }
 }
 
 TEST(Detect, Changes_nothing_on_the_balance) {
@@ -112,7 +141,8 @@ TEST(Detect, Changes_nothing_on_the_balance) {
 
 TEST(Detect, Says_that_nothing_comes_back) {
     const Ran ran = WbalanceWith("mettler-toledo --fault silent", "detect");
-    EXPECT_THAT(ran.errors, HasSubstr("wbalance: /dev/ttyS0: nothing comes back;"));
+    EXPECT_THAT(ran.errors,
+                HasSubstr("wbalance: /dev/ttyS0: nothing comes back: switch the balance on, "));
     EXPECT_EQ(ran.exitCode, 4);
 }
 

@@ -76,8 +76,8 @@ void Print(const Options& options, PortNumber port, const Detection& found) {
     }
     throw ToolError(ExitCode::Silent,
                     device +
-                        ": nothing comes back; is the balance switched on, the cable plugged "
-                        "in and the right one (straight or crossed)?" +
+                        ": nothing comes back: switch the balance on, look at the plugs, try a "
+                        "straight cable and a crossed one" +
                         more);
 }
 

@@ -70,9 +70,7 @@ bool Detector::TryProbe(BalanceProcess& balance, const Connection& connection, c
         answer = AskAgain(balance, connection, probe.command, answer);
     const std::string driver = probe.driverFor(answer);
     if (driver.empty()) {
-        (LooksLikeText(answer) && !answer.empty() ? found_.foreignText : found_.garbled) = true;
-        found_.answer = answer;
-        found_.heardAt = connection.line;
+        NoteStranger(answer, connection.line);
         return false;
     }
     // One answer may be chance: noise, or the end of a line that someone else asked for.
@@ -81,6 +79,15 @@ bool Detector::TryProbe(BalanceProcess& balance, const Connection& connection, c
     if (driver == "mettler-toledo")
         found_.driver = DriverForModel(AskAgain(balance, connection, "I2\r\n", ""));
     return true;
+}
+
+// Text says more than garbled bytes, wherever each was heard.
+void Detector::NoteStranger(const std::string& answer, const LineSettings& line) {
+    const bool text = LooksLikeText(answer) && !answer.empty();
+    if (found_.foreignText && !text) return;
+    (text ? found_.foreignText : found_.garbled) = true;
+    found_.answer = answer;
+    found_.heardAt = line;
 }
 
 std::string Detector::AskAgain(BalanceProcess& balance, const Connection& connection,

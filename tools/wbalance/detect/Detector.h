@@ -39,6 +39,7 @@ class Detector {
  private:
     bool TryAt(const LineSettings& line);
     bool TryProbe(BalanceProcess& balance, const Connection& connection, const Probe& probe);
+    void NoteStranger(const std::string& answer, const LineSettings& line);
     std::string Ask(BalanceProcess& balance, const Connection& connection,
                     const std::string& command);
     /// Asks an instrument that has been heard: whether it answers now changes nothing about that.

@@ -14,6 +14,8 @@
 #include <fstream>
 #include <vector>
 
+#include "PortLock.h"
+
 namespace tool {
 namespace {
 
@@ -23,13 +25,6 @@ std::string ProcessText(long pid) {
     std::string name;
     std::getline(std::ifstream("/proc/" + std::to_string(pid) + "/comm"), name);
     return (name.empty() ? "another program" : name) + " (process " + std::to_string(pid) + ")";
-}
-
-// The lock file that serial programs leave in /var/lock: the number of the process that holds it.
-long LockHolder(const std::string& device) {
-    long pid = 0;
-    std::ifstream("/var/lock/LCK.." + fs::path(device).filename().string()) >> pid;
-    return pid > 0 && pid != getpid() && fs::exists("/proc/" + std::to_string(pid)) ? pid : 0;
 }
 
 bool HasOpen(const fs::path& process, const std::string& device) {
@@ -127,7 +122,8 @@ std::string Explain(const std::string& device, int error) {
 }  // namespace
 
 std::string HolderOf(const std::string& device) {
-    if (const long pid = LockHolder(device)) return ProcessText(pid);
+    const pid_t locker = LockHolder(device);
+    if (locker != 0 && locker != getpid()) return ProcessText(locker);
     if (const long pid = OpenHolder(device)) return ProcessText(pid);
     return "";
 }

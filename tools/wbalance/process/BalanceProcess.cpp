@@ -13,11 +13,13 @@
 
 #include "Interrupt.h"
 #include "ToolError.h"
+#include "line/PortLock.h"
 
 namespace tool {
 namespace {
 
 constexpr int kTickMs = 200;
+constexpr int kLongestFarewellMs = 2000;
 constexpr std::size_t kLargestTrace = 65536;
 
 // Packets, so that one traced text stays one text however long it waits to be read.
@@ -31,7 +33,7 @@ std::array<Descriptor, 2> PacketSockets() {
 }  // namespace
 
 BalanceProcess::BalanceProcess(const Connection& connection, TraceSink sink)
-    : sink_(std::move(sink)) {
+    : sink_(std::move(sink)), device_(connection.port.Device()) {
     auto [requests, childRequests] = PacketSockets();
     auto [trace, childTrace] = PacketSockets();
     auto [words, childWords] = PacketSockets();
@@ -47,9 +49,18 @@ BalanceProcess::BalanceProcess(const Connection& connection, TraceSink sink)
     words_ = std::move(words);
 }
 
+// A child that closes its port takes the lock file away that stands for it. One that is killed
+// leaves the file behind, and one of root's would keep other users from the port.
 BalanceProcess::~BalanceProcess() {
-    kill(child_, SIGKILL);
+    if (busy_ || !EndsByItself()) kill(child_, SIGKILL);
     waitpid(child_, nullptr, 0);
+    RemoveLockOf(device_, child_);
+}
+
+bool BalanceProcess::EndsByItself() const {
+    shutdown(requests_.Get(), SHUT_WR);
+    pollfd end{trace_.Get(), 0, 0};
+    return poll(&end, 1, kLongestFarewellMs) > 0;
 }
 
 void BalanceProcess::RunChild(const Connection& connection, int requests, int trace,

@@ -25,7 +25,8 @@ struct Report {
 /// A balance, driven by the library in a child process of its own.
 ///
 /// Nothing here waits for the balance: whoever runs several of them polls Watched() and calls
-/// Serve(); Perform() does so for one. The child ends with this object, whatever it is doing.
+/// Serve(); Perform() does so for one. The child ends with this object: an idle one closes its
+/// port, a busy one is killed.
 class BalanceProcess {
  public:
     using TraceSink = std::function<void(const TraceText&)>;
@@ -54,11 +55,13 @@ class BalanceProcess {
 
  private:
     void RunChild(const Connection& connection, int requests, int trace, int words) const;
+    bool EndsByItself() const;
     void TakeTrace();
     void TakeWords();
     void TakeOutcome();
 
     const TraceSink sink_;
+    const std::string device_;
     pid_t child_ = -1;
     Descriptor requests_;
     Descriptor trace_;

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <string>
+
+namespace tool {
+
+/// The process that holds the lock file of a port in /var/lock, where serial programs leave one
+/// each: its number, or 0 when there is no such file or the process has ended.
+pid_t LockHolder(const std::string& device);
+
+/// Takes the lock file of a port away if it is that of `process`, which has ended.
+void RemoveLockOf(const std::string& device, pid_t process);
+
+}  // namespace tool
