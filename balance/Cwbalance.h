@@ -49,13 +49,11 @@ class WBALANCE_EXPORT Cwbalance {
     /// Reads the weight.
     ///
     /// @param mode how to read; the values are the driver's (0 usually asks for a stable weight
-    /// only, 1
-    ///   for a stable one with a fallback and 2 for an immediate one)
+    ///   only, 1 for a stable one with a fallback and 2 for an immediate one)
     /// @param weight receives grams; must not be null unless the driver allows it
     /// @param decimals receives the number of decimals where the driver reports one; may be null
     /// @return 0 failure, 1 a (stable) weight, and in the drivers that tell them apart 2 a dynamic
-    /// one.
-    ///   Use `*weight` only with a result other than 0.
+    ///   one. Use `*weight` only with a result other than 0.
     ///
     /// Here: writes 0.0 and returns 0.
     virtual int Weight(long mode, double* weight, int* decimals);
@@ -82,8 +80,7 @@ class WBALANCE_EXPORT Cwbalance {
     /// @param stopBits a StopBits code, 0 or more
     /// @param flowControl a FlowControl code, 0 or more
     /// @param timeout seconds that one wait for data may last: 1 to 60, or 0 for 100 ms. More than
-    /// 60 is
-    ///   stored, and makes the configuration fail at the next open.
+    ///   60 is stored, and makes the configuration fail at the next open.
     /// @param portKind 'S' for "/dev/ttyS<port>" or 'U' for "/dev/ttyUSB<port>"
     int SetCommConfig(int baud, int parity, int dataBits, int stopBits, int flowControl,
                       int timeout, char portKind);
@@ -107,8 +104,7 @@ class WBALANCE_EXPORT Cwbalance {
     ///
     /// @param answer fewer than 100 characters; a longer text ends the process
     /// @param decimals receives how many characters of the number follow its first point; stays as
-    /// it is
-    ///   without one. May be null.
+    ///   it is without one. May be null.
     /// @return the number, 0.0 when there is no digit
     double ParseWeight(char* answer, int* decimals);
 

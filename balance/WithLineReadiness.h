@@ -8,11 +8,10 @@
 /// driver's own check stands in the way of the reading that follows:
 ///
 /// - Generic Mettler Toledo: the check sends the reset "@" and leaves its answer (I4 A
-/// "1126493049") to be
-///   read as part of the weight answer, so that a balance that answers the reset reads as 4 g.
+///   "1126493049") to be read as part of the weight answer, so that a balance that answers the
+///   reset reads as 4 g.
 /// - Kern EW/EG-N/EWB and Gibertini: the check asks for a weight, which asks for the check, and so
-/// on; no
-///   byte reaches the instrument.
+///   on; no byte reaches the instrument.
 /// - Ohaus: a tare costs a trial reading first.
 ///
 /// With these, and wherever a host wants the reading and nothing before it:

@@ -39,27 +39,24 @@ class WBALANCE_EXPORT WbalanceMettlerPM : public Cwbalance {
     /// Tares with "T" after IsReady(), waits 2.5 s and checks the reading with Weight(0, ..., null)
     /// of the object's own class. What the balance answers to "T" is not looked at.
     ///
-    /// @return 1 when the balance then reads less than 0.1 in magnitude, else 0. Takes at most
-    ///   2 R + 3.5 s + 2 A.
+    /// @return 1 when the balance then reads less than 0.1 in magnitude, else 0. Takes at most 2 R
+    ///   + 3.5 s + 2 A.
     int Tare() override;
 
     /// Reads the weight after IsReady().
     ///
     /// @param mode 0 a stable weight only ("S"; 1 s + A); 1 a stable weight, and without one the
-    /// sum
-    ///   of up to five immediate ones divided by 5, so that a pass without an answer counts as zero
-    ///   (A, and 1 s + 5 times 0.5 s + A more); 2 one immediate weight ("SI"; A). Any other value
-    ///   returns 0 after IsReady(). The time of IsReady(), R, is added.
+    ///   sum of up to five immediate ones divided by 5, so that a pass without an answer counts as
+    ///   zero (A, and 1 s + 5 times 0.5 s + A more); 2 one immediate weight ("SI"; A). Any other
+    ///   value returns 0 after IsReady(). The time of IsReady(), R, is added.
     /// @param weight receives grams, 0.0 on failure; must not be null
     /// @param decimals receives the count of decimals of each answer that is parsed and has a
-    /// point;
-    ///   may be null
+    ///   point; may be null
     /// @return 1 a stable weight, 2 a dynamic one, 0 failure
     ///
     /// A stable weight is any answer with an S and a blank in its first 33 characters. In MT-SICS
     /// that is every answer: a dynamic one ("S D") counts as stable, and busy, overload and
-    /// underload
-    /// ("S I", "S +", "S -") read as a stable 0.0. The unit is not looked at.
+    /// underload ("S I", "S +", "S -") read as a stable 0.0. The unit is not looked at.
     int Weight(long mode, double* weight, int* decimals) override;
 
     /// Sets a preset tare. Which protocol was found by then decides; on an object that no IsReady()

@@ -19,7 +19,8 @@
 /// read ends with the line end of an answer. Times below count such reads: r is 3 time-outs (1 s
 /// each unless changed) when the balance is silent, and at most 6 when it sends something without a
 /// line end. The readiness comes on top: 1 s + 2 r as long as a reset is due; and behind a text on
-/// the display 0.5 s + r more, for Tare(), TareSet() and Weight().
+/// the display 0.5 s + r more, for Tare(), TareSet() and Weight(), which send "DW" then; without an
+/// answer to it they close the port and return 0.
 ///
 /// A balance that refuses ("S I" busy or not stable in time, "S +" overload, "S -" underload, "ES",
 /// "EL") is not told apart from one that answers nonsense; only the trace shows the answer. The
@@ -46,24 +47,20 @@ class WBALANCE_EXPORT WbalanceMettlerSB32001 : public Cwbalance {
     /// Reads the weight.
     ///
     /// @param mode 0 a stable weight only ("S"; 1 s + r); 1 a stable weight, and without one the
-    /// sum of up
-    ///   to five immediate ones divided by 5, so that a pass without an answer counts as zero (r,
-    ///   and 1 s + 5 times 0.5 s + r more); 2 one immediate weight ("SI"; r). Any other value
-    ///   returns 0 after the readiness.
+    ///   sum of up to five immediate ones divided by 5, so that a pass without an answer counts as
+    ///   zero (r, and 1 s + 5 times 0.5 s + r more); 2 one immediate weight ("SI"; r). Any other
+    ///   value returns 0 after the readiness.
     /// @param weight receives grams, 0.0 on failure; must not be null
     /// @param decimals receives the count of decimals of each answer that is parsed and has a
-    /// point; may be
-    ///   null
-    /// @return 1 a stable weight, 2 a dynamic one, 0 failure. A balance that does not answer "DW"
-    ///   gives 0 and a closed port.
+    ///   point; may be null
+    /// @return 1 a stable weight, 2 a dynamic one, 0 failure
     int Weight(long mode, double* weight, int* decimals) override;
 
     /// Tares with "T" and then sends "TA", with `tare` grams plus what the "T" just took.
     ///
     /// @param tare grams; two decimals are sent. A sum of 1e21 and more or -1e20 and less does not
-    /// fit
-    ///   the command and ends the process, after the "T" was sent; what is not finite is sent as
-    ///   the word nan or inf.
+    ///   fit the command and ends the process, after the "T" was sent; what is not finite is sent
+    ///   as the word nan or inf.
     /// @return 1 once "TA" was handed to the port, whatever the balance answers and whether it
     ///   does, so that a tare that the balance refuses ("TA L") counts as set; else 0. Waits 2 r.
     int TareSet(double tare) override;

@@ -23,8 +23,7 @@ class WBALANCE_EXPORT WbalanceMettlerToledo : public Cwbalance {
     /// sends no reset.
     ///
     /// @return 1 when the reset was handed to the port. 0 when the port can't be opened, configured
-    /// or
-    ///   cleared (then it is closed) or the reset can't be sent (then it is closed too). Never
+    ///   or cleared (then it is closed) or the reset can't be sent (then it is closed too). Never
     ///   waits.
     int IsReady() override;
 
@@ -35,18 +34,14 @@ class WBALANCE_EXPORT WbalanceMettlerToledo : public Cwbalance {
     /// Reads the weight after IsReady().
     ///
     /// @param mode 0 a stable weight only ("S"; 1 s + 3 t); 1 a stable weight, and without one the
-    /// sum of up
-    ///   to five immediate ones divided by 5, so that a pass without an answer counts as zero (3 t,
-    ///   and 1 s
-    ///   + 5 times 0.5 s + 3 t more); 2 one immediate weight ("SI"; 3 t). Any other value returns 0
-    ///   after IsReady().
+    ///   sum of up to five immediate ones divided by 5, so that a pass without an answer counts as
+    ///   zero (3 t, and 1 s + 5 times 0.5 s + 3 t more); 2 one immediate weight ("SI"; 3 t). Any
+    ///   other value returns 0 after IsReady().
     /// @param weight receives grams, 0.0 on failure; must not be null
     /// @param decimals receives the count of decimals of each answer that is parsed and has a
-    /// point; may be
-    ///   null
+    ///   point; may be null
     /// @return 1 a stable weight, 2 a dynamic one, 0 failure (no answer or one that is not a
-    /// weight, such
-    ///   as an overload)
+    ///   weight, such as an overload)
     ///
     /// The unit of the answer is not looked at: the number is passed on as it stands.
     int Weight(long mode, double* weight, int* decimals) override;
