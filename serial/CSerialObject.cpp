@@ -117,6 +117,7 @@ int CSerialObject::OpenCommPort(int number, char kind) {
 
 int CSerialObject::SetCommConfig(int baud, int parity, int dataBits, int stopBits, int flowControl,
                                  int timeoutSeconds) {
+    if (port == nullptr) return 0;
     // Every setting is tried, also after one was refused.
     status &= port->setBaudRate(baud) ? 1 : 0;
     status &= ApplyDataBits(*port, dataBits) ? 1 : 0;

@@ -18,10 +18,9 @@ class QSerialPort;
 /// Results are 1 for success and 0 for failure unless a member says otherwise. Nothing is thrown.
 /// The only reports are the results and the trace on standard output.
 ///
-/// One object is used by one thread at a time; nothing is locked. All waiting blocks the caller.
-/// No QCoreApplication is needed. In a thread that Qt did not start, Qt prints
-/// "QSocketNotifier: Can only be used with threads started with QThread" on standard error; the
-/// line works all the same.
+/// One object is used by one thread at a time; nothing is locked. All waiting blocks the caller. No
+/// QCoreApplication is needed. In a thread that Qt did not start, Qt prints "QSocketNotifier: Can
+/// only be used with threads started with QThread" on standard error; the line works all the same.
 ///
 /// A text that does not fit the buffer that a member names prints one line about it on standard
 /// error and ends the process with SIGABRT.
@@ -56,21 +55,16 @@ class WBALANCE_EXPORT CSerialObject {
     /// @param dataBits 7 or 8; other values leave the port's own
     /// @param stopBits 0 one, 1 one and a half, 2 two; other codes leave the port's own
     /// @param flowControl 0 none, 3 hardware (RTS/CTS), 16 software (XON/XOFF); other codes leave
-    /// the
-    ///   port's own
+    ///   the port's own
     /// @param timeoutSeconds see PrivateSetTimeout()
     /// @return 1 when the open before succeeded (1 or 2) and every setting was taken; otherwise 0,
-    /// and
-    ///   the port object is deleted.
-    ///
-    /// A port object must be held.
+    ///   and the port object is deleted. Without a port object 0, and nothing is traced.
     int SetCommConfig(int baud, int parity, int dataBits, int stopBits, int flowControl,
                       int timeoutSeconds);
 
     /// Sets the time that one wait for data may last: `seconds` from 1 to 60, or 0 for 100 ms.
     /// @return 0, and nothing changes, when the last open or configuration failed or when `seconds`
-    /// is
-    ///   negative or more than 60.
+    ///   is negative or more than 60.
     int PrivateSetTimeout(int seconds);
 
     /// Closes and deletes the port object, if one is held. Traces the closing in every case.
@@ -92,32 +86,28 @@ class WBALANCE_EXPORT CSerialObject {
     /// Collects what the instrument sends.
     ///
     /// @param buffer receives the answer, owned by the caller; it is filled with zeros first. An
-    /// answer
-    ///   of `size` bytes or more fills it to the last byte, without a terminating zero. What
+    ///   answer of `size` bytes or more fills it to the last byte, without a terminating zero. What
     ///   follows a zero byte within the answer is not copied. Null returns 0 at once.
     /// @param size the size of `buffer` in bytes
     /// @param attempts how many times to wait for data, each for the time-out; at least one wait is
-    /// made
+    ///   made
     /// @param terminator the text that ends an answer, or null. Without it every one of the
-    /// attempts
-    ///   is used, so that three attempts cost two full time-outs after an answer that came at once.
-    ///   With it an attempt goes on for the time-out, after its first data, until the terminator
-    ///   has come.
+    ///   attempts is used, so that three attempts cost two full time-outs after an answer that came
+    ///   at once. With it an attempt goes on for the time-out, after its first data, until the
+    ///   terminator has come.
     /// @return 1 when anything was received, else 0.
     ///
-    /// Blocks for at most `attempts` times two time-outs, and not at all when no port object is
-    /// held. The trace of the answer must fit 1024 bytes: some 980 characters.
+    /// Blocks for at most `attempts` times two time-outs and 30 ms, and not at all when no port
+    /// object is held. The trace of the answer must fit 1024 bytes: some 980 characters.
     int ReceiveAnswer(char* buffer, long size, int attempts, const char* terminator);
 
     /// Gathers an answer from rounds of ReceiveAnswer() with three attempts each, 100 ms apart.
     ///
     /// @param buffer the answer is appended to the text that it holds: pass it zeroed, and large
-    /// enough
-    ///   for all that may come, for its end is not checked. Null returns 0.
+    ///   enough for all that may come, for its end is not checked. Null returns 0.
     /// @param size how much one round can take, in bytes; 0 or less returns 0
     /// @param endChar the character that ends the answer, or 0 for none. An end that arrives within
-    /// a
-    ///   round is noticed when the round has ended. Without one the reading ends with the first
+    ///   a round is noticed when the round has ended. Without one the reading ends with the first
     ///   round in which nothing comes.
     /// @return 1 when `buffer` holds anything at the end, even without the end character, else 0.
     ///

@@ -361,6 +361,13 @@ TEST_F(CSerialObjectTest, An_open_after_settings_that_failed_tries_the_device_ag
     EXPECT_EQ(line.Transcript().front(), "open /dev/ttyS0");
 }
 
+TEST_F(CSerialObjectTest, Settings_without_a_port_fail_without_a_trace) {
+    EXPECT_EQ(serial.SetCommConfig(2400, 2, 7, 0, 0, 1), 0);
+
+    EXPECT_EQ(serial.timeoutMs, 500);
+    EXPECT_THAT(line.Transcript(), IsEmpty());
+}
+
 // Time-outs.
 
 struct Timeout {
