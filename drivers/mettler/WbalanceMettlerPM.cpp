@@ -145,7 +145,9 @@ int WbalanceMettlerPM::StableOrAveragedWeight(double* weight, int* decimals) {
         return 1;
     }
     Sleep(1000);
-    return AveragedWeight(weight, decimals);
+    const int status = AveragedWeight(weight, decimals);
+    if (status == 0) *weight = 0.0;
+    return status;
 }
 
 int WbalanceMettlerPM::AveragedWeight(double* weight, int* decimals) {

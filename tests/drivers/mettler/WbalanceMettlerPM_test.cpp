@@ -762,6 +762,22 @@ TEST_F(WbalanceMettlerPMTest, Mode_1_whose_sending_fails_in_the_first_pass_is_0)
     EXPECT_THAT(line.Sleeps(), ElementsAre(500, 1000));
 }
 
+class ReadinessThatWeighs : public Open<WbalanceMettlerPM> {
+ public:
+    int IsReady() override {
+        *weight = 7.0;
+        return OpenAndClear();
+    }
+    double* weight = nullptr;
+};
+
+TEST_F(WbalanceMettlerPMTest, Mode_1_stores_the_0_of_its_failure_after_a_hosts_own_readiness) {
+    ReadinessThatWeighs own;
+    own.weight = &weight;
+    EXPECT_EQ(own.Weight(1, &weight, nullptr), 0);
+    EXPECT_EQ(weight, 0.0);
+}
+
 // Weight, other modes and derived classes
 
 TEST_F(WbalanceMettlerPMTest, Any_other_mode_is_0_after_the_readiness_check) {
