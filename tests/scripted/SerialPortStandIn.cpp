@@ -52,6 +52,7 @@ QSerialPort::~QSerialPort() {
 }
 
 bool QSerialPort::open(OpenMode mode) {
+    if (mode != ReadWrite) std::abort();  // the library sends and receives
     if (!Line::Here().OnOpen()) return false;
     setOpenMode(mode);
     return true;

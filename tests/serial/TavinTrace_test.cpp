@@ -30,6 +30,9 @@ class StandardOutput {
         return {text_, size_};
     }
 
+    /// How much has left the stream's buffer.
+    std::size_t Flushed() const { return size_; }
+
  private:
     std::FILE* saved_;
     char* text_ = nullptr;
@@ -45,6 +48,17 @@ TEST(TavinTrace, Prints_on_standard_output) {
     serial.TavinTrace(1015, "%s - %n%d%%");
 
     EXPECT_EQ(output.Text(), "Radwag - Tare\n - 0%");
+}
+
+TEST(TavinTrace, Leaves_the_flushing_to_the_process) {
+    StandardOutput output;
+    CSerialObject serial;
+
+    serial.TavinTrace(1015, "Radwag - Tare\n");
+    serial.TavinTrace(1015, "50%%\n");
+
+    EXPECT_EQ(output.Flushed(), 0U);
+    EXPECT_EQ(output.Text(), "Radwag - Tare\n50%\n");
 }
 
 TEST(TavinTrace, Threads_with_an_object_each_keep_their_lines_whole) {
