@@ -419,6 +419,16 @@ TEST_F(CwbalanceTest, Closing_closes_the_port_and_the_next_operation_opens_it_ag
     EXPECT_EQ(line.Transcript().front(), "open /dev/ttyS4");
 }
 
+TEST_F(CwbalanceTest, Closing_without_a_serial_object_returns_0_without_a_trace) {
+    balance.timeoutSeconds = 61;
+    balance.IsReady();
+    line.Forget();
+
+    EXPECT_EQ(balance.CloseCommPort(), 0);
+
+    EXPECT_THAT(line.Transcript(), IsEmpty());
+}
+
 TEST_F(CwbalanceTest, Closing_without_an_open_port_returns_1_and_traces_it) {
     EXPECT_EQ(balance.CloseCommPort(), 1);
 

@@ -317,7 +317,7 @@ TEST_F(WbalanceMettlerToledoTest, Tare_when_each_call_fails) {
 // Weight, whatever the mode.
 
 TEST_F(WbalanceMettlerToledoTest, An_unknown_mode_returns_0_after_the_reset) {
-    for (const long mode : {3L, -1L, 2147483648L}) {
+    for (const long mode : {3L, -1L, 1L << 32}) {
         balance.CloseCommPort();
         line.Forget();
         weight = -1.0;
