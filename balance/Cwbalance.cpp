@@ -12,15 +12,13 @@ bool IsDigit(char character) {
     return character >= '0' && character <= '9';
 }
 
-// Where the number begins: at its first digit, or at the '-' directly before it. A '-' as the last
-// character stands for a number without digits. Everything else leaves an empty text.
-const char* FindNumber(const char* text) {
-    if (IsDigit(text[0])) return text;
-    const std::size_t length = std::strlen(text);
-    for (std::size_t i = 1; i < length; ++i) {
-        if (IsDigit(text[i])) return text[i - 1] == '-' ? text + i - 1 : text + i;
-    }
-    return length != 0 && text[length - 1] == '-' ? text + length - 1 : text + length;
+// Where the number begins: at the first digit, without one at the end of the text; or at the '-'
+// directly before that.
+char* FindNumber(char* text) {
+    char* digit = text;
+    while (*digit != '\0' && !IsDigit(*digit))
+        ++digit;
+    return digit != text && digit[-1] == '-' ? digit - 1 : digit;
 }
 
 }  // namespace
@@ -105,7 +103,7 @@ double Cwbalance::ParseWeight(char* answer, int* decimals) {
     char text[100];
     bounded_text::Copy(text, answer, "a weight answer");
     // The number alone, so that neither an exponent nor a hexadecimal prefix is taken along.
-    char* number = text + (FindNumber(text) - text);
+    char* number = FindNumber(text);
     char* end = number;
     while (IsDigit(*end) || *end == '-' || *end == '.')
         ++end;
