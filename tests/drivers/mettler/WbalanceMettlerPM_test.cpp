@@ -466,6 +466,12 @@ TEST_F(WbalanceMettlerPMTest, Mode_0_leaves_decimals_alone_for_a_whole_number_an
     EXPECT_EQ(weight, 12.34);
 }
 
+TEST_F(WbalanceMettlerPMTest, A_line_feed_alone_does_not_end_an_answer) {
+    EXPECT_EQ(Weigh(0, "S\r\n", "S       12.34 g\n"), 1);
+    EXPECT_EQ(weight, 12.34);
+    EXPECT_THAT(line.Trace(), HasSubstr("Timeout elapsed in scale read (attempt n. 3)\n"));
+}
+
 TEST_F(WbalanceMettlerPMTest, Mode_0_finds_the_mark_up_to_the_33rd_character) {
     EXPECT_EQ(Weigh(0, "S\r\n", "1" + std::string(30, '.') + "S g\r\n"), 1);
     EXPECT_EQ(weight, 1.0);
@@ -559,8 +565,8 @@ TEST_P(WbalanceMettlerPMStandardAnswer, Is_no_weight_in_any_mode) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Answer, WbalanceMettlerPMStandardAnswer,
-                         testing::Values("SI\r\n", "SI+\r\n", "SI-\r\n", "ES\r\n", "EL\r\n",
-                                         "ET\r\n"));
+                         testing::Values("SI\r\n", "SI+\r\n", "SI-\r\n", "SD\r\n", "ES\r\n",
+                                         "EL\r\n", "ET\r\n"));
 
 // Weight, mode 2
 
@@ -852,6 +858,14 @@ TEST_F(WbalanceMettlerPMTest, TareSet_in_standard_PM_compares_magnitudes_without
     }
 }
 
+TEST_F(WbalanceMettlerPMTest, TareSet_in_standard_PM_fails_at_a_difference_of_exactly_a_tenth) {
+    Detected(kStandardPM);
+    line.AlwaysAnswer("SI\r\n", {{"S        0.00 g\r\n"}});
+    line.Answer("S\r\n", {{"S        0.00 g\r\n"}});
+    line.Answer("S\r\n", {{"S        0.10 g\r\n"}});
+    EXPECT_EQ(balance.TareSet(0.0), 0);
+}
+
 TEST_F(WbalanceMettlerPMTest, TareSet_in_standard_PM_takes_a_negative_preset_by_its_magnitude) {
     Detected(kStandardPM);
     line.AlwaysAnswer("SI\r\n", {{"S        0.00 g\r\n"}});
@@ -919,6 +933,18 @@ TEST_F(WbalanceMettlerPMTest, TareSet_in_standard_PM_uses_a_derived_class_for_ev
     EXPECT_THAT(line.Sent(), ElementsAre("T\r\n", "B 5.00\r\n"));
 }
 
+class HostTare : public HostBalance {
+ public:
+    int Tare() override { return 0; }
+};
+
+TEST_F(WbalanceMettlerPMTest, TareSet_in_standard_PM_uses_the_tare_of_a_derived_class) {
+    HostTare host;
+    EXPECT_EQ(host.TareSet(5.0), 0);
+    EXPECT_EQ(host.readinessChecks, 0);
+    EXPECT_THAT(line.Sent(), IsEmpty());
+}
+
 // TareSet, MT-SICS
 
 TEST_F(WbalanceMettlerPMTest, TareSet_in_MT_SICS_adds_the_tare_that_the_balance_holds) {
@@ -963,6 +989,15 @@ TEST_F(WbalanceMettlerPMTest, TareSet_in_MT_SICS_counts_a_refused_preset_as_succ
     EXPECT_EQ(balance.TareSet(5.0), 1);
     EXPECT_THAT(line.Trace(), EndsWith("Read from scale: TA L\r\n (time elapsed: 0 ms)\n"
                                        "Mettler PM - Command fail!\n"));
+}
+
+TEST_F(WbalanceMettlerPMTest, TareSet_in_MT_SICS_is_confirmed_by_a_blank_behind_TA_A) {
+    Detected(kSics);
+    AnswerReadiness();
+    line.Answer("T\r\n", {{"T S       0.00 g\r\n"}});
+    line.Answer("TA 5.00 g\r\n", {{"TA A\r\n"}});
+    EXPECT_EQ(balance.TareSet(5.0), 1);
+    EXPECT_THAT(line.Trace(), EndsWith("Mettler PM - Command fail!\n"));
 }
 
 TEST_F(WbalanceMettlerPMTest, TareSet_in_MT_SICS_counts_an_unanswered_preset_as_success) {

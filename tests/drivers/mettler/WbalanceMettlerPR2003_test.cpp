@@ -404,6 +404,13 @@ TEST_F(WbalanceMettlerPR2003Test, Tare_reads_on_when_an_answer_has_no_line_end) 
     EXPECT_EQ(Elapsed(), 3000);
 }
 
+TEST_F(WbalanceMettlerPR2003Test, A_line_feed_alone_does_not_end_an_answer) {
+    Begin();
+    line.Answer("T\r\n", {{"T S      10.00 g\n"}});
+    EXPECT_EQ(balance.Tare(), 1);
+    EXPECT_EQ(Elapsed(), 3000);
+}
+
 TEST_F(WbalanceMettlerPR2003Test, Tare_when_each_call_fails_in_turn) {
     ExpectWhenEachCallFails<WbalanceMettlerPR2003>(
         {{"setBaudRate 2400", 0, "gone"},
