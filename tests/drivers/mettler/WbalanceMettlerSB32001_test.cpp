@@ -496,6 +496,15 @@ TEST_F(WbalanceMettlerSB32001Test, Preset_tare_that_is_refused_counts_as_set) {
                                      R"(trace "Mettler SB - Command fail!\n\n")"));
 }
 
+TEST_F(WbalanceMettlerSB32001Test, Preset_tare_is_confirmed_by_a_blank_behind_TA_A) {
+    Begin();
+    line.Answer("T\r\n", {{"T S       2.50 g\r\n"}});
+    line.Answer("TA 12.50 g\r\n", {{"TA A\r\n"}});
+    EXPECT_EQ(balance.TareSet(10.0), 1);
+    EXPECT_THAT(line.Trace(), HasSubstr("TA A\r\n (time elapsed: 0 ms)\n"
+                                        "Mettler SB - Command fail!\n\n"));
+}
+
 TEST_F(WbalanceMettlerSB32001Test, Preset_tare_that_is_not_answered_counts_as_set) {
     Begin();
     line.Answer("T\r\n", {{"T S       2.50 g\r\n"}});
@@ -612,7 +621,8 @@ TEST_F(WbalanceMettlerSB32001Test, Mode_0_reads_a_stable_weight_1_s_after_the_co
 }
 
 TEST_F(WbalanceMettlerSB32001Test, Mode_0_fails_at_any_other_answer) {
-    for (const char* answer : {"S I\r\n", "S +\r\n", "S -\r\n", "ES\r\n", "EL\r\n", kDynamic}) {
+    for (const char* answer :
+         {"S I\r\n", "S +\r\n", "S -\r\n", "S S\r\n", "ES\r\n", "EL\r\n", kDynamic}) {
         SCOPED_TRACE(answer);
         line.Reset();
         Balance fresh;
@@ -723,6 +733,15 @@ TEST_F(WbalanceMettlerSB32001Test, Mode_2_fails_at_any_other_answer) {
     EXPECT_THAT(Steps(), ElementsAre("opening again", R"(trace "Mettler SB - Ustable weight\n")",
                                      R"(write "SI\r\n")", R"(read "S +\r\n")",
                                      R"(trace "Mettler SB - Command fail!\n\n")"));
+}
+
+TEST_F(WbalanceMettlerSB32001Test, Mode_2_fails_at_a_status_without_a_weight) {
+    for (const char* answer : {"S S\r\n", "S D\r\n"}) {
+        Balance fresh;
+        GetReady(fresh);
+        line.Answer("SI\r\n", {{answer}});
+        EXPECT_EQ(FailedWeight(fresh, 2), 0);
+    }
 }
 
 TEST_F(WbalanceMettlerSB32001Test, Mode_2_fails_without_an_answer) {

@@ -588,6 +588,13 @@ TEST_F(WbalanceMettlerToledoTest, Mode_2_fails_with_any_other_answer) {
     EXPECT_TRUE(line.IsOpen());
 }
 
+TEST_F(WbalanceMettlerToledoTest, Mode_2_fails_at_a_status_without_a_weight) {
+    for (const char* answer : {"S S\r\n", "S D\r\n"}) {
+        line.Answer("SI\r\n", {{answer}});
+        EXPECT_EQ(Weigh(2), 0);
+    }
+}
+
 TEST_F(WbalanceMettlerToledoTest, Mode_2_does_not_recognise_a_mark_behind_character_33) {
     line.Answer("SI\r\n", {{std::string(30, 'x') + "S D 1.00 g\r\n"}});
 
