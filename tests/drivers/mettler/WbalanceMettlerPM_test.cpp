@@ -991,6 +991,15 @@ TEST_F(WbalanceMettlerPMTest, TareSet_in_MT_SICS_counts_a_refused_preset_as_succ
                                        "Mettler PM - Command fail!\n"));
 }
 
+TEST_F(WbalanceMettlerPMTest, TareSet_in_MT_SICS_takes_0_for_a_tare_without_a_weight) {
+    Detected(kSics);
+    AnswerReadiness();
+    line.Answer("T\r\n", {{"T S\r\n"}});
+    EXPECT_EQ(balance.TareSet(5.0), 1);
+    EXPECT_THAT(line.Sent(), ElementsAre("SI\r\n", "T\r\n", "TA 5.00 g\r\n"));
+    EXPECT_THAT(line.Trace(), HasSubstr("Mettler PM - Command fail!\n\n"));
+}
+
 TEST_F(WbalanceMettlerPMTest, TareSet_in_MT_SICS_is_confirmed_by_a_blank_behind_TA_A) {
     Detected(kSics);
     AnswerReadiness();

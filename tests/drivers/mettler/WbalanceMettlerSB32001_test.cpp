@@ -203,6 +203,16 @@ TEST_F(WbalanceMettlerSB32001Test, Reset_that_is_not_taken_closes_the_port_witho
     EXPECT_EQ(balance.modelFlagC, 1);
 }
 
+TEST_F(WbalanceMettlerSB32001Test, Reset_whose_immediate_weight_is_not_taken_closes_at_once) {
+    line.Answer("@\r\n", {{kSerialNumber}});
+    line.Fail("write", 2);
+    EXPECT_EQ(balance.IsReady(), 0);
+    EXPECT_THAT(line.Sleeps(), ElementsAre(500));
+    EXPECT_EQ(line.Now(), 500);
+    EXPECT_EQ(line.PortObjects(), 0);
+    EXPECT_EQ(balance.modelFlagC, 1);
+}
+
 TEST_F(WbalanceMettlerSB32001Test, Reset_takes_a_serial_number_behind_other_text) {
     line.Answer("@\r\n", {{std::string(29, '.') + "I4 A\r\n"}});
     line.Answer("SI\r\n", {{kDynamic}});
