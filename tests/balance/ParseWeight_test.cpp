@@ -62,6 +62,7 @@ INSTANTIATE_TEST_SUITE_P(
         Answer{"Exponent_is_not_taken_along", "1e5", 1.0, kUntouched},
         Answer{"Hexadecimal_is_not_taken_along", "0x1F", 0.0, kUntouched},
         Answer{"Comma_ends_the_number", "12,5 g", 12.0, kUntouched},
+        Answer{"Neighbours_of_the_digits_are_none", "S /:@ 1.25:3 g", 1.25, 2},
         Answer{"Leading_zeros", "S S 000.50 g", 0.5, 2},
         Answer{"No_digit", "S I\r\n", 0.0, kUntouched},
         Answer{"No_digit_but_a_point", "S . g", 0.0, kUntouched},

@@ -76,6 +76,20 @@ TEST(GetTickCount, Advances_by_at_least_the_milliseconds_slept) {
     EXPECT_GE(GetTickCount() - start, 30U);
 }
 
+// Times of logs that were written with either clock can be held against each other.
+TEST(GetTickCount, Counts_the_milliseconds_of_the_monotonic_clock) {
+    const auto now = [] {
+        const auto time =
+            std::chrono::duration_cast<milliseconds>(steady_clock::now().time_since_epoch());
+        return static_cast<unsigned int>(time.count());
+    };
+    const unsigned int before = now();
+
+    const unsigned int ticks = GetTickCount();
+
+    EXPECT_LE(ticks - before, now() - before);
+}
+
 TEST(GetTickCount, Never_goes_back) {
     unsigned int last = GetTickCount();
     for (int i = 0; i < 100'000; ++i) {

@@ -474,6 +474,11 @@ TEST_F(WbalanceScaleHouseALDTest, ParseWeight_takes_a_tare_mark_at_the_start_as_
     EXPECT_EQ(Parse("5 g T\r\n"), 0);
 }
 
+TEST_F(WbalanceScaleHouseALDTest, ParseWeight_takes_a_net_mark_at_the_start_as_0) {
+    EXPECT_EQ(Parse(" g N 5\r\n"), 1);
+    EXPECT_EQ(weight, 0.0);
+}
+
 TEST_F(WbalanceScaleHouseALDTest, ParseWeight_counts_no_number_as_another_tare_than_zero) {
     EXPECT_EQ(Parse("nan g T\r\n 130.4 g\r\n"), 0);
     EXPECT_EQ(Parse("inf g T\r\n 130.4 g\r\n"), 0);

@@ -50,6 +50,14 @@ TEST(BoundedTextDeathTest, Not_even_an_empty_text_fits_no_bytes) {
                 "^libwbalance: a text does not fit its buffer of 0 bytes\n$");
 }
 
+TEST(BoundedText, A_format_may_come_out_empty) {
+    char buffer[1] = {'#'};
+
+    bounded_text::Format(buffer, sizeof buffer, "a text", "%s", "");
+
+    EXPECT_EQ(buffer[0], '\0');
+}
+
 TEST(BoundedText, A_format_that_leaves_room_is_a_text) {
     char buffer[20];
 

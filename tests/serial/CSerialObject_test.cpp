@@ -424,7 +424,7 @@ TEST_F(CSerialObjectTest, A_close_closes_and_deletes_the_port_and_traces_it) {
     serial.OpenCommPort(0, 'S');
     line.Forget();
 
-    serial.CloseCommPort();
+    EXPECT_EQ(serial.CloseCommPort(), 1);
 
     EXPECT_EQ(serial.status, 0);
     EXPECT_EQ(serial.port, nullptr);
@@ -433,7 +433,7 @@ TEST_F(CSerialObjectTest, A_close_closes_and_deletes_the_port_and_traces_it) {
 }
 
 TEST_F(CSerialObjectTest, A_close_without_a_port_traces_the_closing_all_the_same) {
-    serial.CloseCommPort();
+    EXPECT_EQ(serial.CloseCommPort(), 1);
 
     EXPECT_THAT(line.Transcript(), ElementsAre(R"(trace "\nSCALE COM PORT HAS BEEN CLOSED.\n")"));
 }

@@ -45,6 +45,7 @@ INSTANTIATE_TEST_SUITE_P(
         Directive{"d", "[%d]", "[0]"}, Directive{"i", "[%i]", "[0]"}, Directive{"u", "[%u]", "[0]"},
         Directive{"o", "[%o]", "[0]"}, Directive{"x", "[%x]", "[0]"}, Directive{"X", "[%X]", "[0]"},
         Directive{"Width", "[%5d]", "[    0]"}, Directive{"Left", "[%-5d]", "[0    ]"},
+        Directive{"Numbered_and_left", "[%1$-5d]", "[0    ]"},
         Directive{"Zeros", "[%05d]", "[00000]"}, Directive{"Precision", "[%.3d]", "[000]"},
         Directive{"Width_and_precision", "[%6.3d]", "[   000]"},
         Directive{"Precision_zero", "[%.0d]", "[]"},
