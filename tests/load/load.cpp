@@ -10,17 +10,16 @@
 #include <atomic>
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <random>
-#include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "Line.h"
+#include "Usage.h"
 
 using scripted::Fault;
 using scripted::Line;
@@ -172,24 +171,6 @@ class Bench {
     int failures_ = 0;
 };
 
-long ResidentKilobytes() {
-    std::ifstream status("/proc/self/status");
-    for (std::string line; std::getline(status, line);)
-        if (line.rfind("VmRSS:", 0) == 0) return std::strtol(line.c_str() + 6, nullptr, 10);
-    return 0;
-}
-
-long Entries(const char* folder) {
-    const std::filesystem::directory_iterator entries(folder);
-    return std::distance(begin(entries), end(entries));
-}
-
-struct Usage {
-    long kilobytes = ResidentKilobytes();
-    long descriptors = Entries("/proc/self/fd");
-    long threads = Entries("/proc/self/task");
-};
-
 void Balances(long seconds) {
     std::vector<std::thread> threads;
     for (int number = 0; number < kBalances; ++number) {
@@ -222,23 +203,17 @@ int main(int count, char** arguments) {
     const std::string kind = arguments[1];
     const long amount = std::strtol(arguments[2], nullptr, 10);
     const auto work = [&](long much) { kind == "balances" ? Balances(much) : Operations(much); };
-    Usage before;
-    Usage after;
+    std::optional<load::Usage> before;
+    std::optional<load::Usage> after;
     {
         const scripted::TraceCapture capture;
         // What is allocated once is allocated now.
         work(amount / 10 + 1);
-        before = Usage();
+        before.emplace();
         work(amount);
-        after = Usage();
+        after.emplace();
     }
-    std::printf("%ld operations, %ld weights\n", operations.load(), weights.load());
-    std::printf(
-        "resident memory %ld kB, then %ld kB; descriptors %ld, then %ld; threads %ld, then %ld\n",
-        before.kilobytes, after.kilobytes, before.descriptors, after.descriptors, before.threads,
-        after.threads);
-    const bool steady = after.kilobytes - before.kilobytes < MOST_GROWTH_KILOBYTES &&
-                        after.descriptors == before.descriptors && after.threads == before.threads;
-    if (!steady) std::fprintf(stderr, "something grows\n");
+    std::fprintf(stderr, "%ld operations, %ld weights\n", operations.load(), weights.load());
+    const bool steady = load::Steady(*before, *after);
     return violations == 0 && weights > 0 && steady ? 0 : 1;
 }
