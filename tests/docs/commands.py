@@ -125,6 +125,8 @@ def instruments(command):
         return " , ".join(f"{driver} --load {LOAD} {served_at(port, False)}" +
                           (f" --line {line[0]}" if line else "") for driver, port, *line in balances)
     driver = value_of(words, "-d", "--driver") or UNNAMED.get(words[1])
+    if "--thorough" in words:
+        driver = "mettler-toledo"  # which is found first; the others take minutes
     if driver is None or "--help" in words:
         return ""
     load = "0" if words[1] in ("zero", "preset-tare") else LOAD

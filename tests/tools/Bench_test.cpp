@@ -1,6 +1,8 @@
 // wbalance with several simulated instruments at once, and with ports that refuse to be opened.
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -72,6 +74,71 @@ TEST(Bench, The_readings_of_several_balances_never_mix) {
     }
     EXPECT_GE(readings, 15);
     EXPECT_EQ(ran.exitCode, 0);
+}
+
+TEST(Bench, Doctor_finds_that_CTS_is_off_before_anything_is_sent_in_vain) {
+    VirtualBench bench;
+    auto& balance = bench.place("mettler-toledo", Options().on("/dev/ttyUSB0").withLoad(3));
+    balance.withLine([](simulator::HostLine& line) {
+        dynamic_cast<simulator::VirtualLine&>(line).setInstrumentControlLines(TIOCM_DSR);
+    });
+    const Ran ran = Wbalance("doctor -d mettler-toledo -p 0 --usb -l 2400,7E1,rtscts");
+    EXPECT_THAT(ran.output, HasSubstr("control lines  CTS off, DSR on, DCD off\n"
+                                      "diagnosis      /dev/ttyUSB0: CTS is off, so nothing can be "
+                                      "sent with rtscts; switch the balance on, use a cable that "
+                                      "carries CTS, or leave rtscts out of --line\n"));
+    EXPECT_EQ(ran.exitCode, 4);
+}
+
+TEST(Bench, Doctor_does_not_mind_CTS_where_nothing_waits_for_it) {
+    VirtualBench bench;
+    auto& balance = bench.place("mettler-toledo", Options().on("/dev/ttyUSB0").withLoad(3));
+    balance.withLine([](simulator::HostLine& line) {
+        dynamic_cast<simulator::VirtualLine&>(line).setInstrumentControlLines(0);
+    });
+    const Ran ran = Wbalance("doctor -d mettler-toledo -p 0 --usb -t 0");
+    EXPECT_THAT(ran.output, HasSubstr("control lines  CTS off, DSR off, DCD off\n"));
+    EXPECT_EQ(ran.exitCode, 0);
+}
+
+// The lock file of a port, as serial programs leave it while they have the port open.
+class Lock {
+ public:
+    explicit Lock(pid_t holder) {
+        const int file = open(kPath, O_WRONLY | O_CREAT | O_TRUNC, 0644);
+        const std::string text = std::to_string(holder) + "\nBench_test\n\n";
+        EXPECT_EQ(write(file, text.data(), text.size()), static_cast<ssize_t>(text.size()));
+        close(file);
+    }
+    ~Lock() { unlink(kPath); }
+
+ private:
+    static constexpr char kPath[] = "/var/lock/LCK..ttyUSB0";
+};
+
+TEST(Bench, Doctor_and_weigh_name_the_program_that_holds_the_port) {
+    VirtualBench bench;
+    bench.place("mettler-toledo", Options().on("/dev/ttyUSB0"));
+    const Lock lock(getpid());
+    const std::string holder = "Bench_test (process " + std::to_string(getpid()) + ")";
+
+    const Ran examined = Wbalance("doctor -d mettler-toledo -p 0 --usb");
+    EXPECT_THAT(examined.output, HasSubstr("diagnosis      /dev/ttyUSB0 is held by " + holder +
+                                           ": end that program first\n"));
+    EXPECT_EQ(examined.exitCode, 3);
+
+    const Ran weighed = Wbalance("weigh -d mettler-toledo -p 0 --usb");
+    EXPECT_EQ(weighed.errors, "wbalance: /dev/ttyUSB0: the port is in use; it is held by " +
+                                  holder + ": end that program first\n");
+    EXPECT_EQ(weighed.exitCode, 3);
+}
+
+TEST(Bench, The_lock_of_a_program_that_has_ended_holds_nothing) {
+    VirtualBench bench;
+    bench.place("mettler-toledo", Options().on("/dev/ttyUSB0").withLoad(3));
+    const Ran ended = RunShell("echo $$");
+    const Lock lock(std::stoi(ended.output));
+    EXPECT_EQ(Wbalance("weigh -d mettler-toledo -p 0 --usb -t 0").output, "3.00 g\n");
 }
 
 bool IsLocked() {

@@ -1,0 +1,71 @@
+// The completion as bash uses it: sourced, and asked what may stand behind a beginning.
+
+#include <gmock/gmock.h>
+
+#include <sstream>
+
+#include "RunProgram.h"
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsSupersetOf;
+using testing::Not;
+
+namespace {
+
+// What is offered for the last of the words.
+std::vector<std::string> Completions(const std::string& words) {
+    const Ran ran = RunShell("PATH=$(dirname " WBALANCE "):$PATH bash -c '. " WBALANCE_COMPLETION
+                             "; COMP_WORDS=(" +
+                             words +
+                             "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); "
+                             "$(complete -p wbalance | sed \"s/.*-F \\([^ ]*\\).*/\\1/\"); "
+                             "printf \"%s\\n\" \"${COMPREPLY[@]}\"'");
+    EXPECT_EQ(ran.errors, "");
+    std::vector<std::string> offered;
+    std::istringstream lines(ran.output);
+    for (std::string line; std::getline(lines, line);)
+        offered.push_back(line);
+    return offered;
+}
+
+TEST(Completion, Offers_the_commands) {
+    EXPECT_THAT(Completions("wbalance de"), ElementsAre("detect"));
+    EXPECT_THAT(
+        Completions("wbalance \"\""),
+        IsSupersetOf({"weigh", "monitor", "tare", "zero", "preset-tare", "display", "on", "off",
+                      "factory-reset", "replay", "detect", "doctor", "drivers", "ports"}));
+}
+
+TEST(Completion, Offers_the_drivers_that_there_are) {
+    EXPECT_THAT(Completions("wbalance weigh --driver mettler-"),
+                ElementsAre("mettler-toledo", "mettler-pm", "mettler-pr2003", "mettler-xs",
+                            "mettler-sb32001"));
+    EXPECT_THAT(Completions("wbalance drivers ra"), ElementsAre("radwag"));
+}
+
+TEST(Completion, Offers_the_modes) {
+    EXPECT_THAT(Completions("wbalance weigh --mode \"\""), ElementsAre("stable", "auto", "now"));
+}
+
+TEST(Completion, Offers_each_command_its_own_options) {
+    EXPECT_THAT(Completions("wbalance factory-reset --y"), ElementsAre("--yes"));
+    EXPECT_THAT(Completions("wbalance weigh --y"), ElementsAre(""));
+    EXPECT_THAT(Completions("wbalance detect --t"), ElementsAre("--thorough", "--trace"));
+}
+
+TEST(Completion, Offers_every_option_that_the_help_of_a_command_names) {
+    for (const char* command :
+         {"weigh", "tare", "zero", "preset-tare", "display", "on", "off", "factory-reset",
+          "monitor", "detect", "doctor", "drivers", "ports", "replay"}) {
+        const auto offered = Completions(std::string("wbalance ") + command + " --");
+        const Ran help =
+            RunShell(std::string(WBALANCE) + " " + command +
+                     " --help | grep -oE '^  [-a-z,]*--[a-z]+' | grep -oE -- '--[a-z]+'");
+        std::istringstream options(help.output);
+        for (std::string option; std::getline(options, option);)
+            EXPECT_THAT(offered, Contains(option)) << command;
+    }
+}
+
+}  // namespace
