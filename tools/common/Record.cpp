@@ -109,6 +109,7 @@ Record Read(const std::string& path) {
                 ReadHeaderLine(line, record.header);
             } else {
                 record.entries.push_back(ReadEntry(line));
+                record.entries.back().line = number;
             }
         } catch (const Error& error) {
             throw Error(path + ":" + std::to_string(number) + ": " + error.what());

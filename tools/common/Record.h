@@ -42,6 +42,7 @@ struct Entry {
     std::chrono::milliseconds time{0};  ///< since the start of the record
     Kind kind = Kind::FromHost;
     std::string bytes;
+    int line = 0;  ///< where Read() found it in its file, counted from 1
 };
 
 struct Record {

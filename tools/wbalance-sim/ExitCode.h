@@ -2,3 +2,6 @@
 
 /// As with env and timeout: what goes wrong here is not mistaken for the program's own exit code.
 inline constexpr int ownFailure = 125;
+
+/// The host has not done what a replayed record says.
+inline constexpr int departedFromRecord = 124;

@@ -7,11 +7,13 @@
 #include <memory>
 #include <stdexcept>
 
+#include "ExitCode.h"
 #include "HostProgram.h"
 #include "InstrumentList.h"
-#include "InstrumentOptions.h"
+#include "Placement.h"
 #include "WireLog.h"
 #include "control/ControlServer.h"
+#include "replay/ReplayPlacement.h"
 #include "simulator/VirtualBench.h"
 
 using simulator::ConnectedInstrument;
@@ -24,9 +26,28 @@ const char* const description =
     "Runs a program against simulated balances on /dev/ttyS0 or other serial ports, or serves\n"
     "pseudo-terminals. No hardware, no root, nothing is created in /dev.";
 
+const char* const replayDescription =
+    "Serves a record of wbalance --record again: answers what the instrument answered to what the\n"
+    "host sends, and says at which line of the record a host departs from it.";
+
+const char* const replayExamples =
+    "An answer comes as long after its command as in the record, less the 0.2 s by which it may\n"
+    "have been there earlier than it was read. A command that is not in the record is said to be\n"
+    "none and gets no answer; the record goes on with the command that it has next.\n"
+    "Port and line settings are the record's own where nothing else is said.\n"
+    "Examples:\n"
+    "  wbalance weigh -d radwag -p 3 --usb --record trouble.record\n"
+    "  wbalance-sim replay trouble.record -- wbalance weigh -d radwag -p 3 --usb\n"
+    "  wbalance-sim replay trouble.record --fast --port 0 --log - -- ./my-host\n"
+    "  wbalance-sim replay one.record --port 0 , replay other.record --port 1 -- ./my-host\n"
+    "  wbalance-sim replay trouble.record --pty\n"
+    "Exit code: the program's; 124 when the host has not done what the record says, all of it;\n"
+    "125 when the record cannot be read or is none, and what else wbalance-sim --help says.";
+
 const char* const examples =
     "Other commands, each with its own --help:\n"
     "  wbalance-sim control CHANGE    change something while it runs\n"
+    "  wbalance-sim replay FILE       an instrument that answers as in a record\n"
     "Several instruments stand in a row with a comma, a word of its own, between them:\n"
     "  wbalance-sim kern --load 5 , radwag --port 1 --usb --load 7 -- ./my-host\n"
     "Examples:\n"
@@ -82,10 +103,21 @@ std::vector<std::vector<std::string>> cutRow(const std::vector<std::string>& wor
     return row;
 }
 
-void parseOne(std::vector<std::string> words, RunOptions& run, InstrumentOptions& instrument) {
-    CLI::App app(description, "wbalance-sim");
-    app.footer(examples);
-    instrument.addTo(app);
+using Row = std::vector<std::unique_ptr<Placement>>;
+
+/// Reads what is said of one instrument, of `words` from the back.
+std::unique_ptr<Placement> parseOne(std::vector<std::string> words, RunOptions& run) {
+    const bool isReplay = !words.empty() && words.back() == "replay";
+    std::unique_ptr<Placement> placement;
+    if (isReplay)
+        placement = std::make_unique<ReplayPlacement>();
+    else
+        placement = std::make_unique<CatalogPlacement>();
+    if (isReplay) words.pop_back();
+    CLI::App app(isReplay ? replayDescription : description,
+                 isReplay ? "wbalance-sim replay" : "wbalance-sim");
+    app.footer(isReplay ? replayExamples : examples);
+    placement->addTo(app);
     run.addTo(app);
     try {
         app.parse(words);
@@ -93,12 +125,12 @@ void parseOne(std::vector<std::string> words, RunOptions& run, InstrumentOptions
         std::cout << app.help();
         throw;
     }
+    return placement;
 }
 
-void check(const RunOptions& run, const std::vector<InstrumentOptions>& instruments,
-           const std::vector<std::string>& program) {
-    for (const auto& each : instruments)
-        each.entry();
+void check(const RunOptions& run, const Row& row, const std::vector<std::string>& program) {
+    for (const auto& each : row)
+        each->entry();
     if (run.pty && !program.empty())
         throw std::invalid_argument("--pty serves other software and runs no program");
     if (!run.pty && program.empty())
@@ -116,16 +148,14 @@ void follow(ConnectedInstrument& instrument, const RunOptions& run, WireLog* log
     });
 }
 
-int run(const RunOptions& run, const std::vector<InstrumentOptions>& instruments,
-        const std::vector<std::string>& program) {
-    check(run, instruments, program);
-    HostProgram::holdSignals();
+/// Serves the instruments of the row until the program, or without one a signal, ends it.
+int serveRow(const RunOptions& run, const Row& row, const std::vector<std::string>& program) {
     std::unique_ptr<WireLog> log;
-    if (!run.logFile.empty()) log = std::make_unique<WireLog>(run.logFile, instruments.size() > 1);
+    if (!run.logFile.empty()) log = std::make_unique<WireLog>(run.logFile, row.size() > 1);
     VirtualBench bench;
-    for (const auto& each : instruments)
-        follow(run.pty ? bench.placeOnTerminal(each.entry(), each.setUp())
-                       : bench.place(each.entry(), each.setUp()),
+    for (const auto& each : row)
+        follow(run.pty ? bench.placeOnTerminal(each->entry(), each->setUp())
+                       : bench.place(each->entry(), each->setUp()),
                run, log.get());
     const ControlServer control(bench, run.controlPath);
     if (!run.pty) return HostProgram(program).exitCode();
@@ -133,16 +163,24 @@ int run(const RunOptions& run, const std::vector<InstrumentOptions>& instruments
     return EXIT_SUCCESS;
 }
 
+int run(const RunOptions& run, const Row& row, const std::vector<std::string>& program) {
+    check(run, row, program);
+    HostProgram::holdSignals();
+    int exitCode = serveRow(run, row, program);
+    for (const auto& each : row)
+        if (!each->conclude()) exitCode = departedFromRecord;
+    return exitCode;
+}
+
 }  // namespace
 
 int serve(std::vector<std::string> words) {
     const std::vector<std::string> program = cutProgram(words);
-    const auto row = cutRow(words);
     RunOptions options;
-    std::vector<InstrumentOptions> instruments(row.size());
-    for (std::size_t i = 0; i < row.size(); ++i)
-        parseOne(row[i], options, instruments[i]);
-    if (!options.list) return run(options, instruments, program);
+    Row row;
+    for (const auto& each : cutRow(words))
+        row.push_back(parseOne(each, options));
+    if (!options.list) return run(options, row, program);
     writeInstruments(std::cout);
     return EXIT_SUCCESS;
 }

@@ -1,0 +1,71 @@
+// Each instrument that wbalance-sim lists is weighed by the driver of its name, at that driver's
+// own line settings. The names come from the list itself: none can be forgotten.
+
+#include <gmock/gmock.h>
+
+#include <future>
+#include <map>
+#include <sstream>
+#include <vector>
+
+#include "RunProgram.h"
+
+using testing::HasSubstr;
+
+namespace {
+
+std::vector<std::string> listedInstruments() {
+    std::istringstream list(RunShell(std::string(WBALANCE_SIM) + " --list").output);
+    std::vector<std::string> names;
+    for (std::string line; std::getline(list, line);)
+        if (line.find("; Wbalance") != std::string::npos)
+            names.push_back(line.substr(0, line.find(':')));
+    return names;
+}
+
+/// Runs the same for every instrument at once: they mostly wait.
+std::map<std::string, Ran> runEach(const std::function<Ran(const std::string& name)>& run) {
+    std::map<std::string, std::future<Ran>> running;
+    for (const auto& name : listedInstruments())
+        running[name] = std::async(std::launch::async, run, name);
+    std::map<std::string, Ran> all;
+    for (auto& [name, ran] : running)
+        all[name] = ran.get();
+    return all;
+}
+
+}  // namespace
+
+TEST(EveryInstrument, The_list_has_the_thirteen_that_the_library_drives) {
+    EXPECT_EQ(listedInstruments(),
+              (std::vector<std::string>{"denver-xl1800", "gibertini", "kern", "mettler-pm",
+                                        "mettler-pr2003", "mettler-sb32001", "mettler-toledo",
+                                        "mettler-xs", "ohaus", "radwag", "sartorius", "scale-house",
+                                        "setra-el2000s"}));
+}
+
+TEST(EveryInstrument, Is_weighed_by_the_driver_of_its_name_as_both_are_delivered) {
+    const auto all = runEach([](const std::string& name) {
+        return WbalanceWith(name + " --load 12.5", "weigh --json --driver " + name);
+    });
+    ASSERT_FALSE(all.empty());
+    for (const auto& [name, ran] : all) {
+        EXPECT_THAT(ran.output, HasSubstr("\"value\":12.5}")) << name << ": " << ran.errors;
+        EXPECT_EQ(ran.exitCode, 0) << name;
+    }
+}
+
+TEST(EveryInstrument, Is_weighed_again_from_the_record_of_its_weighing) {
+    const auto all = runEach([](const std::string& name) {
+        const TemporaryFile record;
+        const std::string weigh = "weigh --json --driver " + name;
+        WbalanceWith(name + " --load 12.5", weigh + " --record " + record.Path());
+        return WbalanceWith("replay " + record.Path(), weigh);
+    });
+    ASSERT_FALSE(all.empty());
+    for (const auto& [name, ran] : all) {
+        EXPECT_THAT(ran.output, HasSubstr("\"value\":12.5}")) << name << ": " << ran.errors;
+        EXPECT_EQ(ran.errors, "") << name;
+        EXPECT_EQ(ran.exitCode, 0) << name;
+    }
+}

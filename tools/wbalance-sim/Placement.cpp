@@ -1,0 +1,60 @@
+#include "Placement.h"
+
+#include <CLI/CLI.hpp>
+#include <stdexcept>
+
+void Placement::addTo(CLI::App& command) {
+    command.add_option("--port", port_, "Number of the port")
+        ->type_name("N")
+        ->check(CLI::Range(0, 99999));
+    command.add_flag("--usb", usb_, "/dev/ttyUSB<N> instead of /dev/ttyS<N>");
+    command.add_option("--line", line_, "The instrument's line settings, such as 2400,7E1")
+        ->type_name("SETTINGS");
+    command
+        .add_option("--fault", faults_,
+                    "Let something go wrong, such as late=2s@5s+10s or \"silent at 5s for 2s\"")
+        ->type_name("NAME[=VALUE][@START[+DURATION]]")
+        ->allow_extra_args(false);
+    command.add_option("--script", scripts_, "Do what the lines of a file say at their times")
+        ->type_name("FILE")
+        ->allow_extra_args(false);
+    command.add_flag("--pace", paced_, "Characters take their time on the line");
+}
+
+simulator::Options Placement::setUp() const {
+    simulator::Options options;
+    const bool isNamed = port_ || usb_;
+    options.on(isNamed ? (usb_ ? "/dev/ttyUSB" : "/dev/ttyS") + std::to_string(port_.value_or(0))
+                       : usualDevice());
+    for (const auto& fault : faults_)
+        options.withFault(fault);
+    for (const auto& script : scripts_)
+        options.withScript(script);
+    if (!line_.empty()) options.at(line_);
+    options.paced = paced_;
+    return options;
+}
+
+void CatalogPlacement::addTo(CLI::App& command) {
+    command.add_option("INSTRUMENT", name_, "Name of the instrument, see --list");
+    command.add_option("--load", loads_, "Load in grams; again with @TIME for later loads")
+        ->type_name("GRAMS[@TIME]")
+        ->allow_extra_args(false);
+    command.add_option("--with", switches_, "Set a switch of the instrument")
+        ->type_name("NAME[=VALUE]")
+        ->allow_extra_args(false);
+    Placement::addTo(command);
+}
+
+simulator::CatalogEntry CatalogPlacement::entry() const {
+    if (name_.empty()) throw std::invalid_argument("which instrument? See wbalance-sim --list");
+    return simulator::findInstrument(name_);
+}
+
+simulator::Options CatalogPlacement::setUp() const {
+    simulator::Options options = Placement::setUp();
+    for (const auto& load : loads_)
+        options.loads.push_back(simulator::LoadStep::parse(load));
+    options.switches = switches_;
+    return options;
+}

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "simulator/ConnectedInstrument.h"
+
+namespace CLI {
+class App;
+}
+
+/// What the command line says of one instrument on the bench: which it is, where it stands and what
+/// happens to it.
+class Placement {
+ public:
+    Placement() = default;
+    virtual ~Placement() = default;
+    Placement(const Placement&) = delete;
+    Placement& operator=(const Placement&) = delete;
+
+    /// Declares the options on a command, to be filled by its parsing.
+    virtual void addTo(CLI::App& command);
+
+    /// The instrument that is meant. Throws std::exception when there is none.
+    virtual simulator::CatalogEntry entry() const = 0;
+
+    /// How it is to be set up. Throws std::invalid_argument or std::runtime_error for what does
+    /// not exist, is not allowed or can't be read.
+    virtual simulator::Options setUp() const;
+
+    /// Called when the bench has gone; whether everything went as this instrument expects.
+    virtual bool conclude() { return true; }
+
+ protected:
+    /// The device when the command line names none.
+    virtual std::string usualDevice() const { return "/dev/ttyS0"; }
+
+ private:
+    std::vector<std::string> faults_;
+    std::vector<std::string> scripts_;
+    std::string line_;
+    std::optional<int> port_;
+    bool usb_ = false;
+    bool paced_ = false;
+};
+
+/// An instrument of the catalog.
+class CatalogPlacement final : public Placement {
+ public:
+    void addTo(CLI::App& command) override;
+    simulator::CatalogEntry entry() const override;
+    simulator::Options setUp() const override;
+
+ private:
+    std::string name_;
+    std::vector<std::string> loads_;
+    std::vector<std::string> switches_;
+};

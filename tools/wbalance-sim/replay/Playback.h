@@ -1,0 +1,46 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "Record.h"
+#include "simulator/Time.h"
+
+/// A record that is played to a host: what the host is to send next, what it gets for it, and where
+/// it departs from the record.
+class Playback {
+ public:
+    using Complaint = std::function<void(const std::string& sentence)>;
+    /// An answer, and how long after the present character of the host it comes.
+    using Answer = std::function<void(simulator::Time delay, const std::string& bytes)>;
+
+    /// `file` is the record's name in complaints.
+    Playback(record::Record record, std::string file, Complaint complain);
+
+    /// The host has opened its port: what the instrument says before it is asked.
+    void open(const Answer& answer);
+    /// The host has sent a character: what it gets when a recorded command is complete with it.
+    void take(char byte, const Answer& answer);
+    /// The host sends at other line settings than the instrument.
+    void takeDamaged();
+    /// The host has ended. Returns whether it did what the record says, all of it.
+    bool conclude();
+
+    const record::Record& record() const { return record_; }
+
+ private:
+    bool hasMore() const { return next_ < record_.entries.size(); }
+    const record::Entry& expected() const { return record_.entries[next_]; }
+    void answerUpToNextCommand(std::chrono::milliseconds since, const Answer& answer);
+    void depart(const std::string& sent);
+    void complain(const std::string& sentence);
+
+    const record::Record record_;
+    const std::string file_;
+    const Complaint complain_;
+    std::size_t next_ = 0;  // the host's command that is expected next
+    std::string received_;  // of the host since the last complete command
+    bool hasOpened_ = false;
+    bool departed_ = false;
+    std::size_t complainedAt_ = std::string::npos;  // once for each command that is expected
+};

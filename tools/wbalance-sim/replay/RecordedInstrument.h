@@ -1,0 +1,10 @@
+#pragma once
+
+#include <memory>
+
+#include "replay/Playback.h"
+#include "simulator/Catalog.h"
+
+/// The instrument that says what a record says. `fast`: answers come at once, not after the pauses
+/// of the record.
+simulator::CatalogEntry recordedInstrument(const std::shared_ptr<Playback>& playback, bool fast);

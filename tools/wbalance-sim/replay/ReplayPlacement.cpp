@@ -1,0 +1,36 @@
+#include "ReplayPlacement.h"
+
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <stdexcept>
+
+#include "replay/RecordedInstrument.h"
+#include "simulator/line/DeviceName.h"
+
+void ReplayPlacement::addTo(CLI::App& command) {
+    command.add_option("FILE", file_, "What wbalance --record has written");
+    command.add_flag("--fast", fast_, "Answer at once, not after the pauses of the record");
+    Placement::addTo(command);
+}
+
+std::shared_ptr<Playback> ReplayPlacement::playback() const {
+    if (file_.empty()) throw std::invalid_argument("which record? See wbalance-sim replay --help");
+    const auto complain = [](const std::string& sentence) {
+        std::cerr << "wbalance-sim: " + sentence + "\n";
+    };
+    if (!playback_) playback_ = std::make_shared<Playback>(record::Read(file_), file_, complain);
+    return playback_;
+}
+
+simulator::CatalogEntry ReplayPlacement::entry() const {
+    return recordedInstrument(playback(), fast_);
+}
+
+bool ReplayPlacement::conclude() {
+    return playback()->conclude();
+}
+
+std::string ReplayPlacement::usualDevice() const {
+    return simulator::servedDevice(playback()->record().header.port)
+        .value_or(Placement::usualDevice());
+}
