@@ -20,7 +20,7 @@ void apply(const Switches& switches, const std::string& name, double& value) {
 
 void applyUnit(const std::string& unit, BalanceData& data) {
     static const std::map<std::string, double> gramsPerUnit = {
-        {"g", 1}, {"kg", 1000}, {"mg", 0.001}, {"oz", 28.349523125}};
+        {"g", 1}, {"kg", 1000}, {"mg", 0.001}, {"oz", 28.349523125}, {"PCS", 1}};
     if (unit.empty()) return;
     data.unit = unit;
     data.gramsPerUnit = gramsPerUnit.at(unit);
@@ -32,7 +32,7 @@ const std::vector<SwitchDescription>& balanceSwitches() {
     static const std::vector<SwitchDescription> all = {
         {"capacity", "", {}, "largest load in grams; above it comes overload"},
         {"readability", "", {}, "step of the display in grams"},
-        {"unit", "", {"g", "kg", "mg", "oz"}, "unit of the display"},
+        {"unit", "", {"g", "kg", "mg", "oz", "PCS"}, "unit of the display; PCS: pieces of 1 g"},
         {"noise", "", {}, "standard deviation of a reading in grams"},
         {"drift", "", {}, "grams per hour by which the reading creeps away"},
         {"settling", "150ms", {}, "time constant with which the pan follows the load", true},

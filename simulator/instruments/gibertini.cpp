@@ -97,6 +97,7 @@ class Gibertini : public Dialect {
     std::string record(char state) const {
         const Reading reading = balance().read();
         std::string flags = {state, reading.stable ? 'S' : 'I'};
+        if (state == 'D') flags[0] = switches_.text("flag").front();
         if (now() < testedAt_) flags[0] = 'I';
         if (reading.range == Reading::Range::over) flags = "OE";
         if (reading.range == Reading::Range::under) flags = "UE";
@@ -113,6 +114,10 @@ std::vector<SwitchDescription> gibertiniSwitches() {
          "crystal",
          {"crystal", "euro", "printer"},
          "records with flags, the measure alone, or lines of the PRINT key only"},
+        {"flag",
+         "D",
+         {"D", "C", "Z", "I"},
+         "of a record: valid, calibration, zero acquisition, initial test"},
         onOff("tare-done", false, "sends a second record when the taring that T began is done"),
         onOff("continuous", false, "sends records from the switching on, as I does, until F"),
         {"interval", "200ms", {}, "time between two records of I", true},

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <map>
 
 namespace simulator {
 namespace {
@@ -94,8 +95,14 @@ class Kern : public Dialect {
     std::string record() {
         const Reading reading = balance().read();
         const bool isNegative = reading.value < 0;
-        return (isNegative ? "-" : "+") + columns(reading.digits().substr(isNegative)) + " G " +
-               status(reading);
+        return (isNegative ? "-" : "+") + columns(reading.digits().substr(isNegative)) +
+               unitText(reading.unit) + " " + status(reading);
+    }
+
+    static std::string unitText(const std::string& unit) {
+        static const std::map<std::string, std::string> texts = {
+            {"g", " G"}, {"kg", "KG"}, {"mg", "MG"}, {"oz", "OZ"}, {"PCS", "PC"}};
+        return texts.at(unit);
     }
 
     std::string columns(const std::string& digits) const {

@@ -112,8 +112,14 @@ class Sbi : public Dialect {
                 break;
         }
         static const std::map<std::string, std::string> texts = {
-            {"weight", ""},        {"blank", " "},          {"calibration", "      C"},
-            {"final", "      --"}, {"error", "   Err  54"}, {"standby", "     OFF"}};
+            {"weight", ""},
+            {"blank", " "},
+            {"calibration", "      C"},
+            {"final", "      --"},
+            {"error", "   Err  54"},
+            {"standby", "     OFF"},
+            {"error-054", "   Err 054"},
+            {"external-calibration", "   Cal. Ext."}};
         return texts.at(switches_.text("display"));
     }
 
@@ -193,7 +199,8 @@ CatalogEntry sartorius() {
         onOff("words", false, "prints High and Low in place of H and L"),
         {"display",
          "weight",
-         {"weight", "blank", "calibration", "final", "error", "standby"},
+         {"weight", "blank", "calibration", "external-calibration", "final", "error", "error-054",
+          "standby"},
          "what is shown and printed"},
         onOff("auto-print", false, "prints 10 lines a second unasked"),
     };

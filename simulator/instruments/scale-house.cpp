@@ -40,6 +40,8 @@ class ScaleHouseTicket : public Dialect {
         Reading gross = net;
         gross.value += balance().tareWeight() / balance().data().gramsPerUnit;
         const std::string& ticket = switches_.text("ticket");
+        if (ticket == "net-word") return say(weight(net.digits(), " NET"));
+        if (ticket == "total-word") return say(weight(gross.digits(), " TOTAL"));
         if (ticket == "full" || ticket == "no-net-line") {
             say("PROJ 12");
             say(weight(gross.digits(), ""));
@@ -69,8 +71,8 @@ CatalogEntry scaleHouse() {
     entry.switches = {
         {"ticket",
          "full",
-         {"full", "no-net-line", "tare-line-first", "net-line-only"},
-         "lines of the ticket"},
+         {"full", "no-net-line", "tare-line-first", "net-line-only", "net-word", "total-word"},
+         "lines of the ticket; the last two are single lines of relatives"},
         onOff("wide-gap", false, "two blanks before the unit"),
         onOff("prints-after-tare", false, "prints a ticket after Z and T as well"),
     };

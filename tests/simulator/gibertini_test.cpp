@@ -104,6 +104,13 @@ TEST_F(Gibertini, Records_come_from_the_switching_on_where_that_is_switched_on) 
     EXPECT_EQ(answersUntil(60s), "");
 }
 
+TEST_F(Gibertini, Records_may_say_that_something_else_is_under_way) {
+    have(5, {"flag=Z"});
+    EXPECT_EQ(ask("B\rT\r"), "      5.00 g   ZS\r\n      5.00 g   TS\r\n");
+    have(5, {"flag=C"});
+    EXPECT_EQ(ask("B\r"), "      5.00 g   CS\r\n");
+}
+
 TEST_F(Gibertini, Out_of_range_the_flags_are_O_or_U_and_E) {
     have(700);
     EXPECT_EQ(ask("B\rT\r"), "    700.00 g   OE\r\n    700.00 g   OE\r\n");

@@ -39,6 +39,13 @@ TEST_F(Kern, O8_sends_one_record_at_once) {
     EXPECT_EQ(answersUntil(10s), "");
 }
 
+TEST_F(Kern, The_unit_has_two_characters) {
+    have(1500, {"unit=kg", "capacity=6000"});
+    EXPECT_EQ(ask("O8\r\n"), "A00\r\n+1.50000KG S\r\n");
+    have(12, {"unit=PCS", "readability=1"});
+    EXPECT_EQ(ask("O8\r\n"), "A00\r\n+     12PC S\r\n");
+}
+
 TEST_F(Kern, A_minus_sign_stands_in_front_of_the_blanks) {
     have(-3.25);
     EXPECT_EQ(ask("O8\r\n"), "A00\r\n-   3.25 G S\r\n");

@@ -104,6 +104,10 @@ TEST_F(Sartorius, Shows_other_things_than_a_weight) {
     EXPECT_EQ(ask(print), "      --      \r\n");
     have(1, {"display=error"});
     EXPECT_EQ(ask(print), "   Err  54    \r\n");
+    have(1, {"display=error-054"});
+    EXPECT_EQ(ask(print), "   Err 054    \r\n");
+    have(1, {"display=external-calibration"});
+    EXPECT_EQ(ask(print), "   Cal. Ext.  \r\n");
     have(1, {"display=error", "line=22"});
     EXPECT_EQ(ask(print), "Stat     Err  54    \r\n");
     have(1, {"display=standby", "line=22"});

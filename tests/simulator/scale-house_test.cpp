@@ -32,6 +32,10 @@ TEST_F(ScaleHouse, Tickets_may_have_other_lines) {
     EXPECT_EQ(ask("P\r\n"), "PROJ 12\r\n 130.40 g\r\n 0.00 g T\r\n");
     have(130.4, {"ticket=tare-line-first"});
     EXPECT_EQ(ask("P\r\n"), " 0.00 g T\r\n 130.40 g\r\n");
+    have(12.34, {"ticket=net-word"});
+    EXPECT_EQ(ask("P\r\n"), " 12.34 g NET\r\n");
+    have(207.8, {"ticket=total-word"});
+    EXPECT_EQ(ask("P\r\n"), " 207.80 g TOTAL\r\n");
     have(130.4, {"ticket=net-line-only"});
     EXPECT_EQ(ask("P\r\n"), " 130.40 g N\r\n");
     have(130.4, {"ticket=net-line-only", "wide-gap"});
