@@ -51,6 +51,9 @@ TEST(Record, A_broken_file_is_refused_with_the_line_and_the_reason) {
     EXPECT_THAT(ReasonFor("# wbalance record 1\nx < S\n"), HasSubstr(":2: expected milliseconds"));
     EXPECT_THAT(ReasonFor("# wbalance record 1\n-1 < S\n"), HasSubstr(":2: expected milliseconds"));
     EXPECT_THAT(ReasonFor("# wbalance record 1\n12\n"), HasSubstr(":2: expected milliseconds"));
+    EXPECT_THAT(ReasonFor("# wbalance record 1\n1 ? S\n"), HasSubstr(":2: expected one of > < ="));
+    EXPECT_THAT(ReasonFor(std::string("# wbalance record 1\n1 \0 S\n", 26)),
+                HasSubstr(":2: expected one of > < ="));
     EXPECT_THAT(ReasonFor("# wbalance record 1\n1 < \\q\n"), HasSubstr(":2: a \\ must be"));
     EXPECT_THAT(ReasonFor("# wbalance record 1\n1 < \\x4\n"), HasSubstr(":2: a \\ must be"));
 }

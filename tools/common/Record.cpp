@@ -31,7 +31,7 @@ Entry ReadEntry(const std::string& line) {
     const auto kindAt = static_cast<std::size_t>(end - line.c_str()) + 1;
     if (end == line.c_str() || *end != ' ' || milliseconds < 0 || kindAt >= line.size())
         throw Error("expected milliseconds, a blank and one of > < =");
-    if (std::strchr("><=", line[kindAt]) == nullptr)
+    if (std::string("><=").find(line[kindAt]) == std::string::npos)
         throw Error("expected one of > < = behind the time");
     entry.time = std::chrono::milliseconds(milliseconds);
     entry.kind = static_cast<Entry::Kind>(line[kindAt]);
