@@ -99,7 +99,7 @@ class Lane:
 
     def failure(self, text, answer):
         """Of an operation: what the instrument has said must have been read whole."""
-        lines = self.wire.said.decode("latin-1").splitlines()
+        lines = self.wire.said.decode("latin-1").splitlines(keepends=True)
         whole = all(line in answer["trace"] for line in lines)
         return (Failure if whole else InPieces)(f"{text}; trace {answer['trace']!r}")
 
