@@ -69,7 +69,8 @@ void ConnectedInstrument::change(const Work& work) {
 void ConnectedInstrument::apply(const Change& words) {
     change([&] { applyAt(words, now()); });
     Lock lock(mutex_);
-    plugServed_.wait(lock, [this] { return !isPlugDue(); });
+    while (isPlugDue())  // which may also pass by itself
+        plugServed_.wait_for(lock, 20ms);
 }
 
 void ConnectedInstrument::applyAt(const Change& change, Time at) {

@@ -57,6 +57,8 @@ VirtualBench::~VirtualBench() {
     stopping_ = true;
     wake();
     thread_.join();
+    for (const auto& instrument : instruments_)
+        instrument->serve();  // what a host has sent at the very end
     instruments_.clear();
     ::close(wakeUp_);
     ::unsetenv(virtualLinesVariable);

@@ -26,7 +26,7 @@ namespace simulator {
 class VirtualBench {
  public:
     VirtualBench();   ///< throws std::system_error when it cannot create its directory
-    ~VirtualBench();  ///< hangs up every line
+    ~VirtualBench();  ///< takes over what hosts have sent and hangs up every line
     VirtualBench(const VirtualBench&) = delete;
     VirtualBench& operator=(const VirtualBench&) = delete;
 

@@ -29,6 +29,12 @@ const char* const ofToledo =
     "2000 < S S      12.34 g\\r\\n\n"
     "2001 = weigh 1 12.34\n";
 
+/// A program that sends a command to the port of that record and does not wait for an answer.
+std::string sending(const std::string& command, const std::string& parity) {
+    return " -- sh -c 'stty -F /dev/ttyUSB3 2400 cs7 parenb " + parity + " raw -echo && printf \"" +
+           command + "\\r\\n\" > /dev/ttyUSB3'";
+}
+
 std::string weighing(const std::string& driver, const std::string& port) {
     return std::string(" -- ") + WBALANCE + " weigh -d " + driver + " -p " + port;
 }
@@ -57,7 +63,7 @@ TEST(Replay, Port_line_and_speed_can_be_chosen) {
 TEST(Replay, A_host_that_departs_is_told_at_which_line_and_the_exit_code_says_so) {
     const TemporaryFile file;
     file.Write(ofToledo);
-    const Ran ran = replay(file.Path() + " --fast -- " + SERIAL_HOST + " /dev/ttyUSB3 2400,7E1 Z");
+    const Ran ran = replay(file.Path() + sending("Z", "-parodd"));
     EXPECT_THAT(ran.errors, HasSubstr("wbalance-sim: " + file.Path() +
                                       ":5: the host departs from the record: it sends \"Z\\r\\n\", "
                                       "the record has \"S\\r\\n\"\n"));
@@ -111,7 +117,7 @@ TEST(Replay, Records_and_instruments_stand_side_by_side) {
 TEST(Replay, A_host_at_other_line_settings_is_told_to_look_at_them) {
     const TemporaryFile file;
     file.Write(ofToledo);
-    const Ran ran = replay(file.Path() + " -- " + SERIAL_HOST + " /dev/ttyUSB3 2400,7O1 S");
+    const Ran ran = replay(file.Path() + sending("S", "parodd"));
     EXPECT_THAT(ran.errors, HasSubstr(":5: the host's characters arrive damaged: its line settings "
                                       "are not those of the record, 2400,7E1\n"));
     EXPECT_EQ(ran.exitCode, 124);

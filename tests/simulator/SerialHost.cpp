@@ -52,7 +52,7 @@ int ask(const char* device, const std::string& settings, const std::string& comm
     }
     port.write((command + "\r\n").c_str());
     QByteArray answer;
-    while (!answer.endsWith('\n') && port.waitForReadyRead(3000))
+    while (!answer.endsWith('\n') && port.waitForReadyRead(20000))
         answer += port.readAll();
     std::printf("%s", answer.constData());
     return 0;

@@ -403,6 +403,29 @@ TEST(VirtualBench, A_script_that_the_instrument_cannot_follow_is_refused_with_it
     }
 }
 
+TEST(VirtualBench, What_a_host_sends_at_the_very_end_is_still_taken_over) {
+    std::string sent;
+    {
+        VirtualBench bench;
+        auto& balance = bench.place("mettler-xs");
+        balance.onEvent([&](ConnectedInstrument&, const LineEvent& event) {
+            if (event.kind == LineEvent::Kind::fromHost) sent += event.bytes;
+        });
+        const int descriptor = ::open("/dev/ttyS0", O_RDWR | O_NOCTTY);
+        EXPECT_EQ(::write(descriptor, "S\r\n", 3), 3);
+        ::close(descriptor);
+    }
+    EXPECT_EQ(sent, "S\r\n");
+}
+
+TEST(VirtualBench, An_adapter_may_be_pulled_for_no_time_at_all) {
+    VirtualBench bench;
+    auto& balance = bench.place("mettler-xs", Options().on("/dev/ttyUSB0"));
+    balance.apply(Change::parse("unplug for 0s"));
+    balance.apply(Change::parse("unplug for 1ms"));
+    EXPECT_TRUE(eventually([] { return openErrno("/dev/ttyUSB0") == 0; }));
+}
+
 TEST(VirtualBench, A_change_is_in_force_when_it_returns) {
     VirtualBench bench;
     auto& balance = bench.place("mettler-xs", Options().on("/dev/ttyUSB0").withLoad(1));

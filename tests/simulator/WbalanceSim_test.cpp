@@ -62,7 +62,9 @@ TEST(WbalanceSim, The_port_may_have_any_number_and_be_a_usb_adapter) {
 }
 
 TEST(WbalanceSim, A_device_that_is_not_served_is_missing_as_it_is_without_the_simulator) {
-    const Ran ran = sim("mettler-xs -- " + host + " /dev/ttyUSB4711 9600,8N1 S");
+    // The lock file is the system's: nobody else may be at the same device at the same time.
+    const std::string missing = "/dev/ttyUSB" + std::to_string(10'000 + ::getpid() % 80'000);
+    const Ran ran = sim("mettler-xs -- " + host + " " + missing + " 9600,8N1 S");
     EXPECT_THAT(ran.output, HasSubstr("No such file or directory"));
     EXPECT_EQ(ran.exitCode, 1);
 }
