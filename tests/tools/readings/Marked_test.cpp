@@ -21,6 +21,9 @@ const DialectCase kCases[] = {
     {"another_model", "1 +    0.0000\r\n", Meaning::NotUnderstood, "", ""},
     {"overload", "1+ HHHHHH G\r\n", Meaning::Overload, "", ""},
     {"pan_off", "1- LLLLLL G\r\n", Meaning::Underload, "", ""},
+    {"cut_within_the_number", "1+   12.", Meaning::Truncated, "", ""},
+    {"cut_behind_a_digit", "1+   12.3", Meaning::Truncated, "", ""},
+    {"behind_noise", " M\x7f%<1+   12.34 g\r\n", Meaning::NotUnderstood, "", ""},
     {"empty", "", Meaning::NotUnderstood, "", ""},
 };
 

@@ -32,6 +32,7 @@ const DialectCase kCases[] = {
     {"cut_off_before_the_number", "S S     \r\n", Meaning::NotUnderstood, "", ""},
     {"two_points", "S S     1.2.3 g\r\n", Meaning::NotUnderstood, "", ""},
     {"noise", "\x81\xd3\x12", Meaning::NotUnderstood, "", ""},
+    {"cut_within_the_number", "S S     100.0", Meaning::Truncated, "", ""},
     {"empty", "", Meaning::NotUnderstood, "", ""},
 };
 

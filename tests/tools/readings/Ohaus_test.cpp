@@ -30,6 +30,7 @@ const DialectCase kCases[] = {
     {"beginning_missing", "0.73 g\r\n    100.73 g\r\n", Meaning::Truncated, "", ""},
     {"not_in_time", "ES\r\n", Meaning::InstrumentError, "", ""},
     {"pounds_and_ounces", "     1:2.3 lb:oz\r\n", Meaning::NotUnderstood, "", ""},
+    {"cut_within_the_number", "       12.7", Meaning::Truncated, "", ""},
     {"empty", "", Meaning::NotUnderstood, "", ""},
 };
 

@@ -5,6 +5,7 @@
 #include "RawLine.h"
 #include "Record.h"
 #include "process/PortCheck.h"
+#include "readings/Fields.h"
 
 namespace tool {
 namespace {

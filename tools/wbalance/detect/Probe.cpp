@@ -1,7 +1,5 @@
 #include "Probe.h"
 
-#include <algorithm>
-
 #include "readings/Dialect.h"
 #include "readings/Fields.h"
 
@@ -87,13 +85,6 @@ std::string DriverForModel(const std::string& answer) {
     if (answer.find("SB") != std::string::npos) return "mettler-sb32001";
     if (answer.find("PM") != std::string::npos) return "mettler-pm";
     return "mettler-toledo";
-}
-
-bool LooksLikeText(const std::string& bytes) {
-    return std::all_of(bytes.begin(), bytes.end(), [](char character) {
-        return (character >= ' ' && character <= '~') || character == '\r' || character == '\n' ||
-               character == '\x1b';
-    });
 }
 
 }  // namespace tool

@@ -27,7 +27,4 @@ const std::vector<Probe>& Probes();
 /// I2 A "PR2003 2100.000 g".
 std::string DriverForModel(const std::string& answer);
 
-/// Whether the bytes can be text of any instrument; otherwise the line settings are not right.
-bool LooksLikeText(const std::string& bytes);
-
 }  // namespace tool

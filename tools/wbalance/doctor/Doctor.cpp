@@ -10,9 +10,9 @@
 
 #include "Record.h"
 #include "ToolError.h"
-#include "detect/Probe.h"
 #include "line/PortList.h"
 #include "line/PortTrouble.h"
+#include "readings/Fields.h"
 
 namespace tool {
 namespace {

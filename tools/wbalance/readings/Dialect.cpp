@@ -19,4 +19,10 @@ Reading WeightIn(const std::string& unit, const std::string& grams, const std::s
     return reading;
 }
 
+Reading TruncatedIfCut(const Reading& reading, const std::string& answer) {
+    const bool endsInNumber = answer.find_last_of("0123456789.") + 1 == answer.size();
+    if (reading.digits.empty() || !endsInNumber) return reading;
+    return NoWeight(Meaning::Truncated, "the answer ends in the middle of the number");
+}
+
 }  // namespace tool

@@ -36,4 +36,7 @@ Reading NoWeight(Meaning meaning, const std::string& remark = "");
 Reading WeightIn(const std::string& unit, const std::string& grams, const std::string& digits,
                  Stability stability);
 
+/// A weight whose number the answer ends with, without a unit or a line end, may lack digits.
+Reading TruncatedIfCut(const Reading& reading, const std::string& answer);
+
 }  // namespace tool

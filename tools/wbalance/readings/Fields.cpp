@@ -1,5 +1,6 @@
 #include "Fields.h"
 
+#include <algorithm>
 #include <regex>
 
 namespace tool {
@@ -52,6 +53,13 @@ bool IsNumber(const std::string& text) {
 
 std::string Field(const std::string& text, std::size_t position, std::size_t length) {
     return position < text.size() ? text.substr(position, length) : "";
+}
+
+bool LooksLikeText(const std::string& bytes) {
+    return std::all_of(bytes.begin(), bytes.end(), [](char character) {
+        return (character >= ' ' && character <= '~') || character == '\r' || character == '\n' ||
+               character == '\x1b';
+    });
 }
 
 }  // namespace tool

@@ -21,4 +21,8 @@ bool IsNumber(const std::string& text);
 std::string Field(const std::string& text, std::size_t position,
                   std::size_t length = std::string::npos);
 
+/// Whether the bytes can be text of any instrument; otherwise the line settings are not right, or
+/// there is noise on the line.
+bool LooksLikeText(const std::string& bytes);
+
 }  // namespace tool

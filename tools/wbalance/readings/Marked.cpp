@@ -17,12 +17,12 @@ Reading ReadMarked(const std::string& answer) {
     std::smatch part;
     if (answer.find("HHH") != std::string::npos) return NoWeight(Meaning::Overload);
     if (answer.find("LLL") != std::string::npos) return NoWeight(Meaning::Underload);
-    if (!std::regex_search(answer, part, kForm)) return {};
+    if (!LooksLikeText(answer) || !std::regex_search(answer, part, kForm)) return {};
     const std::string unit = part[5];
     const std::string digits = (part[3] == "-" ? "-" : "") + part[4].str();
     const bool grams = unit.empty() || unit == "g" || unit == "G";
-    return WeightIn(unit, grams ? unit : "g", digits,
-                    part[2] == "1" ? Stability::Stable : Stability::Dynamic);
+    const auto stability = part[2] == "1" ? Stability::Stable : Stability::Dynamic;
+    return TruncatedIfCut(WeightIn(unit, grams ? unit : "g", digits, stability), answer);
 }
 
 }  // namespace tool

@@ -43,7 +43,7 @@ Reading ReadMtSics(const std::string& answer) {
     Reading announced;
     for (const auto& line : LinesOf(answer)) {
         if (line.empty()) continue;
-        if (line.rfind("I4 ", 0) != 0) return ReadLine(line);
+        if (line.rfind("I4 ", 0) != 0) return TruncatedIfCut(ReadLine(line), answer);
         announced.remark = "the balance announced itself: " + line;
     }
     return announced;

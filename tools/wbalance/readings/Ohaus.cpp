@@ -35,7 +35,7 @@ Reading ReadOhaus(const std::string& answer) {
         if (WordsOf(line).empty()) continue;
         if (Trimmed(line) == "ES")
             return NoWeight(Meaning::InstrumentError, "ES: not stable in time or not recognised");
-        return ReadLine(line);
+        return TruncatedIfCut(ReadLine(line), answer);
     }
     return {};
 }
