@@ -115,6 +115,40 @@ TEST(Wbalance, An_unknown_driver_is_answered_with_those_there_are) {
     EXPECT_EQ(ran.exitCode, 2);
 }
 
+TEST(Wbalance, An_unknown_command_is_answered_with_those_there_are) {
+    const Ran ran = Wbalance("wiegh -d radwag");
+    EXPECT_THAT(ran.errors,
+                StartsWith("wbalance: there is no command \"wiegh\"; there are: weigh, "));
+    EXPECT_EQ(ran.exitCode, 2);
+}
+
+TEST(Wbalance, An_unknown_mode_is_answered_with_those_there_are) {
+    const Ran ran = Wbalance("weigh -d radwag -m quick");
+    EXPECT_EQ(ran.errors, "wbalance: there is no mode \"quick\"; there are: stable, auto, now\n");
+    EXPECT_EQ(ran.exitCode, 2);
+}
+
+TEST(Wbalance, A_device_of_another_kind_is_refused_with_the_kinds_there_are) {
+    const Ran ran = Wbalance("weigh -d radwag -p /dev/null");
+    EXPECT_EQ(ran.errors,
+              "wbalance: /dev/null: only /dev/ttyS<number> and /dev/ttyUSB<number> can be used; "
+              "connect the balance to such a port\n");
+    EXPECT_EQ(ran.exitCode, 3);
+}
+
+TEST(Wbalance, Two_balances_at_one_port_are_refused) {
+    const Ran ran = Wbalance("monitor radwag@0 kern@/dev/ttyS0 -n 1");
+    EXPECT_EQ(ran.errors, "wbalance: two balances are at /dev/ttyS0; a port has one balance\n");
+    EXPECT_EQ(ran.exitCode, 2);
+}
+
+TEST(Wbalance, A_record_of_a_Denver_cut_in_its_number_is_truncated) {
+    const Ran ran =
+        WbalanceWith("denver-xl1800 --load 3 --fault truncated=9", "weigh -d denver-xl1800 -t 0");
+    EXPECT_EQ(ran.output, "");
+    EXPECT_EQ(ran.exitCode, 11);
+}
+
 TEST(Wbalance, A_time_out_of_more_than_a_minute_is_refused) {
     const Ran ran = Wbalance("weigh -d mettler-toledo -t 61");
     EXPECT_THAT(ran.errors, HasSubstr("61 not in range 0 to 60"));

@@ -23,6 +23,18 @@ int Complain(ExitCode code, const std::string& sentence) {
     return static_cast<int>(code);
 }
 
+// CLI11 would say that a command is required.
+void RequireKnownCommand(const CLI::App& application, int argc, char* argv[]) {
+    if (argc < 2 || argv[1][0] == '-') return;
+    std::string names;
+    for (const CLI::App* command : application.get_subcommands({})) {
+        if (command->get_name() == argv[1]) return;
+        names += (names.empty() ? "" : ", ") + command->get_name();
+    }
+    throw ToolError(ExitCode::Usage,
+                    std::string("there is no command \"") + argv[1] + "\"; there are: " + names);
+}
+
 // Results that did not reach their file or pipe are not done.
 int Delivered(ExitCode code) {
     if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return static_cast<int>(code);
@@ -47,6 +59,7 @@ int RunCommandLine(int argc, char* argv[]) {
     AddPorts(application, exitCode);
     CatchInterrupts();
     try {
+        RequireKnownCommand(application, argc, argv);
         application.parse(argc, argv);
         return Delivered(exitCode);
     } catch (const CLI::Success& success) {

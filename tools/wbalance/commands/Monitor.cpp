@@ -3,7 +3,9 @@
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
+#include <limits>
 #include <memory>
+#include <set>
 
 #include "BalanceOptions.h"
 #include "ToolError.h"
@@ -54,10 +56,20 @@ MonitoredBalance::Settings SettingsOf(const std::string& text, const Options& op
             std::chrono::milliseconds(static_cast<long>(options.interval * 1000))};
 }
 
+void RequireDifferentPorts(const std::vector<MonitoredBalance::Settings>& balances) {
+    std::set<std::string> ports;
+    for (const auto& balance : balances) {
+        if (!ports.insert(balance.port.Text()).second)
+            throw ToolError(ExitCode::Usage, "two balances are at " + balance.port.Text() +
+                                                 "; a port has one balance");
+    }
+}
+
 ExitCode Run(const Options& options) {
     Monitor::Settings settings;
     for (const auto& text : options.balances)
         settings.balances.push_back(SettingsOf(text, options));
+    RequireDifferentPorts(settings.balances);
     settings.format = options.weigh.OutputFormat();
     settings.trace = options.shared.trace;
     settings.live =
@@ -88,7 +100,7 @@ void AddMonitor(CLI::App& application, ExitCode& exitCode) {
         ->add_option("-n,--count", options->count,
                      "end when every balance has given this many readings; 0: never")
         ->type_name("N")
-        ->check(CLI::NonNegativeNumber);
+        ->check(CLI::Range(0, std::numeric_limits<int>::max()));
     command
         ->add_option("--log", options->logPath,
                      "add every line to a file (JSON with --json, else CSV) before it is shown")

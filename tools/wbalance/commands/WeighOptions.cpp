@@ -3,17 +3,31 @@
 #include <CLI/CLI.hpp>
 #include <map>
 
+#include "ToolError.h"
+
 namespace tool {
+namespace {
+
+long ModeFor(const std::string& word) {
+    static const std::map<std::string, long> kModes = {{"stable", 0}, {"0", 0},   {"auto", 1},
+                                                       {"1", 1},      {"now", 2}, {"2", 2}};
+    const auto mode = kModes.find(word);
+    if (mode == kModes.end())
+        throw ToolError(ExitCode::Usage,
+                        "there is no mode \"" + word + "\"; there are: stable, auto, now");
+    return mode->second;
+}
+
+}  // namespace
 
 void WeighOptions::AddTo(CLI::App& command) {
-    const std::map<std::string, long> modes = {{"stable", 0}, {"auto", 1}, {"now", 2}};
     command
-        .add_option("-m,--mode", mode,
-                    "stable (0): only a stable weight; auto (1): a stable one, else the driver's "
-                    "fall-back; now (2): what the balance shows. `wbalance drivers` says what a "
-                    "driver makes of them")
+        .add_option_function<std::string>(
+            "-m,--mode", [this](const std::string& word) { mode = ModeFor(word); },
+            "stable (0): only a stable weight; auto (1): a stable one, else the driver's "
+            "fall-back; now (2): what the balance shows. `wbalance drivers` says what a "
+            "driver makes of them")
         ->type_name("MODE")
-        ->transform(CLI::CheckedTransformer(modes).description(""))
         ->default_str("auto");
     auto* asJson = command.add_flag("--json", json, "one JSON object a line, failures included");
     command.add_flag("--csv", csv, "comma-separated values with a header line")->excludes(asJson);

@@ -74,9 +74,9 @@ PortNumber PortName::Resolve() const {
     }
     if (const auto port = PortNumber::OfDevice(device)) return *port;
     throw ToolError(ExitCode::PortFailed,
-                    path_ + " is " + device +
-                        ", but only /dev/ttyS<number> and /dev/ttyUSB<number> can be "
-                        "used; connect the balance to such a port");
+                    path_ + (device == path_ ? "" : " is " + device) +
+                        ": only /dev/ttyS<number> and /dev/ttyUSB<number> can be used; connect the "
+                        "balance to such a port");
 }
 
 }  // namespace tool
