@@ -68,7 +68,8 @@ def of_console(number, lines):
 
 
 def of_page(path, home):
-    """The commands of a Markdown page. A program that the text calls `NAME.cpp` is put into the home."""
+    """The commands of a Markdown page. A program that the text calls `NAME.cpp`, and a block that begins with
+    "# NAME.script", are put into the home."""
     commands, indented, fence, name = [], [], None, None
     for number, text in enumerate(path.read_text().splitlines(), 1):
         if fence is not None:
@@ -77,6 +78,9 @@ def of_page(path, home):
                     commands += of_console(start, block)
                 if fence == "cpp" and name:
                     (home / name).write_text("\n".join(block) + "\n")
+                file = re.fullmatch(r"# (\w+\.script)", block[0]) if block else None
+                if file:
+                    (home / file.group(1)).write_text("\n".join(block) + "\n")
                 fence, name = None, None
             else:
                 block.append(text)
@@ -101,7 +105,8 @@ def of_manual(path):
 
 def of_help(text):
     return join_continued([(number, line) for number, line in enumerate(text.splitlines(), 1)
-                           if re.match(r"  (wbalance(-sim)?|LD_PRELOAD\S*) \S", line) and "CHANGE" not in line])
+                           if re.match(r"  (wbalance(-sim)?|LD_PRELOAD\S*) \S", line)
+                           and not re.search(r" (CHANGE|FILE) ", line)])
 
 
 def value_of(words, *names):
@@ -142,7 +147,7 @@ class Bench:
     def __init__(self, arguments, home):
         self.home = home
         self.udev = arguments.udev
-        self.environment = dict(os.environ, HOME=str(home), LC_ALL="C", **self.host_settings(arguments))
+        self.environment = dict(os.environ, HOME=str(home), TMPDIR=str(home), LC_ALL="C", **self.host_settings(arguments))
         self.environment["PATH"] = ":".join(
             [str(home / "bin"), str(pathlib.Path(arguments.wbalance).parent),
              str(pathlib.Path(arguments.wbalance_sim).parent), os.environ["PATH"]])
@@ -156,6 +161,7 @@ class Bench:
         (home / "parcel.script").write_text("0s load 12.5\n")
         # The simulated adapter is one that udev knows.
         self.script("bin/udev", f'LD_PRELOAD="{arguments.udev}:$LD_PRELOAD" exec "$@"')
+        self.run("wbalance weigh -d radwag -p 3 --usb --record trouble.record")
 
     @staticmethod
     def host_settings(arguments):
@@ -168,6 +174,8 @@ class Bench:
 
     def as_run(self, command):
         command = command.replace("/dev/serial/by-id/", f"{self.home}/by-id/")
+        if command.startswith("wbalance-sim control "):
+            return f"wbalance-sim radwag --usb --port 1 -- {command}"
         if command == "./first":
             return f"wbalance-sim radwag --usb --load {LOAD} -- ./first"
         if command.startswith("wbalance ") and instruments(command):
