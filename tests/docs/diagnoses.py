@@ -23,6 +23,7 @@ NO_DIAGNOSIS = {
     ": too large; at most 8 digits": "the same",
     ": everything works; `wbalance weigh --driver ": "nothing is wrong",
     "? `wbalance detect` tries other settings": "the end of the sentence about silence",
+    "; `wbalance detect` finds the instrument": "the end of the sentence about unknown text",
     " reads the weight": "nothing is wrong",
     "/dev/tty(S|USB)(0|[1-9][0-9]{0,7})": "a pattern",
     "; choose others with --line, or use another adapter": "the end of the sentence about settings",

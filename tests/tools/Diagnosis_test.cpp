@@ -70,6 +70,51 @@ TEST(Doctor, An_answer_that_is_cut_off) {
     EXPECT_EQ(ran.exitCode, 5);
 }
 
+TEST(Doctor, A_pan_that_is_not_at_rest) {
+    const Ran ran = WbalanceWith("kern --fault busy", "doctor -d kern -t 0");
+    EXPECT_THAT(ran.output, HasSubstr("the line works, but the pan is not at rest; "));
+    EXPECT_EQ(ran.exitCode, 8);
+}
+
+TEST(Doctor, A_baud_rate_that_is_not_the_balances) {
+    const Ran ran = WbalanceWith("mettler-xs --load 3", "doctor -d mettler-xs -l 2400,8N1 -t 0");
+    EXPECT_THAT(ran.output, HasSubstr("the baud rate is not that of the balance"));
+    EXPECT_EQ(ran.exitCode, 5);
+}
+
+TEST(Doctor, An_instrument_that_echoes) {
+    const Ran ran =
+        WbalanceWith("denver-xl1800 --with echo=on --load 3", "doctor -d denver-xl1800 -t 0");
+    EXPECT_THAT(ran.output, HasSubstr("what is sent comes back: "));
+    EXPECT_EQ(ran.exitCode, 5);
+}
+
+TEST(Doctor, An_unusual_print_format_with_the_one_to_choose) {
+    const Ran ran =
+        WbalanceWith("gibertini --with protocol=euro --load 3", "doctor -d gibertini -t 0");
+    EXPECT_THAT(ran.output, HasSubstr("does not know (a bare number: choose "));
+    EXPECT_EQ(ran.exitCode, 5);
+}
+
+TEST(Doctor, A_balance_in_stand_by_in_calibration_and_with_an_error) {
+    const std::pair<const char*, const char*> displays[] = {
+        {"standby", "the line works; the balance is in stand-by"},
+        {"calibration", "the line works; the balance is calibrating, testing or taring"},
+        {"error", "the line works; the balance reports an error (Err  54)"}};
+    for (const auto& [display, sentence] : displays) {
+        const Ran ran = WbalanceWith(std::string("sartorius --with display=") + display,
+                                     "doctor -d sartorius -t 0");
+        EXPECT_THAT(ran.output, HasSubstr(sentence));
+        EXPECT_EQ(ran.exitCode, 9);
+    }
+}
+
+TEST(Doctor, A_weight_in_another_unit) {
+    const Ran ran = WbalanceWith("ohaus --with unit=kg --load 3", "doctor -d ohaus -t 0");
+    EXPECT_THAT(ran.output, HasSubstr("the line works; the weight is not in grams; "));
+    EXPECT_EQ(ran.exitCode, 10);
+}
+
 TEST(Doctor, A_port_that_is_not_there) {
     const Ran ran = Wbalance("doctor -d mettler-toledo -p 4711 --usb");
     EXPECT_THAT(ran.output, HasSubstr("diagnosis      /dev/ttyUSB4711: there is no such port;"));

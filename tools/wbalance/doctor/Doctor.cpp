@@ -159,13 +159,16 @@ Diagnosis DiagnoseAnswer(const DriverInfo& driver, const LineSettings& line,
             "for a loose cable), or the line settings are not those of the balance (`wbalance "
             "detect` tries others)"};
     }
-    if (driver.dialect(answer).meaning == Meaning::Truncated) {
+    const Reading reading = driver.dialect(answer);
+    if (reading.meaning == Meaning::Truncated) {
         return {ExitCode::Truncated,
                 "the record is not one that the driver takes whole; choose the balance's standard "
                 "print format"};
     }
-    return {ExitCode::NotUnderstood, "text comes back that the driver " + driver.name +
-                                         " does not know; `wbalance detect` finds the instrument"};
+    return {ExitCode::NotUnderstood,
+            "text comes back that the driver " + driver.name + " does not know" +
+                (reading.remark.empty() ? "" : " (" + reading.remark + ")") +
+                "; `wbalance detect` finds the instrument"};
 }
 
 }  // namespace tool
