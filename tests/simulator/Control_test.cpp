@@ -161,3 +161,14 @@ TEST(Control, Help_has_examples) {
     EXPECT_EQ(ran.exitCode, 0);
     EXPECT_THAT(ran.output, HasSubstr("Examples:\n  wbalance-sim control load 100\n"));
 }
+
+TEST(Control, An_instrument_on_a_terminal_comes_back_under_a_path_that_is_printed) {
+    const Ran ran = Quarters().run(
+        "$sim kern --load 5 --pty > paths & until [ -s paths ]; do sleep 0.05; done; "
+        "until $sim control status; do sleep 0.05; done >/dev/null 2>&1; "
+        "exec 3<>$(cat paths); $sim control unplug; $sim control plug-in; "
+        "until [ $(wc -l < paths) = 2 ]; do sleep 0.05; done; tail -n 1 paths; "
+        "kill -TERM $!; wait $!; echo code $?");
+    EXPECT_THAT(ran.output, MatchesRegex("(/dev/pts/[0-9]+)\n/dev/pts/[0-9]+\ncode 0\n"));
+    EXPECT_EQ(ran.errors, "");
+}

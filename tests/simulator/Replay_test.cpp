@@ -144,3 +144,16 @@ TEST(Replay, Help_has_examples) {
     EXPECT_EQ(ran.exitCode, 0);
     EXPECT_THAT(ran.output, HasSubstr("Examples:\n  wbalance weigh -d radwag"));
 }
+
+TEST(Replay, A_record_is_served_on_a_terminal_until_it_is_told_to_end) {
+    const TemporaryFile file;
+    const TemporaryFile path;
+    file.Write(ofToledo);
+    const Ran ran = RunShell(std::string(WBALANCE_SIM) + " replay " + file.Path() +
+                             " --fast --pty > " + path.Path() + " & until [ -s " + path.Path() +
+                             " ]; do sleep 0.05; done; exec 3<>$(cat " + path.Path() +
+                             "); printf 'S\\r\\n' >&3; head -n 1 <&3; exec 3>&-; kill -INT $!; "
+                             "wait $!; echo \"code $?\"");
+    EXPECT_EQ(ran.output, "S S      12.34 g\r\ncode 0\n");
+    EXPECT_EQ(ran.errors, "");
+}
