@@ -19,12 +19,12 @@ TEST(Probe, No_question_tares_zeroes_resets_or_sets_anything) {
     std::string questions;
     for (const auto& probe : Probes())
         questions += probe.command + "|";
-    EXPECT_EQ(questions, "SI\r\n|\x1bP\r\n|P\r\n|O8\r\n|?1|#|B\r|");
+    EXPECT_EQ(questions, "SI\r\n|\x1bP\r\n|P\r\n|O8\r\n|?1|#|\rB\r|");
 }
 
 TEST(Probe, The_question_that_a_PM_takes_for_a_preset_tare_comes_last) {
     EXPECT_EQ(Probes().front().command, "SI\r\n");
-    EXPECT_EQ(Probes().back().command, "B\r");
+    EXPECT_EQ(Probes().back().command, "\rB\r");
 }
 
 TEST(Probe, The_immediate_weight_tells_four_makers_apart) {
@@ -55,7 +55,7 @@ TEST(Probe, The_others_answer_their_own_questions) {
     EXPECT_EQ(DriverFor("O8\r\n", "A00\r\n+  12.50 G S\r\n"), "kern");
     EXPECT_EQ(DriverFor("?1", "1+   12.34 g\r\n"), "denver-xl1800");
     EXPECT_EQ(DriverFor("#", "1+   12.34 g\r\n"), "setra-el2000s");
-    EXPECT_EQ(DriverFor("B\r", "    123.45 g   DS\r\n"), "gibertini");
+    EXPECT_EQ(DriverFor("\rB\r", "    123.45 g   DS\r\n"), "gibertini");
 }
 
 TEST(Probe, The_model_chooses_among_the_drivers_for_MT_SICS) {
@@ -63,6 +63,17 @@ TEST(Probe, The_model_chooses_among_the_drivers_for_MT_SICS) {
     EXPECT_EQ(tool::DriverForModel("I2 A \"XS204 220.0000 g\"\r\n"), "mettler-xs");
     EXPECT_EQ(tool::DriverForModel("I2 A \"SB32001 32100.0 g\"\r\n"), "mettler-sb32001");
     EXPECT_EQ(tool::DriverForModel("ES\r\n"), "mettler-toledo");
+}
+
+// A Gibertini that has heard them, and answers no unknown command, would take "?1#B" for one.
+TEST(Probe, The_questions_without_a_line_end_do_not_spoil_the_next_one) {
+    bool open = false;
+    for (const auto& probe : Probes()) {
+        if (open && probe.command.back() == '\r') {
+            EXPECT_EQ(probe.command.front(), '\r');
+        }
+        open = probe.command.back() != '\r' && probe.command.back() != '\n';
+    }
 }
 
 TEST(Detector, Tries_every_instruments_own_settings_once) {

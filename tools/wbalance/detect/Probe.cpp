@@ -75,7 +75,7 @@ const std::vector<Probe>& Probes() {
                                               {"O8\r\n", DriverForKern, {"kern"}},
                                               {"?1", DriverForDenver, {"denver-xl1800"}},
                                               {"#", DriverForSetra, {"setra-el2000s"}},
-                                              {"B\r", DriverForGibertini, {"gibertini"}}};
+                                              {"\rB\r", DriverForGibertini, {"gibertini"}}};
     return probes;
 }
 

@@ -12,7 +12,7 @@ namespace tool {
 ///
 /// Only requests for a reading are used. "B\r", Gibertini's request, would preset a tare on a
 /// Mettler PM; it is asked where nothing else has been answered, for a PM answers the first
-/// question.
+/// question. The carriage return ahead of it ends what the questions without a line end have left.
 struct Probe {
     std::string command;
     /// The driver whose instrument answers so; empty when the answer is none of those.
