@@ -126,7 +126,8 @@ void VirtualLine::plugIn(const std::string& device) {
 
 VirtualLine::Served VirtualLine::create(const std::string& name) const {
     if (std::filesystem::exists(file(name)))
-        throw std::invalid_argument("an instrument is at /dev/" + name + " already; give each its own port");
+        throw std::invalid_argument("an instrument is at /dev/" + name +
+                                    " already; give each its own port");
     Served served;
     served.state = mapNewState(file(name));
     name.copy(served.state->name, sizeof served.state->name - 1);
