@@ -787,6 +787,8 @@ TEST_F(WbalanceKernTest, The_parser_takes_null_for_every_argument) {
 TEST_F(WbalanceKernTest, The_parser_reads_nothing_behind_the_end_of_a_short_record) {
     // Twelve characters from an A on: the record would end five characters behind the text.
     char answer[] = "A00\r\n+  12.50 G S";
+    // The status of this whole one may still stand in memory.
+    EXPECT_EQ(balance.ParseWeight(answer + 5, &weight, &decimals), 1);
     answer[12] = '\0';
     EXPECT_EQ(balance.ParseWeight(answer, &weight, &decimals), 2);
     EXPECT_EQ(weight, 12.5);

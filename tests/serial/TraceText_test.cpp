@@ -75,6 +75,7 @@ INSTANTIATE_TEST_SUITE_P(
         Directive{"hhn", "[%hhn]", "[]"}, Directive{"lln", "[%lln]", "[]"},
         Directive{"n_with_width", "[%100n]", "[]"}, Directive{"n_by_number", "[%7$n]", "[]"},
         Directive{"p", "[%p]", "[(nil)]"}, Directive{"p_with_width", "[%10p]", "[     (nil)]"},
+        Directive{"p_left", "[%-10p]", "[(nil)     ]"},
         Directive{"s_with_width", "[%5s]", "[     ]"}, Directive{"s_left", "[%-5s|]", "[     |]"},
         Directive{"s_with_precision", "[%.3s]", "[]"},
         Directive{"s_with_given_precision", "[%.*s]", "[]"},
