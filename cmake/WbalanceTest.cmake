@@ -3,18 +3,24 @@
 find_package(GTest REQUIRED)
 include(GoogleTest)
 
+# What takes time with tests is the compiling: matchers are large templates. So their headers are
+# compiled once, and nothing is optimised, which also means that no call is fortified.
+function(wbalance_quick_to_compile TARGET)
+    wbalance_compile_settings(${TARGET})
+    target_compile_options(${TARGET} PRIVATE -O0 -g1 "SHELL:-U _FORTIFY_SOURCE" -fPIC)
+    target_link_libraries(${TARGET} PRIVATE GTest::gmock_main)
+endfunction()
+
+file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/test_headers.cpp CONTENT "")
+add_executable(test_headers ${PROJECT_BINARY_DIR}/test_headers.cpp)
+wbalance_quick_to_compile(test_headers)
+target_precompile_headers(test_headers PRIVATE <gmock/gmock.h>)
+
 # A test of classes alone: no port, no instrument.
 function(wbalance_add_unit_test NAME)
     add_executable(${NAME} ${ARGN})
-    wbalance_compile_settings(${NAME})
-    # What takes time here is the compiling: matchers are large templates. The checks of fortified
-    # calls need some optimisation, the sanitizers' do not.
-    if(WBALANCE_SANITIZE)
-        target_compile_options(${NAME} PRIVATE -g1 -O0)
-    else()
-        target_compile_options(${NAME} PRIVATE -g1 -O1)
-    endif()
-    target_link_libraries(${NAME} PRIVATE GTest::gmock_main)
+    wbalance_quick_to_compile(${NAME})
+    target_precompile_headers(${NAME} REUSE_FROM test_headers)
     gtest_discover_tests(${NAME} DISCOVERY_MODE PRE_TEST NO_PRETTY_VALUES PROPERTIES TIMEOUT 120)
 endfunction()
 
