@@ -1,0 +1,111 @@
+// The parsers against bare strtod on the same number, and a trace line against fputs of the same
+// text. Each reports its allocations beside its time.
+
+#include <benchmark/benchmark.h>
+#include <wbalance/wbalance.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <iostream>
+#include <string>
+
+#include "Meter.h"
+
+namespace {
+
+template <class Work>
+void Measure(benchmark::State& state, Work work) {
+    const bench::Meter meter;
+    for ([[maybe_unused]] auto turn : state)
+        work();
+    state.counters["allocations"] =
+        benchmark::Counter(meter.Read().allocations, benchmark::Counter::kAvgIterations);
+}
+
+void Strtod(benchmark::State& state, const char* number) {
+    Measure(state, [number] {
+        const char* text = number;
+        benchmark::DoNotOptimize(text);
+        benchmark::DoNotOptimize(std::strtod(text, nullptr));
+    });
+}
+
+/// `double ParseWeight(char*, int*)`, the common parser's and the Sartorius form.
+template <class Driver>
+void Returned(benchmark::State& state, const char* answer) {
+    Driver driver;
+    std::string text = answer;
+    int decimals = 0;
+    Measure(state, [&] { benchmark::DoNotOptimize(driver.ParseWeight(text.data(), &decimals)); });
+}
+
+/// `int ParseWeight(char*, double*, int*)`.
+template <class Driver>
+void Stored(benchmark::State& state, const char* answer) {
+    Driver driver;
+    std::string text = answer;
+    double weight = 0.0;
+    int decimals = 0;
+    Measure(state,
+            [&] { benchmark::DoNotOptimize(driver.ParseWeight(text.data(), &weight, &decimals)); });
+}
+
+/// The Ohaus parser changes the text that it is given, so each turn has a copy.
+void Ohaus(benchmark::State& state, const char* answer) {
+    WbalanceOHAUS_SPU602 driver;
+    char text[65];
+    double weight = 0.0;
+    int decimals = 0;
+    bool unstable = false;
+    Measure(state, [&] {
+        std::strcpy(text, answer);
+        benchmark::DoNotOptimize(driver.ParseWeight(text, &weight, &decimals, &unstable));
+    });
+}
+
+void Trace(benchmark::State& state, const char* text) {
+    CSerialObject serial;
+    Measure(state, [&] { serial.TavinTrace(1015, text); });
+}
+
+void Fputs(benchmark::State& state, const char* text) {
+    Measure(state, [text] { std::fputs(text, stdout); });
+}
+
+constexpr char kTraceLine[] = "Read from scale: S S     100.00 g\r\n (time elapsed: 2000 ms)\n";
+constexpr char kDirectives[] = "Read from scale: 100%d 12%s (time elapsed: 2000 ms)\n";
+
+const std::string kLongBlanks = "S S " + std::string(85, ' ') + "1 g\r\n";
+
+}  // namespace
+
+BENCHMARK_CAPTURE(Strtod, number_100_00, "100.00");
+BENCHMARK_CAPTURE(Returned<WbalanceMettlerToledo>, mettler_typical, "S S     100.00 g\r\n");
+BENCHMARK_CAPTURE(Returned<WbalanceMettlerToledo>, mettler_worst, kLongBlanks.c_str());
+BENCHMARK_CAPTURE(Returned<WbalanceSartorius>, sartorius_typical, "+   100.00 g  \r\n");
+BENCHMARK_CAPTURE(Returned<WbalanceSartorius>, sartorius_worst,
+                  "TP1   +   123.56 g  \r\nN1    +   100.00 g  \r\n");
+BENCHMARK_CAPTURE(Ohaus, typical, "      100.00 g     \r\n");
+BENCHMARK_CAPTURE(Stored<WbalanceRadwag>, radwag_typical, "S         100.00 g  \r\n");
+BENCHMARK_CAPTURE(Stored<WbalanceRadwag>, radwag_worst,
+                  "S A\r\nS A\r\nS A\r\nS A\r\nS A\r\nS         100.00 g  \r\n");
+BENCHMARK_CAPTURE(Stored<WbalanceKern_EW_EGN_EWB>, kern_typical, "A00\r\n+ 100.00 G S\r\n");
+BENCHMARK_CAPTURE(Stored<WbalanceGibertini>, gibertini_typical, "    100.00 g   DS\r\n");
+BENCHMARK_CAPTURE(Stored<WbalanceGibertini>, gibertini_worst,
+                  "    100.00 g   DS\r\n    100.00 g   DS\r\n    100.00 g   DS\r\n");
+BENCHMARK_CAPTURE(Stored<WbalanceDIC_XL1800>, xl1800_typical, "1+  100.00 g\r\n");
+BENCHMARK_CAPTURE(Stored<WbalanceScaleHouseALD>, scale_house_typical, "NET 100.0 g N\r\n");
+BENCHMARK_CAPTURE(Fputs, line, kTraceLine);
+BENCHMARK_CAPTURE(Trace, line, kTraceLine);
+BENCHMARK_CAPTURE(Trace, line_with_directives, kDirectives);
+
+// The figures go to standard error: standard output holds the trace.
+int main(int count, char** arguments) {
+    benchmark::Initialize(&count, arguments);
+    benchmark::ConsoleReporter reporter;
+    reporter.SetOutputStream(&std::cerr);
+    reporter.SetErrorStream(&std::cerr);
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    return 0;
+}

@@ -1,0 +1,133 @@
+// Many balances in one process, one thread each: readings per second, how long a reading takes,
+// memory and descriptors. The instruments are in a process of their own. One JSON object on
+// standard error.
+//
+//     bench_scale BALANCES [SECONDS]
+
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <mutex>
+#include <string>
+#include <thread>
+
+#include "CannedInstrument.h"
+#include "Meter.h"
+#include "simulator/VirtualBench.h"
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+const bench::Operation& ImmediateWeight() {
+    for (const bench::Operation& operation : bench::Operations()) {
+        if (operation.driver == "mettler-toledo" && operation.name == "weight 2") return operation;
+    }
+    std::abort();
+}
+
+double ResidentKilobytes() {
+    std::ifstream status("/proc/self/status");
+    for (std::string line; std::getline(status, line);) {
+        if (line.rfind("VmRSS:", 0) == 0) return std::atof(line.c_str() + 6);
+    }
+    return 0.0;
+}
+
+long Descriptors() {
+    long count = 0;
+    for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator("/proc/self/fd"))
+        ++count;
+    return count;
+}
+
+double ProcessorSeconds() {
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    const auto seconds = [](const timeval& time) {
+        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
+    };
+    return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+}
+
+int Host(int balances, int seconds) {
+    const double residentBefore = ResidentKilobytes();
+    std::mutex mutex;
+    std::vector<double> durations;
+    std::atomic<int> wrong{0};
+    std::atomic<bool> measuring{false};
+    std::atomic<bool> stopping{false};
+    std::vector<std::thread> threads;
+    for (int i = 0; i < balances; ++i) {
+        threads.emplace_back([&, i] {
+            const bench::Operation& operation = ImmediateWeight();
+            const auto balance = operation.make();
+            balance->SetCommPort(i);
+            std::vector<double> own;
+            while (!stopping) {
+                const bench::Meter meter;
+                if (operation.run(*balance) != 1) ++wrong;
+                if (measuring) own.push_back(meter.Read().wallMs);
+            }
+            const std::lock_guard<std::mutex> lock(mutex);
+            durations.insert(durations.end(), own.begin(), own.end());
+        });
+    }
+    std::this_thread::sleep_for(std::chrono::seconds(3));
+    const double processorBefore = ProcessorSeconds();
+    measuring = true;
+    std::this_thread::sleep_for(std::chrono::seconds(seconds));
+    measuring = false;
+    const double processor = ProcessorSeconds() - processorBefore;
+    const double resident = ResidentKilobytes();
+    const long descriptors = Descriptors();
+    stopping = true;
+    for (std::thread& thread : threads)
+        thread.join();
+    std::fprintf(
+        stderr,
+        "{\"balances\":%d,\"seconds\":%d,\"readings\":%zu,\"wrong\":%d,\"median_ms\":%.3f,"
+        "\"p99_ms\":%.3f,\"processor_s\":%.3f,\"resident_kb\":%.0f,\"resident_before_kb\":%.0f,"
+        "\"descriptors\":%ld}\n",
+        balances, seconds, durations.size(), wrong.load(), bench::Median(durations),
+        bench::Quantile(durations, 0.99), processor, resident, residentBefore, descriptors);
+    return 0;
+}
+
+int Bench(int balances, char** arguments) {
+    simulator::VirtualBench bench;
+    const simulator::CatalogEntry entry = bench::CannedInstrument(ImmediateWeight());
+    for (int i = 0; i < balances; ++i) {
+        bench.place(entry, simulator::Options().on("/dev/ttyS" + std::to_string(i)));
+    }
+    const pid_t host = fork();
+    if (host == 0) {
+        setenv("WBALANCE_BENCH_HOST", "1", 1);
+        execv("/proc/self/exe", arguments);
+        _exit(127);
+    }
+    int status = 0;
+    waitpid(host, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : 1;
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+    const int balances = count > 1 ? std::atoi(arguments[1]) : 1;
+    const int seconds = count > 2 ? std::atoi(arguments[2]) : 10;
+    rlimit files{};
+    getrlimit(RLIMIT_NOFILE, &files);
+    files.rlim_cur = files.rlim_max;
+    setrlimit(RLIMIT_NOFILE, &files);
+    return std::getenv("WBALANCE_BENCH_HOST") != nullptr ? Host(balances, seconds)
+                                                         : Bench(balances, arguments);
+}
