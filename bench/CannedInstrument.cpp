@@ -34,6 +34,7 @@ class CannedDialect : public simulator::Dialect {
     }
 
     void unknown(const std::string& /*command*/) override {}
+    void printKey() override {}
 
  private:
     std::vector<Operation::Answer> answers_;

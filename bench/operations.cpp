@@ -1,5 +1,6 @@
 // What each operation costs a host over a virtual line with an instrument that answers at once, and
-// beside it the floor: the bare exchange on a QSerialPort that is held open on the same line. One
+// beside it the floor: what an operation is made of (an exchange, the settings with the clearing, a
+// pause, a wait in silence), each by hand on a QSerialPort that is held open on the same line. One
 // JSON object a line on standard error; the library's trace goes where standard output goes.
 //
 //     bench_operations [REPETITIONS [DRIVER OPERATION]]
@@ -22,47 +23,54 @@ using bench::Cost;
 using bench::Meter;
 using bench::Operation;
 
-constexpr int kFloorExchanges = 3000;
+constexpr int kExchanges = 3000;
+constexpr int kConfigurations = 300;
+constexpr int kWaits = 100;
+constexpr int kWaitMs = 10;
 
-void Configure(QSerialPort& port) {
-    port.open(QIODevice::ReadWrite);
-    port.setBaudRate(2400);
-    port.setDataBits(QSerialPort::Data7);
-    port.setParity(QSerialPort::EvenParity);
+bool Configure(QSerialPort& port) {
+    return port.setBaudRate(2400) && port.setDataBits(QSerialPort::Data7) &&
+           port.setParity(QSerialPort::EvenParity) && port.setStopBits(QSerialPort::OneStop) &&
+           port.setFlowControl(QSerialPort::NoFlowControl) && port.clear(QSerialPort::Input);
 }
 
-void PrintFloor() {
-    simulator::VirtualBench bench;
-    const Operation& operation = bench::Operations().front();
-    bench.place(bench::CannedInstrument(operation));
-    QSerialPort port("/dev/ttyS0");
-    Configure(port);
+bool Exchange(QSerialPort& port) {
+    port.write("S\r\n");
+    port.waitForReadyRead(1000);
+    return port.readAll().endsWith("\n");
+}
+
+/// The medians of `times` runs; a run that fails ends the measurement.
+Cost MedianOf(int times, const std::function<bool()>& run) {
     std::vector<Cost> costs;
-    for (int i = 0; i < kFloorExchanges; ++i) {
+    for (int i = 0; i < times; ++i) {
         const Meter meter;
-        port.write("S\r\n");
-        port.waitForReadyRead(1000);
-        const QByteArray answer = port.readAll();
-        if (answer.endsWith("\n")) costs.push_back(meter.Read());
+        if (!run()) std::abort();
+        costs.push_back(meter.Read());
     }
-    std::vector<Cost> pauses;
-    std::vector<Cost> silences;
-    for (int i = 0; i < 100; ++i) {
-        const Meter pause;
-        Sleep(10);
-        pauses.push_back(pause.Read());
-        const Meter silence;
-        port.waitForReadyRead(10);
-        silences.push_back(silence.Read());
-    }
-    const Cost floor = Median(costs);
+    return Median(costs);
+}
+
+void PrintFloor(const char* part, const Cost& cost, double scheduleMs) {
     std::fprintf(stderr,
-                 "{\"floor\":true,\"exchanges\":%zu,\"wall_ms\":%.4f,\"processor_ms\":%.4f,"
-                 "\"allocations\":%.0f,\"pause_slack_ms\":%.4f,\"pause_processor_ms\":%.4f,"
-                 "\"wait_slack_ms\":%.4f,\"wait_processor_ms\":%.4f}\n",
-                 costs.size(), floor.wallMs, floor.processorMs, floor.allocations,
-                 Median(pauses).wallMs - 10.0, Median(pauses).processorMs,
-                 Median(silences).wallMs - 10.0, Median(silences).processorMs);
+                 "{\"floor\":\"%s\",\"wall_ms\":%.4f,\"processor_ms\":%.4f,\"allocations\":%.0f}\n",
+                 part, cost.wallMs - scheduleMs, cost.processorMs, cost.allocations);
+}
+
+void PrintFloors() {
+    simulator::VirtualBench bench;
+    bench.place(bench::CannedInstrument(bench::Operations().front()));
+    QSerialPort port("/dev/ttyS0");
+    if (!port.open(QIODevice::ReadWrite) || !Configure(port)) std::abort();
+    PrintFloor("exchange", MedianOf(kExchanges, [&port] { return Exchange(port); }), 0);
+    PrintFloor("settings", MedianOf(kConfigurations, [&port] { return Configure(port); }), 0);
+    const auto pause = [] {
+        Sleep(kWaitMs);
+        return true;
+    };
+    PrintFloor("pause", MedianOf(kWaits, pause), kWaitMs);
+    const auto silence = [&port] { return !port.waitForReadyRead(kWaitMs); };
+    PrintFloor("silence", MedianOf(kWaits, silence), kWaitMs);
 }
 
 /// A system call that does nothing, to be found in a list of this thread's system calls.
@@ -96,7 +104,7 @@ void Print(const Operation& operation, int repetitions) {
 
 int main(int count, char** arguments) {
     const int repetitions = count > 1 ? std::atoi(arguments[1]) : 5;
-    if (count <= 2) PrintFloor();
+    if (count <= 2) PrintFloors();
     for (const Operation& operation : bench::Operations()) {
         if (count > 3 && (operation.driver != arguments[2] || operation.name != arguments[3]))
             continue;

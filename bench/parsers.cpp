@@ -78,31 +78,41 @@ constexpr char kDirectives[] = "Read from scale: 100%d 12%s (time elapsed: 2000 
 
 const std::string kLongBlanks = "S S " + std::string(85, ' ') + "1 g\r\n";
 
-}  // namespace
+struct Row {
+    const char* name;
+    void (*measure)(benchmark::State&, const char*);
+    const char* text;
+};
 
-BENCHMARK_CAPTURE(Strtod, number_100_00, "100.00");
-BENCHMARK_CAPTURE(Returned<WbalanceMettlerToledo>, mettler_typical, "S S     100.00 g\r\n");
-BENCHMARK_CAPTURE(Returned<WbalanceMettlerToledo>, mettler_worst, kLongBlanks.c_str());
-BENCHMARK_CAPTURE(Returned<WbalanceSartorius>, sartorius_typical, "+   100.00 g  \r\n");
-BENCHMARK_CAPTURE(Returned<WbalanceSartorius>, sartorius_worst,
-                  "TP1   +   123.56 g  \r\nN1    +   100.00 g  \r\n");
-BENCHMARK_CAPTURE(Ohaus, typical, "      100.00 g     \r\n");
-BENCHMARK_CAPTURE(Stored<WbalanceRadwag>, radwag_typical, "S         100.00 g  \r\n");
-BENCHMARK_CAPTURE(Stored<WbalanceRadwag>, radwag_worst,
-                  "S A\r\nS A\r\nS A\r\nS A\r\nS A\r\nS         100.00 g  \r\n");
-BENCHMARK_CAPTURE(Stored<WbalanceKern_EW_EGN_EWB>, kern_typical, "A00\r\n+ 100.00 G S\r\n");
-BENCHMARK_CAPTURE(Stored<WbalanceGibertini>, gibertini_typical, "    100.00 g   DS\r\n");
-BENCHMARK_CAPTURE(Stored<WbalanceGibertini>, gibertini_worst,
-                  "    100.00 g   DS\r\n    100.00 g   DS\r\n    100.00 g   DS\r\n");
-BENCHMARK_CAPTURE(Stored<WbalanceDIC_XL1800>, xl1800_typical, "1+  100.00 g\r\n");
-BENCHMARK_CAPTURE(Stored<WbalanceScaleHouseALD>, scale_house_typical, "NET 100.0 g N\r\n");
-BENCHMARK_CAPTURE(Fputs, line, kTraceLine);
-BENCHMARK_CAPTURE(Trace, line, kTraceLine);
-BENCHMARK_CAPTURE(Trace, line_with_directives, kDirectives);
+const Row kRows[] = {
+    {"strtod/number_100_00", Strtod, "100.00"},
+    {"parse/mettler_typical", Returned<WbalanceMettlerToledo>, "S S     100.00 g\r\n"},
+    {"parse/mettler_worst", Returned<WbalanceMettlerToledo>, kLongBlanks.c_str()},
+    {"parse/sartorius_typical", Returned<WbalanceSartorius>, "+   100.00 g  \r\n"},
+    {"parse/sartorius_worst", Returned<WbalanceSartorius>,
+     "TP1   +   123.56 g  \r\nN1    +   100.00 g  \r\n"},
+    {"parse/ohaus_typical", Ohaus, "      100.00 g     \r\n"},
+    {"parse/radwag_typical", Stored<WbalanceRadwag>, "S         100.00 g  \r\n"},
+    {"parse/radwag_worst", Stored<WbalanceRadwag>,
+     "S A\r\nS A\r\nS A\r\nS A\r\nS A\r\nS         100.00 g  \r\n"},
+    {"parse/kern_typical", Stored<WbalanceKern_EW_EGN_EWB>, "A00\r\n+ 100.00 G S\r\n"},
+    {"parse/gibertini_typical", Stored<WbalanceGibertini>, "    100.00 g   DS\r\n"},
+    {"parse/gibertini_worst", Stored<WbalanceGibertini>,
+     "    100.00 g   DS\r\n    100.00 g   DS\r\n    100.00 g   DS\r\n"},
+    {"parse/xl1800_typical", Stored<WbalanceDIC_XL1800>, "1+  100.00 g\r\n"},
+    {"parse/scale_house_typical", Stored<WbalanceScaleHouseALD>, "NET 100.0 g N\r\n"},
+    {"fputs/line", Fputs, kTraceLine},
+    {"trace/line", Trace, kTraceLine},
+    {"trace/line_with_directives", Trace, kDirectives},
+};
+
+}  // namespace
 
 // The figures go to standard error: standard output holds the trace.
 int main(int count, char** arguments) {
     benchmark::Initialize(&count, arguments);
+    for (const Row& row : kRows)
+        benchmark::RegisterBenchmark(row.name, row.measure, row.text);
     benchmark::ConsoleReporter reporter;
     reporter.SetOutputStream(&std::cerr);
     reporter.SetErrorStream(&std::cerr);

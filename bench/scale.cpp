@@ -42,6 +42,21 @@ double ResidentKilobytes() {
     return 0.0;
 }
 
+/// What of the threads' stacks is resident: they are the mappings of the default stack's size.
+double StackKilobytes() {
+    rlimit stack{};
+    getrlimit(RLIMIT_STACK, &stack);
+    const double size = static_cast<double>(stack.rlim_cur) / 1024.0;
+    double total = 0.0;
+    double mapping = 0.0;
+    std::ifstream map("/proc/self/smaps");
+    for (std::string line; std::getline(map, line);) {
+        if (line.rfind("Size:", 0) == 0) mapping = std::atof(line.c_str() + 5);
+        if (line.rfind("Rss:", 0) == 0 && mapping == size) total += std::atof(line.c_str() + 4);
+    }
+    return total;
+}
+
 long Descriptors() {
     long count = 0;
     for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator("/proc/self/fd"))
@@ -59,7 +74,6 @@ double ProcessorSeconds() {
 }
 
 int Host(int balances, int seconds) {
-    const double residentBefore = ResidentKilobytes();
     std::mutex mutex;
     std::vector<double> durations;
     std::atomic<int> wrong{0};
@@ -88,17 +102,17 @@ int Host(int balances, int seconds) {
     measuring = false;
     const double processor = ProcessorSeconds() - processorBefore;
     const double resident = ResidentKilobytes();
+    const double stacks = StackKilobytes();
     const long descriptors = Descriptors();
     stopping = true;
     for (std::thread& thread : threads)
         thread.join();
-    std::fprintf(
-        stderr,
-        "{\"balances\":%d,\"seconds\":%d,\"readings\":%zu,\"wrong\":%d,\"median_ms\":%.3f,"
-        "\"p99_ms\":%.3f,\"processor_s\":%.3f,\"resident_kb\":%.0f,\"resident_before_kb\":%.0f,"
-        "\"descriptors\":%ld}\n",
-        balances, seconds, durations.size(), wrong.load(), bench::Median(durations),
-        bench::Quantile(durations, 0.99), processor, resident, residentBefore, descriptors);
+    std::fprintf(stderr,
+                 "{\"balances\":%d,\"seconds\":%d,\"readings\":%zu,\"wrong\":%d,\"median_ms\":%.3f,"
+                 "\"p99_ms\":%.3f,\"processor_s\":%.3f,\"resident_kb\":%.0f,\"stacks_kb\":%.0f,"
+                 "\"descriptors\":%ld}\n",
+                 balances, seconds, durations.size(), wrong.load(), bench::Median(durations),
+                 bench::Quantile(durations, 0.99), processor, resident, stacks, descriptors);
     return 0;
 }
 

@@ -32,9 +32,10 @@ int main() {
         };
         std::printf(
             "{\"driver\":\"%s\",\"operation\":\"%s\",\"result\":%d,\"schedule_ms\":%ld,"
-            "\"commands\":%zu,\"pauses\":%zu,\"silent_waits\":%ld}\n",
+            "\"commands\":%zu,\"pauses\":%zu,\"silences\":%ld,\"settings\":%ld}\n",
             operation.driver.c_str(), operation.name.c_str(), result, line.Now() - begin,
-            line.Sent().size(), line.Sleeps().size(), static_cast<long>(count(": silence")));
+            line.Sent().size(), line.Sleeps().size(), static_cast<long>(count(": silence")),
+            static_cast<long>(count("setBaudRate")));
     }
     return 0;
 }
