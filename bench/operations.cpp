@@ -12,6 +12,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "ByHand.h"
 #include "CannedInstrument.h"
 #include "Meter.h"
 #include "marlet-small.h"
@@ -27,12 +28,6 @@ constexpr int kExchanges = 3000;
 constexpr int kConfigurations = 300;
 constexpr int kWaits = 100;
 constexpr int kWaitMs = 10;
-
-bool Configure(QSerialPort& port) {
-    return port.setBaudRate(2400) && port.setDataBits(QSerialPort::Data7) &&
-           port.setParity(QSerialPort::EvenParity) && port.setStopBits(QSerialPort::OneStop) &&
-           port.setFlowControl(QSerialPort::NoFlowControl) && port.clear(QSerialPort::Input);
-}
 
 bool Exchange(QSerialPort& port) {
     port.write("S\r\n");
@@ -61,9 +56,10 @@ void PrintFloors() {
     simulator::VirtualBench bench;
     bench.place(bench::CannedInstrument(bench::Operations().front()));
     QSerialPort port("/dev/ttyS0");
-    if (!port.open(QIODevice::ReadWrite) || !Configure(port)) std::abort();
+    if (!port.open(QIODevice::ReadWrite) || !bench::Configure(port)) std::abort();
     PrintFloor("exchange", MedianOf(kExchanges, [&port] { return Exchange(port); }), 0);
-    PrintFloor("settings", MedianOf(kConfigurations, [&port] { return Configure(port); }), 0);
+    PrintFloor("settings", MedianOf(kConfigurations, [&port] { return bench::Configure(port); }),
+               0);
     const auto pause = [] {
         Sleep(kWaitMs);
         return true;

@@ -2,12 +2,15 @@
 // memory and descriptors. The instruments are in a process of their own. One JSON object on
 // standard error.
 //
-//     bench_scale BALANCES [SECONDS]
+// With "bare" each thread does by hand, on a QSerialPort, what the reading does on the line.
+//
+//     bench_scale BALANCES [SECONDS [bare]]
 
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <QtSerialPort/QSerialPort>
 #include <atomic>
 #include <chrono>
 #include <cstdio>
@@ -15,10 +18,13 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <functional>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <thread>
 
+#include "ByHand.h"
 #include "CannedInstrument.h"
 #include "Meter.h"
 #include "simulator/VirtualBench.h"
@@ -73,7 +79,32 @@ double ProcessorSeconds() {
     return seconds(usage.ru_utime) + seconds(usage.ru_stime);
 }
 
-int Host(int balances, int seconds) {
+/// Takes one reading; whether it is right.
+using Reading = std::function<bool()>;
+
+Reading LibraryReading(int port) {
+    const bench::Operation& operation = ImmediateWeight();
+    const std::shared_ptr<Cwbalance> balance = operation.make();
+    balance->SetCommPort(port);
+    return [balance, &operation] { return operation.run(*balance) == 1; };
+}
+
+Reading BareReading(int number) {
+    const auto port = std::make_shared<QSerialPort>("/dev/ttyS" + QString::number(number));
+    if (!port->open(QIODevice::ReadWrite)) std::abort();
+    return [port] {
+        bench::Configure(*port);
+        port->write("SI\r\n");
+        QByteArray answer;
+        for (int wait = 0; wait < 3; ++wait) {
+            port->waitForReadyRead(100);
+            answer += port->readAll();
+        }
+        return answer.startsWith("S S");
+    };
+}
+
+int Host(int balances, int seconds, bool bare) {
     std::mutex mutex;
     std::vector<double> durations;
     std::atomic<int> wrong{0};
@@ -82,13 +113,11 @@ int Host(int balances, int seconds) {
     std::vector<std::thread> threads;
     for (int i = 0; i < balances; ++i) {
         threads.emplace_back([&, i] {
-            const bench::Operation& operation = ImmediateWeight();
-            const auto balance = operation.make();
-            balance->SetCommPort(i);
+            const Reading reading = bare ? BareReading(i) : LibraryReading(i);
             std::vector<double> own;
             while (!stopping) {
                 const bench::Meter meter;
-                if (operation.run(*balance) != 1) ++wrong;
+                if (!reading()) ++wrong;
                 if (measuring) own.push_back(meter.Read().wallMs);
             }
             const std::lock_guard<std::mutex> lock(mutex);
@@ -142,6 +171,6 @@ int main(int count, char** arguments) {
     getrlimit(RLIMIT_NOFILE, &files);
     files.rlim_cur = files.rlim_max;
     setrlimit(RLIMIT_NOFILE, &files);
-    return std::getenv("WBALANCE_BENCH_HOST") != nullptr ? Host(balances, seconds)
+    return std::getenv("WBALANCE_BENCH_HOST") != nullptr ? Host(balances, seconds, count > 3)
                                                          : Bench(balances, arguments);
 }
