@@ -31,6 +31,25 @@ void Strtod(benchmark::State& state, const char* number) {
     });
 }
 
+/// With the copy of the answer that the common, Sartorius and Radwag parsers work on.
+void CopyAndStrtod(benchmark::State& state, const char* answer) {
+    Measure(state, [answer] {
+        char text[100];
+        std::strcpy(text, answer);
+        benchmark::DoNotOptimize(text);
+        benchmark::DoNotOptimize(std::strtod(std::strpbrk(text, "0123456789"), nullptr));
+    });
+}
+
+/// With the copy that the Scale House parser works on.
+void StringAndStrtod(benchmark::State& state, const char* answer) {
+    Measure(state, [answer] {
+        const std::string text = answer;
+        const std::string number = text.substr(text.find_first_of("0123456789"), 6);
+        benchmark::DoNotOptimize(std::strtod(number.c_str(), nullptr));
+    });
+}
+
 /// `double ParseWeight(char*, int*)`, the common parser's and the Sartorius form.
 template <class Driver>
 void Returned(benchmark::State& state, const char* answer) {
@@ -74,6 +93,7 @@ void Fputs(benchmark::State& state, const char* text) {
 }
 
 constexpr char kTraceLine[] = "Read from scale: S S     100.00 g\r\n (time elapsed: 2000 ms)\n";
+constexpr char kTicket[] = "PROJ 17\r\nG     120.0 g\r\nT      20.0 g T\r\nN     100.0 g N\r\n";
 constexpr char kDirectives[] = "Read from scale: 100%d 12%s (time elapsed: 2000 ms)\n";
 
 const std::string kLongBlanks = "S S " + std::string(85, ' ') + "1 g\r\n";
@@ -86,6 +106,8 @@ struct Row {
 
 const Row kRows[] = {
     {"strtod/number_100_00", Strtod, "100.00"},
+    {"strtod/with_the_copy_of_an_answer", CopyAndStrtod, "S S     100.00 g\r\n"},
+    {"strtod/with_the_strings_of_a_ticket", StringAndStrtod, kTicket},
     {"parse/mettler_typical", Returned<WbalanceMettlerToledo>, "S S     100.00 g\r\n"},
     {"parse/mettler_worst", Returned<WbalanceMettlerToledo>, kLongBlanks.c_str()},
     {"parse/sartorius_typical", Returned<WbalanceSartorius>, "+   100.00 g  \r\n"},
@@ -100,7 +122,7 @@ const Row kRows[] = {
     {"parse/gibertini_worst", Stored<WbalanceGibertini>,
      "    100.00 g   DS\r\n    100.00 g   DS\r\n    100.00 g   DS\r\n"},
     {"parse/xl1800_typical", Stored<WbalanceDIC_XL1800>, "1+  100.00 g\r\n"},
-    {"parse/scale_house_typical", Stored<WbalanceScaleHouseALD>, "NET 100.0 g N\r\n"},
+    {"parse/scale_house_typical", Stored<WbalanceScaleHouseALD>, kTicket},
     {"fputs/line", Fputs, kTraceLine},
     {"trace/line", Trace, kTraceLine},
     {"trace/line_with_directives", Trace, kDirectives},
