@@ -10,6 +10,7 @@
 
 #include <cmath>
 #include <cstdlib>
+#include <cstring>
 #include <string>
 
 #include "Exchange.h"
@@ -39,6 +40,12 @@ double Number(const std::string& text) {
     return std::strtod(text.c_str(), nullptr);
 }
 
+/// Not std::string's own find, which stops at every blank of a ticket that is mostly blanks.
+std::size_t Find(const std::string& ticket, const char* mark) {
+    const char* found = std::strstr(ticket.c_str(), mark);
+    return found == nullptr ? kNowhere : static_cast<std::size_t>(found - ticket.c_str());
+}
+
 /// The text between the last blank before `mark` and the mark; nothing after a double blank.
 std::string TextBefore(const std::string& ticket, std::size_t mark) {
     if (mark == 0) return "";
@@ -50,7 +57,7 @@ std::string TextBefore(const std::string& ticket, std::size_t mark) {
 /// Whether the ticket has a tare line whose tare is zero. What is tested as the tare runs from the
 /// start of the ticket, not from the blank before the number: hosts rely on it.
 bool TareIsZero(const std::string& ticket) {
-    const std::size_t mark = ticket.find(kTareWeight);
+    const std::size_t mark = Find(ticket, kTareWeight);
     if (mark == kNowhere) return false;
     std::size_t end = mark == 0 ? 0 : ticket.rfind(' ', mark - 1);
     // A blank at the very start does not count.
@@ -60,10 +67,10 @@ bool TareIsZero(const std::string& ticket) {
 
 /// Where the mark behind the weight stands.
 std::size_t FindMark(const std::string& ticket) {
-    const std::size_t net = ticket.find(kNet);
+    const std::size_t net = Find(ticket, kNet);
     if (net != kNowhere || !TareIsZero(ticket)) return net;
     exchange::Trace("\nCerco g\n");
-    return ticket.find(kGrams);
+    return Find(ticket, kGrams);
 }
 
 }  // namespace
@@ -80,7 +87,7 @@ int WbalanceScaleHouseALD::ParseWeight(char* answer, double* weight, int* decima
     *weight = 0.0;
     if (decimals != nullptr) *decimals = kDecimals;
     std::string ticket = answer;
-    const std::size_t project = ticket.find(kProject);
+    const std::size_t project = Find(ticket, kProject);
     if (project != kNowhere) {
         exchange::Trace("\nTrovato PROJ\n");
         ticket.erase(0, project);
