@@ -26,8 +26,9 @@ endfunction()
 
 # The scripted serial port and its virtual clock in the place of the libraries that TARGET would load.
 function(wbalance_use_scripted_layer TARGET)
-    # The order is the point: the stand-ins come before the libraries whose place they take.
-    target_link_libraries(${TARGET} PRIVATE
+    # The allocation that can fail is the program's own, so that it also wins over a sanitizer's. The
+    # order is the point: the stand-ins come before the libraries whose place they take.
+    target_link_libraries(${TARGET} PRIVATE scripted-allocation
         -Wl,--no-as-needed scripted-line scripted-platform scripted-serial-port wbalance)
     set_target_properties(${TARGET} PROPERTIES SKIP_BUILD_RPATH ON)
     target_link_options(${TARGET} PRIVATE
@@ -36,8 +37,7 @@ endfunction()
 
 # The real library over a scripted serial port and a virtual clock.
 function(wbalance_add_scripted_test NAME)
-    # The allocation that can fail is the program's own, so that it also wins over a sanitizer's.
-    wbalance_add_unit_test(${NAME} ${ARGN} ${PROJECT_SOURCE_DIR}/tests/scripted/AllocationStandIn.cpp)
+    wbalance_add_unit_test(${NAME} ${ARGN})
     wbalance_use_scripted_layer(${NAME})
 endfunction()
 

@@ -6,8 +6,10 @@
 
 #include <array>
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <string>
+#include <utility>
 
 #include "TemporaryFile.h"
 
@@ -16,6 +18,8 @@ using testing::HasSubstr;
 using testing::StartsWith;
 
 namespace {
+
+namespace fs = std::filesystem;
 
 const std::string tool = WBALANCE_SIM;
 const std::string host = SERIAL_HOST;
@@ -40,10 +44,39 @@ Ran sim(const std::string& arguments) {
     return run(tool + " " + arguments);
 }
 
-/// Ahead of a command: it is then run by nobody in particular, also when the tests run as root.
-std::string asOrdinaryUser() {
-    return ::geteuid() == 0 ? "setpriv --reuid=65534 --regid=65534 --clear-groups " : "";
-}
+/// The programs where everybody can read them: a build may be in a home that is root's alone.
+class OrdinaryUser {
+ public:
+    OrdinaryUser() {
+        using Copy = std::pair<fs::path, fs::path>;
+        for (const auto& [program, place] :
+             {Copy{tool, simulator_}, Copy{host, host_}, Copy{VIRTUAL_LINE, object_}}) {
+            fs::create_directories(place.parent_path());
+            fs::copy_file(program, place);
+        }
+        fs::permissions(directory_, fs::perms(0755));
+    }
+    ~OrdinaryUser() { fs::remove_all(directory_); }
+
+    /// Runs the simulator with a host as nobody in particular, also when the tests run as root.
+    Ran sim(const std::string& instrument, const std::string& hostArguments) const {
+        const char* nobody =
+            ::geteuid() == 0 ? "setpriv --reuid=65534 --regid=65534 --clear-groups " : "";
+        return run(nobody + simulator_.string() + " " + instrument + " -- " + host_.string() + " " +
+                   hostArguments);
+    }
+
+ private:
+    static fs::path makeDirectory() {
+        std::string name = (fs::temp_directory_path() / "wbalance-user-XXXXXX").string();
+        return ::mkdtemp(name.data());
+    }
+
+    const fs::path directory_ = makeDirectory();
+    const fs::path simulator_ = directory_ / "tools/wbalance-sim/wbalance-sim";
+    const fs::path object_ = directory_ / "simulator" / fs::path(VIRTUAL_LINE).filename();
+    const fs::path host_ = directory_ / "host";
+};
 
 }  // namespace
 
@@ -70,20 +103,17 @@ TEST(WbalanceSim, A_device_that_is_not_served_is_missing_as_it_is_without_the_si
 }
 
 TEST(WbalanceSim, An_ordinary_user_needs_no_right_to_ports_and_lock_files) {
-    const Ran ran = run(asOrdinaryUser() + tool + " mettler-toledo --load 12.34 -- " + host +
-                        " /dev/ttyS0 2400,7E1 S");
+    const Ran ran = OrdinaryUser().sim("mettler-toledo --load 12.34", "/dev/ttyS0 2400,7E1 S");
     EXPECT_THAT(ran.output, HasSubstr("S S      12.34 g\r\n"));
 }
 
 TEST(WbalanceSim, A_port_whose_holder_was_killed_opens_again) {
-    const Ran ran = run(asOrdinaryUser() + tool + " mettler-toledo --load 12.34 -- " + host +
-                        " /dev/ttyS0 after-kill");
+    const Ran ran = OrdinaryUser().sim("mettler-toledo --load 12.34", "/dev/ttyS0 after-kill");
     EXPECT_THAT(ran.output, HasSubstr("S S      12.34 g\r\n"));
 }
 
 TEST(WbalanceSim, A_port_that_another_process_holds_is_busy_for_an_ordinary_user) {
-    const Ran ran =
-        run(asOrdinaryUser() + tool + " mettler-toledo -- " + host + " /dev/ttyS0 while-held");
+    const Ran ran = OrdinaryUser().sim("mettler-toledo", "/dev/ttyS0 while-held");
     EXPECT_THAT(ran.output, HasSubstr("Device or resource busy"));
 }
 

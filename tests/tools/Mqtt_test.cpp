@@ -15,6 +15,11 @@ std::string Port() {
     return std::to_string(20000 + getpid() % 20000);
 }
 
+// By its address: a bare system does not know "localhost".
+std::string AtBroker() {
+    return " -h 127.0.0.1 -p " + Port();
+}
+
 // A broker of this test's own, and the shell lines that wait until it answers.
 class Broker {
  public:
@@ -22,8 +27,8 @@ class Broker {
 
     std::string Start() const {
         return MOSQUITTO " -c " + settings_.Path() +
-               " >/dev/null 2>&1 & broker=$!; for i in $(seq 300); do " MOSQUITTO_PUB " -p " +
-               Port() + " -t ready -n 2>/dev/null && break; sleep 0.1; done; ";
+               " >/dev/null 2>&1 & broker=$!; for i in $(seq 300); do " MOSQUITTO_PUB + AtBroker() +
+               " -t ready -n 2>/dev/null && break; sleep 0.1; done; ";
     }
     static std::string End() { return "kill $broker; wait $broker; "; }
 
@@ -33,12 +38,12 @@ class Broker {
 
 std::string Publisher() {
     return std::string(WBALANCE_SIM) + " mettler-toledo --load 12.34 -- " + WBALANCE +
-           " monitor mettler-toledo@0 -i 0 -t 0 --json | " + MOSQUITTO_PUB + " -l -q 1 -p " +
-           Port() + " -t lab/balance";
+           " monitor mettler-toledo@0 -i 0 -t 0 --json | " + MOSQUITTO_PUB + " -l -q 1" +
+           AtBroker() + " -t lab/balance";
 }
 
 std::string Subscriber(int messages) {
-    return std::string(MOSQUITTO_SUB) + " -p " + Port() + " -t lab/balance -W 60 -C " +
+    return std::string(MOSQUITTO_SUB) + AtBroker() + " -t lab/balance -W 60 -C " +
            std::to_string(messages);
 }
 
@@ -68,7 +73,7 @@ TEST(Mqtt, The_weights_go_on_when_the_broker_comes_back) {
 
 TEST(Mqtt, Without_a_broker_at_the_start_both_end_so_that_the_service_starts_them_again) {
     const std::string publisher =
-        std::string(MOSQUITTO_PUB) + " -l -p " + Port() + " -t lab/balance";
+        std::string(MOSQUITTO_PUB) + " -l" + AtBroker() + " -t lab/balance";
     const Ran ran =
         RunShell("timeout 20 " + std::string(WBALANCE_SIM) + " mettler-toledo --load 12.34 -- " +
                  WBALANCE + " monitor mettler-toledo@0 -i 0 -t 0 --json | " + publisher);
