@@ -46,6 +46,9 @@ class VirtualLine final : public HostLine {
 
     /// What open reports instead of opening: an errno, 0 for opening as usual.
     void refuseOpen(int error) { state_->openError = error; }
+    /// A speed that the adapter cannot do, such as B2400: setting it fails with EINVAL. B0 for
+    /// none.
+    void refuseSpeed(speed_t speed) { state_->refusedSpeed = speed; }
     void setNode(const Node& node);
 
  private:

@@ -148,11 +148,16 @@ void remember(const ServedLine& line, int descriptor, tcflag_t control, tcflag_t
     line->settings = settings;
 }
 
+bool isRefused(const ServedLine& line, tcflag_t control) {
+    return line->refusedSpeed != B0 && line->refusedSpeed == (control & CBAUD);
+}
+
 int setKernelSettings(const ServedLine& line, int descriptor, unsigned long request,
                       const void* argument, size_t size) {
     termios2 settings = {};
     memcpy(&settings, argument, size);
     const tcflag_t control = settings.c_cflag;
+    if (isRefused(line, control)) return fail(EINVAL);
     settings.c_cflag = plainCharacters(control);
     const int result = next(&ioctl, "ioctl")(descriptor, request, &settings);
     if (result == 0) remember(line, descriptor, control, settings.c_iflag);
@@ -380,6 +385,7 @@ int tcgetattr(int descriptor, struct termios* settings) noexcept {
 int tcsetattr(int descriptor, int action, const struct termios* settings) noexcept {
     const ServedLine line = ServedLine::ofDescriptor(descriptor);
     if (!line) return next(&tcsetattr, "tcsetattr")(descriptor, action, settings);
+    if (isRefused(line, settings->c_cflag)) return fail(EINVAL);
     struct termios plain = *settings;
     plain.c_cflag = plainCharacters(settings->c_cflag);
     const int result = next(&tcsetattr, "tcsetattr")(descriptor, action, &plain);

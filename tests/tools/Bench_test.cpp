@@ -49,6 +49,57 @@ TEST(Bench, A_node_without_a_device_is_said_to_have_none) {
     EXPECT_EQ(ran.exitCode, 3);
 }
 
+TEST(Bench, Doctor_and_weigh_say_that_an_adapter_cannot_do_the_settings) {
+    VirtualBench bench;
+    auto& balance = bench.place("mettler-toledo", Options().on("/dev/ttyUSB0"));
+    balance.withLine([](simulator::HostLine& line) {
+        dynamic_cast<simulator::VirtualLine&>(line).refuseSpeed(B2400);
+    });
+    constexpr char said[] =
+        "/dev/ttyUSB0: the port refuses the line settings 2400,7E1; choose others with --line, or "
+        "use another adapter\n";
+
+    const Ran weighed = Wbalance("weigh -d mettler-toledo -p 0 --usb");
+    EXPECT_EQ(weighed.errors, std::string("wbalance: ") + said);
+    EXPECT_EQ(weighed.exitCode, 3);
+
+    const Ran examined = Wbalance("doctor -d mettler-toledo -p 0 --usb");
+    EXPECT_THAT(examined.output + examined.errors, HasSubstr(said));
+    EXPECT_EQ(examined.exitCode, 3);
+}
+
+// An instrument that answers anything with more than any answer has.
+class Flooding : public simulator::Dialect {
+ public:
+    explicit Flooding(simulator::BalanceModel& balance) : Dialect(balance, "\r\n") {}
+
+ protected:
+    void unknown(const std::string& /*command*/) override { say(std::string(2000, '1')); }
+    void printKey() override {}
+};
+
+TEST(Bench, Doctor_and_weigh_say_that_more_came_than_an_answer_can_hold) {
+    simulator::CatalogEntry flooding = simulator::findInstrument("mettler-toledo");
+    flooding.createDialect = [](simulator::BalanceModel& balance, const simulator::Switches&) {
+        return std::make_unique<Flooding>(balance);
+    };
+    VirtualBench bench;
+    bench.place(flooding, Options().on("/dev/ttyUSB0"));
+    constexpr char said[] =
+        "/dev/ttyUSB0: more came than an answer can hold, and the library gave up; switch the "
+        "balance's continuous output off. It said: libwbalance: a trace line does not fit its "
+        "buffer of 1024 "
+        "bytes\n";
+
+    const Ran weighed = Wbalance("weigh -d mettler-toledo -p 0 --usb");
+    EXPECT_EQ(weighed.errors, std::string("wbalance: ") + said);
+    EXPECT_EQ(weighed.exitCode, 70);
+
+    const Ran examined = Wbalance("doctor -d mettler-toledo -p 0 --usb");
+    EXPECT_THAT(examined.output + examined.errors, HasSubstr(said));
+    EXPECT_EQ(examined.exitCode, 70);
+}
+
 TEST(Bench, The_readings_of_several_balances_never_mix) {
     VirtualBench bench;
     bench.place("mettler-toledo", Options().on("/dev/ttyS0").withLoad(11.11));

@@ -104,7 +104,7 @@ void BalanceProcess::TakeWords() {
     for (;;) {
         const ssize_t length = recv(words_.Get(), text, sizeof text, MSG_DONTWAIT);
         if (length <= 0) return;
-        report_.lastWords.append(text, static_cast<std::size_t>(length));
+        report_.words.append(text, static_cast<std::size_t>(length));
     }
 }
 

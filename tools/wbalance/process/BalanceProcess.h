@@ -16,8 +16,8 @@ namespace tool {
 /// An operation that has come to its end, and all that was traced during it.
 struct Report {
     Outcome outcome;
-    bool died = false;      ///< the library ended its process
-    std::string lastWords;  ///< what it said on standard error
+    bool died = false;  ///< the library ended its process
+    std::string words;  ///< what it said on standard error
     std::vector<TraceText> trace;
     WallTime finished;
 };

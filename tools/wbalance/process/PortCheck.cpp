@@ -4,6 +4,18 @@
 #include "line/PortTrouble.h"
 
 namespace tool {
+namespace {
+
+/// The line with which the library ends a process; Qt may have said other things before.
+std::string LastLine(const std::string& words) {
+    const std::size_t end = words.find_last_not_of('\n');
+    if (end == std::string::npos) return "";
+    const std::size_t before = words.find_last_of('\n', end);
+    const std::size_t start = before == std::string::npos ? 0 : before + 1;
+    return words.substr(start, end + 1 - start);
+}
+
+}  // namespace
 
 void RequirePort(const Connection& connection, const Report& report) {
     const std::string device = connection.port.Device();
@@ -12,7 +24,7 @@ void RequirePort(const Connection& connection, const Report& report) {
                         device +
                             ": more came than an answer can hold, and the library gave "
                             "up; switch the balance's continuous output off. It said: " +
-                            report.lastWords);
+                            LastLine(report.words));
     }
     const Dialogue dialogue(report.trace);
     if (dialogue.openFailed) throw ToolError(ExitCode::PortFailed, WhyNotOpened(device));
