@@ -49,6 +49,23 @@ TEST(Bench, A_node_without_a_device_is_said_to_have_none) {
     EXPECT_EQ(ran.exitCode, 3);
 }
 
+TEST(Bench, Doctor_says_why_a_port_does_not_open) {
+    VirtualBench bench;
+    auto& balance = bench.place("mettler-toledo", Options().on("/dev/ttyUSB0"));
+    const auto diagnosisAt = [&balance](int error) {
+        balance.withLine([error](simulator::HostLine& line) {
+            dynamic_cast<simulator::VirtualLine&>(line).refuseOpen(error);
+        });
+        const Ran ran = Wbalance("doctor -d mettler-toledo -p 0 --usb");
+        EXPECT_EQ(ran.exitCode, 3);
+        return ran.output;
+    };
+    EXPECT_THAT(diagnosisAt(EACCES),
+                HasSubstr("/dev/ttyUSB0: permission denied; its group is dialout"));
+    EXPECT_THAT(diagnosisAt(EBUSY), HasSubstr("/dev/ttyUSB0: the port is in use; "));
+    EXPECT_THAT(diagnosisAt(ENODEV), HasSubstr("no device is behind it (No such device)"));
+}
+
 TEST(Bench, Doctor_and_weigh_say_that_an_adapter_cannot_do_the_settings) {
     VirtualBench bench;
     auto& balance = bench.place("mettler-toledo", Options().on("/dev/ttyUSB0"));
