@@ -100,6 +100,15 @@ ServedLine ServedLine::ofDescriptor(int descriptor) {
     return ServedLine(link);
 }
 
+ServedLine ServedLine::atTerminal(const char* path) {
+    const char* number = directory() ? behind("/dev/pts/", path) : nullptr;
+    if (!number || *number == '\0' || number[strspn(number, "0123456789")] != '\0')
+        return ServedLine(nullptr);
+    char link[32];
+    snprintf(link, sizeof link, "pts%s", number);
+    return ServedLine(link);
+}
+
 bool ServedLine::redirectsLock(const char* path, char* redirected, size_t size) {
     const KeptErrno kept;
     if (!path || !directory()) return false;

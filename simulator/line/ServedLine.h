@@ -19,6 +19,9 @@ class ServedLine {
     /// The line whose pseudo-terminal `descriptor` is; empty for every other descriptor.
     static ServedLine ofDescriptor(int descriptor);
 
+    /// The line whose pseudo-terminal is at this path; empty for every other path.
+    static ServedLine atTerminal(const char* path);
+
     /// Writes the path that stands for `path` to `redirected` when it is the lock file of a served
     /// device or the directory of lock files. Returns false, writing nothing, for all other paths.
     static bool redirectsLock(const char* path, char* redirected, size_t size);

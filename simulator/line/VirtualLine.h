@@ -46,6 +46,11 @@ class VirtualLine final : public HostLine {
 
     /// What open reports instead of opening: an errno, 0 for opening as usual.
     void refuseOpen(int error) { state_->openError = error; }
+    /// The same for the next open alone, as when another program lets go of the port right then.
+    void refuseNextOpen(int error) { state_->nextOpenError = error; }
+    /// A node with no serial port behind it, as the kernel keeps for built-in ports that a computer
+    /// does not have: it opens, but is no terminal.
+    void takePortAway() { state_->bare = 1; }
     /// A speed that the adapter cannot do, such as B2400: setting it fails with EINVAL. B0 for
     /// none.
     void refuseSpeed(speed_t speed) { state_->refusedSpeed = speed; }

@@ -67,6 +67,8 @@ bool mayOpen(const ServedLine& line, int* error) {
         *error = ENOENT;
     else if (line->openError)
         *error = line->openError;
+    else if (const int passing = line->nextOpenError.exchange(0))
+        *error = passing;
     else if (geteuid() != 0 && line.staysExclusive())
         *error = EBUSY;
     return *error == 0;
@@ -75,6 +77,7 @@ bool mayOpen(const ServedLine& line, int* error) {
 int openServed(const ServedLine& line, int flags) {
     int error = 0;
     if (!mayOpen(line, &error)) return fail(error);
+    if (line->bare) return next(&open64, "open64")("/dev/null", flags & ~O_CREAT, 0);
     char pts[32];
     snprintf(pts, sizeof pts, "/dev/pts/%u", line->ptsNumber.load());
     const int descriptor = next(&open64, "open64")(pts, (flags & ~O_CREAT) | O_NOCTTY, 0);
@@ -364,6 +367,20 @@ int statx(int directory, const char* path, int flags, unsigned mask,
     if (const ServedLine line = ServedLine::atPath(path)) return statxServed(line, result);
     return next<int(int, const char*, int, unsigned, struct statx*)>(nullptr, "statx")(
         directory, PassedOn(path), flags, mask, result);
+}
+
+/// Who looks in /proc at what a process has open sees the device.
+ssize_t readlink(const char* path, char* target, size_t size) noexcept {
+    const ssize_t length = next(&readlink, "readlink")(path, target, size);
+    char device[PATH_MAX] = {};
+    if (length <= 0 || static_cast<size_t>(length) >= sizeof device) return length;
+    memcpy(device, target, static_cast<size_t>(length));
+    const ServedLine line = ServedLine::atTerminal(device);
+    if (!line) return length;
+    snprintf(device, sizeof device, "/dev/%s", line->name);
+    const size_t shown = strlen(device) < size ? strlen(device) : size;
+    memcpy(target, device, shown);
+    return static_cast<ssize_t>(shown);
 }
 
 int unlink(const char* path) noexcept {

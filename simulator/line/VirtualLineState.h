@@ -17,13 +17,15 @@ inline constexpr char virtualLinesVariable[] = "WBALANCE_VIRTUAL_LINES";
 /// What host and serving side of one virtual line tell each other: a mapped file, every field on
 /// its own atomic, so that a host killed at any point leaves nothing half written.
 struct VirtualLineState {
-    static constexpr std::uint32_t currentLayout = 0x57424C32;  // "WBL2"
+    static constexpr std::uint32_t currentLayout = 0x57424C33;  // "WBL3"
 
-    std::atomic<std::uint32_t> layout;     ///< currentLayout once the file is complete
-    char name[28];                         ///< device name without directory
-    std::atomic<std::uint32_t> present;    ///< 0: unplugged, the node does not exist
-    std::atomic<std::uint32_t> ptsNumber;  ///< "/dev/pts/<number>" carries the bytes
-    std::atomic<std::int32_t> openError;   ///< errno that open reports, 0: opens
+    std::atomic<std::uint32_t> layout;        ///< currentLayout once the file is complete
+    char name[28];                            ///< device name without directory
+    std::atomic<std::uint32_t> present;       ///< 0: unplugged, the node does not exist
+    std::atomic<std::uint32_t> ptsNumber;     ///< "/dev/pts/<number>" carries the bytes
+    std::atomic<std::int32_t> openError;      ///< errno that open reports, 0: opens
+    std::atomic<std::int32_t> nextOpenError;  ///< the same, for the next open alone
+    std::atomic<std::uint32_t> bare;          ///< the node opens, but no serial port is behind it
     std::atomic<std::uint32_t>
         refusedSpeed;                  ///< the CBAUD bits that the adapter cannot do, 0: none
     std::atomic<std::uint32_t> mode;   ///< permission bits that stat reports

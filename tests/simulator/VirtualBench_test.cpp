@@ -268,6 +268,40 @@ TEST(VirtualBench, An_open_can_be_refused_for_any_reason) {
     EXPECT_EQ(openErrno("/dev/ttyS0"), 0);
 }
 
+TEST(VirtualBench, The_next_open_alone_can_be_refused) {
+    VirtualBench bench;
+    auto& balance = bench.place("mettler-xs");
+    work(balance, [](VirtualLine& line) { line.refuseNextOpen(EBUSY); });
+    EXPECT_EQ(openErrno("/dev/ttyS0"), EBUSY);
+    EXPECT_EQ(openErrno("/dev/ttyS0"), 0);
+}
+
+TEST(VirtualBench, A_node_without_a_port_opens_but_is_no_terminal) {
+    VirtualBench bench;
+    auto& balance = bench.place("mettler-xs");
+    work(balance, [](VirtualLine& line) { line.takePortAway(); });
+    const int node = ::open("/dev/ttyS0", O_RDWR | O_NOCTTY);
+    ASSERT_GE(node, 0);
+    EXPECT_EQ(::isatty(node), 0);
+    ::close(node);
+}
+
+TEST(VirtualBench, Who_looks_at_what_a_process_has_open_sees_the_device) {
+    VirtualBench bench;
+    bench.place("mettler-xs");
+    const int port = ::open("/dev/ttyS0", O_RDWR | O_NOCTTY);
+    ASSERT_GE(port, 0);
+    const std::string link = "/proc/self/fd/" + std::to_string(port);
+    char target[64] = {};
+    EXPECT_EQ(::readlink(link.c_str(), target, sizeof target), 10);
+    EXPECT_STREQ(target, "/dev/ttyS0");
+    char beginning[5] = {};
+    EXPECT_EQ(::readlink(link.c_str(), beginning, 4), 4);
+    EXPECT_STREQ(beginning, "/dev");
+    ::close(port);
+    EXPECT_EQ(::readlink("/proc/self/fd/0/none", target, sizeof target), -1);
+}
+
 TEST(VirtualBench, The_node_has_the_owner_group_and_mode_that_it_is_given) {
     VirtualBench bench;
     auto& balance = bench.place("mettler-xs");
