@@ -13,10 +13,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string LockFile(const std::string& device) {
-    return "/var/lock/LCK.." + fs::path(device).filename().string();
-}
-
 // "      4321\n", and what else the program says of itself
 pid_t ProcessNamedIn(const std::string& lockFile) {
     const Descriptor file(open(lockFile.c_str(), O_RDONLY | O_CLOEXEC));
@@ -26,6 +22,10 @@ pid_t ProcessNamedIn(const std::string& lockFile) {
 }
 
 }  // namespace
+
+std::string LockFile(const std::string& device) {
+    return "/var/lock/LCK.." + fs::path(device).filename().string();
+}
 
 pid_t LockHolder(const std::string& device) {
     const pid_t process = ProcessNamedIn(LockFile(device));

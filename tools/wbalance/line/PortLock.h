@@ -6,6 +6,9 @@
 
 namespace tool {
 
+/// The file that stands for an open port, whether or not it is there: "/var/lock/LCK..ttyUSB0".
+std::string LockFile(const std::string& device);
+
 /// The process that holds the lock file of a port in /var/lock, where serial programs leave one
 /// each: its number, or 0 when there is no such file or the process has ended.
 pid_t LockHolder(const std::string& device);

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -61,9 +62,9 @@ bool ProcessIsInGroup(gid_t group) {
     return getegid() == group || std::find(groups.begin(), groups.end(), group) != groups.end();
 }
 
-std::string UserName() {
-    const auto* user = getpwuid(geteuid());
-    return user != nullptr ? user->pw_name : std::to_string(geteuid());
+std::string UserName(uid_t user) {
+    const auto* entry = getpwuid(user);
+    return entry != nullptr ? entry->pw_name : std::to_string(user);
 }
 
 bool UserIsListedInGroup(gid_t group) {
@@ -75,22 +76,50 @@ bool UserIsListedInGroup(gid_t group) {
     return std::find(groups, groups + count, group) != groups + count;
 }
 
+constexpr mode_t kUse = S_IROTH | S_IWOTH;
+
+bool MayBeUsed(mode_t rights) {
+    return (rights & kUse) == kUse;
+}
+
+mode_t GroupRights(const struct stat& node) {
+    return node.st_mode >> 3;
+}
+
+// Of a node's rights only those of the first class count that a process is in: owner, group,
+// others.
+bool RightsSuffice(const struct stat& node) {
+    if (geteuid() == 0) return true;
+    if (geteuid() == node.st_uid) return MayBeUsed(node.st_mode >> 6);
+    return MayBeUsed(ProcessIsInGroup(node.st_gid) ? GroupRights(node) : node.st_mode);
+}
+
+// Whether somebody who joins the node's group may use it; nobody should join root's.
+bool JoiningHelps(const struct stat& node) {
+    return MayBeUsed(GroupRights(node)) && node.st_gid != 0 && node.st_uid != geteuid() &&
+           getgrgid(node.st_gid) != nullptr;
+}
+
 std::string WhyForbidden(const std::string& device) {
     struct stat node {};
     if (stat(device.c_str(), &node) != 0) return "";
+    if (RightsSuffice(node)) {
+        return "; its rights let you use it, so look for a container or a security policy that "
+               "forbids it";
+    }
     const std::string group = GroupName(node.st_gid);
-    if ((node.st_mode & S_IRGRP) == 0 || (node.st_mode & S_IWGRP) == 0)
-        return "; its group " + group + " may not read and write it: check its udev rule";
-    if (ProcessIsInGroup(node.st_gid))
-        return "; your group " + group +
-               " may use it, so look for a "
-               "container or a security policy that forbids it";
+    if (!JoiningHelps(node)) {
+        char mode[8];
+        std::snprintf(mode, sizeof mode, "%04o", node.st_mode & 07777u);
+        return "; its owner is " + UserName(node.st_uid) + ", its group " + group + ", its mode " +
+               mode + ", which keeps you out: check its udev rule";
+    }
     if (UserIsListedInGroup(node.st_gid)) {
         return "; its group is " + group +
                ", which you joined after you had logged in: log out and in again";
     }
-    return "; its group is " + group + ", you are not in it: sudo adduser " + UserName() + " " +
-           group + ", then log out and in again";
+    return "; its group is " + group + ", you are not in it: sudo adduser " + UserName(geteuid()) +
+           " " + group + ", then log out and in again";
 }
 
 std::string WhyBusy(const std::string& device) {
@@ -137,6 +166,12 @@ std::string WhyNotOpened(const std::string& device) {
         return device +
                ": no serial port is behind it; `wbalance ports` lists those that are there";
     if (!HolderOf(device).empty()) return device + Explain(device, EBUSY);
+    // Qt takes the lock file of a program that has ended away, unless it is another user's.
+    const std::string lock = LockFile(device);
+    if (access(lock.c_str(), F_OK) == 0) {
+        return device +
+               ": the lock file of a program that has ended keeps the port closed: sudo rm " + lock;
+    }
     return device + ": the port could not be opened a moment ago but can be now; try again";
 }
 
