@@ -89,6 +89,15 @@ TEST(Measurement, A_dynamic_weight_that_the_driver_rejects_is_not_stable) {
     EXPECT_EQ(measurement.reading.meaning, Meaning::NotStable);
 }
 
+TEST(Measurement, A_balance_that_answers_all_but_the_weight_waits_for_its_pan) {
+    const auto measurement = Weighing()
+                                 .Exchange("@\r\n", "I4 A \"1126493049\"\r\n")
+                                 .Exchange("S\r\n", "")
+                                 .Result(0, 0.0);
+    EXPECT_EQ(measurement.reading.meaning, Meaning::NotStable);
+    EXPECT_THAT(measurement.reading.remark, HasSubstr("waiting for stability"));
+}
+
 TEST(Measurement, Nothing_received_is_silence) {
     const auto measurement = Weighing().Exchange("S\r\n", "").Result(0, 0.0);
     EXPECT_EQ(measurement.reading.meaning, Meaning::Silence);

@@ -24,6 +24,7 @@ const DialectCase kCases[] = {
     {"sics_overload_that_the_driver_reads_as_zero", "S +\r\n", Meaning::Overload, "", ""},
     {"sics_underload_that_the_driver_reads_as_zero", "S -\r\n", Meaning::Underload, "", ""},
     {"ounces", "S       1.234 oz\r\n", Meaning::OtherUnit, "1.234", "oz", Stability::Stable},
+    {"cut_within_the_number", "S       12.3", Meaning::Truncated, "", ""},
     {"syntax_error", "ES\r\n", Meaning::InstrumentError, "", ""},
     {"empty", "", Meaning::NotUnderstood, "", ""},
 };

@@ -53,6 +53,25 @@ const DriverInfo* SpeakerOf(const DriverInfo& asked, const std::string& answer) 
     return nullptr;
 }
 
+// A whole line of text.
+std::string ExplainLine(const DriverInfo& driver, const Measurement& measurement) {
+    const Meaning own = driver.dialect(measurement.answer).meaning;
+    const DriverInfo* speaker =
+        own == Meaning::Weight ? nullptr : SpeakerOf(driver, measurement.answer);
+    if (speaker != nullptr) {
+        return "the answer is not one for the driver " + driver.name + "; try --driver " +
+               speaker->name;
+    }
+    const std::string& seen = measurement.reading.remark;
+    const std::string remark = seen.empty() ? "" : " (" + seen + ")";
+    if (own == Meaning::Weight || own == Meaning::Truncated) {
+        return "the record is not one that the driver takes whole" + remark +
+               "; choose the balance's standard print format";
+    }
+    return "text comes back that the driver " + driver.name + " does not know" + remark +
+           "; `wbalance detect` finds the instrument";
+}
+
 }  // namespace
 
 Doctor::Doctor(Patient patient, Tell tell) : patient_(std::move(patient)), tell_(std::move(tell)) {}
@@ -99,7 +118,7 @@ Diagnosis Doctor::ExamineBalance(const Connection& connection) {
     const Report report = session.Perform(request, "asking for the weight");
     const Measurement measurement = Measure(*connection.driver, report);
     const Reading& reading = measurement.reading;
-    if (reading.meaning == Meaning::Silence && report.outcome.result == 0) {
+    if (reading.meaning == Meaning::Silence) {
         tell_("answer", "none");
         return {ExitCode::Silent,
                 device +
@@ -111,8 +130,10 @@ Diagnosis Doctor::ExamineBalance(const Connection& connection) {
     tell_("answer", "\"" + record::Escaped(measurement.answer) + "\"");
     if (reading.meaning == Meaning::NotUnderstood || reading.meaning == Meaning::Truncated) {
         const Dialogue dialogue(report.trace);
-        return DiagnoseAnswer(*connection.driver, connection.line,
-                              dialogue.exchanges.back().command, measurement.answer);
+        return {CodeFor(reading.meaning),
+                device + ": " +
+                    ExplainAnswer(*connection.driver, connection.line,
+                                  dialogue.exchanges.back().command, measurement)};
     }
     if (!reading.IsWeight())
         return {CodeFor(reading.meaning), device + ": the line works; " + SentenceFor(reading)};
@@ -128,47 +149,30 @@ Diagnosis Doctor::ExamineBalance(const Connection& connection) {
                                 "` reads the weight"};
 }
 
-Diagnosis DiagnoseAnswer(const DriverInfo& driver, const LineSettings& line,
-                         const std::string& command, const std::string& answer) {
+std::string ExplainAnswer(const DriverInfo& driver, const LineSettings& line,
+                          const std::string& command, const Measurement& measurement) {
+    const std::string& answer = measurement.answer;
     const bool eighthBit =
         std::any_of(answer.begin(), answer.end(), [](char byte) { return (byte & 0x80) != 0; });
     if (eighthBit && LooksLikeText(SevenBits(answer))) {
-        return {ExitCode::NotUnderstood,
-                "the balance sends 7 data bits with parity and the port reads 8; use --line " +
-                    std::to_string(line.baudRate) + ",7E1 (or 7O1)"};
+        return "the balance sends 7 data bits with parity and the port reads 8; use --line " +
+               std::to_string(line.baudRate) + ",7E1 (or 7O1)";
     }
-    if (answer.empty() || !LooksLikeText(answer)) {
-        return {
-            ExitCode::NotUnderstood,
-            "bytes come back but garbled, so the baud rate is not that of the balance; `wbalance "
-            "detect --thorough` tries others"};
+    if (!LooksLikeText(answer)) {
+        return "bytes come back but garbled, so the baud rate is not that of the balance; "
+               "`wbalance detect --thorough` tries others";
     }
     if (!command.empty() && answer.rfind(command, 0) == 0) {
-        return {ExitCode::NotUnderstood,
-                "what is sent comes back: the line is looped, or the instrument echoes; switch its "
-                "echo off"};
+        return "what is sent comes back: the line is looped, or the instrument echoes; switch its "
+               "echo off";
     }
-    if (const DriverInfo* speaker = SpeakerOf(driver, answer)) {
-        return {ExitCode::NotUnderstood, "the answer is not one for the driver " + driver.name +
-                                             "; try --driver " + speaker->name};
-    }
+    // What is cut off may look like another instrument's line.
     if (answer.back() != '\n') {
-        return {
-            ExitCode::NotUnderstood,
-            "the answer has no line end: either it is cut off (wait longer with --timeout, look "
-            "for a loose cable), or the line settings are not those of the balance (`wbalance "
-            "detect` tries others)"};
+        return "the answer has no line end: either it is cut off (wait longer with --timeout, look "
+               "for a loose cable), or the line settings are not those of the balance (`wbalance "
+               "detect` tries others)";
     }
-    const Reading reading = driver.dialect(answer);
-    if (reading.meaning == Meaning::Truncated) {
-        return {ExitCode::Truncated,
-                "the record is not one that the driver takes whole; choose the balance's standard "
-                "print format"};
-    }
-    return {ExitCode::NotUnderstood,
-            "text comes back that the driver " + driver.name + " does not know" +
-                (reading.remark.empty() ? "" : " (" + reading.remark + ")") +
-                "; `wbalance detect` finds the instrument"};
+    return ExplainLine(driver, measurement);
 }
 
 }  // namespace tool

@@ -44,8 +44,8 @@ class Doctor {
 };
 
 /// What an answer that is no weight of this driver shows: another parity, another instrument, an
-/// echo. Pure, for bytes as they were received.
-Diagnosis DiagnoseAnswer(const DriverInfo& driver, const LineSettings& line,
-                         const std::string& command, const std::string& answer);
+/// echo. Pure, for bytes as they were received; there is at least one.
+std::string ExplainAnswer(const DriverInfo& driver, const LineSettings& line,
+                          const std::string& command, const Measurement& measurement);
 
 }  // namespace tool

@@ -16,6 +16,7 @@ Reading WeightIn(const std::string& unit, const std::string& grams, const std::s
     reading.stability = stability;
     reading.digits = digits;
     reading.unit = unit;
+    if (unit.empty() && !grams.empty()) reading.remark = "no unit was sent";
     return reading;
 }
 

@@ -85,8 +85,9 @@ Reading Accepted(const DriverInfo& driver, const Dialogue& dialogue, const Excha
 
 Reading Unanswered(const Reading& earlier) {
     if (!earlier.IsWeight() && earlier.meaning != Meaning::NotUnderstood) return earlier;
-    return NoWeight(Meaning::Silence,
-                    "earlier commands were answered; the balance may be waiting for stability");
+    return NoWeight(Meaning::NotStable,
+                    "earlier commands were answered, this one not: the balance may be waiting for "
+                    "stability");
 }
 
 Reading Rejected(const DriverInfo& driver, const Dialogue& dialogue, const Exchange& last) {

@@ -9,8 +9,11 @@
 namespace tool {
 namespace {
 
-Reading WithValue(const std::vector<std::string>& words, Stability stability) {
-    return WeightIn(words.size() > 2 ? words[2] : "", "g", words[1], stability);
+// "S", "12.50", "g"
+Reading WithValue(const std::vector<std::string>& words, Stability stability,
+                  const std::string& answer) {
+    return TruncatedIfCut(WeightIn(words.size() > 2 ? words[2] : "", "g", words[1], stability),
+                          answer);
 }
 
 }  // namespace
@@ -23,8 +26,8 @@ Reading ReadPm(const std::string& answer) {
     if (words[0] == "SI-") return NoWeight(Meaning::Underload);
     if (words[0] == "SI" && words.size() == 1) return NoWeight(Meaning::NotStable);
     const bool hasValue = words.size() >= 2 && words.size() <= 3 && IsNumber(words[1]);
-    if (words[0] == "S" && hasValue) return WithValue(words, Stability::Stable);
-    if (words[0] == "SD" && hasValue) return WithValue(words, Stability::Dynamic);
+    if (words[0] == "S" && hasValue) return WithValue(words, Stability::Stable, answer);
+    if (words[0] == "SD" && hasValue) return WithValue(words, Stability::Dynamic, answer);
     return ReadMtSics(answer);
 }
 

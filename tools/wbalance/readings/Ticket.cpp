@@ -1,6 +1,7 @@
 // Scale House ALD tickets: lines with a number, "g" and a word for what it is.
 //
-//   < " 123.40 g N\r\n"   the net weight; without one the first weight, if the tare (T) is zero
+//   < " 123.40 g N\r\n"   the net weight; without one the first weight that is not the tare (T), if
+//                          the tare is zero
 //   What stands in front of a "PROJ" belongs to the ticket before.
 
 #include <optional>
@@ -21,7 +22,7 @@ struct Entry {
 std::optional<Entry> EntryOf(const std::string& line) {
     const auto words = WordsOf(line);
     for (std::size_t i = 0; i + 1 < words.size(); ++i) {
-        if (!IsNumber(words[i])) continue;
+        if (!IsNumber(words[i]) || IsNumber(words[i + 1])) continue;
         return Entry{words[i], words[i + 1], i + 2 < words.size() ? words[i + 2] : "",
                      line.find('?') != std::string::npos};
     }
@@ -38,14 +39,20 @@ Reading ReadingOf(const Entry& entry) {
 Reading ReadTicket(const std::string& answer) {
     const std::size_t start = answer.find("PROJ");
     std::optional<Entry> first;
+    bool tareInUse = false;
     for (const auto& line : LinesOf(start == std::string::npos ? answer : answer.substr(start))) {
         const auto entry = EntryOf(line);
         if (!entry) continue;
         if (entry->legend == "TOTAL")
             return NoWeight(Meaning::NotUnderstood, "the line shows an accumulated total");
         if (entry->legend.rfind('N', 0) == 0) return ReadingOf(*entry);
-        if (!first) first = entry;
+        const bool isTare = entry->legend.rfind('T', 0) == 0;
+        if (isTare) tareInUse = ReadingOf(*entry).Value() != 0.0;
+        if (!isTare && !first) first = entry;
     }
+    if (tareInUse)
+        return NoWeight(Meaning::NotUnderstood,
+                        "a tare is in use, but no net weight is printed: have its line printed");
     return first ? ReadingOf(*first) : Reading{};
 }
 
