@@ -1,4 +1,4 @@
-// wbalance with several simulated instruments at once, and with ports that refuse to be opened.
+// wbalance with several simulated instruments at once, with one of the test's own, and with locks.
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
@@ -20,70 +20,6 @@ using testing::HasSubstr;
 using testing::StartsWith;
 
 namespace {
-
-Ran WeighAtRefusal(int error) {
-    VirtualBench bench;
-    auto& balance = bench.place("mettler-toledo", Options().on("/dev/ttyUSB0"));
-    balance.withLine([error](simulator::HostLine& line) {
-        dynamic_cast<simulator::VirtualLine&>(line).refuseOpen(error);
-    });
-    return Wbalance("weigh -d mettler-toledo -p 0 --usb");
-}
-
-TEST(Bench, A_forbidden_port_names_the_group_that_may_open_it) {
-    const Ran ran = WeighAtRefusal(EACCES);
-    EXPECT_THAT(ran.errors, StartsWith("wbalance: /dev/ttyUSB0: permission denied; "));
-    EXPECT_THAT(ran.errors, HasSubstr("group is dialout"));
-    EXPECT_EQ(ran.exitCode, 3);
-}
-
-TEST(Bench, A_port_in_use_is_said_to_be_in_use) {
-    const Ran ran = WeighAtRefusal(EBUSY);
-    EXPECT_THAT(ran.errors, StartsWith("wbalance: /dev/ttyUSB0: the port is in use; "));
-    EXPECT_EQ(ran.exitCode, 3);
-}
-
-TEST(Bench, A_node_without_a_device_is_said_to_have_none) {
-    const Ran ran = WeighAtRefusal(ENODEV);
-    EXPECT_THAT(ran.errors, HasSubstr("no device is behind it (No such device)"));
-    EXPECT_EQ(ran.exitCode, 3);
-}
-
-TEST(Bench, Doctor_says_why_a_port_does_not_open) {
-    VirtualBench bench;
-    auto& balance = bench.place("mettler-toledo", Options().on("/dev/ttyUSB0"));
-    const auto diagnosisAt = [&balance](int error) {
-        balance.withLine([error](simulator::HostLine& line) {
-            dynamic_cast<simulator::VirtualLine&>(line).refuseOpen(error);
-        });
-        const Ran ran = Wbalance("doctor -d mettler-toledo -p 0 --usb");
-        EXPECT_EQ(ran.exitCode, 3);
-        return ran.output;
-    };
-    EXPECT_THAT(diagnosisAt(EACCES),
-                HasSubstr("/dev/ttyUSB0: permission denied; its group is dialout"));
-    EXPECT_THAT(diagnosisAt(EBUSY), HasSubstr("/dev/ttyUSB0: the port is in use; "));
-    EXPECT_THAT(diagnosisAt(ENODEV), HasSubstr("no device is behind it (No such device)"));
-}
-
-TEST(Bench, Doctor_and_weigh_say_that_an_adapter_cannot_do_the_settings) {
-    VirtualBench bench;
-    auto& balance = bench.place("mettler-toledo", Options().on("/dev/ttyUSB0"));
-    balance.withLine([](simulator::HostLine& line) {
-        dynamic_cast<simulator::VirtualLine&>(line).refuseSpeed(B2400);
-    });
-    constexpr char said[] =
-        "/dev/ttyUSB0: the port refuses the line settings 2400,7E1; choose others with --line, or "
-        "use another adapter\n";
-
-    const Ran weighed = Wbalance("weigh -d mettler-toledo -p 0 --usb");
-    EXPECT_EQ(weighed.errors, std::string("wbalance: ") + said);
-    EXPECT_EQ(weighed.exitCode, 3);
-
-    const Ran examined = Wbalance("doctor -d mettler-toledo -p 0 --usb");
-    EXPECT_THAT(examined.output + examined.errors, HasSubstr(said));
-    EXPECT_EQ(examined.exitCode, 3);
-}
 
 // An instrument that answers anything with more than any answer has.
 class Flooding : public simulator::Dialect {
@@ -142,71 +78,6 @@ TEST(Bench, The_readings_of_several_balances_never_mix) {
     }
     EXPECT_GE(readings, 15);
     EXPECT_EQ(ran.exitCode, 0);
-}
-
-TEST(Bench, Doctor_finds_that_CTS_is_off_before_anything_is_sent_in_vain) {
-    VirtualBench bench;
-    auto& balance = bench.place("mettler-toledo", Options().on("/dev/ttyUSB0").withLoad(3));
-    balance.withLine([](simulator::HostLine& line) {
-        dynamic_cast<simulator::VirtualLine&>(line).setInstrumentControlLines(TIOCM_DSR);
-    });
-    const Ran ran = Wbalance("doctor -d mettler-toledo -p 0 --usb -l 2400,7E1,rtscts");
-    EXPECT_THAT(ran.output, HasSubstr("control lines  CTS off, DSR on, DCD off\n"
-                                      "diagnosis      /dev/ttyUSB0: CTS is off, so nothing can be "
-                                      "sent with rtscts; switch the balance on, use a cable that "
-                                      "carries CTS, or leave rtscts out of --line\n"));
-    EXPECT_EQ(ran.exitCode, 4);
-}
-
-TEST(Bench, Doctor_does_not_mind_CTS_where_nothing_waits_for_it) {
-    VirtualBench bench;
-    auto& balance = bench.place("mettler-toledo", Options().on("/dev/ttyUSB0").withLoad(3));
-    balance.withLine([](simulator::HostLine& line) {
-        dynamic_cast<simulator::VirtualLine&>(line).setInstrumentControlLines(0);
-    });
-    const Ran ran = Wbalance("doctor -d mettler-toledo -p 0 --usb -t 0");
-    EXPECT_THAT(ran.output, HasSubstr("control lines  CTS off, DSR off, DCD off\n"));
-    EXPECT_EQ(ran.exitCode, 0);
-}
-
-// The lock file of a port, as serial programs leave it while they have the port open.
-class Lock {
- public:
-    explicit Lock(pid_t holder) {
-        const int file = open(kPath, O_WRONLY | O_CREAT | O_TRUNC, 0644);
-        const std::string text = std::to_string(holder) + "\nBench_test\n\n";
-        EXPECT_EQ(write(file, text.data(), text.size()), static_cast<ssize_t>(text.size()));
-        close(file);
-    }
-    ~Lock() { unlink(kPath); }
-
- private:
-    static constexpr char kPath[] = "/var/lock/LCK..ttyUSB0";
-};
-
-TEST(Bench, Doctor_and_weigh_name_the_program_that_holds_the_port) {
-    VirtualBench bench;
-    bench.place("mettler-toledo", Options().on("/dev/ttyUSB0"));
-    const Lock lock(getpid());
-    const std::string holder = "Bench_test (process " + std::to_string(getpid()) + ")";
-
-    const Ran examined = Wbalance("doctor -d mettler-toledo -p 0 --usb");
-    EXPECT_THAT(examined.output, HasSubstr("diagnosis      /dev/ttyUSB0 is held by " + holder +
-                                           ": end that program first\n"));
-    EXPECT_EQ(examined.exitCode, 3);
-
-    const Ran weighed = Wbalance("weigh -d mettler-toledo -p 0 --usb");
-    EXPECT_EQ(weighed.errors, "wbalance: /dev/ttyUSB0: the port is in use; it is held by " +
-                                  holder + ": end that program first\n");
-    EXPECT_EQ(weighed.exitCode, 3);
-}
-
-TEST(Bench, The_lock_of_a_program_that_has_ended_holds_nothing) {
-    VirtualBench bench;
-    bench.place("mettler-toledo", Options().on("/dev/ttyUSB0").withLoad(3));
-    const Ran ended = RunShell("echo $$");
-    const Lock lock(std::stoi(ended.output));
-    EXPECT_EQ(Wbalance("weigh -d mettler-toledo -p 0 --usb -t 0").output, "3.00 g\n");
 }
 
 bool IsLocked() {

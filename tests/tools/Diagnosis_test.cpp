@@ -3,128 +3,256 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <cstdlib>
 
 #include "RunProgram.h"
 
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
 
 namespace {
 
-constexpr char kDoctor[] = "doctor -d mettler-toledo -t 0";
+/// What a command ends with at an instrument that does not do as it should.
+struct Case {
+    const char* name;
+    const char* instrument;
+    const char* arguments;
+    const char* said;
+    int exitCode;
+};
 
-TEST(Doctor, A_balance_that_works_is_said_to_work) {
-    const Ran ran = WbalanceWith("mettler-toledo --load 3", kDoctor);
-    EXPECT_THAT(ran.output,
-                HasSubstr("diagnosis      /dev/ttyS0: everything works; `wbalance weigh "
-                          "--driver mettler-toledo --port /dev/ttyS0` reads the "
-                          "weight\n"));
-    EXPECT_EQ(ran.exitCode, 0);
+std::string NameOf(const testing::TestParamInfo<Case>& info) {
+    return info.param.name;
 }
 
-TEST(Doctor, A_silent_balance) {
-    const Ran ran = WbalanceWith("mettler-toledo --fault silent", kDoctor);
-    EXPECT_THAT(ran.output, HasSubstr("the port works but nothing comes back"));
-    EXPECT_EQ(ran.exitCode, 4);
-}
+class Doctor : public testing::TestWithParam<Case> {};
 
-TEST(Doctor, Eight_data_bits_for_seven_with_parity) {
-    const Ran ran = WbalanceWith("mettler-toledo --load 3", "doctor -d mettler-toledo -l 2400,8N1");
-    EXPECT_THAT(ran.output,
-                HasSubstr("the balance sends 7 data bits with parity and the port reads "
-                          "8; use --line 2400,7E1 (or 7O1)\n"));
-    EXPECT_EQ(ran.exitCode, 5);
-}
-
-TEST(Doctor, Rubbish_on_the_line) {
-    const Ran ran = WbalanceWith("mettler-toledo --load 3 --fault noise", kDoctor);
-    EXPECT_EQ(ran.exitCode, 5);
-}
-
-TEST(Doctor, Another_makers_driver) {
-    const Ran ran = WbalanceWith("mettler-toledo --load 3", "doctor -d radwag -l 2400,7E1 -t 0");
-    EXPECT_THAT(ran.output, HasSubstr("try --driver mettler-toledo\n"));
-    EXPECT_EQ(ran.exitCode, 5);
-}
-
-TEST(Doctor, An_overloaded_balance) {
-    const Ran ran = WbalanceWith("mettler-toledo --fault overload", kDoctor);
-    EXPECT_THAT(ran.output, HasSubstr("the line works; overload: "));
-    EXPECT_EQ(ran.exitCode, 6);
-}
-
-TEST(Doctor, An_underloaded_balance) {
-    const Ran ran = WbalanceWith("mettler-toledo --fault underload", kDoctor);
-    EXPECT_THAT(ran.output, HasSubstr("the line works; underload: "));
-    EXPECT_EQ(ran.exitCode, 7);
-}
-
-TEST(Doctor, A_busy_balance) {
-    const Ran ran = WbalanceWith("mettler-toledo --fault busy", kDoctor);
-    EXPECT_EQ(ran.exitCode, 8);
-}
-
-TEST(Doctor, An_answer_that_is_cut_off) {
-    const Ran ran = WbalanceWith("mettler-toledo --load 3 --fault truncated=8", kDoctor);
-    EXPECT_THAT(ran.output, HasSubstr("the answer has no line end"));
-    EXPECT_EQ(ran.exitCode, 5);
-}
-
-TEST(Doctor, A_pan_that_is_not_at_rest) {
-    const Ran ran = WbalanceWith("kern --fault busy", "doctor -d kern -t 0");
-    EXPECT_THAT(ran.output, HasSubstr("the line works, but the pan is not at rest; "));
-    EXPECT_EQ(ran.exitCode, 8);
-}
-
-TEST(Doctor, A_baud_rate_that_is_not_the_balances) {
-    const Ran ran = WbalanceWith("mettler-xs --load 3", "doctor -d mettler-xs -l 2400,8N1 -t 0");
-    EXPECT_THAT(ran.output, HasSubstr("the baud rate is not that of the balance"));
-    EXPECT_EQ(ran.exitCode, 5);
-}
-
-TEST(Doctor, An_instrument_that_echoes) {
+TEST_P(Doctor, Ends_with_the_diagnosis) {
     const Ran ran =
-        WbalanceWith("denver-xl1800 --with echo=on --load 3", "doctor -d denver-xl1800 -t 0");
-    EXPECT_THAT(ran.output, HasSubstr("what is sent comes back: "));
-    EXPECT_EQ(ran.exitCode, 5);
+        WbalanceWith(GetParam().instrument, std::string("doctor ") + GetParam().arguments);
+    EXPECT_THAT(ran.output,
+                EndsWith(std::string("\ndiagnosis      /dev/ttyS0: ") + GetParam().said + "\n"));
+    EXPECT_EQ(ran.errors, "");
+    EXPECT_EQ(ran.exitCode, GetParam().exitCode);
 }
 
-TEST(Doctor, An_unusual_print_format_with_the_one_to_choose) {
+const Case kDiagnoses[] = {
+    {"works", "mettler-toledo --load 3", "-d mettler-toledo -t 0",
+     "everything works; `wbalance weigh --driver mettler-toledo --port /dev/ttyS0` reads the "
+     "weight",
+     0},
+    {"silent", "mettler-toledo --fault silent", "-d mettler-toledo -t 0",
+     "the port works but nothing comes back; is the balance switched on, is the cable the right "
+     "one "
+     "(straight or crossed), and does the balance send at 2400,7E1? `wbalance detect` tries other "
+     "settings",
+     4},
+    {"eight_data_bits_for_seven_with_parity", "mettler-toledo --load 3",
+     "-d mettler-toledo -l 2400,8N1",
+     "the balance sends 7 data bits with parity and the port reads 8; use --line 2400,7E1 (or 7O1)",
+     5},
+    {"rubbish", "mettler-toledo --load 3 --fault noise", "-d mettler-toledo -t 0",
+     "bytes come back but garbled, so the baud rate is not that of the balance; `wbalance detect "
+     "--thorough` tries others",
+     5},
+    {"another_baud_rate", "mettler-xs --load 3", "-d mettler-xs -l 2400,8N1 -t 0",
+     "bytes come back but garbled, so the baud rate is not that of the balance; `wbalance detect "
+     "--thorough` tries others",
+     5},
+    {"an_echo", "denver-xl1800 --with echo=on --load 3", "-d denver-xl1800 -t 0",
+     "what is sent comes back: the line is looped, or the instrument echoes; switch its echo off",
+     5},
+    {"another_makers_driver", "mettler-toledo --load 3", "-d radwag -l 2400,7E1 -t 0",
+     "the answer is not one for the driver radwag; try --driver mettler-toledo", 5},
+    {"cut_off", "mettler-toledo --load 3 --fault truncated=8", "-d mettler-toledo -t 0",
+     "the answer has no line end: either it is cut off (wait longer with --timeout, look for a "
+     "loose "
+     "cable), or the line settings are not those of the balance (`wbalance detect` tries others)",
+     5},
+    {"cut_off_so_that_it_looks_like_another_makers", "sartorius --load 12.5 --fault truncated=13",
+     "-d sartorius -t 0",
+     "the answer has no line end: either it is cut off (wait longer with --timeout, look for a "
+     "loose "
+     "cable), or the line settings are not those of the balance (`wbalance detect` tries others)",
+     5},
+    {"cut_off_in_its_number", "mettler-pm --load 12.5 --fault truncated=12", "-d mettler-pm -t 0",
+     "the answer has no line end: either it is cut off (wait longer with --timeout, look for a "
+     "loose "
+     "cable), or the line settings are not those of the balance (`wbalance detect` tries others)",
+     11},
+    {"more_digits_than_the_driver_takes",
+     "kern --with digits=7 --with readability=0.001 --load 12.345", "-d kern -t 0",
+     "the record is not one that the driver takes whole (the driver reads it as 12.34); choose the "
+     "balance's standard print format",
+     11},
+    {"a_record_that_the_driver_does_not_take", "kern --with acknowledgement=none --load 12.5",
+     "-d kern -t 0",
+     "the record is not one that the driver takes whole (the driver does not take this answer); "
+     "choose "
+     "the balance's standard print format",
+     5},
+    {"a_tare_line_ahead_that_the_driver_takes_for_the_weight",
+     "scale-house --with ticket=tare-line-first --load 12.5", "-d scale-house -t 0",
+     "the record is not one that the driver takes whole (the driver reads it as 0); choose the "
+     "balance's "
+     "standard print format",
+     5},
+    {"a_line_of_another_kind", "scale-house --with ticket=total-word --load 12.5",
+     "-d scale-house -t 0",
+     "text comes back that the driver scale-house does not know (the line shows an accumulated "
+     "total); "
+     "`wbalance detect` finds the instrument",
+     5},
+    {"unknown_text", "setra-el2000s --with form=l-series --load 3", "-d setra-el2000s -t 0",
+     "text comes back that the driver setra-el2000s does not know; `wbalance detect` finds the "
+     "instrument",
+     5},
+    {"overload", "mettler-toledo --fault overload", "-d mettler-toledo -t 0",
+     "the line works; overload: more is on the pan than the balance can weigh; take something off",
+     6},
+    {"underload", "mettler-toledo --fault underload", "-d mettler-toledo -t 0",
+     "the line works; underload: less than the balance can weigh; is the pan in its place?", 7},
+    {"no_stable_weight", "mettler-toledo --fault busy", "-d mettler-toledo -t 0",
+     "the line works; no stable weight; wait until the pan is at rest, or read with --mode now", 8},
+    {"a_pan_that_is_not_at_rest", "kern --fault busy", "-d kern -t 0",
+     "the line works, but the pan is not at rest; keep draughts and vibration away, or read with "
+     "--mode "
+     "now",
+     8},
+    {"stand_by", "sartorius --with display=standby", "-d sartorius -t 0",
+     "the line works; the balance is in stand-by or does not display a weight; switch it on", 9},
+    {"calibration", "sartorius --with display=calibration", "-d sartorius -t 0",
+     "the line works; the balance is calibrating, testing or taring; wait until it has finished",
+     9},
+    {"an_error", "sartorius --with display=error", "-d sartorius -t 0",
+     "the line works; the balance reports an error (Err  54)", 9},
+    {"another_unit", "ohaus --with unit=kg --load 3", "-d ohaus -t 0",
+     "the line works; the weight is not in grams; set the balance's unit to g", 10},
+    {"no_unit", "ohaus --with numeric-only=on --load 3", "-d ohaus -t 0",
+     "the line works; the weight is not in grams; set the balance's unit to g (no unit was sent)",
+     10},
+};
+
+INSTANTIATE_TEST_SUITE_P(Of, Doctor, testing::ValuesIn(kDiagnoses), NameOf);
+
+class Weigh : public testing::TestWithParam<Case> {};
+
+TEST_P(Weigh, Says_what_came_instead_of_a_weight) {
     const Ran ran =
-        WbalanceWith("gibertini --with protocol=euro --load 3", "doctor -d gibertini -t 0");
-    EXPECT_THAT(ran.output, HasSubstr("does not know (a bare number: choose "));
-    EXPECT_EQ(ran.exitCode, 5);
+        WbalanceWith(GetParam().instrument, std::string("weigh ") + GetParam().arguments);
+    EXPECT_EQ(ran.output, "");
+    EXPECT_EQ(ran.errors, std::string("wbalance: /dev/ttyS0: ") + GetParam().said + "\n");
+    EXPECT_EQ(ran.exitCode, GetParam().exitCode);
 }
 
-TEST(Doctor, A_balance_in_stand_by_in_calibration_and_with_an_error) {
-    const std::pair<const char*, const char*> displays[] = {
-        {"standby", "the line works; the balance is in stand-by"},
-        {"calibration", "the line works; the balance is calibrating, testing or taring"},
-        {"error", "the line works; the balance reports an error (Err  54)"}};
-    for (const auto& [display, sentence] : displays) {
-        const Ran ran = WbalanceWith(std::string("sartorius --with display=") + display,
-                                     "doctor -d sartorius -t 0");
-        EXPECT_THAT(ran.output, HasSubstr(sentence));
-        EXPECT_EQ(ran.exitCode, 9);
-    }
-}
+const Case kNoWeights[] = {
+    {"silence", "mettler-toledo --fault silent", "-d mettler-toledo -t 0",
+     "no answer; is the balance switched on, the cable plugged in, and are the line settings those "
+     "of "
+     "the balance?",
+     4},
+    {"a_line_of_another_kind", "scale-house --with ticket=total-word --load 12.5",
+     "-d scale-house -t 0",
+     "an answer came that is not a weight of this balance; is this the right driver and are the "
+     "line "
+     "settings those of the balance? (the line shows an accumulated total); it sent \" 12.50 g "
+     "TOTAL\\r\\n\"",
+     5},
+    {"a_tare_line_ahead", "scale-house --with ticket=tare-line-first --load 12.5",
+     "-d scale-house -t 0",
+     "an answer came that is not a weight of this balance; is this the right driver and are the "
+     "line "
+     "settings those of the balance? (the driver reads it as 0); it sent \" 0.00 g T\\r\\n 12.50 "
+     "g\\r\\n\"",
+     5},
+    {"more_digits_than_the_driver_takes",
+     "kern --with digits=7 --with readability=0.001 --load 12.345", "-d kern -t 0",
+     "the record is cut off, or longer than the driver takes: digits are missing (the driver reads "
+     "it as "
+     "12.34); it sent \"A00\\r\\n+  12.345 G S\\r\\n\"",
+     11},
+    {"overload", "mettler-toledo --fault overload", "-d mettler-toledo -t 0",
+     "overload: more is on the pan than the balance can weigh; take something off; it sent \"S "
+     "+\\r\\n\"",
+     6},
+    {"underload", "mettler-toledo --fault underload", "-d mettler-toledo -t 0",
+     "underload: less than the balance can weigh; is the pan in its place?; it sent \"S -\\r\\n\"",
+     7},
+    {"no_stable_weight", "denver-xl1800 --fault busy --load 3", "-d denver-xl1800 -t 0",
+     "no stable weight; wait until the pan is at rest, or read with --mode now; it sent \"U+     "
+     "3.00 "
+     "g\\r\\n\"",
+     8},
+    {"a_balance_that_answers_only_when_it_is_stable", "mettler-xs --fault busy",
+     "-d mettler-xs -t 0",
+     "no stable weight; wait until the pan is at rest, or read with --mode now (earlier commands "
+     "were "
+     "answered, this one not: the balance may be waiting for stability); it sent \"I4 A "
+     "\"1126493049\"\\r\\n\"",
+     8},
+    {"stand_by", "sartorius --with display=standby", "-d sartorius -t 0",
+     "the balance is in stand-by or does not display a weight; switch it on; it sent \"     OFF    "
+     "  \\r\\n\"",
+     9},
+    {"calibration", "sartorius --with display=calibration", "-d sartorius -t 0",
+     "the balance is calibrating, testing or taring; wait until it has finished; it sent \"      C "
+     "      \\r\\n\"",
+     9},
+    {"an_error", "sartorius --with display=error", "-d sartorius -t 0",
+     "the balance reports an error (Err  54); it sent \"   Err  54    \\r\\n\"", 9},
+    {"another_unit", "ohaus --with unit=kg --load 3", "-d ohaus -t 0",
+     "the weight is not in grams; set the balance's unit to g; it sent \"     0.00300 kg     "
+     "\\r\\n\"",
+     10},
+};
 
-TEST(Doctor, A_weight_in_another_unit) {
-    const Ran ran = WbalanceWith("ohaus --with unit=kg --load 3", "doctor -d ohaus -t 0");
-    EXPECT_THAT(ran.output, HasSubstr("the line works; the weight is not in grams; "));
-    EXPECT_EQ(ran.exitCode, 10);
-}
+INSTANTIATE_TEST_SUITE_P(Of, Weigh, testing::ValuesIn(kNoWeights), NameOf);
 
-TEST(Doctor, A_port_that_is_not_there) {
+TEST(DoctorAtThePort, One_that_is_not_there) {
     const Ran ran = Wbalance("doctor -d mettler-toledo -p 4711 --usb");
-    EXPECT_THAT(ran.output, HasSubstr("diagnosis      /dev/ttyUSB4711: there is no such port;"));
+    EXPECT_EQ(ran.output,
+              "port           /dev/ttyUSB4711\n"
+              "diagnosis      /dev/ttyUSB4711: there is no such port; is the adapter plugged in? "
+              "`wbalance ports` lists the ports that are there\n");
     EXPECT_EQ(ran.exitCode, 3);
 }
 
-TEST(Doctor, A_pulled_adapter) {
+TEST(DoctorAtThePort, A_pulled_adapter) {
     const Ran ran =
         WbalanceWith("mettler-toledo --usb --fault unplug", "doctor -d mettler-toledo -p 0 --usb");
-    EXPECT_THAT(ran.output, HasSubstr("diagnosis      /dev/ttyUSB0: there is no such port;"));
+    EXPECT_EQ(ran.output,
+              "port           /dev/ttyUSB0\n"
+              "diagnosis      /dev/ttyUSB0: there is no such port; is the adapter plugged in? "
+              "`wbalance ports` lists the ports that are there\n");
+    EXPECT_EQ(ran.exitCode, 3);
+}
+
+TEST(DoctorAtThePort, A_stable_name_whose_adapter_is_not_plugged_in) {
+    const Ran ran = Wbalance("doctor -d mettler-toledo -p /tmp/no/such/name");
+    EXPECT_EQ(ran.output,
+              "diagnosis      /tmp/no/such/name: No such file or directory; is the adapter plugged "
+              "in? `wbalance ports` lists the ports that are there\n");
+    EXPECT_EQ(ran.exitCode, 3);
+}
+
+TEST(DoctorAtThePort, A_name_that_leads_to_something_else) {
+    const Ran ran = Wbalance("doctor -d mettler-toledo -p /dev/stdin </dev/null");
+    EXPECT_EQ(ran.output,
+              "diagnosis      /dev/stdin is /dev/null: only /dev/ttyS<number> and "
+              "/dev/ttyUSB<number> can be used; connect the balance to such a port\n");
+    EXPECT_EQ(ran.exitCode, 3);
+}
+
+TEST(DoctorAtThePort, A_program_that_has_it_open) {
+    const Ran ran =
+        RunShell(WBALANCE_SIM " mettler-toledo -- sh -c 'exec 3<>/dev/ttyS0; echo $$; " WBALANCE
+                              " doctor -d mettler-toledo 3>&-'");
+    EXPECT_EQ(ran.output, std::to_string(std::atoi(ran.output.c_str())) +
+                              "\nport           /dev/ttyS0\n"
+                              "diagnosis      /dev/ttyS0 is held by sh (process " +
+                              std::to_string(std::atoi(ran.output.c_str())) +
+                              "): end that program first\n");
     EXPECT_EQ(ran.exitCode, 3);
 }
 
