@@ -292,12 +292,9 @@ TEST(VirtualBench, Who_looks_at_what_a_process_has_open_sees_the_device) {
     const int port = ::open("/dev/ttyS0", O_RDWR | O_NOCTTY);
     ASSERT_GE(port, 0);
     const std::string link = "/proc/self/fd/" + std::to_string(port);
-    char target[64] = {};
-    EXPECT_EQ(::readlink(link.c_str(), target, sizeof target), 10);
-    EXPECT_STREQ(target, "/dev/ttyS0");
-    char beginning[5] = {};
-    EXPECT_EQ(::readlink(link.c_str(), beginning, 4), 4);
-    EXPECT_STREQ(beginning, "/dev");
+    char target[64];
+    ASSERT_EQ(::readlink(link.c_str(), target, sizeof target), 10);
+    EXPECT_EQ(std::string(target, 10), "/dev/ttyS0");
     ::close(port);
     EXPECT_EQ(::readlink("/proc/self/fd/0/none", target, sizeof target), -1);
 }
