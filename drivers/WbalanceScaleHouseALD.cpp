@@ -86,12 +86,9 @@ int WbalanceScaleHouseALD::ParseWeight(char* answer, double* weight, int* decima
     if (answer == nullptr || *answer == '\0' || weight == nullptr) return 0;
     *weight = 0.0;
     if (decimals != nullptr) *decimals = kDecimals;
-    std::string ticket = answer;
-    const std::size_t project = Find(ticket, kProject);
-    if (project != kNowhere) {
-        exchange::Trace("\nTrovato PROJ\n");
-        ticket.erase(0, project);
-    }
+    const char* project = std::strstr(answer, kProject);
+    if (project != nullptr) exchange::Trace("\nTrovato PROJ\n");
+    const std::string ticket = project != nullptr ? project : answer;
     const std::size_t mark = FindMark(ticket);
     if (mark == kNowhere) {
         exchange::Trace("\nERRORE NEL PARSING\n");
