@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <stdlib.h>
+#include <sys/stat.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -38,7 +39,11 @@ PseudoTerminal::PseudoTerminal() {
         ptsname_r(master_, name.data(), name.size()) != 0)
         failWith("cannot create a pseudo-terminal");
     path_ = name.data();
-    ::close(openRaw(path_));
+    const int slave = openRaw(path_);
+    struct stat node = {};
+    ::fstat(slave, &node);
+    created_ = node.st_ctim;
+    ::close(slave);
 }
 
 PseudoTerminal::~PseudoTerminal() {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <time.h>
+
 #include <string>
 
 namespace simulator {
@@ -13,9 +15,10 @@ class PseudoTerminal {
     PseudoTerminal(const PseudoTerminal&) = delete;
     PseudoTerminal& operator=(const PseudoTerminal&) = delete;
 
-    int descriptor() const { return master_; }         ///< for poll; do not close
-    unsigned number() const;                           ///< N of "/dev/pts/N"
-    const std::string& path() const { return path_; }  ///< "/dev/pts/N"
+    int descriptor() const { return master_; }            ///< for poll; do not close
+    unsigned number() const;                              ///< N of "/dev/pts/N"
+    const std::string& path() const { return path_; }     ///< "/dev/pts/N"
+    const timespec& created() const { return created_; }  ///< change time of its node, which stays
 
     /// All bytes that wait; sets `hungUp` when nobody has the other end open any more.
     std::string read(bool* hungUp);
@@ -26,6 +29,7 @@ class PseudoTerminal {
  private:
     int master_ = -1;
     std::string path_;
+    timespec created_ = {};
 };
 
 }  // namespace simulator

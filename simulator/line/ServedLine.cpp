@@ -14,6 +14,8 @@
 #include <time.h>
 #include <unistd.h>
 
+#include "simulator/line/MappedLines.h"
+
 namespace simulator {
 namespace {
 
@@ -68,6 +70,12 @@ void waitWhileEqual(std::atomic<std::uint32_t>& word, std::uint32_t value) {
     syscall(SYS_futex, reinterpret_cast<std::uint32_t*>(&word), FUTEX_WAIT, value, &step);
 }
 
+/// Whether the line is plugged in and `node` is the very terminal that carries its bytes now.
+bool isTerminalOf(const VirtualLineState& state, unsigned number, const struct stat& node) {
+    return state.present && state.ptsNumber == number &&
+           state.ptsCreated == nanoseconds(node.st_ctim);
+}
+
 /// Restores errno: looking a line up must not be seen in a call that is then passed on.
 class KeptErrno {
  public:
@@ -94,10 +102,14 @@ ServedLine ServedLine::ofDescriptor(int descriptor) {
         return ServedLine(nullptr);
     if (major(node.st_rdev) < firstPtsMajor || major(node.st_rdev) > lastPtsMajor)
         return ServedLine(nullptr);
+    const unsigned number = (major(node.st_rdev) - firstPtsMajor) * 256 + minor(node.st_rdev);
+    VirtualLineState* noted = mappedLines::notedFor(number);
+    if (noted && isTerminalOf(*noted, number, node)) return ServedLine(noted, true);
     char link[32];
-    snprintf(link, sizeof link, "pts%u",
-             (major(node.st_rdev) - firstPtsMajor) * 256 + minor(node.st_rdev));
-    return ServedLine(link);
+    snprintf(link, sizeof link, "pts%u", number);
+    ServedLine line(link);
+    if (line.isKept_) mappedLines::note(number, line.state_);
+    return line;
 }
 
 ServedLine ServedLine::atTerminal(const char* path) {
@@ -132,24 +144,20 @@ ServedLine::ServedLine(const char* fileName) {
     snprintf(file, sizeof file, "%s/%s", directory(), fileName);
     const int descriptor = openFile(file, O_RDWR);
     if (descriptor < 0) return;
-    void* memory =
-        mmap(nullptr, sizeof(VirtualLineState), PROT_READ | PROT_WRITE, MAP_SHARED, descriptor, 0);
+    const mappedLines::Mapping mapping = mappedLines::ofFile(descriptor);
     close(descriptor);
-    if (memory == MAP_FAILED) return;
-    state_ = static_cast<VirtualLineState*>(memory);
-    if (state_->layout != VirtualLineState::currentLayout) {
-        munmap(state_, sizeof *state_);
-        state_ = nullptr;
-    }
+    state_ = mapping.state;
+    isKept_ = mapping.isKept;
 }
 
-ServedLine::ServedLine(ServedLine&& other) noexcept : state_(other.state_) {
+ServedLine::ServedLine(ServedLine&& other) noexcept : state_(other.state_), isKept_(other.isKept_) {
     other.state_ = nullptr;
 }
 
 ServedLine::~ServedLine() {
+    if (!state_ || isKept_) return;
     const KeptErrno kept;
-    if (state_) munmap(state_, sizeof *state_);
+    munmap(state_, sizeof *state_);
 }
 
 dev_t ServedLine::deviceNumber() const {

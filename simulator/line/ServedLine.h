@@ -8,9 +8,11 @@
 
 namespace simulator {
 
-/// The host's side of one served device, found anew for every call: nothing is kept in the host's
-/// process, so duplicated, inherited and passed-on descriptors, fork, exec and threads need no
-/// care. Uses nothing but the C library, because it is loaded into programs that are not ours.
+/// The host's side of one served device, found anew for every call: of a descriptor nothing is kept
+/// in the host's process, so duplicated, inherited and passed-on descriptors, fork, exec and
+/// threads need no care. What is kept are mappings of lines, which are found by what their terminal
+/// and their file are, never by a descriptor. Uses nothing but the C library, because it is loaded
+/// into programs that are not ours.
 class ServedLine {
  public:
     /// The line behind a path such as "/dev/ttyS0"; empty when that device is not served.
@@ -47,10 +49,12 @@ class ServedLine {
 
  private:
     explicit ServedLine(const char* fileName);
+    ServedLine(VirtualLineState* state, bool isKept) : state_(state), isKept_(isKept) {}
 
     bool ring() const;
 
     VirtualLineState* state_ = nullptr;
+    bool isKept_ = false;  ///< mapped for longer than this object lives
 };
 
 }  // namespace simulator

@@ -116,6 +116,7 @@ void VirtualLine::plugIn(const std::string& device) {
     bell_ = served_[name].bell;
     terminal_ = std::make_unique<PseudoTerminal>();
     state_->ptsNumber = terminal_->number();
+    state_->ptsCreated = nanoseconds(terminal_->created());
     state_->settings = newPortSettings;
     state_->controlLines = readyInstrument;
     breaksSeen_ = state_->breaks;

@@ -16,6 +16,8 @@
 #include <sys/sysmacros.h>
 #include <unistd.h>
 
+#include <atomic>
+
 #include "simulator/line/ServedLine.h"
 
 /// The kernel's settings with free baud rates. Its header cannot be included beside <termios.h>;
@@ -37,10 +39,12 @@ using simulator::ServedLine;
 
 constexpr size_t plainTermiosSize = offsetof(termios2, c_ispeed);
 
-/// The C library's own function of this name (or that of the next preloaded object).
-template <typename Function>
-Function* next(Function*, const char* name) {
-    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+/// The C library's own function in place of `replaced` (or that of the next preloaded object).
+template <auto& replaced>
+auto next(const char* name) {
+    static std::atomic<decltype(&replaced)> found{nullptr};
+    if (!found) found = reinterpret_cast<decltype(&replaced)>(dlsym(RTLD_NEXT, name));
+    return found.load();
 }
 
 int fail(int error) {
@@ -77,13 +81,13 @@ bool mayOpen(const ServedLine& line, int* error) {
 int openServed(const ServedLine& line, int flags) {
     int error = 0;
     if (!mayOpen(line, &error)) return fail(error);
-    if (line->bare) return next(&open64, "open64")("/dev/null", flags & ~O_CREAT, 0);
+    if (line->bare) return next<::open64>("open64")("/dev/null", flags & ~O_CREAT, 0);
     char pts[32];
     snprintf(pts, sizeof pts, "/dev/pts/%u", line->ptsNumber.load());
-    const int descriptor = next(&open64, "open64")(pts, (flags & ~O_CREAT) | O_NOCTTY, 0);
+    const int descriptor = next<::open64>("open64")(pts, (flags & ~O_CREAT) | O_NOCTTY, 0);
     if (descriptor < 0) return fail(ENODEV);
     // A closed port receives nothing: what lies in the pseudo-terminal was never seen by the host.
-    if (!line->hostOpen) next(&tcflush, "tcflush")(descriptor, TCIFLUSH);
+    if (!line->hostOpen) next<::tcflush>("tcflush")(descriptor, TCIFLUSH);
     line.rendezvous();
     return descriptor;
 }
@@ -94,7 +98,7 @@ mode_t modeArgument(int flags, va_list arguments) {
 
 int openAt(int directory, const char* path, int flags, mode_t mode) {
     if (const ServedLine line = ServedLine::atPath(path)) return openServed(line, flags);
-    return next(&openat64, "openat64")(directory, PassedOn(path), flags, mode);
+    return next<::openat64>("openat64")(directory, PassedOn(path), flags, mode);
 }
 
 int accessServed(const ServedLine& line, int mode) {
@@ -140,19 +144,43 @@ tcflag_t rememberedFlags(const ServedLine& line, tcflag_t control) {
     return (control & ~simulator::lineFlags) | simulator::packedLineFlags(line->settings);
 }
 
+struct Speed {
+    tcflag_t code;
+    std::uint32_t baudRate;
+};
+constexpr Speed usualSpeeds[] = {
+    {B9600, 9600}, {B2400, 2400},   {B1200, 1200},   {B4800, 4800},   {B600, 600},
+    {B300, 300},   {B19200, 19200}, {B38400, 38400}, {B57600, 57600}, {B115200, 115200}};
+
+/// The baud rate that the terminal has taken with these flags; it is asked for the unusual ones.
+std::uint32_t baudRateTaken(int descriptor, tcflag_t control) {
+    for (const Speed& speed : usualSpeeds)
+        if (speed.code == (control & CBAUD)) return speed.baudRate;
+    termios2 taken = {};
+    next<::ioctl>("ioctl")(descriptor, TCGETS2, &taken);
+    return taken.c_ospeed;
+}
+
 /// Publishes settings that the pseudo-terminal has taken. Bytes sent before still belong to the
 /// settings before.
 void remember(const ServedLine& line, int descriptor, tcflag_t control, tcflag_t input) {
-    termios2 taken = {};
-    next(&ioctl, "ioctl")(descriptor, TCGETS2, &taken);
-    const std::uint64_t settings = simulator::packSettings(control, input, taken.c_ospeed);
+    const std::uint64_t settings =
+        simulator::packSettings(control, input, baudRateTaken(descriptor, control));
     if (settings == line->settings) return;
     line.rendezvous();
     line->settings = settings;
 }
 
-bool isRefused(const ServedLine& line, tcflag_t control) {
-    return line->refusedSpeed != B0 && line->refusedSpeed == (control & CBAUD);
+/// Whether the port behind the descriptor has gone: every request then fails as on a real port.
+bool isHungUp(int descriptor) {
+    int waiting = 0;
+    return next<::ioctl>("ioctl")(descriptor, FIONREAD, &waiting) != 0;
+}
+
+/// A port that has gone refuses by itself, for another reason.
+bool isRefused(const ServedLine& line, int descriptor, tcflag_t control) {
+    return line->refusedSpeed != B0 && line->refusedSpeed == (control & CBAUD) &&
+           !isHungUp(descriptor);
 }
 
 int setKernelSettings(const ServedLine& line, int descriptor, unsigned long request,
@@ -160,9 +188,9 @@ int setKernelSettings(const ServedLine& line, int descriptor, unsigned long requ
     termios2 settings = {};
     memcpy(&settings, argument, size);
     const tcflag_t control = settings.c_cflag;
-    if (isRefused(line, control)) return fail(EINVAL);
+    if (isRefused(line, descriptor, control)) return fail(EINVAL);
     settings.c_cflag = plainCharacters(control);
-    const int result = next(&ioctl, "ioctl")(descriptor, request, &settings);
+    const int result = next<::ioctl>("ioctl")(descriptor, request, &settings);
     if (result == 0) remember(line, descriptor, control, settings.c_iflag);
     return result;
 }
@@ -170,7 +198,7 @@ int setKernelSettings(const ServedLine& line, int descriptor, unsigned long requ
 int getKernelSettings(const ServedLine& line, int descriptor, unsigned long request, void* argument,
                       size_t size) {
     termios2 settings = {};
-    const int result = next(&ioctl, "ioctl")(descriptor, request, &settings);
+    const int result = next<::ioctl>("ioctl")(descriptor, request, &settings);
     if (result != 0) return result;
     settings.c_cflag = rememberedFlags(line, settings.c_cflag);
     memcpy(argument, &settings, size);
@@ -206,6 +234,24 @@ int claim(const ServedLine& line, bool exclusive) {
     return 0;
 }
 
+/// Whether the request never reaches the pseudo-terminal, which would fail it after a hang-up.
+bool isAnsweredHere(unsigned long request) {
+    switch (request) {
+        case TIOCEXCL:
+        case TIOCNXCL:
+        case TIOCMGET:
+        case TIOCMSET:
+        case TIOCMBIS:
+        case TIOCMBIC:
+        case TIOCSBRK:
+        case TIOCCBRK:
+        case TCSBRKP:
+            return true;
+        default:
+            return false;
+    }
+}
+
 /// The requests that a serial port answers differently from a pseudo-terminal.
 int requestServed(const ServedLine& line, int descriptor, unsigned long request, void* argument) {
     switch (request) {
@@ -235,14 +281,8 @@ int requestServed(const ServedLine& line, int descriptor, unsigned long request,
         case TIOCCBRK:
             return 0;
         default:
-            return next(&ioctl, "ioctl")(descriptor, request, argument);
+            return next<::ioctl>("ioctl")(descriptor, request, argument);
     }
-}
-
-/// Whether the port behind the descriptor has gone: every request then fails as on a real port.
-bool isHungUp(int descriptor) {
-    int waiting = 0;
-    return next(&ioctl, "ioctl")(descriptor, FIONREAD, &waiting) != 0;
 }
 
 int openFlags(const char* mode) {
@@ -279,7 +319,7 @@ int open64(const char* path, int flags, ...) {
     const mode_t mode = modeArgument(flags, arguments);
     va_end(arguments);
     if (const ServedLine line = ServedLine::atPath(path)) return openServed(line, flags);
-    return next(&open64, "open64")(PassedOn(path), flags, mode);
+    return next<::open64>("open64")(PassedOn(path), flags, mode);
 }
 
 int openat(int directory, const char* path, int flags, ...) {
@@ -314,64 +354,63 @@ int __openat64_2(int at, const char* path, int flags) {
 
 FILE* fopen(const char* path, const char* mode) {
     if (const ServedLine line = ServedLine::atPath(path)) return openStream(line, mode);
-    return next(&fopen, "fopen")(PassedOn(path), mode);
+    return next<::fopen>("fopen")(PassedOn(path), mode);
 }
 
 FILE* fopen64(const char* path, const char* mode) {
     if (const ServedLine line = ServedLine::atPath(path)) return openStream(line, mode);
-    return next(&fopen64, "fopen64")(PassedOn(path), mode);
+    return next<::fopen64>("fopen64")(PassedOn(path), mode);
 }
 
 int access(const char* path, int mode) noexcept {
     if (const ServedLine line = ServedLine::atPath(path)) return accessServed(line, mode);
-    return next(&access, "access")(PassedOn(path), mode);
+    return next<::access>("access")(PassedOn(path), mode);
 }
 
 int faccessat(int directory, const char* path, int mode, int flags) noexcept {
     if (const ServedLine line = ServedLine::atPath(path)) return accessServed(line, mode);
-    return next(&faccessat, "faccessat")(directory, PassedOn(path), mode, flags);
+    return next<::faccessat>("faccessat")(directory, PassedOn(path), mode, flags);
 }
 
 int stat(const char* path, struct stat* result) noexcept {
     if (const ServedLine line = ServedLine::atPath(path)) return statServed(line, result);
-    return next<int(const char*, struct stat*)>(nullptr, "stat")(PassedOn(path), result);
+    return next<::stat>("stat")(PassedOn(path), result);
 }
 
 int stat64(const char* path, struct stat64* result) noexcept {
     if (const ServedLine line = ServedLine::atPath(path)) return statServed(line, result);
-    return next<int(const char*, struct stat64*)>(nullptr, "stat64")(PassedOn(path), result);
+    return next<::stat64>("stat64")(PassedOn(path), result);
 }
 
 int lstat(const char* path, struct stat* result) noexcept {
     if (const ServedLine line = ServedLine::atPath(path)) return statServed(line, result);
-    return next(&lstat, "lstat")(PassedOn(path), result);
+    return next<::lstat>("lstat")(PassedOn(path), result);
 }
 
 int lstat64(const char* path, struct stat64* result) noexcept {
     if (const ServedLine line = ServedLine::atPath(path)) return statServed(line, result);
-    return next(&lstat64, "lstat64")(PassedOn(path), result);
+    return next<::lstat64>("lstat64")(PassedOn(path), result);
 }
 
 int fstatat(int directory, const char* path, struct stat* result, int flags) noexcept {
     if (const ServedLine line = ServedLine::atPath(path)) return statServed(line, result);
-    return next(&fstatat, "fstatat")(directory, PassedOn(path), result, flags);
+    return next<::fstatat>("fstatat")(directory, PassedOn(path), result, flags);
 }
 
 int fstatat64(int directory, const char* path, struct stat64* result, int flags) noexcept {
     if (const ServedLine line = ServedLine::atPath(path)) return statServed(line, result);
-    return next(&fstatat64, "fstatat64")(directory, PassedOn(path), result, flags);
+    return next<::fstatat64>("fstatat64")(directory, PassedOn(path), result, flags);
 }
 
 int statx(int directory, const char* path, int flags, unsigned mask,
           struct statx* result) noexcept {
     if (const ServedLine line = ServedLine::atPath(path)) return statxServed(line, result);
-    return next<int(int, const char*, int, unsigned, struct statx*)>(nullptr, "statx")(
-        directory, PassedOn(path), flags, mask, result);
+    return next<::statx>("statx")(directory, PassedOn(path), flags, mask, result);
 }
 
 /// Who looks in /proc at what a process has open sees the device.
 ssize_t readlink(const char* path, char* target, size_t size) noexcept {
-    const ssize_t length = next(&readlink, "readlink")(path, target, size);
+    const ssize_t length = next<::readlink>("readlink")(path, target, size);
     char device[PATH_MAX] = {};
     if (length <= 0 || static_cast<size_t>(length) >= sizeof device) return length;
     memcpy(device, target, static_cast<size_t>(length));
@@ -384,15 +423,15 @@ ssize_t readlink(const char* path, char* target, size_t size) noexcept {
 }
 
 int unlink(const char* path) noexcept {
-    return next(&unlink, "unlink")(PassedOn(path));
+    return next<::unlink>("unlink")(PassedOn(path));
 }
 
 int remove(const char* path) noexcept {
-    return next(&remove, "remove")(PassedOn(path));
+    return next<::remove>("remove")(PassedOn(path));
 }
 
 int tcgetattr(int descriptor, struct termios* settings) noexcept {
-    const int result = next(&tcgetattr, "tcgetattr")(descriptor, settings);
+    const int result = next<::tcgetattr>("tcgetattr")(descriptor, settings);
     if (result != 0) return result;
     if (const ServedLine line = ServedLine::ofDescriptor(descriptor))
         settings->c_cflag = rememberedFlags(line, settings->c_cflag);
@@ -401,11 +440,11 @@ int tcgetattr(int descriptor, struct termios* settings) noexcept {
 
 int tcsetattr(int descriptor, int action, const struct termios* settings) noexcept {
     const ServedLine line = ServedLine::ofDescriptor(descriptor);
-    if (!line) return next(&tcsetattr, "tcsetattr")(descriptor, action, settings);
-    if (isRefused(line, settings->c_cflag)) return fail(EINVAL);
+    if (!line) return next<::tcsetattr>("tcsetattr")(descriptor, action, settings);
+    if (isRefused(line, descriptor, settings->c_cflag)) return fail(EINVAL);
     struct termios plain = *settings;
     plain.c_cflag = plainCharacters(settings->c_cflag);
-    const int result = next(&tcsetattr, "tcsetattr")(descriptor, action, &plain);
+    const int result = next<::tcsetattr>("tcsetattr")(descriptor, action, &plain);
     if (result == 0) remember(line, descriptor, settings->c_cflag, settings->c_iflag);
     return result;
 }
@@ -413,7 +452,7 @@ int tcsetattr(int descriptor, int action, const struct termios* settings) noexce
 int tcsendbreak(int descriptor, int duration) noexcept {
     const ServedLine line = ServedLine::ofDescriptor(descriptor);
     if (!line || isHungUp(descriptor))
-        return next(&tcsendbreak, "tcsendbreak")(descriptor, duration);
+        return next<::tcsendbreak>("tcsendbreak")(descriptor, duration);
     return sendBreak(line);
 }
 
@@ -423,7 +462,8 @@ int ioctl(int descriptor, unsigned long request, ...) noexcept {
     void* argument = va_arg(arguments, void*);
     va_end(arguments);
     const ServedLine line = ServedLine::ofDescriptor(descriptor);
-    if (!line || isHungUp(descriptor)) return next(&ioctl, "ioctl")(descriptor, request, argument);
+    if (!line || (isAnsweredHere(request) && isHungUp(descriptor)))
+        return next<::ioctl>("ioctl")(descriptor, request, argument);
     return requestServed(line, descriptor, request, argument);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <termios.h>
+#include <time.h>
 
 #include <atomic>
 #include <cstdint>
@@ -17,12 +18,15 @@ inline constexpr char virtualLinesVariable[] = "WBALANCE_VIRTUAL_LINES";
 /// What host and serving side of one virtual line tell each other: a mapped file, every field on
 /// its own atomic, so that a host killed at any point leaves nothing half written.
 struct VirtualLineState {
-    static constexpr std::uint32_t currentLayout = 0x57424C33;  // "WBL3"
+    static constexpr std::uint32_t currentLayout = 0x57424C34;  // "WBL4"
 
-    std::atomic<std::uint32_t> layout;        ///< currentLayout once the file is complete
-    char name[28];                            ///< device name without directory
-    std::atomic<std::uint32_t> present;       ///< 0: unplugged, the node does not exist
-    std::atomic<std::uint32_t> ptsNumber;     ///< "/dev/pts/<number>" carries the bytes
+    std::atomic<std::uint32_t> layout;     ///< currentLayout once the file is complete
+    char name[28];                         ///< device name without directory
+    std::atomic<std::uint32_t> present;    ///< 0: unplugged, the node does not exist
+    std::atomic<std::uint32_t> ptsNumber;  ///< "/dev/pts/<number>" carries the bytes
+    /// When that terminal came into being: it tells it from others that had or will have its
+    /// number.
+    std::atomic<std::uint64_t> ptsCreated;
     std::atomic<std::int32_t> openError;      ///< errno that open reports, 0: opens
     std::atomic<std::int32_t> nextOpenError;  ///< the same, for the next open alone
     std::atomic<std::uint32_t> bare;          ///< the node opens, but no serial port is behind it
@@ -46,6 +50,12 @@ struct VirtualLineState {
 };
 
 static_assert(std::atomic<std::uint64_t>::is_always_lock_free, "shared between processes");
+
+/// A time stamp of a file as one word.
+constexpr std::uint64_t nanoseconds(const timespec& time) {
+    return static_cast<std::uint64_t>(time.tv_sec) * 1'000'000'000u +
+           static_cast<std::uint64_t>(time.tv_nsec);
+}
 
 /// The flags of c_cflag that describe the line and that a pseudo-terminal does not keep.
 inline constexpr tcflag_t lineFlags = CSIZE | CSTOPB | PARENB | PARODD | CMSPAR | CRTSCTS;

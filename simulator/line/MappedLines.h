@@ -1,0 +1,31 @@
+#pragma once
+
+#include "simulator/line/VirtualLineState.h"
+
+namespace simulator {
+
+/// The state files that this process has mapped. A mapping stays until the process ends, so a state
+/// found here may be used by any thread, in a signal handler and in a forked child without further
+/// care; and its file's inode number is not given to another file meanwhile. Uses nothing but the C
+/// library, no lock and no heap.
+namespace mappedLines {
+
+/// A state and whether the caller has to unmap it.
+struct Mapping {
+    VirtualLineState* state = nullptr;
+    bool isKept = false;  ///< stays mapped; else it is the caller's, there being no more room
+};
+
+/// The state in the open file `descriptor`, which is mapped when it is not yet. Empty when the file
+/// holds no complete state of this layout.
+Mapping ofFile(int descriptor);
+
+/// The state last noted for the terminal "/dev/pts/<number>", or null. A hint: the line may have
+/// gone and the number may be another terminal's.
+VirtualLineState* notedFor(unsigned ptsNumber);
+
+/// Notes a state that is kept.
+void note(unsigned ptsNumber, VirtualLineState* state);
+
+}  // namespace mappedLines
+}  // namespace simulator
