@@ -62,6 +62,11 @@ void ConnectedInstrument::change(const Work& work) {
     const Lock lock(mutex_);
     serveLocked();
     work();
+    catchUp();
+}
+
+/// What is taken over on another thread than the bench's may be due later: the bench has to know.
+void ConnectedInstrument::catchUp() {
     serveLocked();
     if (changed_) changed_();
 }
@@ -115,7 +120,7 @@ void ConnectedInstrument::clearFaults() {
 
 std::vector<std::string> ConnectedInstrument::faultsInForce() {
     const Lock lock(mutex_);
-    serveLocked();
+    catchUp();
     std::vector<std::string> names;
     for (const Fault& fault : instrument_.faults())
         if (fault.isActive(now())) names.push_back(fault.name);
@@ -151,13 +156,13 @@ std::string ConnectedInstrument::sent(LineEvent::Kind kind) {
 
 std::vector<LineEvent> ConnectedInstrument::log() {
     const Lock lock(mutex_);
-    serveLocked();
+    catchUp();
     return log_;
 }
 
 void ConnectedInstrument::clearLog() {
     const Lock lock(mutex_);
-    serveLocked();
+    catchUp();
     log_.clear();
 }
 
@@ -182,7 +187,7 @@ LineSettings ConnectedInstrument::hostSettings() {
 
 bool ConnectedInstrument::isOpenedByHost() {
     const Lock lock(mutex_);
-    serveLocked();
+    catchUp();
     return line_->isOpen();
 }
 

@@ -137,6 +137,7 @@ class ConnectedInstrument {
     void serveScript();
     void serveOpening();
     void serveLocked();
+    void catchUp();
     void servePlug();
     void pullOut();
     void putBack();

@@ -1,14 +1,11 @@
 #include "simulator/VirtualBench.h"
 
-#include <poll.h>
 #include <signal.h>
 #include <stdlib.h>
-#include <sys/eventfd.h>
-#include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <system_error>
+#include <utility>
 
 #include "simulator/line/PlainTerminal.h"
 #include "simulator/line/VirtualLine.h"
@@ -34,33 +31,20 @@ std::thread startWithoutSignals(const std::function<void()>& work) {
     return thread;
 }
 
-/// The time left until `deadline`, none once it has passed.
-timespec timeUntil(ConnectedInstrument::Clock::time_point deadline) {
-    const auto wait = std::max(deadline - ConnectedInstrument::Clock::now(),
-                               ConnectedInstrument::Clock::duration(0));
-    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(wait);
-    timespec left = {};
-    left.tv_sec = seconds.count();
-    left.tv_nsec = std::chrono::nanoseconds(wait - seconds).count();
-    return left;
-}
-
 }  // namespace
 
-VirtualBench::VirtualBench()
-    : directory_(createDirectory()), wakeUp_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
+VirtualBench::VirtualBench() : directory_(createDirectory()) {
     ::setenv(virtualLinesVariable, directory_.c_str(), 1);
     thread_ = startWithoutSignals([this] { serveUntilStopped(); });
 }
 
 VirtualBench::~VirtualBench() {
     stopping_ = true;
-    wake();
+    ready_.wake();
     thread_.join();
     for (const auto& instrument : instruments_)
         instrument->serve();  // what a host has sent at the very end
     instruments_.clear();
-    ::close(wakeUp_);
     ::unsetenv(virtualLinesVariable);
     std::error_code ignored;
     std::filesystem::remove_all(directory_, ignored);
@@ -87,11 +71,14 @@ ConnectedInstrument& VirtualBench::placeOnTerminal(const CatalogEntry& entry,
 }
 
 ConnectedInstrument& VirtualBench::add(std::unique_ptr<ConnectedInstrument> instrument) {
-    instrument->onChange([this] { wake(); });
-    const std::lock_guard<std::mutex> lock(mutex_);
-    instruments_.push_back(std::move(instrument));
-    wake();
-    return *instruments_.back();
+    ConnectedInstrument& added = *instrument;
+    added.onChange([this, &added] { noteChange(added); });
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        instruments_.push_back(std::move(instrument));
+    }
+    noteChange(added);
+    return added;
 }
 
 std::vector<ConnectedInstrument*> VirtualBench::instruments() {
@@ -102,47 +89,28 @@ std::vector<ConnectedInstrument*> VirtualBench::instruments() {
     return all;
 }
 
-void VirtualBench::wake() const {
-    ::eventfd_write(wakeUp_, 1);
+void VirtualBench::noteChange(ConnectedInstrument& instrument) {
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        changed_.insert(&instrument);
+    }
+    ready_.wake();
+}
+
+std::set<ConnectedInstrument*> VirtualBench::takeChanged() {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return std::exchange(changed_, {});
 }
 
 void VirtualBench::serveUntilStopped() {
-    while (!stopping_)
-        for (ConnectedInstrument* instrument : waitForWork())
+    while (!stopping_) {
+        for (ConnectedInstrument* instrument : takeChanged())
+            ready_.watch(*instrument);
+        for (ConnectedInstrument* instrument : ready_.wait()) {
             instrument->serve();
-}
-
-/// Sleeps until an instrument has something to do, and returns those that have: a bench of many
-/// serves only the ones that are asked.
-std::vector<ConnectedInstrument*> VirtualBench::waitForWork() {
-    using TimePoint = ConnectedInstrument::Clock::time_point;
-    const auto all = instruments();
-    std::vector<pollfd> polled = {{wakeUp_, POLLIN, 0}};
-    std::vector<std::size_t> polledUpTo;
-    std::vector<TimePoint> deadlines;
-    for (ConnectedInstrument* instrument : all) {
-        for (const int descriptor : instrument->descriptors())
-            polled.push_back({descriptor, POLLIN, 0});
-        polledUpTo.push_back(polled.size());
-        deadlines.push_back(instrument->deadline().value_or(TimePoint::max()));
+            ready_.watch(*instrument);
+        }
     }
-    const auto first = std::min_element(deadlines.begin(), deadlines.end());
-    const bool isTimed = first != deadlines.end() && *first != TimePoint::max();
-    const timespec left = isTimed ? timeUntil(*first) : timespec{};
-    ::ppoll(polled.data(), polled.size(), isTimed ? &left : nullptr, nullptr);
-    eventfd_t wakes = 0;
-    ::eventfd_read(wakeUp_, &wakes);
-
-    std::vector<ConnectedInstrument*> ready;
-    const TimePoint now = ConnectedInstrument::Clock::now();
-    std::size_t next = 1;
-    for (std::size_t i = 0; i < all.size(); ++i) {
-        bool isReady = deadlines[i] <= now;
-        for (; next < polledUpTo[i]; ++next)
-            isReady = isReady || polled[next].revents != 0;
-        if (isReady) ready.push_back(all[i]);
-    }
-    return ready;
 }
 
 }  // namespace simulator

@@ -4,11 +4,13 @@
 #include <filesystem>
 #include <memory>
 #include <mutex>
+#include <set>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "simulator/ConnectedInstrument.h"
+#include "simulator/ReadySet.h"
 
 namespace simulator {
 
@@ -50,14 +52,15 @@ class VirtualBench {
 
  private:
     ConnectedInstrument& add(std::unique_ptr<ConnectedInstrument> instrument);
-    void wake() const;
+    void noteChange(ConnectedInstrument& instrument);
+    std::set<ConnectedInstrument*> takeChanged();
     void serveUntilStopped();
-    std::vector<ConnectedInstrument*> waitForWork();
 
     std::filesystem::path directory_;
-    std::mutex mutex_;
+    std::mutex mutex_;  ///< taken under an instrument's own, never around it
     std::vector<std::unique_ptr<ConnectedInstrument>> instruments_;
-    int wakeUp_ = -1;
+    std::set<ConnectedInstrument*> changed_;  ///< by other threads than the serving one
+    ReadySet ready_;
     std::atomic<bool> stopping_{false};
     std::thread thread_;
 };

@@ -12,6 +12,7 @@
 #include <QtSerialPort/QSerialPort>
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <sstream>
 #include <thread>
 
@@ -195,6 +196,31 @@ TEST(VirtualBench, Paced_characters_take_their_time_on_the_line) {
     // slow.
     EXPECT_GE(passed, 349ms);
     EXPECT_GE(balance.log().back().time - balance.log().front().time, 49ms);
+}
+
+TEST(VirtualBench, A_command_that_an_onlooker_takes_over_is_answered_when_it_is_due) {
+    VirtualBench bench;
+    auto& balance = bench.place("mettler-xs", Options().withLoad(1).withPacing().at("115200,8N1"));
+    OpenPort port;
+    ASSERT_TRUE(port->setBaudRate(115200));
+    for (int i = 0; i < 100; ++i) {
+        port->write("S\r\n");
+        ASSERT_TRUE(port->waitForBytesWritten(20000));
+        balance.log();  // it may be faster than the thread that serves the line
+        ASSERT_EQ(port.ask(""), "S S     1.0000 g\r\n");
+    }
+}
+
+TEST(VirtualBench, Of_a_hundred_instruments_each_answers_for_itself) {
+    VirtualBench bench;
+    for (int i = 0; i < 100; ++i)
+        bench.place("mettler-xs", Options().withLoad(i + 1).on("/dev/ttyS" + std::to_string(i)));
+    for (int i = 99; i >= 0; --i) {
+        char expected[32];
+        std::snprintf(expected, sizeof expected, "S S %10.4f g\r\n", i + 1.0);
+        const std::string device = "/dev/ttyS" + std::to_string(i);
+        EXPECT_EQ(OpenPort(device.c_str()).ask("S\r\n"), expected);
+    }
 }
 
 TEST(VirtualBench, Unplugged_the_open_port_is_hung_up_and_the_node_is_gone) {
