@@ -212,6 +212,14 @@ TEST(WbalanceSim, The_log_shows_bytes_times_and_the_hosts_settings) {
     EXPECT_THAT(ran.output, ContainsRegex("[0-9]+\\.[0-9][0-9][0-9] < \"S S       3.00 g.r.n\"\n"));
 }
 
+TEST(WbalanceSim, A_log_on_a_full_disk_is_a_failure) {
+    const Ran ran =
+        sim("mettler-toledo --load 3 --log /dev/full -- " + host + " /dev/ttyS0 2400,7E1 S");
+    EXPECT_THAT(ran.output,
+                HasSubstr("wbalance-sim: the log /dev/full could not be written to its end"));
+    EXPECT_EQ(ran.exitCode, 125);
+}
+
 TEST(WbalanceSim, The_programs_exit_code_and_signal_are_passed_on) {
     EXPECT_EQ(sim("mettler-xs -- true").exitCode, 0);
     EXPECT_EQ(sim("mettler-xs -- sh -c 'exit 42'").exitCode, 42);

@@ -45,10 +45,15 @@ std::string described(const LineEvent& event) {
 }  // namespace
 
 WireLog::WireLog(const std::string& file, bool ofSeveral)
-    : out_(file == "-" ? std::cerr : file_), namesDevices_(ofSeveral) {
+    : path_(file), out_(file == "-" ? std::cerr : file_), namesDevices_(ofSeveral) {
     if (file == "-") return;
     file_.open(file);
     if (!file_) throw std::runtime_error("cannot write the log " + file);
+}
+
+void WireLog::requireWhole() {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    if (!out_) throw std::runtime_error("the log " + path_ + " could not be written to its end");
 }
 
 void WireLog::write(const std::string& device, const LineEvent& event) {

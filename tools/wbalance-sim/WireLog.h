@@ -19,10 +19,14 @@ class WireLog {
     /// `file` is written anew; "-" is standard error. Throws std::runtime_error when it cannot be.
     WireLog(const std::string& file, bool ofSeveral);
 
+    /// Throws std::runtime_error when something of what was written did not get into the file.
+    void requireWhole();
+
     void write(const std::string& device, const simulator::LineEvent& event);
 
  private:
     std::mutex mutex_;
+    const std::string path_;
     std::ofstream file_;
     std::ostream& out_;
     bool namesDevices_;

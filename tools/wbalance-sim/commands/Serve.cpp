@@ -158,9 +158,13 @@ int serveRow(const RunOptions& run, const Row& row, const std::vector<std::strin
                        : bench.place(each->entry(), each->setUp()),
                run, log.get());
     const ControlServer control(bench, run.controlPath);
-    if (!run.pty) return HostProgram(program).exitCode();
-    HostProgram::waitForEndingSignal();
-    return EXIT_SUCCESS;
+    int exitCode = EXIT_SUCCESS;
+    if (run.pty)
+        HostProgram::waitForEndingSignal();
+    else
+        exitCode = HostProgram(program).exitCode();
+    if (log) log->requireWhole();
+    return exitCode;
 }
 
 int run(const RunOptions& run, const Row& row, const std::vector<std::string>& program) {
