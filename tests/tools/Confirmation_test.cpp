@@ -64,7 +64,7 @@ TEST(Confirmation, A_radwag_that_zeroed_instead_says_so) {
                                   .Exchange("Z\r\n", "Z A\r\nZ D\r\n")
                                   .By("radwag", Operation::Tare, 1);
     EXPECT_EQ(confirmation.code, ExitCode::Done);
-    EXPECT_EQ(confirmation.sentence, "zeroed, because the balance refused the tare");
+    EXPECT_EQ(confirmation.sentence, "zeroed, because the balance did not confirm the tare");
 }
 
 TEST(Confirmation, The_balances_own_reason_for_a_failure_is_told) {

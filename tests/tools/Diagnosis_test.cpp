@@ -53,12 +53,12 @@ const Case kDiagnoses[] = {
      "the balance sends 7 data bits with parity and the port reads 8; use --line 2400,7E1 (or 7O1)",
      5},
     {"rubbish", "mettler-toledo --load 3 --fault noise", "-d mettler-toledo -t 0",
-     "bytes come back but garbled, so the baud rate is not that of the balance; `wbalance detect "
-     "--thorough` tries others",
+     "bytes come back but garbled: the baud rate is not that of the balance (`wbalance detect "
+     "--thorough` tries others), or the cable picks up noise",
      5},
     {"another_baud_rate", "mettler-xs --load 3", "-d mettler-xs -l 2400,8N1 -t 0",
-     "bytes come back but garbled, so the baud rate is not that of the balance; `wbalance detect "
-     "--thorough` tries others",
+     "bytes come back but garbled: the baud rate is not that of the balance (`wbalance detect "
+     "--thorough` tries others), or the cable picks up noise",
      5},
     {"an_echo", "denver-xl1800 --with echo=on --load 3", "-d denver-xl1800 -t 0",
      "what is sent comes back: the line is looped, or the instrument echoes; switch its echo off",
@@ -310,6 +310,25 @@ TEST(Detect, Changes_nothing_on_the_balance) {
     EXPECT_THAT(log.Text(), HasSubstr("> \"SI\\r\\n\""));
     for (const char* command : {"\"@", "\"Z", "\"T", "\"TA", "\"B"})
         EXPECT_THAT(log.Text(), testing::Not(HasSubstr(std::string("> ") + command))) << command;
+}
+
+TEST(Detect, Asks_nothing_while_another_program_has_the_port_open) {
+    const Ran ran =
+        RunShell(WBALANCE_SIM " radwag --load 3 -- sh -c 'exec 3<>/dev/ttyS0; echo $$; " WBALANCE
+                              " detect 3>&-'");
+    EXPECT_EQ(ran.errors, "wbalance: /dev/ttyS0 is held by sh (process " +
+                              std::to_string(std::atoi(ran.output.c_str())) +
+                              "): end that program first\n");
+    EXPECT_EQ(ran.exitCode, 3);
+}
+
+TEST(Detect, Says_of_rubbish_that_it_may_be_noise) {
+    const Ran ran = WbalanceWith("radwag --load 3 --fault noise", "detect");
+    EXPECT_THAT(
+        ran.errors,
+        HasSubstr("wbalance: /dev/ttyS0: bytes come back but garbled: the line settings are "
+                  "not those of the balance, or the cable picks up noise: \""));
+    EXPECT_EQ(ran.exitCode, 5);
 }
 
 TEST(Detect, Says_that_nothing_comes_back) {

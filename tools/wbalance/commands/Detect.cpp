@@ -7,6 +7,7 @@
 #include "Record.h"
 #include "ToolError.h"
 #include "detect/Detector.h"
+#include "line/PortTrouble.h"
 #include "process/Session.h"
 
 namespace tool {
@@ -70,8 +71,8 @@ void Print(const Options& options, PortNumber port, const Detection& found) {
     if (found.garbled) {
         throw ToolError(ExitCode::NotUnderstood,
                         device +
-                            ": bytes come back but garbled, so the line settings are not "
-                            "those of the balance: " +
+                            ": bytes come back but garbled: the line settings are not those of the "
+                            "balance, or the cable picks up noise: " +
                             sent + more);
     }
     throw ToolError(ExitCode::Silent,
@@ -83,6 +84,9 @@ void Print(const Options& options, PortNumber port, const Detection& found) {
 
 ExitCode Run(const Options& options) {
     const PortNumber port = PortName(options.port, options.usb).Resolve();
+    // Its questions, at one baud rate after the other, would get into somebody else's conversation.
+    if (const std::string held = WhyHeld(port.Device()); !held.empty())
+        throw ToolError(ExitCode::PortFailed, held);
     Detector detector(
         port, SinkFor(options.trace),
         [](const std::string& note) { std::fprintf(stderr, "%s\n", note.c_str()); },

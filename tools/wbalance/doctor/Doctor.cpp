@@ -90,11 +90,8 @@ Diagnosis Doctor::ExamineLine(PortNumber port) {
     tell_("port", patient_.port.Text() == device ? device : patient_.port.Text() + " is " + device);
     Descriptor opened(open(device.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC));
     if (opened.Get() < 0) return {ExitCode::PortFailed, WhyNotOpened(device)};
-    const std::string holder = HolderOf(device);
-    if (!holder.empty()) {
-        return {ExitCode::PortFailed,
-                device + " is held by " + holder + ": end that program first"};
-    }
+    if (const std::string held = WhyHeld(device); !held.empty())
+        return {ExitCode::PortFailed, held};
     tell_("access", "opens, nobody else holds it");
     tell_("adapter", AdapterText(device));
     const auto lines = ControlLines(opened);
@@ -159,8 +156,8 @@ std::string ExplainAnswer(const DriverInfo& driver, const LineSettings& line,
                std::to_string(line.baudRate) + ",7E1 (or 7O1)";
     }
     if (!LooksLikeText(answer)) {
-        return "bytes come back but garbled, so the baud rate is not that of the balance; "
-               "`wbalance detect --thorough` tries others";
+        return "bytes come back but garbled: the baud rate is not that of the balance (`wbalance "
+               "detect --thorough` tries others), or the cable picks up noise";
     }
     if (!command.empty() && answer.rfind(command, 0) == 0) {
         return "what is sent comes back: the line is looped, or the instrument echoes; switch its "

@@ -157,6 +157,11 @@ std::string HolderOf(const std::string& device) {
     return "";
 }
 
+std::string WhyHeld(const std::string& device) {
+    const std::string holder = HolderOf(device);
+    return holder.empty() ? "" : device + " is held by " + holder + ": end that program first";
+}
+
 std::string WhyNotOpened(const std::string& device) {
     const int descriptor = open(device.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
     if (descriptor < 0) return device + Explain(device, errno);

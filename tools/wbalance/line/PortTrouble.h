@@ -8,6 +8,10 @@ namespace tool {
 /// is seen.
 std::string HolderOf(const std::string& device);
 
+/// "/dev/ttyUSB0 is held by minicom (process 4321): end that program first". Empty when nobody is
+/// seen.
+std::string WhyHeld(const std::string& device);
+
 /// Why a device can't be opened and what to do about it, found out by looking at it again:
 /// "/dev/ttyUSB0: permission denied; its group is dialout and you are not in it: ...". Says that
 /// the device opens when it does.

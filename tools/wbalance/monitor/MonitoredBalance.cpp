@@ -63,8 +63,15 @@ std::optional<Measurement> MonitoredBalance::Watch(Clock::time_point now) {
     process_->Serve();
     if (!process_->IsBusy()) return Conclude(now);
     // Without its device a reading goes on for its whole time, with nothing to wait for.
-    if (!IsThere(connection_.port.Device()))
-        throw ToolError(ExitCode::PortFailed, connection_.port.Device() + " has gone");
+    const std::string device = connection_.port.Device();
+    if (!IsThere(device)) {
+        const bool stable = settings_.port.Text() != device;
+        throw ToolError(ExitCode::PortFailed,
+                        device + " has gone" +
+                            (stable ? ""
+                                    : "; if it comes back under another number, only its stable "
+                                      "name leads to it (`wbalance ports`)"));
+    }
     next_ = now + kLook;
     return std::nullopt;
 }

@@ -30,6 +30,11 @@ std::array<Descriptor, 2> PacketSockets() {
     return {Descriptor(pair[0]), Descriptor(pair[1])};
 }
 
+// Who ends the process that holds the port means the program.
+void EndTheProgram(int signal) {
+    kill(getppid(), signal);
+}
+
 }  // namespace
 
 BalanceProcess::BalanceProcess(const Connection& connection, TraceSink sink)
@@ -66,7 +71,10 @@ bool BalanceProcess::EndsByItself() const {
 void BalanceProcess::RunChild(const Connection& connection, int requests, int trace,
                               int words) const {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
-    signal(SIGINT, SIG_IGN);  // the parent ends this process when the user has interrupted it
+    // The parent ends this process when the user has interrupted it.
+    signal(SIGINT, SIG_IGN);
+    signal(SIGHUP, SIG_IGN);
+    signal(SIGTERM, EndTheProgram);
     dup2(trace, STDOUT_FILENO);
     dup2(words, STDERR_FILENO);
     setvbuf(stdout, nullptr, _IONBF, 0);
@@ -113,11 +121,19 @@ void BalanceProcess::TakeOutcome() {
         recv(requests_.Get(), &report_.outcome, sizeof report_.outcome, MSG_DONTWAIT);
     if (length < 0 && (errno == EAGAIN || errno == EINTR)) return;
     report_.died = length != static_cast<ssize_t>(sizeof report_.outcome);
+    report_.killed = report_.died && WasKilled();
     // What was traced before the outcome was sent may have come in after the last look.
     TakeTrace();
     TakeWords();
     report_.finished = std::chrono::system_clock::now();
     busy_ = false;
+}
+
+// Of the child that has ended; it stays to be waited for.
+bool BalanceProcess::WasKilled() const {
+    siginfo_t end = {};
+    waitid(P_PID, static_cast<id_t>(child_), &end, WEXITED | WNOWAIT);
+    return end.si_code == CLD_KILLED && end.si_status == SIGKILL;
 }
 
 Report BalanceProcess::TakeReport() {

@@ -16,8 +16,9 @@ namespace tool {
 /// An operation that has come to its end, and all that was traced during it.
 struct Report {
     Outcome outcome;
-    bool died = false;  ///< the library ended its process
-    std::string words;  ///< what it said on standard error
+    bool died = false;    ///< its process has ended
+    bool killed = false;  ///< and not by itself, but by somebody's SIGKILL
+    std::string words;    ///< what it said on standard error
     std::vector<TraceText> trace;
     WallTime finished;
 };
@@ -59,6 +60,7 @@ class BalanceProcess {
     void TakeTrace();
     void TakeWords();
     void TakeOutcome();
+    bool WasKilled() const;
 
     const TraceSink sink_;
     const std::string device_;

@@ -19,6 +19,10 @@ std::string LastLine(const std::string& words) {
 
 void RequirePort(const Connection& connection, const Report& report) {
     const std::string device = connection.port.Device();
+    if (report.killed) {
+        throw ToolError(ExitCode::Internal,
+                        device + ": the process that talked to the balance was killed; try again");
+    }
     if (report.died) {
         throw ToolError(ExitCode::Internal,
                         device +

@@ -85,7 +85,7 @@ Confirmation Confirm(const DriverInfo& driver, Operation operation, const Report
     const Exchange* last = LastAnswered(dialogue);
     if (operation == Operation::Tare && last != nullptr && last->command == "Z\r\n" &&
         dialogue.exchanges.size() > 1)
-        return {ExitCode::Done, "zeroed, because the balance refused the tare"};
+        return {ExitCode::Done, "zeroed, because the balance did not confirm the tare"};
     return {};
 }
 
