@@ -160,6 +160,70 @@ TEST(Wbalance, A_full_disk_behind_standard_output_is_a_failure) {
     EXPECT_EQ(ran.exitCode, 70);
 }
 
+TEST(Wbalance, A_full_disk_behind_a_record_is_a_failure_and_no_misuse) {
+    const Ran ran =
+        WbalanceWith("mettler-toledo --load 12.34", std::string(kWeigh) + " --record /dev/full");
+    EXPECT_EQ(ran.output, "");
+    EXPECT_EQ(ran.errors,
+              "wbalance: /dev/full: the record can't be written: No space left on device\n");
+    EXPECT_EQ(ran.exitCode, 70);
+}
+
+TEST(Wbalance, A_record_in_a_folder_that_is_not_there_is_refused) {
+    const Ran ran = Wbalance("weigh -d radwag --record /tmp/no/such/record");
+    EXPECT_EQ(ran.errors, "wbalance: /tmp/no/such/record: No such file or directory\n");
+    EXPECT_EQ(ran.exitCode, 2);
+}
+
+TEST(Wbalance, A_folder_is_no_record) {
+    const Ran ran = Wbalance("replay /tmp");
+    EXPECT_EQ(ran.errors, "wbalance: /tmp: can't be read: Is a directory\n");
+    EXPECT_EQ(ran.exitCode, 2);
+}
+
+TEST(Wbalance, A_reader_that_goes_ends_the_monitor_silently_and_leaves_no_lock_behind) {
+    const Ran ran = RunShell(std::string(WBALANCE_SIM) +
+                             " mettler-toledo --load 12.34 -- bash -c '" + WBALANCE +
+                             " monitor mettler-toledo@0 -i 0 -t 0 --csv | head -1;"
+                             " echo ${PIPESTATUS[0]}; test -e /var/lock/LCK..ttyS0'");
+    EXPECT_EQ(ran.output, "time,driver,port,status,value,unit,stability,answer\n141\n");
+    EXPECT_EQ(ran.errors, "");
+    EXPECT_EQ(ran.exitCode, 1) << "the lock file is there";
+}
+
+TEST(Wbalance, A_wrong_option_leads_to_the_help_of_its_command) {
+    const Ran ran = Wbalance("weigh -d radwag extra");
+    EXPECT_EQ(ran.errors,
+              "wbalance: The following argument was not expected: extra; see wbalance weigh "
+              "--help\n");
+    EXPECT_EQ(ran.exitCode, 2);
+}
+
+// A weighing of which the process that holds the port gets a signal, once it is there.
+Ran WeighAndKill(const std::string& signal) {
+    return RunShell(std::string(WBALANCE_SIM) + " mettler-toledo --fault silent -- sh -c '" +
+                    WBALANCE + " weigh -d mettler-toledo -t 60 & until read holder " +
+                    "2>/dev/null </var/lock/LCK..ttyS0; do sleep 0.05; done; kill -s " + signal +
+                    " $holder; wait $!; code=$?; ! test -e /var/lock/LCK..ttyS0 || echo locked; "
+                    "exit $code'");
+}
+
+TEST(Wbalance, Who_ends_the_holder_of_the_port_ends_the_program) {
+    const Ran ran = WeighAndKill("TERM");
+    EXPECT_EQ(ran.output, "");
+    EXPECT_THAT(ran.errors, EndsWith("wbalance: interrupted\n"));
+    EXPECT_EQ(ran.exitCode, 130);
+}
+
+TEST(Wbalance, A_killed_holder_is_not_taken_for_a_library_that_gave_up) {
+    const Ran ran = WeighAndKill("KILL");
+    EXPECT_EQ(ran.output, "");
+    EXPECT_THAT(ran.errors,
+                EndsWith("wbalance: /dev/ttyS0: the process that talked to the balance was killed; "
+                         "try again\n"));
+    EXPECT_EQ(ran.exitCode, 70);
+}
+
 TEST(Wbalance, Tare_says_what_was_done) {
     const Ran ran = WbalanceWith("mettler-xs --load 50", "tare -d mettler-xs -t 0");
     EXPECT_EQ(ran.output, "tared\n");
@@ -272,6 +336,10 @@ TEST(Wbalance, Monitor_says_lost_and_back_for_an_adapter_that_is_pulled_and_put_
     EXPECT_NE(back, std::string::npos);
     EXPECT_LT(lost, back);
     EXPECT_EQ(ran.output.find("\"status\":\"lost\"", lost + 1), std::string::npos);
+    EXPECT_THAT(
+        ran.output,
+        HasSubstr("\"message\":\"/dev/ttyS0 has gone; if it comes back under another number, "
+                  "only its stable name leads to it (`wbalance ports`)\""));
 }
 
 TEST(Wbalance, Every_line_that_monitor_has_shown_when_it_is_killed_is_in_the_log) {

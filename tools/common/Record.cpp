@@ -115,12 +115,15 @@ Record Read(const std::string& path) {
             throw Error(path + ":" + std::to_string(number) + ": " + error.what());
         }
     }
+    // A folder, for one, opens and can't be read.
+    if (file.bad()) throw Error(path + ": can't be read: " + std::strerror(errno));
     if (number == 0) throw Error(path + ": no record: the file is empty");
     return record;
 }
 
 Writer::Writer(const std::string& path, const Header& header)
     : path_(path), file_(path, std::ios::trunc) {
+    if (!file_) throw Error(path_ + ": " + std::strerror(errno));
     WriteLine(kTitle);
     WriteLine("# driver: " + header.driver);
     WriteLine("# port: " + header.port);
@@ -135,7 +138,7 @@ void Writer::Write(const Entry& entry) {
 
 void Writer::WriteLine(const std::string& line) {
     file_ << line << std::endl;
-    if (!file_) throw Error(path_ + ": can't be written: " + std::strerror(errno));
+    if (!file_) throw WriteError(path_ + ": the record can't be written: " + std::strerror(errno));
 }
 
 }  // namespace record

@@ -29,6 +29,12 @@ class Error : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+/// What stood in the way of writing to a file that was opened: a full disk.
+class WriteError : public Error {
+ public:
+    using Error::Error;
+};
+
 struct Header {
     std::string driver;
     std::string port;
@@ -61,7 +67,8 @@ Record Read(const std::string& path);
 /// Writes a record entry by entry; each is in the file when Write() returns.
 class Writer {
  public:
-    /// Replaces the file. Throws Error when it can't be written, as does Write().
+    /// Replaces the file. Throws Error when it can't be opened, WriteError when it can't be
+    /// written, as does Write().
     Writer(const std::string& path, const Header& header);
     void Write(const Entry& entry);
 

@@ -1,6 +1,10 @@
 #include "CommandLine.h"
 
+#include <poll.h>
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
+#include <csignal>
 #include <cstdio>
 
 #include "Record.h"
@@ -18,7 +22,21 @@
 namespace tool {
 namespace {
 
+// Whoever read standard output has gone, as in `| head -1`.
+bool ReaderHasGone() {
+    pollfd output{STDOUT_FILENO, POLLOUT, 0};
+    return std::ferror(stdout) != 0 && poll(&output, 1, 0) > 0 && (output.revents & POLLERR) != 0;
+}
+
+// A closed pipe ends this program as it ends others, but not before the port is closed and its lock
+// file has gone.
+void EndAsItsReaderHas() {
+    std::signal(SIGPIPE, SIG_DFL);
+    std::raise(SIGPIPE);
+}
+
 int Complain(ExitCode code, const std::string& sentence) {
+    if (ReaderHasGone()) EndAsItsReaderHas();
     std::fprintf(stderr, "wbalance: %s\n", sentence.c_str());
     return static_cast<int>(code);
 }
@@ -33,6 +51,12 @@ void RequireKnownCommand(const CLI::App& application, int argc, char* argv[]) {
     }
     throw ToolError(ExitCode::Usage,
                     std::string("there is no command \"") + argv[1] + "\"; there are: " + names);
+}
+
+// "wbalance weigh --help", of the command that was given.
+std::string HelpFor(const CLI::App& application) {
+    const auto given = application.get_subcommands();
+    return "wbalance " + (given.empty() ? "" : given.front()->get_name() + " ") + "--help";
 }
 
 // Results that did not reach their file or pipe are not done.
@@ -58,6 +82,7 @@ int RunCommandLine(int argc, char* argv[]) {
     AddDrivers(application, exitCode);
     AddPorts(application, exitCode);
     CatchInterrupts();
+    std::signal(SIGPIPE, SIG_IGN);
     try {
         RequireKnownCommand(application, argc, argv);
         application.parse(argc, argv);
@@ -65,9 +90,11 @@ int RunCommandLine(int argc, char* argv[]) {
     } catch (const CLI::Success& success) {
         return application.exit(success);
     } catch (const CLI::ParseError& error) {
-        return Complain(ExitCode::Usage, std::string(error.what()) + "; see wbalance --help");
+        return Complain(ExitCode::Usage, error.what() + ("; see " + HelpFor(application)));
     } catch (const ToolError& error) {
         return Complain(error.code, error.what());
+    } catch (const record::WriteError& error) {
+        return Complain(ExitCode::Internal, error.what());
     } catch (const record::Error& error) {
         return Complain(ExitCode::Usage, error.what());
     } catch (const std::exception& error) {

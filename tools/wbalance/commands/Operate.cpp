@@ -152,7 +152,7 @@ CLI::App* Add(CLI::App& application, ExitCode& exitCode, Operation operation,
     command->footer(footer + "\n");
     options->request.operation = operation;
     options->balance.AddTo(*command);
-    command->add_flag("--json", options->json, "one JSON object, failures included");
+    command->add_flag("--json", options->json, "one JSON object, also for what was not done");
     command->callback([options, &exitCode] { exitCode = Run(*options); });
     return command;
 }

@@ -29,7 +29,8 @@ void WeighOptions::AddTo(CLI::App& command) {
             "driver makes of them")
         ->type_name("MODE")
         ->default_str("auto");
-    auto* asJson = command.add_flag("--json", json, "one JSON object a line, failures included");
+    auto* asJson =
+        command.add_flag("--json", json, "one JSON object a line, also for what is no weight");
     command.add_flag("--csv", csv, "comma-separated values with a header line")->excludes(asJson);
 }
 
