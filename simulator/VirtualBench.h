@@ -47,6 +47,10 @@ class VirtualBench {
     /// What stands on the bench, in the order in which it was placed.
     std::vector<ConnectedInstrument*> instruments();
 
+    /// Where benches make their directories "wbalance-lines-...": in TMPDIR, or else in memory, or
+    /// else in /tmp.
+    static std::filesystem::path placeOfBenches();
+
     /// Where the lines' files are: the value of WBALANCE_VIRTUAL_LINES.
     const std::filesystem::path& directory() const { return directory_; }
 

@@ -35,8 +35,10 @@ std::string nameOf(const std::string& device) {
 
 VirtualLineState* mapNewState(const std::filesystem::path& file) {
     const int descriptor = ::open(file.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-    if (descriptor < 0 || ::ftruncate(descriptor, sizeof(VirtualLineState)) != 0)
-        failWith("cannot serve " + file.string());
+    if (descriptor < 0) failWith("cannot serve " + file.string());
+    // On a full file system it fails here, not when a host writes to the mapping.
+    errno = ::posix_fallocate(descriptor, 0, sizeof(VirtualLineState));
+    if (errno != 0) failWith("cannot serve " + file.string());
     void* memory = ::mmap(nullptr, sizeof(VirtualLineState), PROT_READ | PROT_WRITE, MAP_SHARED,
                           descriptor, 0);
     ::close(descriptor);

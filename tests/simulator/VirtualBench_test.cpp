@@ -13,6 +13,8 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
+#include <filesystem>
 #include <sstream>
 #include <thread>
 
@@ -101,6 +103,18 @@ TEST(VirtualBench, Only_serial_ports_can_be_served) {
 TEST(VirtualBench, A_device_has_gone_with_its_bench) {
     { VirtualBench().place("mettler-xs", Options().on("/dev/ttyUSB4711")); }
     EXPECT_EQ(openErrno("/dev/ttyUSB4711"), ENOENT);
+}
+
+TEST(VirtualBench, Its_directory_is_where_TMPDIR_says_and_goes_with_it) {
+    const std::filesystem::path chosen = VirtualBench().directory().string() + "-chosen";
+    std::filesystem::create_directory(chosen);
+    ::setenv("TMPDIR", chosen.c_str(), 1);
+    {
+        const VirtualBench bench;
+        EXPECT_EQ(bench.directory().parent_path(), chosen);
+    }
+    ::unsetenv("TMPDIR");
+    EXPECT_TRUE(std::filesystem::remove(chosen)) << "is left as it was found, empty";
 }
 
 TEST(VirtualBench, The_log_tells_who_sent_what_at_which_settings) {

@@ -9,6 +9,7 @@
 
 #include "control/ControlServer.h"
 #include "control/Desk.h"
+#include "simulator/VirtualBench.h"
 #include "simulator/line/VirtualLineState.h"
 
 namespace {
@@ -40,7 +41,8 @@ const char* const examples =
 std::vector<fs::path> runningBenches() {
     std::vector<fs::path> found;
     std::error_code ignored;
-    for (const auto& entry : fs::directory_iterator(fs::temp_directory_path(), ignored)) {
+    const fs::path place = simulator::VirtualBench::placeOfBenches();
+    for (const auto& entry : fs::directory_iterator(place, ignored)) {
         const bool isBench = entry.path().filename().string().rfind("wbalance-lines-", 0) == 0;
         const fs::path socket = ControlServer::socketIn(entry.path());
         if (isBench && Socket::connectTo(socket)) found.push_back(socket);
