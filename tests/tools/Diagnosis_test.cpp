@@ -42,6 +42,14 @@ const Case kDiagnoses[] = {
      "everything works; `wbalance weigh --driver mettler-toledo --port /dev/ttyS0` reads the "
      "weight",
      0},
+    {"works_at_other_line_settings", "mettler-toledo --load 3 --line 9600,8N1",
+     "-d mettler-toledo -l 9600,8N1 -t 0",
+     "everything works; `wbalance weigh --driver mettler-toledo --port /dev/ttyS0 --line 9600,8N1` "
+     "reads the weight",
+     0},
+    {"another_makers_driver_and_no_weight", "radwag --load 3", "-d kern -l 9600,7E1 -t 0",
+     "text comes back that the driver kern does not know; `wbalance detect` finds the instrument",
+     5},
     {"silent", "mettler-toledo --fault silent", "-d mettler-toledo -t 0",
      "the port works but nothing comes back; is the balance switched on, is the cable the right "
      "one "

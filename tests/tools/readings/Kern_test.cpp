@@ -23,6 +23,7 @@ const DialectCase kCases[] = {
     {"seven_digits_in_error", "A00\r\n+   0.000 G E\r\n", Meaning::InstrumentError, "", ""},
     {"carats", "A00\r\n+  12.50CT S\r\n", Meaning::OtherUnit, "12.50", "CT", Stability::Stable},
     {"pieces", "A00\r\n+     12PC S\r\n", Meaning::OtherUnit, "12", "PC", Stability::Stable},
+    {"another_makers_error", "ES\r\n", Meaning::NotUnderstood, "", ""},
     {"error_answer", "E01\r\n", Meaning::InstrumentError, "", ""},
     {"acknowledgement_alone", "A00\r\n", Meaning::NotStable, "", ""},
     {"record_cut_off", "A00\r\n+  12.50 G\r\n", Meaning::Truncated, "", ""},

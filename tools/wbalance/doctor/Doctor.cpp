@@ -141,8 +141,10 @@ Diagnosis Doctor::ExamineBalance(const Connection& connection) {
                     ": the line works, but the pan is not at rest; keep draughts and "
                     "vibration away, or read with --mode now"};
     }
+    const std::string line =
+        connection.line == connection.driver->line ? "" : " --line " + connection.line.Text();
     return {ExitCode::Done, device + ": everything works; `wbalance weigh --driver " +
-                                connection.driver->name + " --port " + patient_.port.Text() +
+                                connection.driver->name + " --port " + patient_.port.Text() + line +
                                 "` reads the weight"};
 }
 

@@ -37,7 +37,7 @@ Reading ReadKern(const std::string& answer) {
     bool acknowledged = false;
     for (const auto& line : LinesOf(answer)) {
         if (line.empty()) continue;
-        if (line[0] == 'E') return NoWeight(Meaning::InstrumentError, line);
+        if (line.rfind("E0", 0) == 0) return NoWeight(Meaning::InstrumentError, line);
         if (line == "A00") {
             acknowledged = true;
             continue;
