@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+using testing::EndsWith;
 using testing::HasSubstr;
 using tool::Meaning;
 using tool::Measurement;
@@ -96,6 +97,12 @@ TEST(Measurement, A_balance_that_answers_all_but_the_weight_waits_for_its_pan) {
                                  .Result(0, 0.0);
     EXPECT_EQ(measurement.reading.meaning, Meaning::NotStable);
     EXPECT_THAT(measurement.reading.remark, HasSubstr("waiting for stability"));
+}
+
+TEST(Measurement, What_a_sentence_quotes_changes_no_terminal) {
+    const auto measurement = Weighing().Exchange("S\r\n", "I4 A \"\x1b[2J\"\r\n").Result(0, 0.0);
+    EXPECT_THAT(tool::SentenceFor(measurement.reading),
+                EndsWith("(the balance announced itself: I4 A \"\\x1b[2J\")"));
 }
 
 TEST(Measurement, Nothing_received_is_silence) {

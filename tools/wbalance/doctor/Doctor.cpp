@@ -63,7 +63,7 @@ std::string ExplainLine(const DriverInfo& driver, const Measurement& measurement
                speaker->name;
     }
     const std::string& seen = measurement.reading.remark;
-    const std::string remark = seen.empty() ? "" : " (" + seen + ")";
+    const std::string remark = seen.empty() ? "" : " (" + record::Escaped(seen) + ")";
     if (own == Meaning::Weight || own == Meaning::Truncated) {
         return "the record is not one that the driver takes whole" + remark +
                "; choose the balance's standard print format";

@@ -2,6 +2,8 @@
 
 #include <cstdlib>
 
+#include "Record.h"
+
 namespace tool {
 namespace {
 
@@ -83,7 +85,9 @@ std::string WordFor(Stability stability) {
 
 std::string SentenceFor(const Reading& reading) {
     const std::string sentence = SentenceFor(reading.meaning);
-    return reading.remark.empty() ? sentence : sentence + " (" + reading.remark + ")";
+    // A remark may quote the instrument, which may send what would change a terminal.
+    return reading.remark.empty() ? sentence
+                                  : sentence + " (" + record::Escaped(reading.remark) + ")";
 }
 
 }  // namespace tool
