@@ -80,6 +80,26 @@ TEST(Bench, The_readings_of_several_balances_never_mix) {
     EXPECT_EQ(ran.exitCode, 0);
 }
 
+TEST(Bench, Monitor_says_of_an_adapter_that_has_gone_what_leads_to_it_again) {
+    VirtualBench bench;
+    auto& balance = bench.place("mettler-toledo", Options().on("/dev/ttyUSB0"));
+    balance.addFault("silent");
+    std::thread hand([&balance] {
+        while (balance.sentByHost().empty())
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        balance.unplug();
+    });
+    const TemporaryFile log;
+    const Ran ran = RunShell(WBALANCE " monitor mettler-toledo@ttyUSB0 -t 20 --json --log " +
+                             log.Path() + " & until grep --quiet lost " + log.Path() +
+                             "; do sleep 0.05; done; kill $!; wait $!");
+    hand.join();
+    EXPECT_THAT(ran.output,
+                HasSubstr("\"message\":\"/dev/ttyUSB0 has gone; if it comes back under another "
+                          "number, only its stable name leads to it (`wbalance ports`)\""));
+    EXPECT_EQ(ran.exitCode, 0);
+}
+
 bool IsLocked() {
     return access("/var/lock/LCK..ttyS0", F_OK) == 0;
 }

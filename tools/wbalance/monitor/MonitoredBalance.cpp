@@ -63,25 +63,30 @@ std::optional<Measurement> MonitoredBalance::Watch(Clock::time_point now) {
     process_->Serve();
     if (!process_->IsBusy()) return Conclude(now);
     // Without its device a reading goes on for its whole time, with nothing to wait for.
-    const std::string device = connection_.port.Device();
-    if (!IsThere(device)) {
-        const bool stable = settings_.port.Text() != device;
-        throw ToolError(ExitCode::PortFailed,
-                        device + " has gone" +
-                            (stable ? ""
-                                    : "; if it comes back under another number, only its stable "
-                                      "name leads to it (`wbalance ports`)"));
-    }
+    RequireDevice();
     next_ = now + kLook;
     return std::nullopt;
+}
+
+void MonitoredBalance::RequireDevice() const {
+    const std::string device = connection_.port.Device();
+    if (IsThere(device)) return;
+    const bool stable = settings_.port.Text() != device;
+    throw ToolError(ExitCode::PortFailed,
+                    device + " has gone" +
+                        (stable ? ""
+                                : "; if it comes back under another number, only its stable name "
+                                  "leads to it (`wbalance ports`)"));
 }
 
 Measurement MonitoredBalance::Conclude(Clock::time_point now) {
     const Report report = process_->TakeReport();
     RequirePort(connection_, report);
     const Measurement measurement = Measure(*settings_.driver, report);
-    if (measurement.reading.meaning == Meaning::Silence)
+    if (measurement.reading.meaning == Meaning::Silence) {
+        RequireDevice();
         throw ToolError(ExitCode::Silent, SentenceFor(measurement.reading));
+    }
     next_ = std::max(due_, now);
     return measurement;
 }

@@ -60,6 +60,7 @@ class MonitoredBalance {
     void Begin(Clock::time_point now);
     void Connect();
     std::optional<Measurement> Watch(Clock::time_point now);
+    void RequireDevice() const;
     Measurement Conclude(Clock::time_point now);
     void Deliver(const Measurement& measurement);
     void Lose(const std::string& reason, Clock::time_point now);
