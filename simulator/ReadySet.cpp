@@ -58,10 +58,13 @@ std::vector<ConnectedInstrument*> ReadySet::wait() {
         if (std::find(ready.begin(), ready.end(), instrument) == ready.end())
             ready.push_back(static_cast<ConnectedInstrument*>(instrument));
     };
-    for (int i = 0; i < count; ++i)
-        if (void* instrument = events[static_cast<std::size_t>(i)].data.ptr) add(instrument);
-    eventfd_t wakes = 0;
-    ::eventfd_read(wakeUp_, &wakes);
+    for (int i = 0; i < count; ++i) {
+        eventfd_t wakes = 0;
+        if (void* instrument = events[static_cast<std::size_t>(i)].data.ptr)
+            add(instrument);
+        else
+            ::eventfd_read(wakeUp_, &wakes);
+    }
     const TimePoint now = ConnectedInstrument::Clock::now();
     for (const auto& [deadline, instrument] : byDeadline_) {
         if (deadline > now) break;
