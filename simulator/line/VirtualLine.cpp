@@ -118,7 +118,7 @@ void VirtualLine::plugIn(const std::string& device) {
     bell_ = served_[name].bell;
     terminal_ = std::make_unique<PseudoTerminal>();
     state_->ptsNumber = terminal_->number();
-    state_->ptsCreated = nanoseconds(terminal_->created());
+    state_->ptsCreated = 0;
     state_->settings = newPortSettings;
     state_->controlLines = readyInstrument;
     breaksSeen_ = state_->breaks;
@@ -166,6 +166,7 @@ void VirtualLine::serve(const std::function<void(const Arrival&)>& arrived) {
     const std::uint32_t requests = state_->requests;
     emptyBell();
     if (terminal_) {
+        tellAge();
         if (requests != state_->acknowledged) opened();
         const Arrival arrival = takeBytes();
         if (!arrival.bytes.empty() || arrival.breaks > 0) arrived(arrival);
@@ -173,6 +174,16 @@ void VirtualLine::serve(const std::function<void(const Arrival&)>& arrived) {
     if (requests == state_->acknowledged) return;
     state_->acknowledged = requests;
     wakeWaiters(state_->acknowledged);
+}
+
+/// Time stamps go by ticks of some milliseconds: told within the same tick, the age might be that
+/// of a later terminal of the same number, too.
+void VirtualLine::tellAge() {
+    if (state_->ptsCreated != 0) return;
+    timespec now = {};
+    ::clock_gettime(CLOCK_REALTIME_COARSE, &now);
+    const std::uint64_t created = nanoseconds(terminal_->created());
+    if (nanoseconds(now) > created) state_->ptsCreated = created;
 }
 
 void VirtualLine::emptyBell() const {

@@ -67,6 +67,7 @@ class VirtualLine final : public HostLine {
     std::filesystem::path file(const std::string& name) const { return directory_ / name; }
     Served create(const std::string& name) const;
     void linkTerminal() const;
+    void tellAge();
     void emptyBell() const;
     void opened();
     void hungUp();

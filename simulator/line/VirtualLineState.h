@@ -24,8 +24,8 @@ struct VirtualLineState {
     char name[28];                         ///< device name without directory
     std::atomic<std::uint32_t> present;    ///< 0: unplugged, the node does not exist
     std::atomic<std::uint32_t> ptsNumber;  ///< "/dev/pts/<number>" carries the bytes
-    /// When that terminal came into being: it tells it from others that had or will have its
-    /// number.
+    /// When that terminal came into being, which tells it from others that had or will have its
+    /// number; 0 in its first moments, when the number has to do.
     std::atomic<std::uint64_t> ptsCreated;
     std::atomic<std::int32_t> openError;      ///< errno that open reports, 0: opens
     std::atomic<std::int32_t> nextOpenError;  ///< the same, for the next open alone

@@ -283,7 +283,7 @@ TEST(ServedLine, After_its_server_was_killed_every_request_at_an_open_port_fails
 
 TEST(ServedLine, A_server_that_takes_the_place_of_a_killed_one_is_met_by_its_hosts) {
     const Lines lines;
-    for (int round = 0; round < 5; ++round) {
+    for (int round = 0; round < 30; ++round) {
         ServingProcess killed(lines, "/dev/ttyS0");
         ASSERT_TRUE(set7E1At("/dev/ttyS0"));
         killed.kill();
