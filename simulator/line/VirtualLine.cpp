@@ -162,6 +162,11 @@ std::vector<int> VirtualLine::descriptors() const {
     return {bell_, terminal_->descriptor()};
 }
 
+std::optional<std::chrono::milliseconds> VirtualLine::lookEvery() const {
+    if (!terminal_ || state_->ptsCreated != 0) return std::nullopt;
+    return std::chrono::milliseconds(10);
+}
+
 void VirtualLine::serve(const std::function<void(const Arrival&)>& arrived) {
     const std::uint32_t requests = state_->requests;
     emptyBell();

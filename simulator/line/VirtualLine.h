@@ -33,6 +33,8 @@ class VirtualLine final : public HostLine {
 
     const std::string& device() const override { return device_; }
     std::vector<int> descriptors() const override;
+    /// Only until the terminal's age is told.
+    std::optional<std::chrono::milliseconds> lookEvery() const override;
     void serve(const std::function<void(const Arrival&)>& arrived) override;
     void deliver(const std::vector<Character>& characters) override;
     bool isOpen() const override { return terminal_ && state_->hostOpen; }
