@@ -131,6 +131,19 @@ TEST(Bench, No_lock_file_is_left_behind_by_a_weighing_that_is_interrupted) {
     EXPECT_FALSE(IsLocked());
 }
 
+TEST(Bench, A_monitor_that_shall_outlive_its_terminal_does) {
+    VirtualBench bench;
+    bench.place("mettler-toledo", Options().on("/dev/ttyS0").withLoad(10));
+    const TemporaryFile lines;
+    // As nohup starts a program; the signal comes when there have been readings.
+    const Ran ran = RunShell(
+        "(trap '' HUP; exec env " WBALANCE " monitor mettler-toledo@0 -n 5 -i 0 -t 0 --csv >" +
+        lines.Path() + ") & for i in $(seq 600); do [ $(wc -l <" + lines.Path() +
+        ") -lt 2 ] || break; sleep 0.05; done; kill -HUP $!; wait $!; echo $? $(wc -l <" +
+        lines.Path() + ")");
+    EXPECT_EQ(ran.output, "0 6\n");
+}
+
 TEST(Bench, A_balance_that_has_fallen_silent_does_not_give_its_old_weight) {
     VirtualBench bench;
     auto& balance = bench.place("mettler-toledo", Options().on("/dev/ttyS0").withLoad(10));

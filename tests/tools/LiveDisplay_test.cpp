@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <csignal>
 #include <string>
 
 using testing::EndsWith;
@@ -25,7 +26,10 @@ class OnTerminal {
             _exit(127);
         }
     }
-    ~OnTerminal() { close(terminal_); }
+    // Whatever still runs ends with its terminal.
+    ~OnTerminal() {
+        if (terminal_ >= 0) Close();
+    }
     OnTerminal(const OnTerminal&) = delete;
     OnTerminal& operator=(const OnTerminal&) = delete;
 
@@ -44,6 +48,13 @@ class OnTerminal {
     int End() {
         while (Read()) {
         }
+        return Close();
+    }
+
+    // Closes the terminal, as a window is closed, and waits for the end; the exit code.
+    int Close() {
+        close(terminal_);
+        terminal_ = -1;
         int status = 0;
         waitpid(child_, &status, 0);
         return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
@@ -67,9 +78,11 @@ class OnTerminal {
     std::string seen_;
 };
 
+constexpr int kEndedAsItsReaderHas = 128 + SIGPIPE;
+constexpr char kMonitor[] = WBALANCE " monitor mettler-toledo@0 -i 0 -t 0";
+
 std::string Monitor(const std::string& instrument) {
-    return "exec " WBALANCE_SIM " " + instrument +
-           " -- " WBALANCE " monitor mettler-toledo@0 -i 0 -t 0";
+    return "exec " WBALANCE_SIM " " + instrument + " -- " + kMonitor;
 }
 
 TEST(LiveDisplay, Shows_the_weight_large_with_its_state_and_its_statistics) {
@@ -91,6 +104,18 @@ TEST(LiveDisplay, Is_drawn_over_itself_and_gives_the_cursor_back_at_Ctrl_C) {
                                           "mettler-toledo /dev/ttyS0"));
     EXPECT_THAT(monitor.Seen(), HasSubstr("\x1b[?25h"));
     EXPECT_THAT(monitor.Seen(), EndsWith(", lost 0 times\r\n"));
+}
+
+TEST(LiveDisplay, Ends_with_the_window_that_it_is_drawn_in) {
+    OnTerminal monitor(Monitor("mettler-toledo --load 12.34"));
+    EXPECT_TRUE(monitor.SeesSoon("n 2 ")) << monitor.Seen();
+    EXPECT_EQ(monitor.Close(), kEndedAsItsReaderHas);
+}
+
+TEST(LiveDisplay, Ends_with_its_window_also_where_a_closed_one_is_ignored) {
+    OnTerminal monitor("trap '' HUP; " + Monitor("mettler-toledo --load 12.34"));
+    EXPECT_TRUE(monitor.SeesSoon("n 2 ")) << monitor.Seen();
+    EXPECT_EQ(monitor.Close(), kEndedAsItsReaderHas);
 }
 
 TEST(LiveDisplay, Says_that_a_balance_is_lost_instead_of_its_last_weight) {

@@ -89,9 +89,10 @@ int HostProgram::exitCode() {
         int status = 0;
         if (::waitpid(process_, &status, WNOHANG) == process_)
             return WIFEXITED(status) ? WEXITSTATUS(status) : endedBySignal + WTERMSIG(status);
-        // The terminal's Ctrl-C reaches the program by itself.
-        const bool fromTerminal = received.si_code == SI_KERNEL;
-        if (signal > 0 && signal != SIGCHLD && !fromTerminal) ::kill(process_, signal);
+        // The terminal's Ctrl-C reaches the program by itself; that a terminal was closed is said
+        // to the leader of its session only.
+        const bool fromKeyboard = received.si_code == SI_KERNEL && signal != SIGHUP;
+        if (signal > 0 && signal != SIGCHLD && !fromKeyboard) ::kill(process_, signal);
     }
 }
 

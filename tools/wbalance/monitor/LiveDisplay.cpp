@@ -61,7 +61,6 @@ void LiveDisplay::Draw(const std::vector<DisplayedBalance>& balances) {
         }
     }
     std::fputs((picture + "\x1b[J").c_str(), stdout);
-    std::fflush(stdout);
 }
 
 }  // namespace tool

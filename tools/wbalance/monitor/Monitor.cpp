@@ -19,10 +19,15 @@ Format LogFormat(Format format) {
     return format == Format::Json ? Format::Json : Format::Csv;
 }
 
+void Deliver() {
+    // A terminal is written to line by line, so that an earlier write may have failed.
+    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
+        throw ToolError(ExitCode::Internal, "standard output can't be written");
+}
+
 void Print(const std::string& line) {
     std::puts(line.c_str());
-    if (std::fflush(stdout) != 0)
-        throw ToolError(ExitCode::Internal, "standard output can't be written");
+    Deliver();
 }
 
 }  // namespace
@@ -66,7 +71,10 @@ void Monitor::Run() {
     while (!Interrupted() && !HasEnough()) {
         for (const auto& balance : balances_)
             balance->Step(Clock::now());
-        if (display_) display_->Draw(displayed_);
+        if (display_) {
+            display_->Draw(displayed_);
+            Deliver();
+        }
         Wait();
     }
     display_.reset();

@@ -1,7 +1,6 @@
 #include "Interrupt.h"
 
 #include <csignal>
-#include <initializer_list>
 
 namespace tool {
 namespace {
@@ -17,8 +16,11 @@ void Note(int /*signal*/) {
 void CatchInterrupts() {
     struct sigaction action {};
     action.sa_handler = Note;  // without SA_RESTART: a wait in progress ends
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP})
-        sigaction(signal, &action, nullptr);
+    sigaction(SIGINT, &action, nullptr);
+    sigaction(SIGTERM, &action, nullptr);
+    struct sigaction before {};
+    sigaction(SIGHUP, nullptr, &before);
+    if (before.sa_handler != SIG_IGN) sigaction(SIGHUP, &action, nullptr);
 }
 
 bool Interrupted() {
