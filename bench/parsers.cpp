@@ -41,9 +41,10 @@ void CopyAndStrtod(benchmark::State& state, const char* answer) {
     });
 }
 
-/// With the copy that the Scale House parser works on.
-void StringAndStrtod(benchmark::State& state, const char* answer) {
+/// With the copies that the Scale House parser works on, and the line that it traces.
+void StringsAndStrtod(benchmark::State& state, const char* answer) {
     Measure(state, [answer] {
+        std::fputs("\nTrovato PROJ\n", stdout);
         const std::string text = answer;
         const std::string number = text.substr(text.find_first_of("0123456789"), 6);
         benchmark::DoNotOptimize(std::strtod(number.c_str(), nullptr));
@@ -107,7 +108,7 @@ struct Row {
 const Row kRows[] = {
     {"strtod/number_100_00", Strtod, "100.00"},
     {"strtod/with_the_copy_of_an_answer", CopyAndStrtod, "S S     100.00 g\r\n"},
-    {"strtod/with_the_strings_of_a_ticket", StringAndStrtod, kTicket},
+    {"strtod/with_the_strings_and_trace_of_a_ticket", StringsAndStrtod, kTicket},
     {"parse/mettler_typical", Returned<WbalanceMettlerToledo>, "S S     100.00 g\r\n"},
     {"parse/mettler_worst", Returned<WbalanceMettlerToledo>, kLongBlanks.c_str()},
     {"parse/sartorius_typical", Returned<WbalanceSartorius>, "+   100.00 g  \r\n"},

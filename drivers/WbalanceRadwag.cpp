@@ -74,6 +74,9 @@ int WbalanceRadwag::ParseWeight(char* answer, double* weight, int* decimals) {
     std::size_t length = 0;
     const char* field = frame + kFieldStart;
     const char* end = field + strnlen(field, kFieldLength);
+    // Blanks, which fill most of the field, are passed over faster than they are tested.
+    while (field != end && *field == ' ')
+        ++field;
     for (; field != end; ++field) {
         if ((*field >= '0' && *field <= '9') || *field == '-' || *field == '.')
             number[length++] = *field;
