@@ -23,6 +23,29 @@ TEST(LogFile, A_line_that_was_cut_off_is_ended_first) {
     EXPECT_EQ(file.Text(), "a,b\n1,\n3,4\n");
 }
 
+TEST(LogFile, Goes_on_in_a_file_of_its_own_kind_only) {
+    const TemporaryFile lines;
+    LogFile(lines.Path(), "a,b").Write("1,2");
+    EXPECT_THROW(LogFile(lines.Path(), ""), tool::ToolError);
+    EXPECT_THROW(LogFile(lines.Path(), "a,b,c"), tool::ToolError);
+    EXPECT_THROW(LogFile(lines.Path(), "a"), tool::ToolError);
+    EXPECT_EQ(lines.Text(), "a,b\n1,2\n");
+
+    const TemporaryFile objects;
+    LogFile(objects.Path(), "").Write("{}");
+    LogFile(objects.Path(), "").Write("{}");
+    EXPECT_THROW(LogFile(objects.Path(), "a,b"), tool::ToolError);
+    EXPECT_EQ(objects.Text(), "{}\n{}\n");
+}
+
+TEST(LogFile, A_file_that_holds_something_else_is_left_as_it_is) {
+    const TemporaryFile letter;
+    letter.Write("Dear Sirs");
+    EXPECT_THROW(LogFile(letter.Path(), ""), tool::ToolError);
+    EXPECT_THROW(LogFile(letter.Path(), "a,b"), tool::ToolError);
+    EXPECT_EQ(letter.Text(), "Dear Sirs");
+}
+
 TEST(LogFile, A_full_disk_is_an_error) {
     LogFile log("/dev/full", "");
     EXPECT_THROW(log.Write("1,2"), tool::ToolError);

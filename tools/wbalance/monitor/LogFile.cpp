@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
@@ -11,10 +12,22 @@
 namespace tool {
 namespace {
 
+/// 0 also where there is none, as in a pipe.
+off_t SizeOf(int file) {
+    return std::max<off_t>(lseek(file, 0, SEEK_END), 0);
+}
+
 bool EndsWithinALine(int file) {
-    const off_t size = lseek(file, 0, SEEK_END);
+    const off_t size = SizeOf(file);
     char last = '\n';
     return size > 0 && pread(file, &last, 1, size - 1) == 1 && last != '\n';
+}
+
+/// Whether the file begins as a log with this header does; without a header it holds JSON.
+bool BeginsAs(int file, const std::string& header) {
+    const std::string line = header.empty() ? "{" : header + "\n";
+    std::string first(line.size(), '\0');
+    return pread(file, first.data(), first.size(), 0) > 0 && first == line;
 }
 
 }  // namespace
@@ -22,8 +35,14 @@ bool EndsWithinALine(int file) {
 LogFile::LogFile(const std::string& path, const std::string& header)
     : path_(path), file_(open(path.c_str(), O_RDWR | O_APPEND | O_CREAT | O_CLOEXEC, 0666)) {
     if (file_.Get() < 0) throw ToolError(ExitCode::Usage, path_ + ": " + std::strerror(errno));
+    if (SizeOf(file_.Get()) > 0 && !BeginsAs(file_.Get(), header)) {
+        throw ToolError(ExitCode::Usage,
+                        path_ +
+                            ": holds lines of another kind than those that would be added; choose "
+                            "another file, or the output format that it was begun with");
+    }
     if (EndsWithinALine(file_.Get())) Put("\n");
-    if (!header.empty() && lseek(file_.Get(), 0, SEEK_END) == 0) Write(header);
+    if (!header.empty() && SizeOf(file_.Get()) == 0) Write(header);
 }
 
 void LogFile::Write(const std::string& line) {

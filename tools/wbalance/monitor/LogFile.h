@@ -11,7 +11,9 @@ namespace tool {
 class LogFile {
  public:
     /// Opens or creates the file and goes on behind what it holds; a line that was cut off there is
-    /// ended first. An empty file gets `header`, unless that is empty. Throws ToolError.
+    /// ended first. An empty file gets `header`, unless that is empty, which it is where the lines
+    /// are JSON. Throws ToolError, also for a file that was begun with another header or as the
+    /// other kind.
     LogFile(const std::string& path, const std::string& header);
 
     /// Adds a line. Throws ToolError, naming the file, when it can't be written.
