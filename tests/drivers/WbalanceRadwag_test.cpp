@@ -732,6 +732,7 @@ INSTANTIATE_TEST_SUITE_P(
         Frame{"digits_behind_the_unit_join", "S    5.0 g 7\r\n", 5.07, 2},
         Frame{"the_17_characters_end_the_number", "S  123456789.12345678 g", 123456789.123456, 6},
         Frame{"number_behind_17_blanks", "S" + std::string(18, ' ') + "5.0 g", 0.0, -1},
+        Frame{"number_behind_more_blanks", "S" + std::string(25, ' ') + "5.0 g", 0.0, -1},
         Frame{"number_from_the_17th_character", "S" + std::string(17, ' ') + "5.0 g", 5.0, -1},
         Frame{"line_end_within_the_17_characters", "S  1.5\r\n2.5 g\r\n", 1.52, 4},
         Frame{"S_goes_before_an_earlier_SI", "SI 1.5 g\r\nS   2.5 g", 2.5, 1},
