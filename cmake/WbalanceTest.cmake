@@ -8,7 +8,7 @@ include(GoogleTest)
 function(wbalance_quick_to_compile TARGET)
     wbalance_compile_settings(${TARGET})
     target_compile_options(${TARGET} PRIVATE -O0 -g1 "SHELL:-U _FORTIFY_SOURCE" -fPIC)
-    target_link_libraries(${TARGET} PRIVATE GTest::gmock_main)
+    target_link_libraries(${TARGET} PRIVATE GTest::gmock_main wbalance_instruments)
 endfunction()
 
 file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/test_headers.cpp CONTENT "")

@@ -1,6 +1,7 @@
 // The binary interface beside the symbols: sizes, the places of the fields, the order of the
 // virtual functions. A change here asks for a new soname.
 
+#include "DriverTypes.h"
 #include "PlainBalance.h"
 
 using scripted::Open;
@@ -61,21 +62,7 @@ TEST(Layout, Of_the_flags_which_are_one_byte_each) {
 template <class Driver>
 class LayoutOfDriver : public testing::Test {};
 
-using Drivers =
-    testing::Types<WbalanceDIC_XL1800, WbalanceGibertini, WbalanceKern_EW_EGN_EWB,
-                   WbalanceMettlerPM, WbalanceMettlerPR2003, WbalanceMettlerSB32001,
-                   WbalanceMettlerToledo, WbalanceMettlerXS, WbalanceOHAUS_SPU602, WbalanceRadwag,
-                   WbalanceSartorius, WbalanceScaleHouseALD, WbalanceSetra_EL_2000S>;
-/// Names the rows after their drivers.
-struct DriverName {
-    template <class Driver>
-    static std::string GetName(int /*row*/) {
-        const std::string name = testing::internal::GetTypeName<Driver>();
-        return name.substr(name.find_last_of(' ') + 1);
-    }
-};
-
-TYPED_TEST_SUITE(LayoutOfDriver, Drivers, DriverName);
+TYPED_TEST_SUITE(LayoutOfDriver, driver_types::All, driver_types::Name);
 
 TYPED_TEST(LayoutOfDriver, Has_the_base_class_first_and_no_field_of_its_own) {
     TypeParam driver;
