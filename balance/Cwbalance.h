@@ -1,7 +1,7 @@
 #ifndef WBALANCE_CWBALANCE_H
 #define WBALANCE_CWBALANCE_H
 
-#include <wbalance/wbalance_export.h>
+#include "wbalance_export.h"
 
 class CSerialObject;
 

@@ -5,6 +5,8 @@ set_target_properties(wbalance PROPERTIES
     VERSION ${PROJECT_VERSION}
     SOVERSION ${PROJECT_VERSION_MAJOR}
     EXPORT_NAME wbalance
+    # libmarlet-small.so is looked for beside libwbalance.so, in whichever folder that was installed.
+    INSTALL_RPATH $ORIGIN
     LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/wbalance.map)
 target_include_directories(wbalance INTERFACE
     $<BUILD_INTERFACE:${WBALANCE_INCLUDE_DIR}>
@@ -48,11 +50,21 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/wbalanceConfigVersion.cma
 install(FILES ${PROJECT_BINARY_DIR}/wbalanceConfigVersion.cmake
         DESTINATION ${WBALANCE_CMAKE_DIR} COMPONENT libwbalance-dev)
 
-# The prefix is found from the place of wbalance.pc, so that an installed tree can be moved.
+# The prefix is found from the place of wbalance.pc, so that an installed tree can be moved. Hosts of a
+# folder in which the loader does not look by itself are told where the library is, as CMake tells them.
 file(RELATIVE_PATH WBALANCE_PC_TO_PREFIX ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
-configure_file(${PROJECT_SOURCE_DIR}/cmake/wbalance.pc.in ${PROJECT_BINARY_DIR}/wbalance.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/wbalance.pc
-        DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT libwbalance-dev)
+set(WBALANCE_PC_RUN_PATH -rpath-link)
+configure_file(${PROJECT_SOURCE_DIR}/cmake/wbalance.pc.in ${PROJECT_BINARY_DIR}/system/wbalance.pc @ONLY)
+set(WBALANCE_PC_RUN_PATH -rpath)
+configure_file(${PROJECT_SOURCE_DIR}/cmake/wbalance.pc.in ${PROJECT_BINARY_DIR}/elsewhere/wbalance.pc @ONLY)
+install(CODE "
+    set(PREFIXES elsewhere)
+    if(CMAKE_INSTALL_PREFIX MATCHES \"^/usr(/local)?/?$\")
+        set(PREFIXES system)
+    endif()
+    file(INSTALL \"${PROJECT_BINARY_DIR}/\${PREFIXES}/wbalance.pc\"
+         DESTINATION \"\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_LIBDIR}/pkgconfig\")"
+    COMPONENT libwbalance-dev)
 
 set(WBALANCE_DOCS ${PROJECT_SOURCE_DIR}/docs)
 wbalance_install_compressed(${WBALANCE_DOCS}/man/libwbalance.3 ${CMAKE_INSTALL_MANDIR}/man3

@@ -1,7 +1,7 @@
 #ifndef WBALANCE_WBALANCEDIC_XL1800_H
 #define WBALANCE_WBALANCEDIC_XL1800_H
 
-#include <wbalance/Cwbalance.h>
+#include "Cwbalance.h"
 
 /// Denver Instrument Company XL-1800.
 ///

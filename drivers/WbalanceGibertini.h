@@ -1,7 +1,7 @@
 #ifndef WBALANCE_WBALANCEGIBERTINI_H
 #define WBALANCE_WBALANCEGIBERTINI_H
 
-#include <wbalance/Cwbalance.h>
+#include "Cwbalance.h"
 
 /// Gibertini balances set to the CRYSTAL protocol (source: the maker's CRYSTAL and EU-C LCD
 /// operating manuals, chapters on the interface).

@@ -1,7 +1,7 @@
 #ifndef WBALANCE_WBALANCEKERN_EW_EGN_EWB_H
 #define WBALANCE_WBALANCEKERN_EW_EGN_EWB_H
 
-#include <wbalance/Cwbalance.h>
+#include "Cwbalance.h"
 
 /// Kern EW, EG-N and EWB balances (source: the maker's operating manual, chapter on the interface,
 /// and the EW-A01 interface description).

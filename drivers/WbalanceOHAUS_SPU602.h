@@ -1,7 +1,7 @@
 #ifndef WBALANCE_WBALANCEOHAUS_SPU602_H
 #define WBALANCE_WBALANCEOHAUS_SPU602_H
 
-#include <wbalance/Cwbalance.h>
+#include "Cwbalance.h"
 
 /// Ohaus Scout Pro and Explorer balances, which print lines that end in the unit and mark an
 /// unsteady reading with a "?" (sources: the maker's RS232 interface kit and Explorer manuals).

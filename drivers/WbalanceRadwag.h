@@ -1,7 +1,7 @@
 #ifndef WBALANCE_WBALANCERADWAG_H
 #define WBALANCE_WBALANCERADWAG_H
 
-#include <wbalance/Cwbalance.h>
+#include "Cwbalance.h"
 
 /// Radwag balances: tare, zero, stable weight, immediate weight (source: the chapter "Communication
 /// protocol" of the maker's manuals for the AS, PS, R, WTC, WTB and PUE C/31 series).

@@ -1,7 +1,7 @@
 #ifndef WBALANCE_WBALANCESARTORIUS_H
 #define WBALANCE_WBALANCESARTORIUS_H
 
-#include <wbalance/Cwbalance.h>
+#include "Cwbalance.h"
 
 /// Sartorius balances that print lines of 16 characters, or of 22 with an identifier of six
 /// characters in front (source: the maker's interface descriptions, "Data Output Format" and "Data

@@ -1,7 +1,7 @@
 #ifndef WBALANCE_WBALANCESCALEHOUSEALD_H
 #define WBALANCE_WBALANCESCALEHOUSEALD_H
 
-#include <wbalance/Cwbalance.h>
+#include "Cwbalance.h"
 
 /// Scale House ALD balances, which answer the print command with a ticket of several lines.
 ///

@@ -1,7 +1,7 @@
 #ifndef WBALANCE_WBALANCESETRA_EL_2000S_H
 #define WBALANCE_WBALANCESETRA_EL_2000S_H
 
-#include <wbalance/Cwbalance.h>
+#include "Cwbalance.h"
 
 /// Setra EL-2000S.
 ///

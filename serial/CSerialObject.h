@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include <wbalance/wbalance_export.h>
+#include "wbalance_export.h"
 
 class QByteArray;
 class QSerialPort;

@@ -1,7 +1,7 @@
 #ifndef WBALANCE_WBALANCEMETTLERPM_H
 #define WBALANCE_WBALANCEMETTLERPM_H
 
-#include <wbalance/Cwbalance.h>
+#include "Cwbalance.h"
 
 /// Mettler PM balances, with the older standard PM protocol or with MT-SICS (sources: the maker's
 /// "Bidirectional Data Interface" for AM, PM and SM balances; MT-SICS reference manual).

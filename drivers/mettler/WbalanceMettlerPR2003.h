@@ -1,7 +1,7 @@
 #ifndef WBALANCE_WBALANCEMETTLERPR2003_H
 #define WBALANCE_WBALANCEMETTLERPR2003_H
 
-#include <wbalance/Cwbalance.h>
+#include "Cwbalance.h"
 
 /// Mettler PR balances (PR2003) through MT-SICS, with their display and their power switch (source:
 /// the maker's MT-SICS reference manual, levels 0 to 2).

@@ -1,7 +1,7 @@
 #ifndef WBALANCE_WBALANCEMETTLERSB32001_H
 #define WBALANCE_WBALANCEMETTLERSB32001_H
 
-#include <wbalance/Cwbalance.h>
+#include "Cwbalance.h"
 
 /// The Mettler SB32001 through MT-SICS, with its display (source: the maker's MT-SICS reference
 /// manual, levels 0 to 2).

@@ -1,7 +1,7 @@
 #ifndef WBALANCE_WBALANCEMETTLERTOLEDO_H
 #define WBALANCE_WBALANCEMETTLERTOLEDO_H
 
-#include <wbalance/Cwbalance.h>
+#include "Cwbalance.h"
 
 /// Any Mettler Toledo balance that speaks the basic commands of MT-SICS: reset, zero, stable
 /// weight, immediate weight (source: the maker's MT-SICS reference manual, levels 0 and 1).

@@ -1,7 +1,7 @@
 #ifndef WBALANCE_WBALANCEMETTLERXS_H
 #define WBALANCE_WBALANCEMETTLERXS_H
 
-#include <wbalance/WbalanceMettlerPR2003.h>
+#include "WbalanceMettlerPR2003.h"
 
 /// Mettler XS balances: as WbalanceMettlerPR2003, whose name the traces show, on another line.
 ///
