@@ -18,38 +18,26 @@ struct Driver {
     faults::Description table;
     faults::MakeSubject make;
     std::vector<const char*> operations;
-    bool endless = false;
 };
 
-const std::vector<const char*> kCommon = {"IsReady", "Tare", "Weight", "TareSet",
-                                          "RestoreFactorySettings"};
-const std::vector<const char*> kDisplay = {"IsReady", "Tare", "Weight", "TareSet",
-                                           "DisplayMessage"};
-const std::vector<const char*> kSwitch = {"IsReady",        "Tare",     "Weight",   "TareSet",
-                                          "DisplayMessage", "TurnItOn", "TurnItOff"};
-const std::vector<const char*> kZero = {"IsReady", "Tare", "Weight", "TareSet", "_Tare", "Zero"};
+/// A driver whose own readiness has no end is also tried with one that has.
+template <class Class>
+void Add(std::vector<Driver>& drivers) {
+    const faults::Description table = faults::TableOf<Class>();
+    drivers.push_back({table, faults::Make<Class>(), faults::OperationsOf<Class>()});
+    if (!table.endless) return;
+    drivers.push_back({faults::WithReadinessOfTheLine(table),
+                       faults::Make<WithLineReadiness<Class>>(), faults::OperationsOf<Class>()});
+}
 
 const std::vector<Driver>& Drivers() {
-    using namespace faults;
-    static const std::vector<Driver> drivers = {
-        {MettlerToledoTable(), Make<WbalanceMettlerToledo>(), kCommon},
-        {MettlerPMTable(), Make<WbalanceMettlerPM>(), kCommon},
-        {MettlerPR2003Table(), Make<WbalanceMettlerPR2003>(), kSwitch},
-        {MettlerXSTable(), Make<WbalanceMettlerXS>(), kSwitch},
-        {MettlerSB32001Table(), Make<WbalanceMettlerSB32001>(), kDisplay},
-        {SartoriusTable(), Make<WbalanceSartorius>(), kCommon},
-        {OhausTable(), Make<WbalanceOHAUS_SPU602>(), kCommon},
-        {RadwagTable(), Make<WbalanceRadwag>(), kZero},
-        {KernTable(), Make<WbalanceKern_EW_EGN_EWB>(), kCommon, true},
-        {WithReadinessOfTheLine(KernTable()), Make<WithLineReadiness<WbalanceKern_EW_EGN_EWB>>(),
-         kCommon},
-        {GibertiniTable(), Make<WbalanceGibertini>(), kCommon, true},
-        {WithReadinessOfTheLine(GibertiniTable()), Make<WithLineReadiness<WbalanceGibertini>>(),
-         kCommon},
-        {XL1800Table(), Make<WbalanceDIC_XL1800>(), kCommon},
-        {EL2000STable(), Make<WbalanceSetra_EL_2000S>(), kCommon},
-        {ScaleHouseTable(), Make<WbalanceScaleHouseALD>(), kCommon},
-    };
+    static const std::vector<Driver> drivers = [] {
+        std::vector<Driver> all;
+#define WBALANCE_ADD_DRIVER(name, Class) Add<Class>(all);
+        WBALANCE_FOR_EACH_INSTRUMENT(WBALANCE_ADD_DRIVER)
+#undef WBALANCE_ADD_DRIVER
+        return all;
+    }();
     return drivers;
 }
 
@@ -162,14 +150,14 @@ void Play(const Driver& driver, fuzz::Input input, const Perform& perform, Sight
         }
     });
     for (std::size_t i = 0; i < made.size(); ++i) {
-        if (driver.endless) line.FailCall(line.CallCount() + endAt, scripted::Fault::HangUp);
+        if (driver.table.endless) line.FailCall(line.CallCount() + endAt, scripted::Fault::HangUp);
         double weight = -777.25;
         int decimals = -777;
         const int result = perform(made[i], &weight, withDecimals[i] ? &decimals : nullptr);
         sighting.results.push_back(result);
         sighting.weights.push_back(weight);
         sighting.decimals.push_back(decimals);
-        if (driver.endless) line.HangUp();
+        if (driver.table.endless) line.HangUp();
     }
 }
 

@@ -57,7 +57,7 @@ void Change(WbalanceMettlerToledo& balance, faults::Settings& settings, fuzz::In
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     fuzz::Input input(data, size);
-    static const faults::Description model = faults::MettlerToledoTable();
+    static const faults::Description model = faults::TableOf<WbalanceMettlerToledo>();
     faults::Description table = model;
     Line& line = Line::Here();
     line.Reset();

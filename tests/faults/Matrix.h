@@ -94,6 +94,20 @@ class SubjectOf : public Subject {
     Driver balance_;
 };
 
+/// The operations that a host can call on a driver.
+template <class Driver>
+std::vector<const char*> OperationsOf() {
+    std::vector<const char*> operations = {"IsReady", "Tare", "Weight", "TareSet"};
+    const auto add = [&operations](std::initializer_list<const char*> more) {
+        operations.insert(operations.end(), more);
+    };
+    if constexpr (HasDisplay<Driver>::value) add({"DisplayMessage"});
+    if constexpr (HasSwitch<Driver>::value) add({"TurnItOn", "TurnItOff"});
+    if constexpr (HasZero<Driver>::value) add({"_Tare", "Zero"});
+    add({"RestoreFactorySettings"});
+    return operations;
+}
+
 /// A driver of the library, its table and the dialogues from which the faults are bred.
 struct Matrix {
     Description description;

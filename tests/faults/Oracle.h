@@ -63,6 +63,8 @@ struct Description {
     int flagB = 0;
     int flagC = 0;
     int protocol = 0;
+    /// Its readiness weighs, and weighing asks for readiness: only a call that fails ends it.
+    bool endless = false;
 };
 
 /// The transport and the state of one driver object.

@@ -19,7 +19,13 @@ double MettlerNumber(const std::string& answer, int* decimals) {
     return std::strtod(number.c_str(), nullptr);
 }
 
+Description Endless(Description description) {
+    description.endless = true;
+    return description;
+}
+
 Description WithReadinessOfTheLine(Description description) {
+    description.endless = false;
     description.operations["IsReady"] = {OpenAndClear(), Return(1)};
     return description;
 }

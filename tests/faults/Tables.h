@@ -1,24 +1,28 @@
 #ifndef WBALANCE_TESTS_FAULTS_TABLES_H
 #define WBALANCE_TESTS_FAULTS_TABLES_H
 
+#include <Instruments.h>
+
 #include "Oracle.h"
+
+#define WBALANCE_DECLARE_CLASS(name, Class) class Class;
+WBALANCE_FOR_EACH_INSTRUMENT(WBALANCE_DECLARE_CLASS)
+#undef WBALANCE_DECLARE_CLASS
 
 /// What each driver must do, one table a driver: tables/.
 namespace faults {
 
-Description EL2000STable();
-Description GibertiniTable();
-Description KernTable();
-Description MettlerPMTable();
-Description MettlerPR2003Table();
-Description MettlerSB32001Table();
-Description MettlerToledoTable();
-Description MettlerXSTable();
-Description OhausTable();
-Description RadwagTable();
-Description SartoriusTable();
-Description ScaleHouseTable();
-Description XL1800Table();
+template <class Driver>
+Description TableOf();
+
+#define WBALANCE_DECLARE_TABLE(name, Class) \
+    template <>                             \
+    Description TableOf<Class>();
+WBALANCE_FOR_EACH_INSTRUMENT(WBALANCE_DECLARE_TABLE)
+#undef WBALANCE_DECLARE_TABLE
+
+/// The same, marked as endless.
+Description Endless(Description description);
 
 /// The same with a readiness that is the line's alone (WithLineReadiness).
 Description WithReadinessOfTheLine(Description description);

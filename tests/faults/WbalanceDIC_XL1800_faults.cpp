@@ -7,7 +7,8 @@ namespace faults {
 namespace {
 
 TEST(WbalanceDIC_XL1800Faults, Every_single_fault_ends_as_the_instruments_table_says) {
-    ExpectEveryFaultMet({XL1800Table(), CollectingDialogues("?1"), Make<WbalanceDIC_XL1800>()});
+    ExpectEveryFaultMet(
+        {TableOf<WbalanceDIC_XL1800>(), CollectingDialogues("?1"), Make<WbalanceDIC_XL1800>()});
 }
 
 }  // namespace

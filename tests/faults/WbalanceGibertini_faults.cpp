@@ -41,12 +41,13 @@ const std::vector<Dialogue> kEndlessDialogues = {
 // clang-format on
 
 TEST(WbalanceGibertiniFaults, Every_single_fault_ends_as_the_instruments_table_says) {
-    ExpectEveryFaultMet({WithReadinessOfTheLine(GibertiniTable()), kDialogues,
+    ExpectEveryFaultMet({WithReadinessOfTheLine(TableOf<WbalanceGibertini>()), kDialogues,
                          Make<WithLineReadiness<WbalanceGibertini>>()});
 }
 
 TEST(WbalanceGibertiniFaults, Every_failing_call_ends_the_reentry_as_it_should) {
-    ExpectEveryFaultMet({GibertiniTable(), kEndlessDialogues, Make<WbalanceGibertini>()});
+    ExpectEveryFaultMet(
+        {TableOf<WbalanceGibertini>(), kEndlessDialogues, Make<WbalanceGibertini>()});
 }
 
 }  // namespace

@@ -54,12 +54,13 @@ const std::vector<Dialogue> kEndlessDialogues = {
 // clang-format on
 
 TEST(WbalanceKern_EW_EGN_EWBFaults, Every_single_fault_ends_as_the_instruments_table_says) {
-    ExpectEveryFaultMet({WithReadinessOfTheLine(KernTable()), kDialogues,
+    ExpectEveryFaultMet({WithReadinessOfTheLine(TableOf<WbalanceKern_EW_EGN_EWB>()), kDialogues,
                          Make<WithLineReadiness<WbalanceKern_EW_EGN_EWB>>()});
 }
 
 TEST(WbalanceKern_EW_EGN_EWBFaults, Every_failing_call_ends_the_reentry_as_it_should) {
-    ExpectEveryFaultMet({KernTable(), kEndlessDialogues, Make<WbalanceKern_EW_EGN_EWB>()});
+    ExpectEveryFaultMet(
+        {TableOf<WbalanceKern_EW_EGN_EWB>(), kEndlessDialogues, Make<WbalanceKern_EW_EGN_EWB>()});
 }
 
 }  // namespace

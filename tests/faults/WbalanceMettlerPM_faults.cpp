@@ -74,7 +74,7 @@ const std::vector<Dialogue> kDialogues = {
 // clang-format on
 
 TEST(WbalanceMettlerPMFaults, Every_single_fault_ends_as_the_instruments_table_says) {
-    ExpectEveryFaultMet({MettlerPMTable(), kDialogues, Make<WbalanceMettlerPM>()});
+    ExpectEveryFaultMet({TableOf<WbalanceMettlerPM>(), kDialogues, Make<WbalanceMettlerPM>()});
 }
 
 }  // namespace

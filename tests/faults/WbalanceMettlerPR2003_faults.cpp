@@ -7,8 +7,8 @@ namespace faults {
 namespace {
 
 TEST(WbalanceMettlerPR2003Faults, Every_single_fault_ends_as_the_instruments_table_says) {
-    ExpectEveryFaultMet(
-        {MettlerPR2003Table(), MettlerPR2003Dialogues(), Make<WbalanceMettlerPR2003>()});
+    ExpectEveryFaultMet({TableOf<WbalanceMettlerPR2003>(), MettlerPR2003Dialogues(),
+                         Make<WbalanceMettlerPR2003>()});
 }
 
 }  // namespace

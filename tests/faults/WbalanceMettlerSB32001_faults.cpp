@@ -54,7 +54,8 @@ const std::vector<Dialogue> kDialogues = {
 // clang-format on
 
 TEST(WbalanceMettlerSB32001Faults, Every_single_fault_ends_as_the_instruments_table_says) {
-    ExpectEveryFaultMet({MettlerSB32001Table(), kDialogues, Make<WbalanceMettlerSB32001>()});
+    ExpectEveryFaultMet(
+        {TableOf<WbalanceMettlerSB32001>(), kDialogues, Make<WbalanceMettlerSB32001>()});
 }
 
 }  // namespace

@@ -43,7 +43,8 @@ const std::vector<Dialogue> kDialogues = {
 // clang-format on
 
 TEST(WbalanceMettlerToledoFaults, Every_single_fault_ends_as_the_instruments_table_says) {
-    ExpectEveryFaultMet({MettlerToledoTable(), kDialogues, Make<WbalanceMettlerToledo>()});
+    ExpectEveryFaultMet(
+        {TableOf<WbalanceMettlerToledo>(), kDialogues, Make<WbalanceMettlerToledo>()});
 }
 
 }  // namespace

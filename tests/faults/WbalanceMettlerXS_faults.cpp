@@ -7,7 +7,8 @@ namespace faults {
 namespace {
 
 TEST(WbalanceMettlerXSFaults, Every_single_fault_ends_as_the_instruments_table_says) {
-    ExpectEveryFaultMet({MettlerXSTable(), MettlerPR2003Dialogues(), Make<WbalanceMettlerXS>()});
+    ExpectEveryFaultMet(
+        {TableOf<WbalanceMettlerXS>(), MettlerPR2003Dialogues(), Make<WbalanceMettlerXS>()});
 }
 
 }  // namespace

@@ -38,7 +38,8 @@ const std::vector<Dialogue> kDialogues = {
 // clang-format on
 
 TEST(WbalanceOHAUS_SPU602Faults, Every_single_fault_ends_as_the_instruments_table_says) {
-    ExpectEveryFaultMet({OhausTable(), kDialogues, Make<WbalanceOHAUS_SPU602>()});
+    ExpectEveryFaultMet(
+        {TableOf<WbalanceOHAUS_SPU602>(), kDialogues, Make<WbalanceOHAUS_SPU602>()});
 }
 
 }  // namespace

@@ -46,7 +46,7 @@ const std::vector<Dialogue> kDialogues = {
 // clang-format on
 
 TEST(WbalanceRadwagFaults, Every_single_fault_ends_as_the_instruments_table_says) {
-    ExpectEveryFaultMet({RadwagTable(), kDialogues, Make<WbalanceRadwag>()});
+    ExpectEveryFaultMet({TableOf<WbalanceRadwag>(), kDialogues, Make<WbalanceRadwag>()});
 }
 
 }  // namespace

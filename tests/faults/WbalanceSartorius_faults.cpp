@@ -35,7 +35,7 @@ const std::vector<Dialogue> kDialogues = {
 // clang-format on
 
 TEST(WbalanceSartoriusFaults, Every_single_fault_ends_as_the_instruments_table_says) {
-    ExpectEveryFaultMet({SartoriusTable(), kDialogues, Make<WbalanceSartorius>()});
+    ExpectEveryFaultMet({TableOf<WbalanceSartorius>(), kDialogues, Make<WbalanceSartorius>()});
 }
 
 }  // namespace

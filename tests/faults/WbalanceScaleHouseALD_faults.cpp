@@ -36,7 +36,8 @@ const std::vector<Dialogue> kDialogues = {
 // clang-format on
 
 TEST(WbalanceScaleHouseALDFaults, Every_single_fault_ends_as_the_instruments_table_says) {
-    ExpectEveryFaultMet({ScaleHouseTable(), kDialogues, Make<WbalanceScaleHouseALD>()});
+    ExpectEveryFaultMet(
+        {TableOf<WbalanceScaleHouseALD>(), kDialogues, Make<WbalanceScaleHouseALD>()});
 }
 
 }  // namespace

@@ -7,7 +7,8 @@ namespace faults {
 namespace {
 
 TEST(WbalanceSetra_EL_2000SFaults, Every_single_fault_ends_as_the_instruments_table_says) {
-    ExpectEveryFaultMet({EL2000STable(), CollectingDialogues("#"), Make<WbalanceSetra_EL_2000S>()});
+    ExpectEveryFaultMet({TableOf<WbalanceSetra_EL_2000S>(), CollectingDialogues("#"),
+                         Make<WbalanceSetra_EL_2000S>()});
 }
 
 }  // namespace

@@ -78,11 +78,13 @@ Description Collecting(const char* displayName, const char* command, const Steps
 
 }  // namespace
 
-Description XL1800Table() {
+template <>
+Description TableOf<WbalanceDIC_XL1800>() {
     return Collecting("Denver Instrument Company XL-1800", "?1", {NeedSerialObject()});
 }
 
-Description EL2000STable() {
+template <>
+Description TableOf<WbalanceSetra_EL_2000S>() {
     return Collecting("Setra EL-2000S", "#", {Ready()});
 }
 

@@ -27,8 +27,9 @@ const Step kPauseUntilTwentySeconds = [](Run& run) {
 
 }  // namespace
 
-Description GibertiniTable() {
-    return {
+template <>
+Description TableOf<WbalanceGibertini>() {
+    return Endless({
     "Gibertini",
     {0, 9600, 1024, 7, 0, 0, 1, 'S'},
     {
@@ -55,7 +56,7 @@ Description GibertiniTable() {
                 kPauseUntilTwentySeconds}),
             TraceAsIs("Weight procedure failed!"),
             Return(0)}},
-    }};
+    }});
 }
 
 // clang-format on

@@ -38,8 +38,9 @@ const Step kAddReading = Do([](Run& run) { run.sum += run.reading; });
 
 }  // namespace
 
-Description KernTable() {
-    return {
+template <>
+Description TableOf<WbalanceKern_EW_EGN_EWB>() {
+    return Endless({
     "Kern EW/EG-N/EWB",
     {0, 1200, 0, 8, 2, 0, 1, 'S'},
     {
@@ -70,7 +71,7 @@ Description KernTable() {
             Passes(5, {Read(2), kAddReading}),
             Store(FifthOfSum()),
             Return(1)}},
-    }};
+    }});
 }
 
 // clang-format on

@@ -37,7 +37,8 @@ const Steps kTareSetSics = {
 
 }  // namespace
 
-Description MettlerPMTable() {
+template <>
+Description TableOf<WbalanceMettlerPM>() {
     return {
     "Mettler PM",
     {0, 600, 2, 7, 0, 0, 1, 'S'},

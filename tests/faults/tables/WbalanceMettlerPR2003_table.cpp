@@ -103,11 +103,13 @@ Description MettlerPR(const Settings& settings) {
 
 }  // namespace
 
-Description MettlerPR2003Table() {
+template <>
+Description TableOf<WbalanceMettlerPR2003>() {
     return MettlerPR({0, 2400, 2, 7, 0, 0, 1, 'S'});
 }
 
-Description MettlerXSTable() {
+template <>
+Description TableOf<WbalanceMettlerXS>() {
     return MettlerPR({0, 9600, 0, 8, 0, 0, 1, 'S'});
 }
 

@@ -22,7 +22,8 @@ const Step kBackToWeight = If(FlagB(), {
 
 }  // namespace
 
-Description MettlerSB32001Table() {
+template <>
+Description TableOf<WbalanceMettlerSB32001>() {
     return {
     "Mettler SB",
     {0, 2400, 2, 7, 0, 0, 1, 'S'},

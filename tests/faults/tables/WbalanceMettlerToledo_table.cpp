@@ -16,7 +16,8 @@ const Steps kCommandFails = {Trace("%s - Command fail!\n\n"), Return(0)};
 
 }  // namespace
 
-Description MettlerToledoTable() {
+template <>
+Description TableOf<WbalanceMettlerToledo>() {
     return {
     "Generic Mettler Toledo",
     {0, 2400, 2, 7, 0, 0, 1, 'S'},

@@ -27,7 +27,8 @@ const Step kSendWeightCommand = Do([](Run& run) {
 
 }  // namespace
 
-Description OhausTable() {
+template <>
+Description TableOf<WbalanceOHAUS_SPU602>() {
     return {
     "Ohaus Scout Pro - Explorer",
     {0, 2400, 0, 7, 0, 0, 1, 'S'},

@@ -58,7 +58,8 @@ Step TryWeight(long mode) {
 
 }  // namespace
 
-Description RadwagTable() {
+template <>
+Description TableOf<WbalanceRadwag>() {
     return {
     "Radwag",
     {0, 9600, 2, 7, 0, 0, 1, 'S'},

@@ -37,7 +37,8 @@ const Step kSendTare = [](Run& run) {
 
 }  // namespace
 
-Description SartoriusTable() {
+template <>
+Description TableOf<WbalanceSartorius>() {
     return {
     "Generic Sartorius",
     {0, 1200, 1, 7, 0, 0, 1, 'S'},

@@ -60,7 +60,8 @@ const Steps kFailed = {TraceAsIs("Weight procedure failed!"), Return(0)};
 
 }  // namespace
 
-Description ScaleHouseTable() {
+template <>
+Description TableOf<WbalanceScaleHouseALD>() {
     return {
     "Scale House ALD",
     {0, 2400, 0, 7, 0, 0, 1, 'S'},
