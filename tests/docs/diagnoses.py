@@ -25,7 +25,6 @@ NO_DIAGNOSIS = {
     "? `wbalance detect` tries other settings": "the end of the sentence about silence",
     "; `wbalance detect` finds the instrument": "the end of the sentence about unknown text",
     " reads the weight": "nothing is wrong",
-    "/dev/tty(S|USB)(0|[1-9][0-9]{0,7})": "a pattern",
     "; choose the balance's standard print format": "the end of the sentence about records",
     "; choose others with --line, or use another adapter": "the end of the sentence about settings",
 }

@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <cmath>
+
 using testing::EndsWith;
 using testing::HasSubstr;
 using tool::Meaning;
@@ -46,6 +48,14 @@ TEST(Measurement, The_4_of_the_reset_answer_is_no_weight) {
 TEST(Measurement, Digits_that_the_driver_left_out_are_a_truncation) {
     const auto measurement = Weighing().Exchange("S\r\n", "S S     12.345 g\r\n").Result(1, 12.34);
     EXPECT_EQ(measurement.reading.meaning, Meaning::Truncated);
+}
+
+TEST(Measurement, A_number_beyond_all_weights_is_no_weight_whatever_the_driver_made_of_it) {
+    const std::string answer = "S S " + std::string(400, '9') + " g\r\n";
+    EXPECT_EQ(Weighing().Exchange("S\r\n", answer).Result(1, 100.0).reading.meaning,
+              Meaning::NotUnderstood);
+    EXPECT_EQ(Weighing().Exchange("S\r\n", answer).Result(1, HUGE_VAL).reading.meaning,
+              Meaning::NotUnderstood);
 }
 
 TEST(Measurement, Kilograms_taken_for_grams_are_no_weight) {

@@ -7,6 +7,7 @@
 #include <csignal>
 #include <cstdio>
 
+#include "OutsideText.h"
 #include "Record.h"
 #include "ToolError.h"
 #include "commands/Detect.h"
@@ -37,7 +38,7 @@ void EndAsItsReaderHas() {
 
 int Complain(ExitCode code, const std::string& sentence) {
     if (ReaderHasGone()) EndAsItsReaderHas();
-    std::fprintf(stderr, "wbalance: %s\n", sentence.c_str());
+    std::fprintf(stderr, "wbalance: %s\n", outside::Printable(sentence).c_str());
     return static_cast<int>(code);
 }
 

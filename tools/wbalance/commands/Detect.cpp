@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <memory>
 
-#include "Record.h"
+#include "OutsideText.h"
 #include "ToolError.h"
 #include "detect/Detector.h"
 #include "line/PortTrouble.h"
@@ -61,7 +61,7 @@ void Print(const Options& options, PortNumber port, const Detection& found) {
 
 [[noreturn]] void Fail(const Options& options, PortNumber port, const Detection& found) {
     const std::string device = port.Device();
-    const std::string sent = "\"" + record::Escaped(found.answer) + "\" at " + found.heardAt.Text();
+    const std::string sent = outside::Quoted(found.answer) + " at " + found.heardAt.Text();
     const std::string more = options.thorough ? "" : "; `wbalance detect --thorough` tries more";
     if (found.foreignText) {
         throw ToolError(

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "BalanceOptions.h"
+#include "OutsideText.h"
 #include "doctor/Doctor.h"
 
 namespace tool {
@@ -26,11 +27,11 @@ ExitCode Run(const BalanceOptions& options) {
     Doctor doctor(
         {&driver, options.Port(), line, options.timeoutSeconds, options.trace, options.recordPath},
         [](const std::string& what, const std::string& seen) {
-            std::printf("%-14s %s\n", what.c_str(), seen.c_str());
+            std::printf("%-14s %s\n", what.c_str(), outside::Printable(seen).c_str());
             std::fflush(stdout);
         });
     const Diagnosis diagnosis = doctor.Examine();
-    std::printf("%-14s %s\n", "diagnosis", diagnosis.sentence.c_str());
+    std::printf("%-14s %s\n", "diagnosis", outside::Printable(diagnosis.sentence).c_str());
     return diagnosis.code;
 }
 

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "BalanceOptions.h"
+#include "OutsideText.h"
 #include "ToolError.h"
 #include "WeighOptions.h"
 
@@ -40,11 +41,10 @@ ExitCode Run(const Options& options) {
     const Reading& reading = measurement.reading;
     const ExitCode code = CodeFor(reading.meaning);
     if (format == Format::Text && !reading.IsWeight()) {
-        throw ToolError(code,
-                        port + ": " + SentenceFor(reading) +
-                            (measurement.answer.empty()
-                                 ? ""
-                                 : "; it sent \"" + record::Escaped(measurement.answer) + "\""));
+        throw ToolError(code, port + ": " + SentenceFor(reading) +
+                                  (measurement.answer.empty()
+                                       ? ""
+                                       : "; it sent " + outside::Quoted(measurement.answer)));
     }
     if (format == Format::Csv) std::puts(CsvHeader().c_str());
     std::puts(Formatted({options.balance.driver, port, "", "", measurement}, format).c_str());

@@ -8,7 +8,7 @@
 #include <cerrno>
 #include <optional>
 
-#include "Record.h"
+#include "OutsideText.h"
 #include "ToolError.h"
 #include "line/PortList.h"
 #include "line/PortTrouble.h"
@@ -62,8 +62,8 @@ std::string ExplainLine(const DriverInfo& driver, const Measurement& measurement
         return "the answer is not one for the driver " + driver.name + "; try --driver " +
                speaker->name;
     }
-    const std::string& seen = measurement.reading.remark;
-    const std::string remark = seen.empty() ? "" : " (" + record::Escaped(seen) + ")";
+    const std::string seen = outside::Printable(outside::Shortened(measurement.reading.remark));
+    const std::string remark = seen.empty() ? "" : " (" + seen + ")";
     if (own == Meaning::Weight || own == Meaning::Truncated) {
         return "the record is not one that the driver takes whole" + remark +
                "; choose the balance's standard print format";
@@ -124,7 +124,7 @@ Diagnosis Doctor::ExamineBalance(const Connection& connection) {
                     "at " +
                     connection.line.Text() + "? `wbalance detect` tries other settings"};
     }
-    tell_("answer", "\"" + record::Escaped(measurement.answer) + "\"");
+    tell_("answer", outside::Quoted(measurement.answer));
     if (reading.meaning == Meaning::NotUnderstood || reading.meaning == Meaning::Truncated) {
         const Dialogue dialogue(report.trace);
         return {CodeFor(reading.meaning),

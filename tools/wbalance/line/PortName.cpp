@@ -3,15 +3,19 @@
 #include <climits>
 #include <cstdlib>
 #include <filesystem>
-#include <regex>
+#include <string_view>
+#include <utility>
 
 #include "ToolError.h"
 
 namespace tool {
 namespace {
 
+constexpr char kBuiltIn[] = "/dev/ttyS";
+constexpr char kUsb[] = "/dev/ttyUSB";
+
 // "/dev/ttyUSB" and 8 digits are what the library's name buffer holds.
-constexpr int kMostDigits = 8;
+constexpr std::size_t kMostDigits = 8;
 
 // Far more than a device has, few enough for a circle.
 constexpr int kMostLinks = 16;
@@ -35,14 +39,18 @@ bool IsNumber(const std::string& text) {
 }  // namespace
 
 std::string PortNumber::Device() const {
-    return (kind == 'U' ? "/dev/ttyUSB" : "/dev/ttyS") + std::to_string(number);
+    return (kind == 'U' ? kUsb : kBuiltIn) + std::to_string(number);
 }
 
 std::optional<PortNumber> PortNumber::OfDevice(const std::string& device) {
-    static const std::regex kForm("/dev/tty(S|USB)(0|[1-9][0-9]{0,7})");
-    std::smatch part;
-    if (!std::regex_match(device, part, kForm)) return std::nullopt;
-    return PortNumber{std::atoi(part[2].str().c_str()), part[1] == "S" ? 'S' : 'U'};
+    for (const auto& [start, kind] : {std::pair(kUsb, 'U'), std::pair(kBuiltIn, 'S')}) {
+        const std::string number =
+            device.rfind(start, 0) == 0 ? device.substr(std::string_view(start).size()) : "";
+        const bool leads = number.size() > 1 && number[0] == '0';
+        if (IsNumber(number) && number.size() <= kMostDigits && !leads)
+            return PortNumber{std::atoi(number.c_str()), kind};
+    }
+    return std::nullopt;
 }
 
 PortName::PortName(const std::string& text, bool usb) {

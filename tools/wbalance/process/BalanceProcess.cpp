@@ -83,6 +83,7 @@ void BalanceProcess::RunChild(const Connection& connection, int requests, int tr
 
 void BalanceProcess::Start(const Request& request) {
     report_ = {};
+    report_.request = request;
     busy_ = true;
     if (!SendRequest(requests_.Get(), request)) TakeOutcome();
 }

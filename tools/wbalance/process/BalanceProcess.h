@@ -15,6 +15,7 @@ namespace tool {
 
 /// An operation that has come to its end, and all that was traced during it.
 struct Report {
+    Request request;  ///< what was asked for
     Outcome outcome;
     bool died = false;    ///< its process has ended
     bool killed = false;  ///< and not by itself, but by somebody's SIGKILL

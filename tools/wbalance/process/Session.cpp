@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "OutsideText.h"
 #include "PortCheck.h"
 #include "output/Progress.h"
 
@@ -9,7 +10,9 @@ namespace tool {
 
 BalanceProcess::TraceSink SinkFor(bool showTrace) {
     if (!showTrace) return [](const TraceText&) {};
-    return [](const TraceText& traced) { std::fputs(traced.text.c_str(), stderr); };
+    return [](const TraceText& traced) {
+        std::fputs(outside::PrintableLines(traced.text).c_str(), stderr);
+    };
 }
 
 Session::Session(const Connection& connection, bool showTrace, const std::string& recordPath)

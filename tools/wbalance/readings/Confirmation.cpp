@@ -4,7 +4,7 @@
 
 #include "Fields.h"
 #include "Measurement.h"
-#include "Record.h"
+#include "OutsideText.h"
 
 namespace tool {
 namespace {
@@ -30,7 +30,7 @@ std::string StatusOf(const std::string& answer) {
 }
 
 Confirmation RefusedWith(const std::string& answer) {
-    const std::string sent = "; it sent \"" + record::Escaped(answer) + "\"";
+    const std::string sent = "; it sent " + outside::Quoted(answer);
     const std::string status = StatusOf(answer);
     if (status == "I" || status == "E")
         return {ExitCode::NotStable, "the balance was busy or not stable in time" + sent};
@@ -62,8 +62,7 @@ Confirmation CheckedByWeight(const DriverInfo& driver, const Dialogue& dialogue)
     const Reading reading = driver.dialect(last->answer);
     if (reading.IsWeight()) return {};
     return {CodeFor(reading.meaning), "it could not be checked: " + SentenceFor(reading) +
-                                          "; the balance sent \"" + record::Escaped(last->answer) +
-                                          "\""};
+                                          "; the balance sent " + outside::Quoted(last->answer)};
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 #include "Fields.h"
 
 #include <algorithm>
-#include <regex>
 
 namespace tool {
 namespace {
@@ -47,8 +46,10 @@ std::vector<std::string> WordsOf(const std::string& text) {
 }
 
 bool IsNumber(const std::string& text) {
-    static const std::regex kForm(R"([+-]?([0-9]+\.?[0-9]*|\.[0-9]+))");
-    return std::regex_match(text, kForm);
+    const std::size_t start = !text.empty() && (text[0] == '+' || text[0] == '-') ? 1 : 0;
+    if (text.find_first_not_of("0123456789.", start) != std::string::npos) return false;
+    return text.find_first_of("0123456789", start) != std::string::npos &&
+           std::count(text.begin(), text.end(), '.') <= 1;
 }
 
 std::string Field(const std::string& text, std::size_t position, std::size_t length) {

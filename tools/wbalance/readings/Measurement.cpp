@@ -11,12 +11,21 @@ namespace {
 constexpr std::size_t kAveraged = 5;
 
 bool Same(double a, double b) {
-    return std::fabs(a - b) <= 1e-9 * std::max({1.0, std::fabs(a), std::fabs(b)});
+    const double greatest = std::max({1.0, std::fabs(a), std::fabs(b)});
+    return std::isfinite(greatest) && std::fabs(a - b) <= 1e-9 * greatest;
 }
 
 int DecimalsOf(const std::string& digits) {
     const std::size_t point = digits.find('.');
     return point == std::string::npos ? 0 : static_cast<int>(digits.size() - point - 1);
+}
+
+std::string DigitsOf(double value, int decimals) {
+    const int length = std::snprintf(nullptr, 0, "%.*f", decimals, value);
+    std::string digits(static_cast<std::size_t>(length) + 1, '\0');
+    std::snprintf(digits.data(), digits.size(), "%.*f", decimals, value);
+    digits.pop_back();
+    return digits;
 }
 
 // The answers to the command that was repeated at the end.
@@ -37,11 +46,9 @@ Reading Mean(const std::vector<Reading>& readings) {
         sum += reading.Value();
         decimals = std::max(decimals, DecimalsOf(reading.digits));
     }
-    char digits[64];
-    std::snprintf(digits, sizeof digits, "%.*f", decimals, sum / kAveraged);
     Reading mean = readings.front();
     mean.stability = Stability::Dynamic;
-    mean.digits = digits;
+    mean.digits = DigitsOf(sum / kAveraged, decimals);
     mean.remark = "mean of 5 readings";
     return mean;
 }

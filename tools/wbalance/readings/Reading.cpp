@@ -2,7 +2,7 @@
 
 #include <cstdlib>
 
-#include "Record.h"
+#include "OutsideText.h"
 
 namespace tool {
 namespace {
@@ -85,9 +85,9 @@ std::string WordFor(Stability stability) {
 
 std::string SentenceFor(const Reading& reading) {
     const std::string sentence = SentenceFor(reading.meaning);
-    // A remark may quote the instrument, which may send what would change a terminal.
-    return reading.remark.empty() ? sentence
-                                  : sentence + " (" + record::Escaped(reading.remark) + ")";
+    // A remark may quote the instrument, which may send anything.
+    const std::string remark = outside::Printable(outside::Shortened(reading.remark));
+    return remark.empty() ? sentence : sentence + " (" + remark + ")";
 }
 
 }  // namespace tool
