@@ -71,5 +71,5 @@ wbalance_install_compressed(${WBALANCE_DOCS}/man/libwbalance.3 ${CMAKE_INSTALL_M
                             libwbalance.3 libwbalance-dev)
 install(FILES ${WBALANCE_DOCS}/host-programming.md ${WBALANCE_DOCS}/reliability.md
         DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/libwbalance-dev COMPONENT libwbalance-dev)
-install(DIRECTORY ${WBALANCE_DOCS}/instruments
+install(DIRECTORY ${WBALANCE_DOCS}/instruments ${WBALANCE_DOCS}/samples
         DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/libwbalance-dev COMPONENT libwbalance-dev)

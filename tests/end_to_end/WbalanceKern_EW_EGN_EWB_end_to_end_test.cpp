@@ -1,14 +1,7 @@
-#include <fcntl.h>
-#include <gmock/gmock.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
+#include <gtest/gtest.h>
 #include <wbalance/WbalanceKern_EW_EGN_EWB.h>
 #include <wbalance/WithLineReadiness.h>
 
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <memory>
 
 #include "simulator/VirtualBench.h"
@@ -186,28 +179,4 @@ TEST_F(WbalanceKernEndToEnd, A_pulled_adapter_fails_and_a_new_driver_reads_again
     balance.plugIn();
     driver = construct();
     EXPECT_EQ(driver->Weight(2, &weight_, nullptr), 1);
-}
-
-TEST_F(WbalanceKernEndToEnd, The_drivers_own_readiness_never_returns_and_sends_nothing) {
-    constexpr int returned = 42;
-    auto& balance = have(Options().withLoad(12.5));
-    const std::filesystem::path trace = bench_.directory() / "trace";
-    const pid_t host = ::fork();
-    if (host == 0) {
-        const rlimit stack{1024 * 1024, 1024 * 1024};
-        ::setrlimit(RLIMIT_STACK, &stack);
-        const rlimit noCore{0, 0};
-        ::setrlimit(RLIMIT_CORE, &noCore);
-        ::dup2(::open(trace.c_str(), O_WRONLY | O_CREAT, 0600), STDOUT_FILENO);
-        WbalanceKern_EW_EGN_EWB driver;
-        driver.IsReady();
-        ::_exit(returned);
-    }
-    int status = 0;
-    ASSERT_EQ(::waitpid(host, &status, 0), host);
-    EXPECT_FALSE(WIFEXITED(status) && WEXITSTATUS(status) == returned);
-    std::ifstream file(trace);
-    const std::string text{std::istreambuf_iterator<char>(file), {}};
-    EXPECT_THAT(text, testing::HasSubstr("COM0 alread open!"));
-    EXPECT_EQ(balance.sentByHost(), "");
 }

@@ -1,0 +1,71 @@
+// The two drivers whose own readiness asks for a weight, which asks for readiness, and so on.
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <wbalance/wbalance.h>
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <string>
+
+#include "simulator/VirtualBench.h"
+
+using simulator::VirtualBench;
+
+namespace {
+
+struct Readiness {
+    const char* instrument;
+    std::function<int()> ask;
+};
+
+class OwnReadiness : public testing::TestWithParam<Readiness> {
+ protected:
+    /// The wait status of a process of its own, with little stack, that asks for readiness.
+    int endOfHost() const {
+        constexpr int returned = 42;
+        const pid_t host = ::fork();
+        if (host == 0) {
+            const rlimit stack{1024 * 1024, 1024 * 1024};
+            ::setrlimit(RLIMIT_STACK, &stack);
+            const rlimit noCore{0, 0};
+            ::setrlimit(RLIMIT_CORE, &noCore);
+            ::signal(SIGSEGV, SIG_DFL);  // a sanitizer would report it instead
+            ::dup2(::open(trace_.c_str(), O_WRONLY | O_CREAT, 0600), STDOUT_FILENO);
+            GetParam().ask();
+            ::_exit(returned);
+        }
+        int status = 0;
+        ::waitpid(host, &status, 0);
+        return status;
+    }
+    std::string trace() const {
+        std::ifstream file(trace_);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+
+    VirtualBench bench_;
+    const std::filesystem::path trace_ = bench_.directory() / "trace";
+};
+
+}  // namespace
+
+TEST_P(OwnReadiness, Uses_up_the_stack_and_sends_nothing) {
+    auto& balance = bench_.place(GetParam().instrument);
+    const int status = endOfHost();
+    EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGSEGV) << "wait status " << status;
+    EXPECT_THAT(trace(), testing::HasSubstr("COM0 alread open!"));
+    EXPECT_EQ(balance.sentByHost(), "");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Of, OwnReadiness,
+    testing::Values(Readiness{"kern", [] { return WbalanceKern_EW_EGN_EWB().IsReady(); }},
+                    Readiness{"gibertini", [] { return WbalanceGibertini().IsReady(); }}),
+    [](const auto& row) { return std::string(row.param.instrument); });

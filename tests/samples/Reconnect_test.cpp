@@ -1,0 +1,116 @@
+// The sample docs/samples/reconnect.cpp with an adapter that is pulled, silent, and back.
+
+#include <gmock/gmock.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <string>
+#include <system_error>
+
+#include "simulator/VirtualBench.h"
+
+using simulator::ConnectedInstrument;
+using simulator::Options;
+using simulator::VirtualBench;
+
+namespace {
+
+/// The sample in a process of its own; what it says on standard error can be read line by line.
+class Reconnect {
+ public:
+    explicit Reconnect(const std::string& stableName) {
+        int ends[2];
+        if (pipe(ends) != 0) throw std::system_error(errno, std::generic_category());
+        child_ = fork();
+        if (child_ == 0) {
+            dup2(ends[1], STDERR_FILENO);
+            std::freopen("/dev/null", "w", stdout);
+            setenv("LD_PRELOAD", VIRTUAL_LINE, 1);
+            execl(RECONNECT, RECONNECT, stableName.c_str(), nullptr);
+            _exit(127);
+        }
+        close(ends[1]);
+        said_ = fdopen(ends[0], "r");
+    }
+    ~Reconnect() {
+        kill(child_, SIGKILL);
+        waitpid(child_, nullptr, 0);
+        std::fclose(said_);
+    }
+    Reconnect(const Reconnect&) = delete;
+    Reconnect& operator=(const Reconnect&) = delete;
+
+    /// The next line that differs from the one before.
+    std::string says() {
+        std::string line = last_;
+        while (line == last_)
+            line = nextLine();
+        return last_ = line;
+    }
+
+ private:
+    std::string nextLine() {
+        char line[200];
+        if (std::fgets(line, sizeof line, said_) == nullptr) return "it has ended";
+        return std::string(line, std::strcspn(line, "\n"));
+    }
+
+    pid_t child_ = -1;
+    FILE* said_ = nullptr;
+    std::string last_;
+};
+
+class ReconnectSample : public testing::Test {
+ protected:
+    ReconnectSample() { pointTo("ttyUSB3"); }
+    ~ReconnectSample() override { std::filesystem::remove(stableName_); }
+
+    /// Where the stable name leads, as udev writes it.
+    void pointTo(const std::string& device) {
+        std::filesystem::remove(stableName_);
+        std::filesystem::create_symlink("../../" + device, stableName_);
+    }
+
+    const std::string stableName_ =
+        testing::TempDir() + "usb-FTDI_A1B2-if00-port0." + std::to_string(getpid());
+    VirtualBench bench_;
+    ConnectedInstrument& balance_ =
+        bench_.place("mettler-toledo", Options().on("/dev/ttyUSB3").withLoad(12.34));
+    Reconnect host_{stableName_};
+};
+
+TEST_F(ReconnectSample, Weighs_again_after_each_of_three_unplugs) {
+    EXPECT_EQ(host_.says(), "12.34 g");
+    for (int i = 0; i < 3; ++i) {
+        balance_.unplug();
+        EXPECT_EQ(host_.says(), "lost");
+        balance_.plugIn();
+        std::string next = host_.says();
+        if (next == "away") next = host_.says();
+        EXPECT_EQ(next, "12.34 g");
+    }
+}
+
+TEST_F(ReconnectSample, Finds_an_adapter_that_is_back_under_another_number) {
+    EXPECT_EQ(host_.says(), "12.34 g");
+    balance_.unplug();
+    EXPECT_EQ(host_.says(), "lost");
+    EXPECT_EQ(host_.says(), "away");
+    balance_.plugIn("/dev/ttyUSB5");
+    pointTo("ttyUSB5");
+    EXPECT_EQ(host_.says(), "12.34 g");
+}
+
+TEST_F(ReconnectSample, Calls_a_balance_that_does_not_answer_silent_and_not_lost) {
+    EXPECT_EQ(host_.says(), "12.34 g");
+    balance_.addFault("silent");
+    EXPECT_EQ(host_.says(), "silent");
+    balance_.clearFaults();
+    EXPECT_EQ(host_.says(), "12.34 g");
+}
+
+}  // namespace
