@@ -12,7 +12,7 @@ import sys
 # Where diagnoses are made. Shorter literals are labels, device names and parts of sentences.
 SOURCES = ("tools/wbalance/doctor/Doctor.cpp", "tools/wbalance/line/PortTrouble.cpp",
            "tools/wbalance/line/PortName.cpp", "tools/wbalance/process/PortCheck.cpp",
-           "tools/wbalance/readings/Reading.cpp")
+           "tools/wbalance/process/BalanceProcess.cpp", "tools/wbalance/readings/Reading.cpp")
 SHORTEST = 30
 
 # Literals that are no diagnosis.
@@ -26,6 +26,8 @@ NO_DIAGNOSIS = {
     "; `wbalance detect` finds the instrument": "the end of the sentence about unknown text",
     " reads the weight": "nothing is wrong",
     "; choose the balance's standard print format": "the end of the sentence about records",
+    "; end other programs, or raise the limits of this one (ulimit -n, ulimit -u)":
+        "the end of the sentence about processes",
     "; choose others with --line, or use another adapter": "the end of the sentence about settings",
 }
 

@@ -219,8 +219,8 @@ TEST(Wbalance, A_killed_holder_is_not_taken_for_a_library_that_gave_up) {
     const Ran ran = WeighAndKill("KILL");
     EXPECT_EQ(ran.output, "");
     EXPECT_THAT(ran.errors,
-                EndsWith("wbalance: /dev/ttyS0: the process that talked to the balance was killed; "
-                         "try again\n"));
+                EndsWith("wbalance: /dev/ttyS0: the process that talked to the balance was killed "
+                         "(SIGKILL); try again\n"));
     EXPECT_EQ(ran.exitCode, 70);
 }
 

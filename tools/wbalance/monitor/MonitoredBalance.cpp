@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <new>
 
 #include "ToolError.h"
 #include "process/PortCheck.h"
@@ -24,7 +25,7 @@ MonitoredBalance::MonitoredBalance(Settings settings, Listener listener)
     : settings_(std::move(settings)), listener_(std::move(listener)) {}
 
 std::vector<pollfd> MonitoredBalance::Watched() const {
-    return process_ && process_->IsBusy() ? process_->Watched() : std::vector<pollfd>();
+    return process_ ? process_->Watched() : std::vector<pollfd>();
 }
 
 void MonitoredBalance::Step(Clock::time_point now) {
@@ -33,14 +34,21 @@ void MonitoredBalance::Step(Clock::time_point now) {
         measurement = Advance(now);
     } catch (const ToolError& error) {
         Lose(error.what(), now);
+    } catch (const std::bad_alloc&) {
+        Lose("the memory does not suffice for this balance now", now);
     }
     // Outside: what fails in the listener, such as a full disk, is no loss of the balance.
     if (measurement) Deliver(*measurement);
 }
 
 std::optional<Measurement> MonitoredBalance::Advance(Clock::time_point now) {
-    if (process_ && process_->IsBusy()) return Watch(now);
-    if (now >= next_) Begin(now);
+    if (process_) process_->Serve();
+    // Also between two readings: a process may be killed while it waits for the next request.
+    if (process_ && process_->HasReport()) return Conclude(now);
+    if (process_ && process_->IsBusy())
+        Watch(now);
+    else if (now >= next_)
+        Begin(now);
     return std::nullopt;
 }
 
@@ -59,13 +67,10 @@ void MonitoredBalance::Connect() {
     process_ = std::make_unique<BalanceProcess>(connection_, listener_.onTrace);
 }
 
-std::optional<Measurement> MonitoredBalance::Watch(Clock::time_point now) {
-    process_->Serve();
-    if (!process_->IsBusy()) return Conclude(now);
-    // Without its device a reading goes on for its whole time, with nothing to wait for.
+// Without its device a reading goes on for its whole time, with nothing to wait for.
+void MonitoredBalance::Watch(Clock::time_point now) {
     RequireDevice();
     next_ = now + kLook;
-    return std::nullopt;
 }
 
 void MonitoredBalance::RequireDevice() const {

@@ -59,7 +59,7 @@ class MonitoredBalance {
     std::optional<Measurement> Advance(Clock::time_point now);
     void Begin(Clock::time_point now);
     void Connect();
-    std::optional<Measurement> Watch(Clock::time_point now);
+    void Watch(Clock::time_point now);
     void RequireDevice() const;
     Measurement Conclude(Clock::time_point now);
     void Deliver(const Measurement& measurement);

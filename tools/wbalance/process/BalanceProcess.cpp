@@ -9,7 +9,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
-#include <system_error>
+#include <cstring>
 
 #include "Interrupt.h"
 #include "ToolError.h"
@@ -22,11 +22,18 @@ constexpr int kTickMs = 200;
 constexpr int kLongestFarewellMs = 2000;
 constexpr std::size_t kLargestTrace = 65536;
 
+[[noreturn]] void ThrowNoProcess() {
+    throw ToolError(ExitCode::Internal,
+                    std::string("no process can be started for the balance: ") +
+                        std::strerror(errno) +
+                        "; end other programs, or raise the limits of this one (ulimit -n, ulimit "
+                        "-u)");
+}
+
 // Packets, so that one traced text stays one text however long it waits to be read.
 std::array<Descriptor, 2> PacketSockets() {
     int pair[2];
-    if (socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, pair) != 0)
-        throw std::system_error(errno, std::generic_category(), "socketpair");
+    if (socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, pair) != 0) ThrowNoProcess();
     return {Descriptor(pair[0]), Descriptor(pair[1])};
 }
 
@@ -43,7 +50,7 @@ BalanceProcess::BalanceProcess(const Connection& connection, TraceSink sink)
     auto [trace, childTrace] = PacketSockets();
     auto [words, childWords] = PacketSockets();
     child_ = fork();
-    if (child_ < 0) throw std::system_error(errno, std::generic_category(), "fork");
+    if (child_ < 0) ThrowNoProcess();
     if (child_ == 0) {
         requests.Close();
         RunChild(connection, childRequests.Get(), childTrace.Get(), childWords.Get());
@@ -58,7 +65,8 @@ BalanceProcess::BalanceProcess(const Connection& connection, TraceSink sink)
 // leaves the file behind, and one of root's would keep other users from the port.
 BalanceProcess::~BalanceProcess() {
     if (busy_ || !EndsByItself()) kill(child_, SIGKILL);
-    waitpid(child_, nullptr, 0);
+    while (waitpid(child_, nullptr, 0) < 0 && errno == EINTR) {
+    }
     RemoveLockOf(device_, child_);
 }
 
@@ -68,8 +76,9 @@ bool BalanceProcess::EndsByItself() const {
     return poll(&end, 1, kLongestFarewellMs) > 0;
 }
 
+// Nothing may be thrown out of the child: it would go on as if it were the parent.
 void BalanceProcess::RunChild(const Connection& connection, int requests, int trace,
-                              int words) const {
+                              int words) const noexcept {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     // The parent ends this process when the user has interrupted it.
     signal(SIGINT, SIG_IGN);
@@ -84,6 +93,7 @@ void BalanceProcess::RunChild(const Connection& connection, int requests, int tr
 void BalanceProcess::Start(const Request& request) {
     report_ = {};
     report_.request = request;
+    hasReport_ = false;
     busy_ = true;
     if (!SendRequest(requests_.Get(), request)) TakeOutcome();
 }
@@ -118,27 +128,32 @@ void BalanceProcess::TakeWords() {
 }
 
 void BalanceProcess::TakeOutcome() {
+    if (report_.died) return;
     const ssize_t length =
         recv(requests_.Get(), &report_.outcome, sizeof report_.outcome, MSG_DONTWAIT);
     if (length < 0 && (errno == EAGAIN || errno == EINTR)) return;
     report_.died = length != static_cast<ssize_t>(sizeof report_.outcome);
-    report_.killed = report_.died && WasKilled();
+    if (report_.died) report_.signal = SignalThatEndedIt();
     // What was traced before the outcome was sent may have come in after the last look.
     TakeTrace();
     TakeWords();
     report_.finished = std::chrono::system_clock::now();
     busy_ = false;
+    hasReport_ = true;
 }
 
 // Of the child that has ended; it stays to be waited for.
-bool BalanceProcess::WasKilled() const {
+int BalanceProcess::SignalThatEndedIt() const {
     siginfo_t end = {};
-    waitid(P_PID, static_cast<id_t>(child_), &end, WEXITED | WNOWAIT);
-    return end.si_code == CLD_KILLED && end.si_status == SIGKILL;
+    while (waitid(P_PID, static_cast<id_t>(child_), &end, WEXITED | WNOWAIT) < 0 &&
+           errno == EINTR) {
+    }
+    return end.si_code == CLD_EXITED ? 0 : end.si_status;
 }
 
 Report BalanceProcess::TakeReport() {
-    return std::move(report_);
+    hasReport_ = false;
+    return std::exchange(report_, {});
 }
 
 Report BalanceProcess::Perform(const Request& request, const Tick& tick) {

@@ -17,9 +17,9 @@ namespace tool {
 struct Report {
     Request request;  ///< what was asked for
     Outcome outcome;
-    bool died = false;    ///< its process has ended
-    bool killed = false;  ///< and not by itself, but by somebody's SIGKILL
-    std::string words;    ///< what it said on standard error
+    bool died = false;  ///< its process has ended
+    int signal = 0;     ///< that ended it; 0: it ended by itself
+    std::string words;  ///< what it said on standard error
     std::vector<TraceText> trace;
     WallTime finished;
 };
@@ -35,6 +35,7 @@ class BalanceProcess {
     using Tick = std::function<void()>;
 
     /// Forks; the process must have one thread. `sink` is called for each traced text as it comes.
+    /// Throws ToolError where descriptors or memory are short.
     BalanceProcess(const Connection& connection, TraceSink sink);
     ~BalanceProcess();
     BalanceProcess(const BalanceProcess&) = delete;
@@ -48,7 +49,9 @@ class BalanceProcess {
     std::vector<pollfd> Watched() const;
     /// Takes in all news there are, without waiting.
     void Serve();
-    /// The report of the operation that has ended.
+    /// Whether an operation has ended, or the process itself, which it may also between two of
+    /// them.
+    bool HasReport() const { return hasReport_; }
     Report TakeReport();
 
     /// Start() and wait for the end; `tick` is called several times a second. Throws ToolError when
@@ -56,12 +59,12 @@ class BalanceProcess {
     Report Perform(const Request& request, const Tick& tick);
 
  private:
-    void RunChild(const Connection& connection, int requests, int trace, int words) const;
+    void RunChild(const Connection& connection, int requests, int trace, int words) const noexcept;
     bool EndsByItself() const;
     void TakeTrace();
     void TakeWords();
     void TakeOutcome();
-    bool WasKilled() const;
+    int SignalThatEndedIt() const;
 
     const TraceSink sink_;
     const std::string device_;
@@ -70,6 +73,7 @@ class BalanceProcess {
     Descriptor trace_;
     Descriptor words_;
     bool busy_ = false;
+    bool hasReport_ = false;
     Report report_;
 };
 

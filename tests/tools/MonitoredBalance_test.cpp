@@ -1,0 +1,73 @@
+// wbalance monitor whose processes are killed, or which has nothing left to start them with.
+
+#include <gmock/gmock.h>
+
+#include "RunProgram.h"
+#include "simulator/VirtualBench.h"
+
+using simulator::Options;
+using simulator::VirtualBench;
+using testing::HasSubstr;
+
+namespace {
+
+/// Runs a monitor with `arguments` by way of `launcher`, and `script` beside it. `script` has
+/// $monitor, the monitor's process, and `await TEXT`, which waits until a line holds TEXT. The
+/// output is the monitor's lines, then what `script` said.
+Ran MonitorWhile(const std::string& launcher, const std::string& arguments,
+                 const std::string& script) {
+    const TemporaryFile lines;
+    return RunShell(
+        "lines=" + lines.Path() +
+        "; await() { for i in $(seq 1200); do ! grep -q \"$1\" $lines || return 0; sleep 0.05; "
+        "done; echo \"never saw $1\"; kill $monitor; }; (exec " +
+        launcher + " " WBALANCE " monitor " + arguments + " >$lines) & monitor=$!; said=$(" +
+        script + "); wait $monitor; code=$?; cat $lines; echo \"$said\"; exit $code");
+}
+
+TEST(MonitoredBalance, Is_lost_when_its_idle_process_is_killed) {
+    VirtualBench bench;
+    bench.place("mettler-toledo", Options().on("/dev/ttyS0").withLoad(10));
+    // Between two readings: the second is a minute away.
+    const Ran ran = MonitorWhile(
+        "env", "mettler-toledo@0 -m now -t 0 -i 60 --csv",
+        "await ,weight,; child=$(pgrep -P $monitor); kill -KILL $child; await ,lost,; "
+        "[ -e /proc/$child ] && echo a zombie; [ -e /var/lock/LCK..ttyS0 ] && echo locked; kill "
+        "$monitor");
+    EXPECT_THAT(ran.output, HasSubstr(",\"/dev/ttyS0\",lost,"));
+    EXPECT_THAT(ran.output, testing::Not(HasSubstr("never saw")));
+    EXPECT_THAT(ran.output, testing::Not(HasSubstr("a zombie")));
+    EXPECT_THAT(ran.output, testing::Not(HasSubstr("locked")));
+    EXPECT_THAT(ran.errors, HasSubstr("lost 1 times"));
+}
+
+TEST(MonitoredBalance, Says_why_it_is_lost_and_goes_on_after_each_end_of_its_process) {
+    VirtualBench bench;
+    bench.place("mettler-toledo", Options().on("/dev/ttyS0").withLoad(10));
+    for (const char* signal : {"KILL", "SEGV"}) {
+        const Ran ran = MonitorWhile("env", "mettler-toledo@0 -m now -t 0 -i 3 --json -n 2",
+                                     "await weight; kill -s " + std::string(signal) +
+                                         " $(pgrep -P $monitor); await lost; await back");
+        EXPECT_THAT(ran.output,
+                    HasSubstr("/dev/ttyS0: the process that talked to the balance was killed (SIG" +
+                              std::string(signal) + "); try again"));
+        EXPECT_THAT(ran.output, HasSubstr("at /dev/ttyS0"));
+        EXPECT_EQ(ran.exitCode, 0) << ran.output;
+    }
+}
+
+TEST(MonitoredBalance, Waits_for_file_descriptors_where_there_are_none) {
+    VirtualBench bench;
+    bench.place("mettler-toledo", Options().on("/dev/ttyS0").withLoad(10));
+    const Ran ran =
+        MonitorWhile("prlimit --nofile=5: env", "mettler-toledo@0 -m now -t 0 -i 0 --json -n 1",
+                     "await lost; prlimit --pid $monitor --nofile=1024: || kill $monitor");
+    EXPECT_THAT(ran.output,
+                HasSubstr("no process can be started for the balance: Too many open files; end "
+                          "other programs, or raise the limits of this one (ulimit -n, ulimit "
+                          "-u)"));
+    EXPECT_THAT(ran.output, HasSubstr("10.00"));
+    EXPECT_EQ(ran.exitCode, 0) << ran.output;
+}
+
+}  // namespace
