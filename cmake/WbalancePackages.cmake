@@ -4,6 +4,7 @@ set(WBALANCE_PACKAGE_CONTACT "libwbalance maintainers <maintainers@localhost.loc
     "Who answers for the packages")
 
 set(CPACK_GENERATOR DEB)
+set(CPACK_PROJECT_CONFIG_FILE ${PROJECT_SOURCE_DIR}/cmake/WbalancePackageTools.cmake)
 set(CPACK_COMPONENTS_ALL libwbalance1 libwbalance-dev)
 if(WBALANCE_BUILD_TOOLS)
     list(APPEND CPACK_COMPONENTS_ALL wbalance-tools)

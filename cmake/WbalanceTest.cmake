@@ -1,6 +1,6 @@
 # One function for each kind of test program. Tests are GoogleTest; ctest knows each test by its sentence.
 
-find_package(GTest REQUIRED)
+wbalance_require(GTest libgmock-dev)
 include(GoogleTest)
 
 # What takes time with tests is the compiling: matchers are large templates. So their headers are
