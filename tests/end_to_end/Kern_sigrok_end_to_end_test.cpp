@@ -1,6 +1,7 @@
 // The simulated Kern balance as a client reads it that has nothing to do with this project:
 // Debian's sigrok-cli, whose driver was written for the balance itself. Skipped where sigrok-cli is
-// missing, and where the system lists no serial port, because sigrok-cli takes no other.
+// missing, and where the system has no serial port, because sigrok-cli takes only one that is
+// listed and there.
 
 #include <gtest/gtest.h>
 #include <wbalance/WbalanceKern_EW_EGN_EWB.h>
@@ -29,10 +30,14 @@ std::string outputOf(const std::string& command) {
     return output;
 }
 
-/// The least number of a port that the system lists; -1 for none.
+/// The least number of a port that the system lists and has; -1 for none.
 int listedPort() {
-    for (int port = 0; port < 64; ++port)
-        if (std::filesystem::exists("/sys/class/tty/ttyS" + std::to_string(port))) return port;
+    for (int port = 0; port < 64; ++port) {
+        const std::string name = "ttyS" + std::to_string(port);
+        if (std::filesystem::exists("/sys/class/tty/" + name) &&
+            std::filesystem::exists("/dev/" + name))
+            return port;
+    }
     return -1;
 }
 
@@ -42,7 +47,8 @@ class KernReadBySigrok : public testing::Test {
         if (std::system("command -v sigrok-cli >/dev/null") != 0)
             GTEST_SKIP() << "sigrok-cli is not installed (apt-get install sigrok-cli)";
         if (port_ < 0)
-            GTEST_SKIP() << "there is no port under /sys/class/tty, sigrok-cli needs one";
+            GTEST_SKIP()
+                << "no port is both under /sys/class/tty and in /dev, sigrok-cli needs one";
     }
 
     simulator::ConnectedInstrument& have(Options options) {
