@@ -24,6 +24,7 @@ void applyUnit(const std::string& unit, BalanceData& data) {
     if (unit.empty()) return;
     data.unit = unit;
     data.gramsPerUnit = gramsPerUnit.at(unit);
+    data.countsPieces = unit == "PCS";
 }
 
 }  // namespace

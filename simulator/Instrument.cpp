@@ -24,7 +24,8 @@ bool isBalanceSwitch(const std::string& setting) {
     });
 }
 
-BalanceData fitted(BalanceData balance, const Switches& switches) {
+BalanceData fitted(const CatalogEntry& entry, const Switches& switches) {
+    BalanceData balance = entry.modelBalance ? entry.modelBalance(switches) : entry.balance;
     applyBalanceSwitches(switches, balance);
     return balance;
 }
@@ -37,7 +38,7 @@ Instrument::Instrument(const CatalogEntry& entry, const std::vector<std::string>
 Instrument::Instrument(const CatalogEntry& entry, const Switches& switches)
     : entry_(entry),
       switches_(switches),
-      balance_(fitted(entry.balance, switches)),
+      balance_(fitted(entry, switches)),
       dialect_(entry.createDialect(balance_, switches)) {}
 
 Switches Instrument::switchesWith(const std::string& setting) const {
@@ -47,12 +48,15 @@ Switches Instrument::switchesWith(const std::string& setting) const {
 }
 
 void Instrument::checkSwitch(const std::string& setting) const {
-    fitted(entry_.balance, switchesWith(setting));
+    fitted(entry_, switchesWith(setting));
 }
 
 void Instrument::choose(const std::string& setting) {
     const Switches switches = switchesWith(setting);
-    balance_.change(fitted(entry_.balance, switches));
+    const BalanceData data = fitted(entry_, switches);
+    balance_.change(data);
+    if (cutAt(setting, '=').first == "unit")
+        balance_.showUnit(data.unit, data.gramsPerUnit, data.countsPieces);
     switches_ = switches;
     if (isBalanceSwitch(setting)) return;
     collectAnswers();

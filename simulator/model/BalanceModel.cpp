@@ -16,10 +16,13 @@ std::string digitsOf(double value, int decimals) {
 }
 
 /// Whole steps of the display within `grams`, halves away from zero. The small allowance keeps a
-/// load such as 1.005 g, which has no exact binary form, from being rounded the wrong way.
+/// load such as 1.005 g, which has no exact binary form, from being rounded the wrong way. Never a
+/// negative zero, which would show as "-0.00".
 double steps(double grams, double step) {
     const double exact = grams / step;
-    return std::round(exact + std::copysign(1e-9 * std::max(1.0, std::fabs(exact)), exact));
+    const double allowance = std::copysign(1e-9 * std::max(1.0, std::fabs(exact)), exact);
+    const double count = std::round(exact + allowance);
+    return count == 0 ? 0 : count;
 }
 
 }  // namespace
@@ -33,11 +36,17 @@ BalanceModel::BalanceModel(const BalanceData& data) : data_(data), random_(data.
 }
 
 void BalanceModel::change(const BalanceData& data) {
-    const Time stableAfter = data_.stableAfter;
-    const Time refresh = data_.refresh;
+    const BalanceData before = data_;
     data_ = data;
-    data_.stableAfter = stableAfter;
-    data_.refresh = refresh;
+    data_.stableAfter = before.stableAfter;
+    data_.refresh = before.refresh;
+    showUnit(before.unit, before.gramsPerUnit, before.countsPieces);
+}
+
+void BalanceModel::showUnit(const std::string& unit, double gramsPerUnit, bool countsPieces) {
+    data_.unit = unit;
+    data_.gramsPerUnit = gramsPerUnit;
+    data_.countsPieces = countsPieces;
 }
 
 void BalanceModel::startWithLoad(double grams) {
@@ -85,7 +94,7 @@ Reading BalanceModel::read() const {
     reading.stable = isStable();
     reading.unit = data_.unit;
     reading.decimals = decimals();
-    reading.value = roundToStep(grossWeight() - tare_) / data_.gramsPerUnit;
+    reading.value = inUnit(roundToStep(grossWeight() - tare_));
     return reading;
 }
 
@@ -121,13 +130,15 @@ Outcome BalanceModel::presetTare(double grams) {
 }
 
 std::string BalanceModel::tareDigits() const {
-    return digitsOf(tare_ / data_.gramsPerUnit, decimals());
+    return digitsOf(inUnit(tare_), decimals());
 }
 
-/// Never a negative zero, which would show as "-0.00".
+double BalanceModel::inUnit(double grams) const {
+    return data_.countsPieces ? steps(grams, data_.gramsPerUnit) : grams / data_.gramsPerUnit;
+}
+
 double BalanceModel::roundToStep(double grams) const {
-    const double count = steps(grams, data_.readability);
-    return count == 0 ? 0 : count * data_.readability;
+    return steps(grams, data_.readability) * data_.readability;
 }
 
 bool BalanceModel::isStable() const {
@@ -138,6 +149,7 @@ bool BalanceModel::isStable() const {
 }
 
 int BalanceModel::decimals() const {
+    if (data_.countsPieces) return 0;
     const double step = data_.readability / data_.gramsPerUnit;
     int count = 0;
     for (double whole = step; count < 9 && whole < 1 - 1e-9; whole *= 10)
@@ -147,7 +159,9 @@ int BalanceModel::decimals() const {
 
 Reading::Range BalanceModel::range() const {
     if (forcedRange_ != Reading::Range::inside) return forcedRange_;
-    if (roundToStep(grossWeight()) > data_.capacity) return Reading::Range::over;
+    // Steps that have no exact binary form may add up to a little more than the capacity.
+    if (roundToStep(grossWeight()) > data_.capacity + data_.readability / 1000)
+        return Reading::Range::over;
     if (grossWeight() < data_.lowestLoad) return Reading::Range::under;
     return Reading::Range::inside;
 }

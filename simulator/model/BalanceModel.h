@@ -17,6 +17,7 @@ struct BalanceData {
     double zeroRange = 12.2;    ///< zeroing takes up to this much to either side
     std::string unit = "g";     ///< text of the displayed unit
     double gramsPerUnit = 1;    ///< capacity and readability stay in grams
+    bool countsPieces = false;  ///< the unit is a piece: whole ones are shown
     Time settling = 150ms;      ///< time constant with which the pan follows the load
     Time stableAfter = 300ms;   ///< how long a reading must keep within one step
     Time refresh = 50ms;        ///< a new reading is taken at each multiple of this time
@@ -50,8 +51,11 @@ class BalanceModel {
     explicit BalanceModel(const BalanceData& data);
 
     const BalanceData& data() const { return data_; }
-    /// It is another kind of balance from now on; `stableAfter` and `refresh` stay as they were.
+    /// It is another kind of balance from now on; `stableAfter`, `refresh` and the unit stay as
+    /// they were.
     void change(const BalanceData& data);
+    /// Weights are shown in this unit from now on; `countsPieces`: in whole pieces of that weight.
+    void showUnit(const std::string& unit, double gramsPerUnit, bool countsPieces = false);
 
     /// Moves on to `now`, which never goes back.
     void advance(Time now);
@@ -96,6 +100,7 @@ class BalanceModel {
 
     void refresh(Time at);
     double roundToStep(double grams) const;
+    double inUnit(double grams) const;
     double grossWeight() const { return shown_ - zero_; }
     bool isStable() const;
     int decimals() const;

@@ -36,6 +36,38 @@ TEST(BalanceModel, Shows_the_load_in_steps_of_its_readability) {
     EXPECT_EQ(shown(12.5, 5), "15");
 }
 
+TEST(BalanceModel, Shows_a_weight_in_another_unit_with_the_decimals_of_its_readability) {
+    BalanceModel model = balanceWith(12.34);
+    model.showUnit("kg", 1000);
+    EXPECT_EQ(model.read().digits(), "0.01234");
+    EXPECT_EQ(model.read().unit, "kg");
+    model.showUnit("mg", 0.001);
+    EXPECT_EQ(model.read().digits(), "12340");
+    model.showUnit("oz", 28.349523125);
+    EXPECT_EQ(model.read().digits(), "0.4353");
+}
+
+TEST(BalanceModel, Counts_whole_pieces) {
+    BalanceModel model = balanceWith(12.34);
+    model.showUnit("PCS", 2.5, true);
+    EXPECT_EQ(model.read().digits(), "5");
+    EXPECT_EQ(model.read().unit, "PCS");
+    model.startWithLoad(-1);
+    EXPECT_EQ(model.read().digits(), "0");
+    model.startWithLoad(12.34);
+    model.tare();
+    EXPECT_EQ(model.tareDigits(), "5");
+}
+
+TEST(BalanceModel, Keeps_the_unit_when_it_becomes_another_kind) {
+    BalanceModel model = balanceWith(12.34);
+    model.showUnit("kg", 1000);
+    BalanceData coarser;
+    coarser.readability = 1;
+    model.change(coarser);
+    EXPECT_EQ(model.read().digits(), "0.012");
+}
+
 TEST(BalanceModel, Never_shows_a_negative_zero) {
     EXPECT_EQ(shown(-0.004, 0.01), "0.00");
     EXPECT_EQ(shown(-0.006, 0.01), "-0.01");
