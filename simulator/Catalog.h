@@ -22,6 +22,8 @@ struct CatalogEntry {
     BalanceData balance;
     std::vector<SwitchDescription> switches;
     std::function<std::unique_ptr<Dialect>(BalanceModel&, const Switches&)> createDialect;
+    /// In place of `balance`, for an entry with models that differ in capacity and readability.
+    std::function<BalanceData(const Switches&)> modelBalance = nullptr;
 };
 
 /// All instruments, in alphabetical order of their names.

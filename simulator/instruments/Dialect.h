@@ -6,6 +6,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <variant>
 #include <vector>
 
 #include "simulator/Time.h"
@@ -69,6 +70,20 @@ class Dialect {
     void on(const std::string& command, Handler handler);
     /// Adds a command that takes no parameters; with parameters it gets refuse().
     void onPlain(const std::string& command, Action action);
+
+    /// What a command does, as a list of commands names it: a member of the dialect without
+    /// parameters, or one that gets what stood behind the command.
+    template <typename Balance>
+    using Does = std::variant<void (Balance::*)(), void (Balance::*)(const std::string&)>;
+    template <typename Balance>
+    void on(const std::string& command, Balance* self, Does<Balance> does) {
+        if (const auto plain = std::get_if<0>(&does))
+            onPlain(command, [self, run = *plain] { (self->*run)(); });
+        else
+            on(command, [self, run = std::get<1>(does)](const std::string& parameters) {
+                (self->*run)(parameters);
+            });
+    }
 
     /// Something that is in no row of the table.
     virtual void unknown(const std::string& command) = 0;

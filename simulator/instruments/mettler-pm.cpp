@@ -1,5 +1,5 @@
-// Mettler PM balance with the standard PM protocol; one that is set to MT-SICS speaks as the
-// balances of mettler-toledo.cpp do.
+// Mettler PM balance with the standard PM protocol; one that is set to MT-SICS speaks as
+// MtSics.h says.
 //
 //   > "S"       < "S       12.34 g"    waits for the pan to rest; "SI" when it never does
 //   > "SI"      < "S       12.34 g", "SD      12.30 g", "SI", "SI+", "SI-"
@@ -11,7 +11,7 @@
 #include "simulator/instruments/mettler-pm.h"
 
 #include "simulator/Text.h"
-#include "simulator/instruments/mettler-toledo.h"
+#include "simulator/instruments/MtSics.h"
 
 namespace simulator {
 namespace {
@@ -115,6 +115,10 @@ class StandardPm : public Dialect {
     std::string last_;
 };
 
+bool speaksMtSics(const Switches& switches) {
+    return switches.text("protocol") == "mt-sics";
+}
+
 }  // namespace
 
 CatalogEntry mettlerPm() {
@@ -124,7 +128,7 @@ CatalogEntry mettlerPm() {
     entry.model = "PM, 610 g";
     entry.driverClass = "WbalanceMettlerPM";
     entry.line = {600, 7, Parity::even, 1, FlowControl::none};
-    entry.switches = mtSicsSwitches();
+    entry.switches = mtSicsSwitches("level-1");
     entry.switches.insert(
         entry.switches.begin(),
         {{"protocol",
@@ -132,8 +136,11 @@ CatalogEntry mettlerPm() {
           {"standard", "mt-sics"},
           "language; some switches are of MT-SICS only"},
          onOff("empty-line-repeats", false, "repeats the last command on an empty line")});
+    entry.modelBalance = [](const Switches& switches) {
+        return speaksMtSics(switches) ? mtSicsBalance(switches) : BalanceData();
+    };
     entry.createDialect = [](BalanceModel& model, const Switches& switches) {
-        if (switches.text("protocol") == "mt-sics") return mtSicsDialect(model, switches);
+        if (speaksMtSics(switches)) return std::unique_ptr<Dialect>(new MtSics(model, switches));
         return std::unique_ptr<Dialect>(new StandardPm(model, switches));
     };
     return entry;

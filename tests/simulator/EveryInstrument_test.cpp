@@ -69,3 +69,35 @@ TEST(EveryInstrument, Is_weighed_again_from_the_record_of_its_weighing) {
         EXPECT_EQ(ran.exitCode, 0) << name;
     }
 }
+
+namespace {
+
+/// What another program sends to an instrument to set its unit or mode, and what is weighed then.
+struct HostUnit {
+    std::string instrument;
+    std::string line;    ///< as stty takes it
+    std::string sent;    ///< as printf takes it
+    std::string weight;  ///< the line that comes
+};
+
+Ran weighAfter(const HostUnit& unit) {
+    const std::string name = unit.instrument.substr(0, unit.instrument.find(' '));
+    return RunShell(std::string(WBALANCE_SIM) + " " + unit.instrument +
+                    " --load 12.5 -- sh -c 'stty -F /dev/ttyS0 raw -echo " + unit.line +
+                    " && printf \"" + unit.sent + "\" >/dev/ttyS0 && sleep 0.5 && " + WBALANCE +
+                    " weigh --driver " + name + "'");
+}
+
+}  // namespace
+
+TEST(EveryInstrument, Weighs_in_the_unit_that_a_host_has_set_and_the_program_says_so) {
+    const HostUnit units[] = {
+        {"mettler-xs", "9600 cs8 -parenb", "M21 0 3\\r\\n", "S S    12500.0 mg\\r\\n"},
+    };
+    for (const HostUnit& unit : units) {
+        const Ran ran = weighAfter(unit);
+        EXPECT_THAT(ran.errors, HasSubstr("the weight is not in grams")) << unit.instrument;
+        EXPECT_THAT(ran.errors, HasSubstr(unit.weight)) << unit.instrument;
+        EXPECT_EQ(ran.exitCode, 10) << unit.instrument;
+    }
+}

@@ -254,7 +254,7 @@ TEST(WbalanceSim, Its_own_errors_are_125_and_say_what_to_do) {
         {"mettler-xs --load heavy -- true", "a load is written GRAMS[@TIME]"},
         {"mettler-xs --fault slow -- true", "there is no such fault; there are busy"},
         {"mettler-xs --with speed=2 -- true",
-         "this instrument has no switch \"speed\"; it has reset-"},
+         "this instrument has no switch \"speed\"; it has model, reset-"},
         {"mettler-xs --with reset-answer=maybe -- true", "takes one of on, off, not \"maybe\""},
         {"mettler-xs --with stability-time-out=x -- true", "takes a time such as 500ms or 10s"},
         {"mettler-xs --with noise=loud -- true",

@@ -1,35 +1,18 @@
 #include "simulator/instruments/mettler-toledo.h"
 
-#include <gtest/gtest.h>
-
-#include "simulator/Instrument.h"
+#include "InstrumentTest.h"
 
 using simulator::Character;
 using simulator::Instrument;
-using simulator::Time;
 using namespace std::chrono_literals;
 
 namespace {
 
-/// An MT-SICS balance in virtual time: what it is asked, what it answers, to the byte.
-class MtSics : public testing::Test {
+class MtSics : public InstrumentTest {
  protected:
     void have(double load, const std::vector<std::string>& switches = {}) {
-        instrument_ = std::make_unique<Instrument>(simulator::mettlerToledo(), switches);
-        instrument_->balance().startWithLoad(load);
+        InstrumentTest::have("mettler-toledo", load, switches);
     }
-    std::string ask(const std::string& bytes, Time at = 0ms) {
-        instrument_->receive(bytes, at);
-        return instrument_->takeOutput();
-    }
-    std::string answersUntil(Time time) {
-        instrument_->advance(time);
-        return instrument_->takeOutput();
-    }
-    /// Puts a load on the pan, which takes its time to come to rest.
-    void putOn(double load) { instrument_->balance().setLoad(load); }
-
-    std::unique_ptr<Instrument> instrument_;
 };
 
 }  // namespace
@@ -205,6 +188,291 @@ TEST_F(MtSics, A_break_gets_ET) {
     have(1);
     instrument_->receiveBreak(0ms);
     EXPECT_EQ(instrument_->takeOutput(), "ET\r\n");
+}
+
+// Reference manual MT-SICS for the Excellence line, commands of level 0 and 1; the quoted texts are
+// answers of a JE1002G, an XS204 and a WXS205SDU.
+TEST_F(MtSics, I0_lists_every_command_that_the_level_1_balance_answers) {
+    have(1);
+    EXPECT_EQ(ask("I0\r\n"),
+              "I0 B 0 \"I0\"\r\nI0 B 0 \"I1\"\r\nI0 B 0 \"I2\"\r\nI0 B 0 \"I3\"\r\n"
+              "I0 B 0 \"I4\"\r\nI0 B 0 \"I5\"\r\nI0 B 0 \"S\"\r\nI0 B 0 \"SI\"\r\n"
+              "I0 B 0 \"SIR\"\r\nI0 B 0 \"Z\"\r\nI0 B 0 \"ZI\"\r\nI0 B 0 \"@\"\r\n"
+              "I0 B 1 \"D\"\r\nI0 B 1 \"DW\"\r\nI0 B 1 \"SR\"\r\nI0 B 1 \"T\"\r\n"
+              "I0 B 1 \"TA\"\r\nI0 B 1 \"TAC\"\r\nI0 B 1 \"TI\"\r\nI0 A 2 \"PWR\"\r\n");
+}
+
+TEST_F(MtSics, I0_lists_what_answers_and_what_it_does_not_list_gets_ES) {
+    const std::vector<std::string> all = {
+        "I0", "I1", "I2",  "I3",  "I4",  "I5",  "S",   "SI",  "SIR", "Z",   "ZI",
+        "@",  "D",  "DW",  "SC",  "SR",  "T",   "TA",  "TAC", "TC",  "TI",  "ZC",
+        "C1", "C3", "DAT", "I10", "I11", "M21", "PWR", "SIS", "SNR", "TIM", "UPD"};
+    for (const std::string model : {"level-1", "xs204", "wxs205", "pr2003", "sb32001"}) {
+        have(1, {"model=" + model});
+        const std::string list = ask("I0\r\n");
+        for (const std::string& command : all) {
+            have(1, {"model=" + model});
+            const bool isListed = list.find('"' + command + '"') != std::string::npos;
+            EXPECT_EQ(ask(command + "\r\n") != "ES\r\n", isListed) << model << " " << command;
+        }
+    }
+}
+
+// I1: levels, then the version of each level. I2: type, capacity with the overrange, unit. I3:
+// version of the software and type definition. I5: 8 digits and an index letter.
+TEST_F(MtSics, Each_model_says_its_own_texts) {
+    have(1);
+    EXPECT_EQ(ask("I1\r\nI2\r\nI3\r\nI5\r\n"),
+              "I1 A \"01\" \"2.30\" \"2.22\"\r\nI2 A \"MT-SICS 610.00 g\"\r\n"
+              "I3 A \"1.20 34.28.3.4485.1729\"\r\nI5 A \"11671158C\"\r\n");
+    have(1, {"model=xs204"});
+    EXPECT_EQ(ask("I1\r\nI2\r\nI11\r\nS\r\n"),
+              "I1 A \"0123\" \"2.30\" \"2.22\" \"2.33\" \"2.20\"\r\n"
+              "I2 A \"XS204 Excellence 220.0090 g\"\r\nI11 A \"XS204\"\r\n"
+              "S S     1.0000 g\r\n");
+    have(1, {"model=wxs205"});
+    EXPECT_EQ(ask("I1\r\nI2\r\nI3\r\nI11\r\nS\r\n"),
+              "I1 A \"01\" \"2.30\" \"2.22\"\r\nI2 A \"WXS205SDU WXA-Bridge 220.00900 g\"\r\n"
+              "I3 A \"1.10 18.6.4.1361.772\"\r\nI11 A \"WXS205SDU\"\r\nS S    1.00000 g\r\n");
+    have(1, {"model=pr2003"});
+    EXPECT_EQ(ask("I2\r\nS\r\n"), "I2 A \"PR2003 2100.000 g\"\r\nS S      1.000 g\r\n");
+    have(1, {"model=sb32001"});
+    EXPECT_EQ(ask("I2\r\nS\r\n"), "I2 A \"SB32001 32100.0 g\"\r\nS S        1.0 g\r\n");
+}
+
+TEST_F(MtSics, The_load_that_I2_names_is_weighed_and_more_is_overload) {
+    have(220.009, {"model=wxs205"});
+    EXPECT_EQ(ask("SI\r\n"), "S S  220.00900 g\r\n");
+    have(220.00901, {"model=wxs205"});
+    EXPECT_EQ(ask("SI\r\n"), "S +\r\n");
+}
+
+TEST_F(MtSics, A_busy_balance_does_not_say_what_it_is) {
+    have(1);
+    addFault("busy");
+    EXPECT_EQ(ask("I0\r\nI1\r\nI2\r\nI3\r\nI4\r\nI5\r\n"),
+              "I0 I\r\nI1 I\r\nI2 I\r\nI3 I\r\nI4 I\r\nI5 I\r\n");
+}
+
+// Level 0: ZI zeroes at once and says whether the pan was at rest.
+TEST_F(MtSics, ZI_zeroes_at_once_and_says_whether_the_weight_moved) {
+    have(5);
+    EXPECT_EQ(ask("TA 1 g\r\nZI\r\nSI\r\n"), "TA A       1.00 g\r\nZI S\r\nS S       0.00 g\r\n");
+    putOn(8);
+    EXPECT_EQ(ask("ZI\r\n", 100ms), "ZI D\r\n");
+    answersUntil(5s);
+    EXPECT_EQ(ask("SI\r\n", 5s), "S S       1.54 g\r\n");
+    have(12.21);
+    EXPECT_EQ(ask("ZI\r\n"), "ZI +\r\n");
+    have(-12.21);
+    EXPECT_EQ(ask("ZI\r\n"), "ZI -\r\n");
+    addFault("busy");
+    EXPECT_EQ(ask("ZI\r\n"), "ZI I\r\n");
+}
+
+// Level 1: TI tares at once.
+TEST_F(MtSics, TI_tares_at_once_and_says_whether_the_weight_moved) {
+    have(100);
+    EXPECT_EQ(ask("TI\r\nSI\r\n"), "TI S     100.00 g\r\nS S       0.00 g\r\n");
+    have(0);
+    putOn(50);
+    EXPECT_EQ(ask("TI\r\n", 100ms), "TI D      24.33 g\r\n");
+    EXPECT_EQ(ask("S\r\n", 5s), "S S      25.67 g\r\n");
+    have(-1);
+    EXPECT_EQ(ask("TI\r\n"), "TI -\r\n");
+    have(611);
+    EXPECT_EQ(ask("TI\r\n"), "TI +\r\n");
+    addFault("busy");
+    EXPECT_EQ(ask("TI\r\n"), "TI I\r\n");
+}
+
+// A JE1002G answers the query with S, the manuals say A.
+TEST_F(MtSics, TA_as_a_query_says_A_or_S_and_as_a_setting_A) {
+    have(100, {"tare-query=S"});
+    EXPECT_EQ(ask("TA 12.50 g\r\nTA\r\n"), "TA A      12.50 g\r\nTA S      12.50 g\r\n");
+    addFault("busy");
+    EXPECT_EQ(ask("TA\r\nTAC\r\n"), "TA I\r\nTAC I\r\n");
+}
+
+TEST_F(MtSics, TAC_takes_no_parameters) {
+    have(100);
+    EXPECT_EQ(ask("TA 5 g\r\nTAC 1\r\nSI\r\n"),
+              "TA A       5.00 g\r\nTAC L\r\nS S      95.00 g\r\n");
+}
+
+// Instructions of the JS balances, p. 30: a line after each change of 12.5 % of the last stable
+// weight, of 30 steps at least, or of the step that the host names.
+TEST_F(MtSics, SR_sends_a_stable_weight_and_then_each_change) {
+    have(100);
+    EXPECT_EQ(ask("SR\r\n"), "S S     100.00 g\r\n");
+    putOn(112);
+    EXPECT_EQ(answersUntil(5s), "");
+    putOn(120);
+    EXPECT_EQ(answersUntil(10s), "S D     114.27 g\r\nS S     120.00 g\r\n");
+    EXPECT_EQ(ask("SI\r\n", 10s), "S S     120.00 g\r\n");
+    putOn(20);
+    EXPECT_EQ(answersUntil(20s), "");
+}
+
+TEST_F(MtSics, SR_with_a_step_sends_a_change_of_that_step) {
+    have(100);
+    EXPECT_EQ(ask("SR 0.5 g\r\n"), "S S     100.00 g\r\n");
+    putOn(100.4);
+    EXPECT_EQ(answersUntil(5s), "");
+    putOn(100.5);
+    EXPECT_EQ(answersUntil(10s), "S D     100.50 g\r\nS S     100.50 g\r\n");
+    EXPECT_EQ(ask("SR 0.5\r\nSR 0 g\r\n", 10s), "SR L\r\nSR L\r\n");
+    have(0.1);
+    EXPECT_EQ(ask("SR\r\n"), "S S       0.10 g\r\n");
+    putOn(0.39);
+    EXPECT_EQ(answersUntil(5s), "");
+    putOn(0.4);
+    EXPECT_EQ(answersUntil(10s), "S S       0.40 g\r\n");
+}
+
+// Level 2: SNR sends stable weights only.
+TEST_F(MtSics, SNR_sends_stable_weights_only) {
+    have(100, {"model=xs204"});
+    EXPECT_EQ(ask("SNR\r\n"), "S S   100.0000 g\r\n");
+    putOn(120);
+    EXPECT_EQ(answersUntil(5s), "S S   120.0000 g\r\n");
+    putOn(500);
+    EXPECT_EQ(answersUntil(10s), "");
+    EXPECT_EQ(ask("SNR 1\r\n", 10s), "SNR L\r\n");
+}
+
+// Weigh modules: SC, TC and ZC take the value of the moment when their time is over.
+TEST_F(MtSics, Timed_commands_take_what_is_there_when_their_time_is_over) {
+    have(0, {"timed-commands"});
+    putOn(50);
+    EXPECT_EQ(ask("SC 100\r\n", 100ms), "");
+    EXPECT_EQ(answersUntil(200ms), "S D      36.82 g\r\n");
+    EXPECT_EQ(ask("SC 10000\r\n", 200ms), "");
+    EXPECT_EQ(answersUntil(5s), "S S      50.00 g\r\n");
+    putOn(60);
+    EXPECT_EQ(ask("TC 100\r\n", 5s), "");
+    EXPECT_EQ(answersUntil(5100ms), "T D      54.87 g\r\n");
+    EXPECT_EQ(ask("S\r\n", 9s), "S S       5.13 g\r\n");
+    putOn(1);
+    EXPECT_EQ(ask("ZC 20000\r\nSI\r\n", 9s), "");
+    EXPECT_EQ(answersUntil(12s), "Z A\r\nS S       0.00 g\r\n");
+    EXPECT_EQ(ask("SC\r\nTC -1\r\nZC x\r\n", 12s), "S L\r\nT L\r\nZ L\r\n");
+}
+
+// Level 2: M21 0 sets the unit of S, SI, T and TA; codes 0 g, 1 kg, 3 mg, 4 ug, 5 ct, 7 lb, 8 oz.
+TEST_F(MtSics, M21_sets_the_unit_of_the_weights) {
+    have(12.5, {"model=xs204"});
+    EXPECT_EQ(ask("M21 0 0\r\nS\r\n"), "M21 A\r\nS S    12.5000 g\r\n");
+    EXPECT_EQ(ask("M21 0 1\r\nS\r\n"), "M21 A\r\nS S  0.0125000 kg\r\n");
+    EXPECT_EQ(ask("M21 0 3\r\nS\r\n"), "M21 A\r\nS S    12500.0 mg\r\n");
+    EXPECT_EQ(ask("M21 0 4\r\nSI\r\n"), "M21 A\r\nS S   12500000 ug\r\n");
+    EXPECT_EQ(ask("M21 0 5\r\nS\r\n"), "M21 A\r\nS S    62.5000 ct\r\n");
+    EXPECT_EQ(ask("M21 0 7\r\nS\r\n"), "M21 A\r\nS S  0.0275578 lb\r\n");
+    EXPECT_EQ(ask("M21 0 8\r\nS\r\n"), "M21 A\r\nS S   0.440925 oz\r\n");
+}
+
+TEST_F(MtSics, Tares_are_in_the_unit_of_the_host) {
+    have(12.5, {"model=xs204"});
+    EXPECT_EQ(ask("M21 0 3\r\nTA 2500 mg\r\nS\r\nTA 1 g\r\nT\r\n"),
+              "M21 A\r\nTA A     2500.0 mg\r\nS S    10000.0 mg\r\nTA L\r\nT S    12500.0 mg\r\n");
+}
+
+TEST_F(MtSics, M21_refuses_other_codes_and_keeps_the_unit) {
+    have(12.5, {"model=xs204"});
+    EXPECT_EQ(ask("M21 0 2\r\nM21 1 3\r\nM21\r\nS\r\n"),
+              "M21 L\r\nM21 L\r\nM21 L\r\nS S    12.5000 g\r\n");
+}
+
+TEST_F(MtSics, The_unit_of_the_host_lasts_until_one_is_set_at_the_menu) {
+    have(12.5, {"model=xs204"});
+    EXPECT_EQ(ask("M21 0 3\r\n"), "M21 A\r\n");
+    instrument_->choose("noise=0");
+    EXPECT_EQ(ask("S\r\n"), "S S    12500.0 mg\r\n");
+    instrument_->choose("unit=g");
+    EXPECT_EQ(ask("S\r\n"), "S S    12.5000 g\r\n");
+}
+
+// Level 2: I10, the name of the balance: 20 characters, kept over the reset and the mains.
+TEST_F(MtSics, I10_keeps_the_name_that_a_host_gives) {
+    have(1, {"model=xs204", "power-on-line=off"});
+    EXPECT_EQ(ask("I10\r\nI10 \"My Balance\"\r\nI10\r\n"),
+              "I10 A \"\"\r\nI10 A\r\nI10 A \"My Balance\"\r\n");
+    EXPECT_EQ(ask("I10 \"123456789012345678901\"\r\nI10 x\r\n"), "I10 L\r\nI10 L\r\n");
+    addFault("power-cut@1s+2s");
+    answersUntil(4s);
+    EXPECT_EQ(ask("@\r\nI10\r\n", 4s), "I4 A \"1126493049\"\r\nI10 A \"My Balance\"\r\n");
+}
+
+// Level 2: C3 adjusts with the built-in weight: B when it begins, A or I when it is over.
+TEST_F(MtSics, C3_begins_and_ends_with_a_line_and_weighs_nothing_in_between) {
+    have(1, {"model=xs204"});
+    EXPECT_EQ(ask("C3\r\nSI\r\nC3\r\n"), "C3 B\r\nS I\r\nC3 I\r\n");
+    EXPECT_EQ(ask("S\r\nT\r\nZ\r\nI2\r\n", 59s), "S I\r\nT I\r\nZ I\r\nI2 I\r\n");
+    EXPECT_EQ(answersUntil(60s), "C3 A\r\n");
+    EXPECT_EQ(ask("SI\r\n", 60s), "S S     1.0000 g\r\n");
+}
+
+TEST_F(MtSics, An_adjustment_of_a_restless_pan_ends_with_I) {
+    have(1, {"model=xs204", "adjustment-time=2s"});
+    EXPECT_EQ(ask("C1\r\n"), "C1 B\r\n");
+    addFault("busy");
+    EXPECT_EQ(answersUntil(2s), "C1 I\r\n");
+}
+
+TEST_F(MtSics, A_reset_and_a_power_cut_end_an_adjustment) {
+    have(1, {"model=xs204", "power-on-line=off"});
+    EXPECT_EQ(ask("C3\r\n@\r\nSI\r\n"), "C3 B\r\nI4 A \"1126493049\"\r\nS S     1.0000 g\r\n");
+    EXPECT_EQ(ask("C3\r\n", 1s), "C3 B\r\n");
+    addFault("power-cut@2s+1s");
+    EXPECT_EQ(answersUntil(70s), "");
+    EXPECT_EQ(ask("SI\r\n", 70s), "S S     0.0000 g\r\n");
+}
+
+// Level 2: date and time, also as settings; the clock goes on.
+TEST_F(MtSics, DAT_and_TIM_say_and_set_a_clock_that_goes_on) {
+    have(1, {"model=xs204"});
+    EXPECT_EQ(ask("DAT\r\nTIM\r\n"), "DAT A 01 01 2026\r\nTIM A 08 00 00\r\n");
+    EXPECT_EQ(ask("DAT 28 02 2024\r\nTIM 23 59 58\r\n"), "DAT A\r\nTIM A\r\n");
+    EXPECT_EQ(ask("DAT\r\nTIM\r\n", 2s), "DAT A 29 02 2024\r\nTIM A 00 00 00\r\n");
+    EXPECT_EQ(ask("DAT 30 02 2024\r\nDAT 1 2\r\nTIM 24 00 00\r\nTIM x\r\nDAT\r\n", 2s),
+              "DAT L\r\nDAT L\r\nTIM L\r\nTIM L\r\nDAT A 29 02 2024\r\n");
+}
+
+// Level 2: UPD, lines a second of SIR.
+TEST_F(MtSics, UPD_sets_the_rate_of_SIR) {
+    have(1, {"model=xs204"});
+    EXPECT_EQ(ask("UPD\r\nUPD 2\r\nUPD\r\nSIR\r\n"),
+              "UPD A 5\r\nUPD A\r\nUPD A 2\r\nS S     1.0000 g\r\n");
+    EXPECT_EQ(answersUntil(499ms), "");
+    EXPECT_EQ(answersUntil(500ms), "S S     1.0000 g\r\n");
+    EXPECT_EQ(ask("UPD 0\r\nUPD 21\r\nUPD fast\r\n", 500ms), "UPD L\r\nUPD L\r\nUPD L\r\n");
+}
+
+// Level 2: SIS: state, value, unit code, decimals, step, approval, tare (1 weighed, 2 entered).
+TEST_F(MtSics, SIS_says_all_about_the_weight) {
+    have(100, {"model=xs204"});
+    EXPECT_EQ(ask("SIS\r\n"), "SIS A 0 100.0000 0 4 1 0 0\r\n");
+    EXPECT_EQ(ask("TA 1 g\r\nSIS\r\n"), "TA A     1.0000 g\r\nSIS A 0 99.0000 0 4 1 0 2\r\n");
+    EXPECT_EQ(ask("TI\r\nM21 0 3\r\nSIS\r\n"),
+              "TI S   100.0000 g\r\nM21 A\r\nSIS A 0 0.0 3 1 1 0 1\r\n");
+    putOn(110);
+    EXPECT_EQ(ask("SIS\r\n", 100ms), "SIS A 1 4865.8 3 1 1 0 1\r\n");
+    have(221, {"model=xs204"});
+    EXPECT_EQ(ask("SIS\r\n").substr(0, 8), "SIS A 4 ");
+    have(-23, {"model=xs204"});
+    EXPECT_EQ(ask("SIS\r\n").substr(0, 8), "SIS A 5 ");
+    addFault("busy");
+    EXPECT_EQ(ask("SIS\r\n"), "SIS I\r\n");
+}
+
+TEST_F(MtSics, A_bridge_without_terminal_has_no_display) {
+    have(1, {"model=wxs205"});
+    EXPECT_EQ(ask("D \"HELLO\"\r\nDW\r\nSI\r\n"), "ES\r\nES\r\nS S    1.00000 g\r\n");
+}
+
+TEST_F(MtSics, Pieces_are_counted_in_whole_ones) {
+    have(12.4, {"unit=PCS"});
+    EXPECT_EQ(ask("S\r\nT\r\n"), "S S         12 PCS\r\nT S         12 PCS\r\n");
 }
 
 TEST(MtSicsFamily, Each_model_shows_its_own_decimals_at_its_own_settings) {

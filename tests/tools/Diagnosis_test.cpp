@@ -306,9 +306,17 @@ INSTANTIATE_TEST_SUITE_P(Instruments, DetectEach,
 
 TEST(Detect, Names_the_drivers_for_an_MT_SICS_balance_that_does_not_tell_its_model) {
     for (const char* name : {"mettler-pr2003", "mettler-sb32001"}) {
-        const Ran ran = WbalanceWith(std::string(name) + " --load 3", "detect");
+        const Ran ran =
+            WbalanceWith(std::string(name) + " --load 3 --with model=level-1", "detect");
         EXPECT_THAT(ran.output, HasSubstr("--driver mettler-toledo --port 0\n"));
         EXPECT_THAT(ran.output, HasSubstr(name));
+    }
+}
+
+TEST(Detect, Names_the_driver_of_the_model_that_an_MT_SICS_balance_tells) {
+    for (const std::string name : {"mettler-pr2003", "mettler-sb32001"}) {
+        const Ran ran = WbalanceWith(name + " --load 3", "detect");
+        EXPECT_THAT(ran.output, HasSubstr("wbalance weigh --driver " + name + " --port 0\n"));
     }
 }
 

@@ -1,0 +1,67 @@
+#include "simulator/instruments/MtSicsModel.h"
+
+#include <algorithm>
+
+namespace simulator {
+namespace {
+
+// Texts of the XS204 (I2) and of the WXS205SDU (I2, I3, I5, I11) are those of such balances. The
+// others have their form.
+const std::vector<MtSicsModel>& models() {
+    static const std::vector<MtSicsModel> all = {
+        {"level-1", "MT-SICS", "MT-SICS", R"("01" "2.30" "2.22")", "1.20 34.28.3.4485.1729",
+         "11671158C", 610, 0.01, true, false, false},
+        {"xs204", "XS204 Excellence", "XS204", R"("0123" "2.30" "2.22" "2.33" "2.20")",
+         "4.10 10.28.0.493.142", "11671158C", 220.009, 0.0001, true, true, true},
+        {"wxs205", "WXS205SDU WXA-Bridge", "WXS205SDU", R"("01" "2.30" "2.22")",
+         "1.10 18.6.4.1361.772", "11671158C", 220.009, 0.00001, false, true, true},
+        {"pr2003", "PR2003", "PR2003", R"("0123" "2.30" "2.22" "2.33" "2.20")",
+         "3.10 4.23.0.241.117", "11671158C", 2100, 0.001, true, true, false},
+        {"sb32001", "SB32001", "SB32001", R"("0123" "2.30" "2.22" "2.33" "2.20")",
+         "3.10 4.23.0.241.118", "11671158C", 32100, 0.1, true, true, false},
+    };
+    return all;
+}
+
+std::vector<std::string> modelNames() {
+    std::vector<std::string> names;
+    for (const MtSicsModel& each : models())
+        names.push_back(each.name);
+    return names;
+}
+
+}  // namespace
+
+const MtSicsModel& mtSicsModel(const Switches& switches) {
+    const std::string& name = switches.text("model");
+    return *std::find_if(models().begin(), models().end(),
+                         [&](const MtSicsModel& each) { return each.name == name; });
+}
+
+BalanceData mtSicsBalance(const Switches& switches) {
+    const MtSicsModel& model = mtSicsModel(switches);
+    BalanceData data;
+    data.capacity = model.capacity;
+    data.readability = model.readability;
+    data.lowestLoad = -model.capacity / 10;
+    data.zeroRange = model.capacity * 0.02;
+    return data;
+}
+
+std::vector<SwitchDescription> mtSicsSwitches(const std::string& model) {
+    return {
+        {"model", model, modelNames(), "texts, capacity, readability and commands"},
+        onOff("reset-answer", true, "answers @ with its serial number"),
+        onOff("power-on-line", true, "sends its serial number unasked when the mains come on"),
+        {"serial-number", "1126493049", {}, "serial number, 7 to 10 characters"},
+        {"stability-time-out", "10s", {}, "how long S, T and Z wait for the pan to rest", true},
+        {"repeat-interval", "200ms", {}, "time between two weights of SIR, until UPD", true},
+        {"adjustment-time", "60s", {}, "how long the adjustments C1 and C3 take", true},
+        {"display-width", "14", {"7", "14", "20", "60"}, "characters that the display holds"},
+        {"cut-text", "R", {"A", "R", "L"}, "status answered for a text that was cut to fit"},
+        {"tare-query", "A", {"A", "S"}, "status in the answer to TA without a weight"},
+        onOff("timed-commands", false, "knows SC, TC and ZC, as some weigh modules do"),
+    };
+}
+
+}  // namespace simulator
