@@ -1,12 +1,17 @@
 // wbalance from outside: its command line, its exit codes, and what it puts on which stream.
 
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
+#include <algorithm>
+#include <csignal>
 #include <sstream>
+#include <thread>
 
 #include "RunProgram.h"
+#include "StartedProgram.h"
 
 using testing::EndsWith;
 using testing::HasSubstr;
@@ -157,6 +162,7 @@ TEST(Wbalance, A_time_out_of_more_than_a_minute_is_refused) {
 
 TEST(Wbalance, A_full_disk_behind_standard_output_is_a_failure) {
     const Ran ran = RunShell(std::string(WBALANCE) + " drivers >/dev/full");
+    EXPECT_EQ(ran.errors, "wbalance: standard output can't be written: No space left on device\n");
     EXPECT_EQ(ran.exitCode, 70);
 }
 
@@ -351,12 +357,76 @@ TEST(Wbalance, Every_line_that_monitor_has_shown_when_it_is_killed_is_in_the_log
     EXPECT_GT(count, 0);
 }
 
-TEST(Wbalance, Ctrl_C_ends_the_monitor_with_its_summary) {
-    const Ran ran = RunShell("timeout --preserve-status -s INT 3 " + std::string(WBALANCE_SIM) +
-                             " mettler-toledo --load 12.34 -- " + WBALANCE +
-                             " monitor mettler-toledo@0 -i 0 -t 0 --csv");
-    EXPECT_THAT(ran.errors, HasSubstr(" readings, "));
-    EXPECT_EQ(ran.exitCode, 0);
+constexpr char kMonitor[] = WBALANCE_SIM " mettler-toledo --load 12.34 -- " WBALANCE
+                                         " monitor mettler-toledo@0 -i 0 -t 0 --json";
+
+// Each line that was read is one whole reading.
+void ExpectWholeReadings(const std::string& output) {
+    std::istringstream lines(output);
+    for (std::string line; std::getline(lines, line);)
+        EXPECT_EQ(JsonOf(line)["value"].toDouble(), 12.34) << line;
+    EXPECT_THAT(output, EndsWith("\n"));
+}
+
+TEST(Wbalance, Ctrl_C_and_SIGTERM_end_the_monitor_with_its_summary) {
+    for (const int signal : {SIGINT, SIGTERM}) {
+        StartedProgram monitor(kMonitor);
+        EXPECT_TRUE(monitor.Reads("}\n{")) << monitor.Errors();
+        monitor.Signal(signal);
+        EXPECT_EQ(monitor.End(), 0);
+        ExpectWholeReadings(monitor.Output());
+        EXPECT_THAT(monitor.Errors(), StartsWith("mettler-toledo /dev/ttyS0: "));
+        EXPECT_THAT(monitor.Errors(), EndsWith(", lost 0 times\n"));
+    }
+}
+
+TEST(Wbalance, Ctrl_C_ends_a_monitor_whose_reader_sleeps_with_its_summary) {
+    StartedProgram monitor(kMonitor);
+    monitor.LetThePipeFill();
+    monitor.Signal(SIGINT);
+    EXPECT_EQ(monitor.Wait(), 130);
+    EXPECT_THAT(monitor.Errors(), StartsWith("mettler-toledo /dev/ttyS0: "));
+    EXPECT_THAT(monitor.Errors(),
+                EndsWith(", lost 0 times\nwbalance: interrupted; the reader of standard output did "
+                         "not take all of it\n"));
+    while (monitor.Read()) {
+    }
+    ExpectWholeReadings(monitor.Output());
+}
+
+TEST(Wbalance, A_reader_that_sleeps_and_wakes_up_gets_every_line_whole) {
+    StartedProgram monitor(std::string(kMonitor) + " -n 40");
+    monitor.LetThePipeFill();
+    EXPECT_EQ(monitor.End(), 0);
+    ExpectWholeReadings(monitor.Output());
+    EXPECT_EQ(std::count(monitor.Output().begin(), monitor.Output().end(), '\n'), 40);
+}
+
+TEST(Wbalance, Ctrl_C_ends_any_command_with_its_own_exit_code) {
+    for (const char* command :
+         {"weigh -d mettler-toledo -t 60", "tare -d mettler-toledo -t 60",
+          "doctor -d mettler-toledo -t 60", "detect", "weigh -d mettler-toledo -t 60 --json"}) {
+        StartedProgram program(std::string(WBALANCE_SIM) + " mettler-toledo --fault silent -- " +
+                               "sh -c 'echo started; exec " + WBALANCE + " " + command + "'");
+        EXPECT_TRUE(program.Reads("started"));
+        std::this_thread::sleep_for(std::chrono::milliseconds(500));
+        program.Signal(SIGINT);
+        EXPECT_EQ(program.End(), 130) << command;
+        EXPECT_THAT(program.Errors(), EndsWith("wbalance: interrupted\n")) << command;
+    }
+}
+
+TEST(Wbalance, Ctrl_C_at_the_record_that_is_still_to_come_is_an_interruption) {
+    const TemporaryFile place;
+    const std::string pipe = place.Path() + "-pipe";
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    StartedProgram program("sh -c 'echo started; exec " WBALANCE " replay " + pipe + "'");
+    EXPECT_TRUE(program.Reads("started"));
+    std::this_thread::sleep_for(std::chrono::milliseconds(500));
+    program.Signal(SIGINT);
+    EXPECT_EQ(program.End(), 130);
+    EXPECT_THAT(program.Errors(), StartsWith("wbalance: interrupted: "));
+    unlink(pipe.c_str());
 }
 
 TEST(Wbalance, Monitor_finds_an_adapter_again_that_comes_back_under_another_number) {

@@ -1,11 +1,8 @@
 #include "CommandLine.h"
 
-#include <poll.h>
-#include <unistd.h>
-
 #include <CLI/CLI.hpp>
 #include <csignal>
-#include <cstdio>
+#include <sstream>
 
 #include "OutsideText.h"
 #include "Record.h"
@@ -18,28 +15,25 @@
 #include "commands/Ports.h"
 #include "commands/Replay.h"
 #include "commands/Weigh.h"
+#include "output/Stream.h"
 #include "process/Interrupt.h"
 
 namespace tool {
 namespace {
 
-// Whoever read standard output has gone, as in `| head -1`.
-bool ReaderHasGone() {
-    pollfd output{STDOUT_FILENO, POLLOUT, 0};
-    return std::ferror(stdout) != 0 && poll(&output, 1, 0) > 0 && (output.revents & POLLERR) != 0;
-}
-
 // A closed pipe ends this program as it ends others, but not before the port is closed and its lock
 // file has gone.
-void EndAsItsReaderHas() {
+int EndAsItsReaderHas() {
     std::signal(SIGPIPE, SIG_DFL);
-    std::raise(SIGPIPE);
+    return std::raise(SIGPIPE);
 }
 
 int Complain(ExitCode code, const std::string& sentence) {
-    if (ReaderHasGone()) EndAsItsReaderHas();
-    std::fprintf(stderr, "wbalance: %s\n", outside::Printable(sentence).c_str());
-    return static_cast<int>(code);
+    // What an interrupted call reports is not what went wrong.
+    const bool interrupted = Interrupted() && code != ExitCode::Interrupted;
+    Say("wbalance: " + outside::Printable(interrupted ? "interrupted: " + sentence : sentence) +
+        "\n");
+    return static_cast<int>(interrupted ? ExitCode::Interrupted : code);
 }
 
 // CLI11 would say that a command is required.
@@ -60,10 +54,23 @@ std::string HelpFor(const CLI::App& application) {
     return "wbalance " + (given.empty() ? "" : given.front()->get_name() + " ") + "--help";
 }
 
-// Results that did not reach their file or pipe are not done.
-int Delivered(ExitCode code) {
-    if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return static_cast<int>(code);
-    return Complain(ExitCode::Internal, "the result could not be written to standard output");
+// What CLI11 prints instead of carrying a command out: help and version.
+int Show(const CLI::App& application, const CLI::Success& success) {
+    std::ostringstream text;
+    application.exit(success, text, text);
+    Print(text.str());
+    return static_cast<int>(ExitCode::Done);
+}
+
+// Carries out what the words ask for.
+int Run(CLI::App& application, const ExitCode& exitCode, int argc, char* argv[]) {
+    try {
+        RequireKnownCommand(application, argc, argv);
+        application.parse(argc, argv);
+        return static_cast<int>(exitCode);
+    } catch (const CLI::Success& success) {
+        return Show(application, success);
+    }
 }
 
 }  // namespace
@@ -85,11 +92,9 @@ int RunCommandLine(int argc, char* argv[]) {
     CatchInterrupts();
     std::signal(SIGPIPE, SIG_IGN);
     try {
-        RequireKnownCommand(application, argc, argv);
-        application.parse(argc, argv);
-        return Delivered(exitCode);
-    } catch (const CLI::Success& success) {
-        return application.exit(success);
+        return Run(application, exitCode, argc, argv);
+    } catch (const ReaderGone&) {
+        return EndAsItsReaderHas();
     } catch (const CLI::ParseError& error) {
         return Complain(ExitCode::Usage, error.what() + ("; see " + HelpFor(application)));
     } catch (const ToolError& error) {

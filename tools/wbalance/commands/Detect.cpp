@@ -1,13 +1,13 @@
 #include "Detect.h"
 
 #include <CLI/CLI.hpp>
-#include <cstdio>
 #include <memory>
 
 #include "OutsideText.h"
 #include "ToolError.h"
 #include "detect/Detector.h"
 #include "line/PortTrouble.h"
+#include "output/Stream.h"
 #include "process/Session.h"
 
 namespace tool {
@@ -38,24 +38,28 @@ std::string PortArguments(const Options& options) {
     return "--port " + options.port + (options.usb ? " --usb" : "");
 }
 
-void Print(const Options& options, PortNumber port, const Detection& found) {
+// What a host writes.
+std::string CallsFor(PortNumber port, const LineSettings& line) {
+    std::string calls =
+        "balance.SetCommPort(" + std::to_string(port.number) + "); balance.SetCommConfig(";
+    for (const int setting :
+         {line.baudRate, line.parity, line.dataBits, line.stopBits, line.flowControl})
+        calls += std::to_string(setting) + ", ";
+    return calls + "1, '" + port.kind + "');";
+}
+
+void Report(const Options& options, PortNumber port, const Detection& found) {
     const DriverInfo& driver = FindDriver(found.driver);
     const bool own = found.line == driver.line;
-    std::printf("%s, %s, at %s on %s\n", driver.maker.c_str(), driver.models.c_str(),
-                found.line.Text().c_str(), port.Device().c_str());
-    std::printf("  wbalance weigh --driver %s %s%s\n", driver.name.c_str(),
-                PortArguments(options).c_str(),
-                own ? "" : (" --line " + found.line.Text()).c_str());
-    std::printf(
-        "  %s balance; balance.SetCommPort(%d); "
-        "balance.SetCommConfig(%d, %d, %d, %d, %d, 1, '%c');\n",
-        driver.driverClass.c_str(), port.number, found.line.baudRate, found.line.parity,
-        found.line.dataBits, found.line.stopBits, found.line.flowControl, port.kind);
+    PrintLine(driver.maker + ", " + driver.models + ", at " + found.line.Text() + " on " +
+              port.Device());
+    PrintLine("  wbalance weigh --driver " + driver.name + " " + PortArguments(options) +
+              (own ? "" : " --line " + found.line.Text()));
+    PrintLine("  " + driver.driverClass + " balance; " + CallsFor(port, found.line));
     if (found.driver == "mettler-toledo") {
-        std::printf(
+        PrintLine(
             "  The balance does not say that it is a PR, XS or SB32001. If it is one, its own "
-            "driver "
-            "can more:\n  --driver mettler-pr2003, mettler-xs or mettler-sb32001.\n");
+            "driver can more:\n  --driver mettler-pr2003, mettler-xs or mettler-sb32001.");
     }
 }
 
@@ -88,12 +92,11 @@ ExitCode Run(const Options& options) {
     if (const std::string held = WhyHeld(port.Device()); !held.empty())
         throw ToolError(ExitCode::PortFailed, held);
     Detector detector(
-        port, SinkFor(options.trace),
-        [](const std::string& note) { std::fprintf(stderr, "%s\n", note.c_str()); },
+        port, SinkFor(options.trace), [](const std::string& note) { Say(note + "\n"); },
         options.thorough);
     const Detection found = detector.Run();
     if (found.driver.empty()) Fail(options, port, found);
-    Print(options, port, found);
+    Report(options, port, found);
     return ExitCode::Done;
 }
 

@@ -1,12 +1,13 @@
 #include "Doctor.h"
 
 #include <CLI/CLI.hpp>
-#include <cstdio>
 #include <memory>
 
 #include "BalanceOptions.h"
 #include "OutsideText.h"
 #include "doctor/Doctor.h"
+#include "output/Columns.h"
+#include "output/Stream.h"
 
 namespace tool {
 namespace {
@@ -20,18 +21,19 @@ constexpr char kExamples[] =
     "comes\n"
     "back and what it means; the last line is the diagnosis. The exit codes are those of weigh.\n";
 
+void PrintFinding(const std::string& what, const std::string& seen) {
+    PrintLine(Padded(what, 14) + " " + outside::Printable(seen));
+}
+
 ExitCode Run(const BalanceOptions& options) {
     const DriverInfo& driver = FindDriver(options.driver);
     const LineSettings line =
         options.line.empty() ? driver.line : LineSettings::Parse(options.line, driver.line);
     Doctor doctor(
         {&driver, options.Port(), line, options.timeoutSeconds, options.trace, options.recordPath},
-        [](const std::string& what, const std::string& seen) {
-            std::printf("%-14s %s\n", what.c_str(), outside::Printable(seen).c_str());
-            std::fflush(stdout);
-        });
+        PrintFinding);
     const Diagnosis diagnosis = doctor.Examine();
-    std::printf("%-14s %s\n", "diagnosis", outside::Printable(diagnosis.sentence).c_str());
+    PrintFinding("diagnosis", diagnosis.sentence);
     return diagnosis.code;
 }
 

@@ -1,10 +1,11 @@
 #include "Drivers.h"
 
 #include <CLI/CLI.hpp>
-#include <cstdio>
 #include <memory>
 
 #include "drivers/DriverTable.h"
+#include "output/Columns.h"
+#include "output/Stream.h"
 
 namespace tool {
 namespace {
@@ -16,19 +17,19 @@ constexpr char kExamples[] =
 
 void List() {
     for (const auto& driver : Drivers()) {
-        std::printf("%-16s %-10s %s, %s\n", driver.name.c_str(), driver.line.Text().c_str(),
-                    driver.maker.c_str(), driver.models.c_str());
+        PrintLine(Padded(driver.name, 16) + " " + Padded(driver.line.Text(), 10) + " " +
+                  driver.maker + ", " + driver.models);
     }
 }
 
 void Describe(const DriverInfo& driver) {
-    std::printf("%s: %s, %s\n", driver.name.c_str(), driver.maker.c_str(), driver.models.c_str());
-    std::printf("  class          %s\n", driver.driverClass.c_str());
-    std::printf("  line           %s\n", driver.line.Text().c_str());
-    std::printf("  weigh --mode   %s\n", driver.modes.c_str());
+    PrintLine(driver.name + ": " + driver.maker + ", " + driver.models);
+    PrintLine("  class          " + driver.driverClass);
+    PrintLine("  line           " + driver.line.Text());
+    PrintLine("  weigh --mode   " + driver.modes);
     for (const auto& [operation, info] : driver.operations)
-        std::printf("  %-14s %s\n", WordFor(operation).c_str(),
-                    info.note.empty() ? "yes" : info.note.c_str());
+        PrintLine("  " + Padded(WordFor(operation), 14) + " " +
+                  (info.note.empty() ? "yes" : info.note));
 }
 
 }  // namespace

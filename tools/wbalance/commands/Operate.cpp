@@ -13,6 +13,8 @@
 #include "BalanceOptions.h"
 #include "ToolError.h"
 #include "output/MeasurementFormat.h"
+#include "output/Stream.h"
+#include "process/Interrupt.h"
 #include "readings/Confirmation.h"
 
 namespace tool {
@@ -92,11 +94,11 @@ void RequireConsent(const Options& options) {
     if (options.request.operation != Operation::FactoryReset || options.yes) return;
     if (isatty(STDIN_FILENO) == 0)
         throw ToolError(ExitCode::Usage, "factory-reset asks first; without a terminal add --yes");
-    std::fprintf(stderr,
-                 "This puts the balance back to its factory settings, perhaps its line settings "
-                 "too.\nContinue? [y/N] ");
+    Say("This puts the balance back to its factory settings, perhaps its line settings too.\n"
+        "Continue? [y/N] ");
     std::string reply;
     std::getline(std::cin, reply);
+    if (Interrupted()) throw ToolError(ExitCode::Interrupted, "interrupted; nothing was sent");
     if (reply != "y" && reply != "Y" && reply != "yes")
         throw ToolError(ExitCode::Usage, "nothing was sent");
 }
@@ -127,7 +129,7 @@ ExitCode Run(const Options& options) {
     const Report report = session.Perform(options.request, WordFor(options.request.operation));
     const auto confirmation = Confirm(*session.Reached().driver, options.request.operation, report);
     if (options.json) {
-        std::puts(Json(options, confirmation, report.finished).c_str());
+        PrintLine(Json(options, confirmation, report.finished));
         return confirmation.code;
     }
     if (confirmation.code != ExitCode::Done) {
@@ -135,8 +137,7 @@ ExitCode Run(const Options& options) {
                                                WordFor(options.request.operation) + ": " +
                                                confirmation.sentence);
     }
-    std::puts(confirmation.sentence.empty() ? DoneText(options.request).c_str()
-                                            : confirmation.sentence.c_str());
+    PrintLine(confirmation.sentence.empty() ? DoneText(options.request) : confirmation.sentence);
     return ExitCode::Done;
 }
 

@@ -4,10 +4,11 @@
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
-#include <cstdio>
 #include <memory>
 
 #include "line/PortList.h"
+#include "output/Columns.h"
+#include "output/Stream.h"
 
 namespace tool {
 namespace {
@@ -19,8 +20,8 @@ constexpr char kExamples[] =
     "\n"
     "A stable name leads to the adapter wherever it is plugged in; use it as --port.\n";
 
-void PrintLine(const char* label, const std::string& text) {
-    if (!text.empty()) std::printf("  %-8s %s\n", label, text.c_str());
+void PrintField(const char* label, const std::string& text) {
+    if (!text.empty()) PrintLine("  " + Padded(label, 8) + " " + text);
 }
 
 std::string UseText(const PortInfo& port) {
@@ -29,15 +30,15 @@ std::string UseText(const PortInfo& port) {
     return "not yours to open: its group is " + port.group;
 }
 
-void Print(const PortInfo& port) {
-    std::printf("%s\n", port.device.c_str());
-    PrintLine("maker", port.maker);
-    PrintLine("product", port.product);
-    PrintLine("serial", port.serialNumber);
+void Describe(const PortInfo& port) {
+    PrintLine(port.device);
+    PrintField("maker", port.maker);
+    PrintField("product", port.product);
+    PrintField("serial", port.serialNumber);
     for (const auto& name : port.stableNames)
-        PrintLine("stable", name);
-    PrintLine("group", port.group);
-    PrintLine("use", UseText(port));
+        PrintField("stable", name);
+    PrintField("group", port.group);
+    PrintField("use", UseText(port));
 }
 
 std::string Json(const PortInfo& port) {
@@ -59,12 +60,11 @@ std::string Json(const PortInfo& port) {
 ExitCode Run(bool json) {
     const auto ports = ListPorts();
     if (ports.empty() && !json) {
-        std::fprintf(stderr,
-                     "wbalance: no serial port is there; plug the adapter in and see dmesg\n");
+        Say("wbalance: no serial port is there; plug the adapter in and see dmesg\n");
         return ExitCode::PortFailed;
     }
     for (const auto& port : ports)
-        json ? static_cast<void>(std::puts(Json(port).c_str())) : Print(port);
+        json ? PrintLine(Json(port)) : Describe(port);
     return ExitCode::Done;
 }
 

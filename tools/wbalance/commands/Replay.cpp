@@ -2,12 +2,12 @@
 
 #include <CLI/CLI.hpp>
 #include <QtCore/QDateTime>
-#include <cstdio>
 #include <memory>
 
 #include "Record.h"
 #include "ToolError.h"
 #include "output/MeasurementFormat.h"
+#include "output/Stream.h"
 #include "process/Recorder.h"
 
 namespace tool {
@@ -41,13 +41,13 @@ ExitCode Run(const Options& options) {
     if (weighings.empty())
         throw ToolError(ExitCode::Usage, options.path + ": no weighing is in this record");
     const Format format = options.json ? Format::Json : options.csv ? Format::Csv : Format::Text;
-    if (format == Format::Csv) std::puts(CsvHeader().c_str());
+    if (format == Format::Csv) PrintLine(CsvHeader());
     ExitCode code = ExitCode::Done;
     for (const auto& weighing : weighings) {
         LabelledMeasurement labelled{driver.name, record.header.port, "", "",
                                      Measure(driver, weighing)};
         labelled.measurement.time += StartOf(record).time_since_epoch();
-        std::puts(Formatted(labelled, format).c_str());
+        PrintLine(Formatted(labelled, format));
         code = CodeFor(labelled.measurement.reading.meaning);
     }
     return code;

@@ -1,13 +1,13 @@
 #include "Weigh.h"
 
 #include <CLI/CLI.hpp>
-#include <cstdio>
 #include <memory>
 
 #include "BalanceOptions.h"
 #include "OutsideText.h"
 #include "ToolError.h"
 #include "WeighOptions.h"
+#include "output/Stream.h"
 
 namespace tool {
 namespace {
@@ -46,8 +46,8 @@ ExitCode Run(const Options& options) {
                                        ? ""
                                        : "; it sent " + outside::Quoted(measurement.answer)));
     }
-    if (format == Format::Csv) std::puts(CsvHeader().c_str());
-    std::puts(Formatted({options.balance.driver, port, "", "", measurement}, format).c_str());
+    if (format == Format::Csv) PrintLine(CsvHeader());
+    PrintLine(Formatted({options.balance.driver, port, "", "", measurement}, format));
     return code;
 }
 

@@ -1,8 +1,11 @@
 #include "LiveDisplay.h"
 
+#include <unistd.h>
+
 #include <cstdio>
 
 #include "BigDigits.h"
+#include "output/Stream.h"
 
 namespace tool {
 namespace {
@@ -43,12 +46,11 @@ std::vector<std::string> LinesFor(const DisplayedBalance& balance) {
 }
 
 LiveDisplay::LiveDisplay() {
-    std::fputs("\x1b[?25l", stdout);
+    Print("\x1b[?25l");
 }
 
 LiveDisplay::~LiveDisplay() {
-    std::fputs("\x1b[?25h", stdout);
-    std::fflush(stdout);
+    static_cast<void>(WriteAll(STDOUT_FILENO, "\x1b[?25h"));
 }
 
 void LiveDisplay::Draw(const std::vector<DisplayedBalance>& balances) {
@@ -60,7 +62,7 @@ void LiveDisplay::Draw(const std::vector<DisplayedBalance>& balances) {
             ++drawn_;
         }
     }
-    std::fputs((picture + "\x1b[J").c_str(), stdout);
+    Print(picture + "\x1b[J");
 }
 
 }  // namespace tool

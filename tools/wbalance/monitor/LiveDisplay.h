@@ -29,7 +29,6 @@ class LiveDisplay {
     LiveDisplay(const LiveDisplay&) = delete;
     LiveDisplay& operator=(const LiveDisplay&) = delete;
 
-    /// Writes to standard output; the caller flushes it.
     void Draw(const std::vector<DisplayedBalance>& balances);
 
  private:

@@ -8,6 +8,7 @@
 #include <cstring>
 
 #include "ToolError.h"
+#include "output/Stream.h"
 
 namespace tool {
 namespace {
@@ -53,16 +54,11 @@ void LogFile::Write(const std::string& line) {
 }
 
 void LogFile::Put(const std::string& bytes) {
-    std::size_t written = 0;
-    while (written < bytes.size()) {
-        const ssize_t count = write(file_.Get(), bytes.data() + written, bytes.size() - written);
-        if (count < 0 && errno == EINTR) continue;
-        if (count <= 0) {
-            throw ToolError(ExitCode::Internal,
-                            path_ + ": the log can't be written: " + std::strerror(errno));
-        }
-        written += static_cast<std::size_t>(count);
-    }
+    const std::error_code failure = WriteAll(file_.Get(), bytes);
+    if (!failure) return;
+    const bool interrupted = failure == std::errc::interrupted;
+    throw ToolError(interrupted ? ExitCode::Interrupted : ExitCode::Internal,
+                    path_ + ": the log can't be written: " + failure.message());
 }
 
 }  // namespace tool

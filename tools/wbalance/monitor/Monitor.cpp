@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "ToolError.h"
+#include "output/Stream.h"
 #include "process/Interrupt.h"
 #include "process/Session.h"
 
@@ -19,15 +20,14 @@ Format LogFormat(Format format) {
     return format == Format::Json ? Format::Json : Format::Csv;
 }
 
-void Deliver() {
-    // A terminal is written to line by line, so that an earlier write may have failed.
-    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
-        throw ToolError(ExitCode::Internal, "standard output can't be written");
-}
-
-void Print(const std::string& line) {
-    std::puts(line.c_str());
-    Deliver();
+std::string SummaryOf(const Statistics& statistics) {
+    std::string summary = std::to_string(statistics.Count()) + " weights";
+    if (statistics.Count() == 0) return summary;
+    char text[160];
+    std::snprintf(text, sizeof text, ", min %.6g, max %.6g, mean %.8g g, drift %+.3g g/min",
+                  statistics.Minimum(), statistics.Maximum(), statistics.Mean(),
+                  statistics.Drift());
+    return summary + text;
 }
 
 }  // namespace
@@ -66,19 +66,26 @@ MonitoredBalance::Listener Monitor::ListenerFor(std::size_t index) {
 }
 
 void Monitor::Run() {
-    if (settings_.format == Format::Csv) Print(CsvHeader());
+    try {
+        ReadOn();
+    } catch (const ToolError& error) {
+        // A reader that sleeps keeps nobody from the summary.
+        if (error.code == ExitCode::Interrupted) Summarize();
+        throw;
+    }
+    Summarize();
+}
+
+void Monitor::ReadOn() {
+    if (settings_.format == Format::Csv) PrintLine(CsvHeader());
     if (settings_.live) display_ = std::make_unique<LiveDisplay>();
     while (!Interrupted() && !HasEnough()) {
         for (const auto& balance : balances_)
             balance->Step(Clock::now());
-        if (display_) {
-            display_->Draw(displayed_);
-            Deliver();
-        }
+        if (display_) display_->Draw(displayed_);
         Wait();
     }
     display_.reset();
-    Summarize();
 }
 
 void Monitor::Wait() {
@@ -89,8 +96,7 @@ void Monitor::Wait() {
         watched.insert(watched.end(), more.begin(), more.end());
         next = std::min(next, balance->NextStep());
     }
-    const auto wait = std::chrono::ceil<std::chrono::milliseconds>(next - Clock::now()).count();
-    poll(watched.data(), watched.size(), static_cast<int>(std::max<long>(wait, 0)));
+    Await(watched, std::chrono::ceil<std::chrono::milliseconds>(next - Clock::now()));
 }
 
 void Monitor::TakeReading(std::size_t index, const Measurement& measurement) {
@@ -113,10 +119,10 @@ void Monitor::Tell(const LabelledMeasurement& measurement) {
     if (log_) log_->Write(Formatted(measurement, LogFormat(settings_.format)));
     if (display_) return;
     const bool plain = settings_.format == Format::Text;
-    Print((plain ? TimeText(measurement.measurement.time) + "  " + measurement.driver + " " +
-                       measurement.port + "  "
-                 : "") +
-          Formatted(measurement, settings_.format));
+    PrintLine((plain ? TimeText(measurement.measurement.time) + "  " + measurement.driver + " " +
+                           measurement.port + "  "
+                     : "") +
+              Formatted(measurement, settings_.format));
 }
 
 bool Monitor::HasEnough() const {
@@ -126,17 +132,10 @@ bool Monitor::HasEnough() const {
 }
 
 void Monitor::Summarize() const {
-    for (std::size_t i = 0; i < displayed_.size(); ++i) {
-        const Statistics& statistics = displayed_[i].statistics;
-        std::fprintf(stderr, "%s: %d readings, %d weights", displayed_[i].name.c_str(),
-                     tallies_[i].readings, statistics.Count());
-        if (statistics.Count() > 0) {
-            std::fprintf(stderr, ", min %.6g, max %.6g, mean %.8g g, drift %+.3g g/min",
-                         statistics.Minimum(), statistics.Maximum(), statistics.Mean(),
-                         statistics.Drift());
-        }
-        std::fprintf(stderr, ", lost %d times\n", tallies_[i].lost);
-    }
+    for (std::size_t i = 0; i < displayed_.size(); ++i)
+        Say(displayed_[i].name + ": " + std::to_string(tallies_[i].readings) + " readings, " +
+            SummaryOf(displayed_[i].statistics) + ", lost " + std::to_string(tallies_[i].lost) +
+            " times\n");
 }
 
 }  // namespace tool

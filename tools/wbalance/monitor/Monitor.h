@@ -31,6 +31,7 @@ class Monitor {
     void TakeReading(std::size_t index, const Measurement& measurement);
     void TakeNotice(std::size_t index, const std::string& status, const std::string& message);
     void Tell(const LabelledMeasurement& measurement);
+    void ReadOn();
     void Wait();
     bool HasEnough() const;
     void Summarize() const;

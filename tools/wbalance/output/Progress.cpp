@@ -2,7 +2,7 @@
 
 #include <unistd.h>
 
-#include <cstdio>
+#include "Stream.h"
 
 namespace tool {
 namespace {
@@ -15,16 +15,15 @@ Progress::Progress(std::string what, bool silent)
     : what_(std::move(what)), silent_(silent || isatty(STDERR_FILENO) == 0) {}
 
 Progress::~Progress() {
-    if (shown_) std::fputs("\r\x1b[K", stderr);
+    if (shown_) Say("\r\x1b[K");
 }
 
 void Progress::Tick() {
     const auto passed = std::chrono::steady_clock::now() - start_;
     if (silent_ || passed < kPatience) return;
     shown_ = true;
-    std::fprintf(
-        stderr, "\r\x1b[K%s ... %d s", what_.c_str(),
-        static_cast<int>(std::chrono::duration_cast<std::chrono::seconds>(passed).count()));
+    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(passed).count();
+    Say("\r\x1b[K" + what_ + " ... " + std::to_string(seconds) + " s");
 }
 
 }  // namespace tool

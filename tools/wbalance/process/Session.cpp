@@ -1,18 +1,15 @@
 #include "Session.h"
 
-#include <cstdio>
-
 #include "OutsideText.h"
 #include "PortCheck.h"
 #include "output/Progress.h"
+#include "output/Stream.h"
 
 namespace tool {
 
 BalanceProcess::TraceSink SinkFor(bool showTrace) {
     if (!showTrace) return [](const TraceText&) {};
-    return [](const TraceText& traced) {
-        std::fputs(outside::PrintableLines(traced.text).c_str(), stderr);
-    };
+    return [](const TraceText& traced) { Say(outside::PrintableLines(traced.text)); };
 }
 
 Session::Session(const Connection& connection, bool showTrace, const std::string& recordPath)

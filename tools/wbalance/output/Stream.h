@@ -1,0 +1,31 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <system_error>
+
+namespace tool {
+
+/// Writes all of the bytes to a file, pipe or terminal, however often a signal interrupts and
+/// however little is taken at a time. Returns why not all were written; nothing when they were.
+///
+/// Once the user has interrupted, it no longer waits for room: it returns std::errc::interrupted.
+[[nodiscard]] std::error_code WriteAll(int descriptor, std::string_view bytes);
+
+/// Whoever read standard output has gone, as in `| head -1`, or the terminal was closed.
+class ReaderGone : public std::exception {
+ public:
+    const char* what() const noexcept override { return "nobody reads standard output"; }
+};
+
+/// Puts a text on standard output. Throws ToolError when not all of it was taken, ReaderGone when
+/// nobody is there to take it.
+void Print(std::string_view text);
+
+/// Prints the text and a line end.
+void PrintLine(const std::string& line);
+
+/// Puts a text on standard error; where that can't be written, nobody can be told.
+void Say(std::string_view text);
+
+}  // namespace tool
