@@ -19,6 +19,7 @@
 #include <thread>
 #include <vector>
 
+#include "Answers.h"
 #include "Usage.h"
 #include "simulator/VirtualBench.h"
 
@@ -35,25 +36,18 @@ struct Model {
     std::function<std::unique_ptr<Cwbalance>()> make;
 };
 
+/// The driver with its own readiness, unless that spoils a reading or has no end.
 template <class Driver>
 std::unique_ptr<Cwbalance> New() {
-    return std::make_unique<Driver>();
+    if (answers::InstrumentOf<Driver>().readiness < answers::Readiness::Spoiling)
+        return std::make_unique<Driver>();
+    return std::make_unique<WithLineReadiness<Driver>>();
 }
 
 const Model kModels[] = {
-    {"denver-xl1800", New<WbalanceDIC_XL1800>},
-    {"gibertini", New<WithLineReadiness<WbalanceGibertini>>},
-    {"kern", New<WithLineReadiness<WbalanceKern_EW_EGN_EWB>>},
-    {"mettler-pm", New<WbalanceMettlerPM>},
-    {"mettler-pr2003", New<WbalanceMettlerPR2003>},
-    {"mettler-sb32001", New<WbalanceMettlerSB32001>},
-    {"mettler-toledo", New<WithLineReadiness<WbalanceMettlerToledo>>},
-    {"mettler-xs", New<WbalanceMettlerXS>},
-    {"ohaus", New<WbalanceOHAUS_SPU602>},
-    {"radwag", New<WbalanceRadwag>},
-    {"sartorius", New<WbalanceSartorius>},
-    {"scale-house", New<WbalanceScaleHouseALD>},
-    {"setra-el2000s", New<WbalanceSetra_EL_2000S>},
+#define WBALANCE_MODEL(name, Class) {name, New<Class>},
+    WBALANCE_FOR_EACH_INSTRUMENT(WBALANCE_MODEL)
+#undef WBALANCE_MODEL
 };
 
 const char* const kFaults[] = {"silent",    "late=1500ms", "truncated=5", "noise=5",

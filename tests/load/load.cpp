@@ -18,6 +18,7 @@
 #include <thread>
 #include <vector>
 
+#include "Answers.h"
 #include "Line.h"
 #include "Usage.h"
 
@@ -32,57 +33,28 @@ constexpr int kBalances = 64;
 // seconds.
 constexpr long kLongestOperationMs = 120'000;
 
-struct Answer {
-    const char* command;
-    const char* format;  // of what comes back, with the weight in it
-};
-
 struct Model {
     const char* name;
     std::function<std::unique_ptr<Cwbalance>()> make;
-    std::vector<Answer> answers;
+    std::vector<answers::Answer> answers;
 };
 
+/// The driver with its own readiness, unless that has no end.
 template <class Driver>
-std::unique_ptr<Cwbalance> New() {
-    return std::make_unique<Driver>();
+Model ModelOf(const char* name) {
+    const answers::Instrument instrument = answers::InstrumentOf<Driver>();
+    const auto make = [readiness = instrument.readiness]() -> std::unique_ptr<Cwbalance> {
+        if (readiness == answers::Readiness::Endless)
+            return std::make_unique<WithLineReadiness<Driver>>();
+        return std::make_unique<Driver>();
+    };
+    return {name, make, instrument.answers};
 }
 
 const std::vector<Model>& Models() {
-    static const std::vector<Answer> sics = {{"S\r\n", "S S   %8.2f g\r\n"},
-                                             {"SI\r\n", "S D   %8.2f g\r\n"},
-                                             {"@\r\n", "I4 A \"1126493049\"\r\n"},
-                                             {"T\r\n", "T S   %8.2f g\r\n"},
-                                             {"DW\r\n", "DW A\r\n"}};
-    static const std::vector<Model> models = {
-        {"Mettler Toledo", New<WbalanceMettlerToledo>, {sics[0], sics[1], {"Z\r\n", "Z A\r\n"}}},
-        {"Mettler PM",
-         New<WbalanceMettlerPM>,
-         {{"S\r\n", "S     %8.2f g\r\n"}, {"SI\r\n", "SD    %8.2f g\r\n"}, {"@\r\n", "ES\r\n"}}},
-        {"Mettler PR2003", New<WbalanceMettlerPR2003>, sics},
-        {"Mettler XS", New<WbalanceMettlerXS>, sics},
-        {"Mettler SB32001", New<WbalanceMettlerSB32001>, sics},
-        {"Sartorius", New<WbalanceSartorius>, {{"\x1bP\r\n", "+ %8.2f g  \r\n"}}},
-        {"Ohaus",
-         New<WbalanceOHAUS_SPU602>,
-         {{"SP\r\n", "   %8.2f g\r\n"}, {"P\r\n", "   %8.2f g ?\r\n"}}},
-        {"Radwag",
-         New<WbalanceRadwag>,
-         {{"S\r\n", "S    %8.2f g  \r\n"},
-          {"SI\r\n", "SI   %8.2f g  \r\n"},
-          {"T\r\n", "T A\r\nT D\r\n"}}},
-        {"Kern",
-         New<WithLineReadiness<WbalanceKern_EW_EGN_EWB>>,
-         {{"O9\r\n", "A00\r\n+%7.2f G S\r\n"},
-          {"O8\r\n", "A00\r\n+%7.2f G U\r\n"},
-          {"T \r\n", "A00\r\n"}}},
-        {"Gibertini",
-         New<WithLineReadiness<WbalanceGibertini>>,
-         {{"B\r", "  %8.2f g   DS\r\n"}, {"T\r", "  %8.2f g   TS\r\n"}}},
-        {"XL-1800", New<WbalanceDIC_XL1800>, {{"?1", "1+%8.2f g\r\n"}}},
-        {"EL-2000S", New<WbalanceSetra_EL_2000S>, {{"#", "1+%8.2f g\r\n"}}},
-        {"Scale House", New<WbalanceScaleHouseALD>, {{"P\r\n", " %.2f g N\r\n"}}},
-    };
+#define WBALANCE_MODEL(name, Class) ModelOf<Class>(name),
+    static const std::vector<Model> models = {WBALANCE_FOR_EACH_INSTRUMENT(WBALANCE_MODEL)};
+#undef WBALANCE_MODEL
     return models;
 }
 
@@ -104,11 +76,8 @@ class Bench {
           load_(number + 0.25),
           random_(seed) {
         line_.Reset();
-        for (const Answer& answer : model_.answers) {
-            char text[64];
-            std::snprintf(text, sizeof text, answer.format, load_);
-            line_.AlwaysAnswer(answer.command, {{text, 30}});
-        }
+        for (const auto& answer : model_.answers)
+            line_.AlwaysAnswer(answer.command, {{answers::BytesOf(answer, load_), 30}});
         balance_ = model_.make();
     }
 

@@ -1,0 +1,10 @@
+#include "Answers.h"
+
+namespace answers {
+
+template <>
+Instrument InstrumentOf<WbalanceSetra_EL_2000S>() {
+    return {Readiness::Reading, {{"#", "1+%8.2f g\r\n"}}, {"Tare", "Weight 0", "Weight 2"}};
+}
+
+}  // namespace answers
