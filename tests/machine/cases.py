@@ -4,7 +4,9 @@ All expectations are literal, from the rules of the instrument and of the driver
 takes the operation's first command away, and its answer with it.
 """
 
+import sys
 from dataclasses import dataclass
+from pathlib import Path
 
 UNTOUCHED = -1  # what the guest's weight and decimals hold before a reading
 
@@ -194,6 +196,12 @@ DRIVERS = (
             _NO_PRESET_TARE,
         )),
 )
+
+_LIST = Path(__file__).parents[2] / "drivers" / "instruments.txt"
+_LISTED = {row.split()[0] for row in _LIST.read_text().splitlines() if row and row[0] != "#"}
+_MISSING = _LISTED - {driver.name.removesuffix("+line") for driver in DRIVERS}
+if _MISSING:
+    sys.exit(f"no cases in {__file__} for {', '.join(sorted(_MISSING))}")
 
 _BY_TITLE = {driver.title: driver for driver in DRIVERS}
 

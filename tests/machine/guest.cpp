@@ -9,6 +9,7 @@
 //
 // A driver's name followed by "+line" stands for that driver WithLineReadiness.
 
+#include <Instruments.h>
 #include <sys/mman.h>
 #include <unistd.h>
 #include <wbalance/wbalance.h>
@@ -34,20 +35,10 @@ Balance Make() {
 }
 
 const std::map<std::string, Balance (*)()> kDrivers = {
-    {"denver-xl1800", Make<WbalanceDIC_XL1800>},
-    {"gibertini+line", Make<WithLineReadiness<WbalanceGibertini>>},
-    {"kern+line", Make<WithLineReadiness<WbalanceKern_EW_EGN_EWB>>},
-    {"mettler-pm", Make<WbalanceMettlerPM>},
-    {"mettler-pr2003", Make<WbalanceMettlerPR2003>},
-    {"mettler-sb32001", Make<WbalanceMettlerSB32001>},
-    {"mettler-toledo", Make<WbalanceMettlerToledo>},
-    {"mettler-toledo+line", Make<WithLineReadiness<WbalanceMettlerToledo>>},
-    {"mettler-xs", Make<WbalanceMettlerXS>},
-    {"ohaus", Make<WbalanceOHAUS_SPU602>},
-    {"radwag", Make<WbalanceRadwag>},
-    {"sartorius", Make<WbalanceSartorius>},
-    {"scale-house", Make<WbalanceScaleHouseALD>},
-    {"setra-el2000s", Make<WbalanceSetra_EL_2000S>},
+#define WBALANCE_DRIVER(name, Class) \
+    {name, Make<Class>}, {name "+line", Make<WithLineReadiness<Class>>},
+    WBALANCE_FOR_EACH_INSTRUMENT(WBALANCE_DRIVER)
+#undef WBALANCE_DRIVER
 };
 
 /// Reads its arguments from the line; what it has beyond the result goes into the answer.
