@@ -1,9 +1,9 @@
 #include "CommandLine.h"
 
-#include <CLI/CLI.hpp>
 #include <cstdlib>
 #include <iostream>
 
+#include "Arguments.h"
 #include "ExitCode.h"
 #include "commands/Control.h"
 #include "commands/Serve.h"
@@ -13,7 +13,7 @@ int runCommandLine(const std::vector<std::string>& words) {
         if (!words.empty() && words.front() == "control")
             return control({words.begin() + 1, words.end()});
         return serve(words);
-    } catch (const CLI::Success&) {
+    } catch (const arguments::HelpShown&) {
         return EXIT_SUCCESS;
     } catch (const std::exception& error) {
         std::cerr << "wbalance-sim: " << error.what() << "\n";

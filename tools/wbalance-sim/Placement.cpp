@@ -1,24 +1,21 @@
 #include "Placement.h"
 
-#include <CLI/CLI.hpp>
 #include <stdexcept>
 
-void Placement::addTo(CLI::App& command) {
-    command.add_option("--port", port_, "Number of the port")
-        ->type_name("N")
-        ->check(CLI::Range(0, 99999));
-    command.add_flag("--usb", usb_, "/dev/ttyUSB<N> instead of /dev/ttyS<N>");
-    command.add_option("--line", line_, "The instrument's line settings, such as 2400,7E1")
-        ->type_name("SETTINGS");
+void Placement::addTo(arguments::Command command) {
+    command.AddOption("--port", port_, "Number of the port").TypeName("N").Range(0, 99999);
+    command.AddFlag("--usb", usb_, "/dev/ttyUSB<N> instead of /dev/ttyS<N>");
+    command.AddOption("--line", line_, "The instrument's line settings, such as 2400,7E1")
+        .TypeName("SETTINGS");
     command
-        .add_option("--fault", faults_,
-                    "Let something go wrong, such as late=2s@5s+10s or \"silent at 5s for 2s\"")
-        ->type_name("NAME[=VALUE][@START[+DURATION]]")
-        ->allow_extra_args(false);
-    command.add_option("--script", scripts_, "Do what the lines of a file say at their times")
-        ->type_name("FILE")
-        ->allow_extra_args(false);
-    command.add_flag("--pace", paced_, "Characters take their time on the line");
+        .AddOption("--fault", faults_,
+                   "Let something go wrong, such as late=2s@5s+10s or \"silent at 5s for 2s\"")
+        .TypeName("NAME[=VALUE][@START[+DURATION]]")
+        .OneValueEach();
+    command.AddOption("--script", scripts_, "Do what the lines of a file say at their times")
+        .TypeName("FILE")
+        .OneValueEach();
+    command.AddFlag("--pace", paced_, "Characters take their time on the line");
 }
 
 simulator::Options Placement::setUp() const {
@@ -35,14 +32,14 @@ simulator::Options Placement::setUp() const {
     return options;
 }
 
-void CatalogPlacement::addTo(CLI::App& command) {
-    command.add_option("INSTRUMENT", name_, "Name of the instrument, see --list");
-    command.add_option("--load", loads_, "Load in grams; again with @TIME for later loads")
-        ->type_name("GRAMS[@TIME]")
-        ->allow_extra_args(false);
-    command.add_option("--with", switches_, "Set a switch of the instrument")
-        ->type_name("NAME[=VALUE]")
-        ->allow_extra_args(false);
+void CatalogPlacement::addTo(arguments::Command command) {
+    command.AddOption("INSTRUMENT", name_, "Name of the instrument, see --list");
+    command.AddOption("--load", loads_, "Load in grams; again with @TIME for later loads")
+        .TypeName("GRAMS[@TIME]")
+        .OneValueEach();
+    command.AddOption("--with", switches_, "Set a switch of the instrument")
+        .TypeName("NAME[=VALUE]")
+        .OneValueEach();
     Placement::addTo(command);
 }
 

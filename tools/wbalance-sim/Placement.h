@@ -4,11 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "Arguments.h"
 #include "simulator/ConnectedInstrument.h"
-
-namespace CLI {
-class App;
-}
 
 /// What the command line says of one instrument on the bench: which it is, where it stands and what
 /// happens to it.
@@ -20,7 +17,7 @@ class Placement {
     Placement& operator=(const Placement&) = delete;
 
     /// Declares the options on a command, to be filled by its parsing.
-    virtual void addTo(CLI::App& command);
+    virtual void addTo(arguments::Command command);
 
     /// The instrument that is meant. Throws std::exception when there is none.
     virtual simulator::CatalogEntry entry() const = 0;
@@ -48,7 +45,7 @@ class Placement {
 /// An instrument of the catalog.
 class CatalogPlacement final : public Placement {
  public:
-    void addTo(CLI::App& command) override;
+    void addTo(arguments::Command command) override;
     simulator::CatalogEntry entry() const override;
     simulator::Options setUp() const override;
 

@@ -1,12 +1,12 @@
 #include "Control.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
 #include <stdexcept>
 
+#include "Arguments.h"
 #include "control/ControlServer.h"
 #include "control/Desk.h"
 #include "simulator/VirtualBench.h"
@@ -93,20 +93,16 @@ std::string joined(const std::vector<std::string>& words) {
 int control(std::vector<std::string> words) {
     std::string path;
     Request request;
-    CLI::App app(description, "wbalance-sim control");
-    app.footer(examples);
-    app.prefix_command();  // the words of the change are no options, though they may begin with "-"
-    app.add_option("--control", path, "Where the wbalance-sim is reached")->type_name("PATH");
-    app.add_option("--port", request.device, "The instrument's device, where there are several")
-        ->type_name("DEVICE");
-    std::reverse(words.begin(), words.end());
-    try {
-        app.parse(words);
-    } catch (const CLI::CallForHelp&) {
-        std::cout << app.help();
-        throw;
-    }
-    request.words = joined(app.remaining());
+    arguments::Grammar grammar{"wbalance-sim control", description, examples};
+    // The words of the change are no options, though they may begin with "-".
+    grammar.prefixCommand = true;
+    const auto declare = [&](arguments::Command command) {
+        command.AddOption("--control", path, "Where the wbalance-sim is reached").TypeName("PATH");
+        command
+            .AddOption("--port", request.device, "The instrument's device, where there are several")
+            .TypeName("DEVICE");
+    };
+    request.words = joined(arguments::Parse(grammar, words, declare));
     if (request.words.empty())
         throw std::invalid_argument("what is to change? See wbalance-sim control --help");
     std::cout << ask(chosenBench(path), request);

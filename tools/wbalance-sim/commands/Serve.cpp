@@ -1,6 +1,5 @@
 #include "Serve.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdlib>
 #include <iostream>
@@ -69,16 +68,16 @@ struct RunOptions {
     bool pty = false;
     bool list = false;
 
-    void addTo(CLI::App& command) {
-        command.add_flag("--list", list, "List instruments, their switches, and faults");
-        command.add_option("--log", logFile, "Write the bytes with times; - is standard error")
-            ->type_name("FILE");
+    void addTo(arguments::Command command) {
+        command.AddFlag("--list", list, "List instruments, their switches, and faults");
+        command.AddOption("--log", logFile, "Write the bytes with times; - is standard error")
+            .TypeName("FILE");
         command
-            .add_option("--control", controlPath,
-                        "Where wbalance-sim control reaches this run, beside finding it by itself")
-            ->type_name("PATH");
-        command.add_flag("--pty", pty,
-                         "Print the paths of pseudo-terminals and serve them until Ctrl-C");
+            .AddOption("--control", controlPath,
+                       "Where wbalance-sim control reaches this run, beside finding it by itself")
+            .TypeName("PATH");
+        command.AddFlag("--pty", pty,
+                        "Print the paths of pseudo-terminals and serve them until Ctrl-C");
     }
 };
 
@@ -91,40 +90,36 @@ std::vector<std::string> cutProgram(std::vector<std::string>& words) {
     return program;
 }
 
-/// The words between the commas, in the order in which CLI11 takes them: from the back.
+/// The words between the commas.
 std::vector<std::vector<std::string>> cutRow(const std::vector<std::string>& words) {
     std::vector<std::vector<std::string>> row(1);
     for (const auto& word : words) {
         if (word == ",")
             row.emplace_back();
         else
-            row.back().insert(row.back().begin(), word);
+            row.back().push_back(word);
     }
     return row;
 }
 
 using Row = std::vector<std::unique_ptr<Placement>>;
 
-/// Reads what is said of one instrument, of `words` from the back.
+/// Reads what is said of one instrument.
 std::unique_ptr<Placement> parseOne(std::vector<std::string> words, RunOptions& run) {
-    const bool isReplay = !words.empty() && words.back() == "replay";
+    const bool isReplay = !words.empty() && words.front() == "replay";
     std::unique_ptr<Placement> placement;
     if (isReplay)
         placement = std::make_unique<ReplayPlacement>();
     else
         placement = std::make_unique<CatalogPlacement>();
-    if (isReplay) words.pop_back();
-    CLI::App app(isReplay ? replayDescription : description,
-                 isReplay ? "wbalance-sim replay" : "wbalance-sim");
-    app.footer(isReplay ? replayExamples : examples);
-    placement->addTo(app);
-    run.addTo(app);
-    try {
-        app.parse(words);
-    } catch (const CLI::CallForHelp&) {
-        std::cout << app.help();
-        throw;
-    }
+    if (isReplay) words.erase(words.begin());
+    const arguments::Grammar grammar{isReplay ? "wbalance-sim replay" : "wbalance-sim",
+                                     isReplay ? replayDescription : description,
+                                     isReplay ? replayExamples : examples};
+    arguments::Parse(grammar, words, [&](arguments::Command command) {
+        placement->addTo(command);
+        run.addTo(command);
+    });
     return placement;
 }
 

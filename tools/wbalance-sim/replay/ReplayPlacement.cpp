@@ -1,15 +1,14 @@
 #include "ReplayPlacement.h"
 
-#include <CLI/CLI.hpp>
 #include <iostream>
 #include <stdexcept>
 
 #include "replay/RecordedInstrument.h"
 #include "simulator/line/DeviceName.h"
 
-void ReplayPlacement::addTo(CLI::App& command) {
-    command.add_option("FILE", file_, "What wbalance --record has written");
-    command.add_flag("--fast", fast_, "Answer at once, not after the pauses of the record");
+void ReplayPlacement::addTo(arguments::Command command) {
+    command.AddOption("FILE", file_, "What wbalance --record has written");
+    command.AddFlag("--fast", fast_, "Answer at once, not after the pauses of the record");
     Placement::addTo(command);
 }
 

@@ -3,13 +3,14 @@
 #include <memory>
 #include <string>
 
+#include "Arguments.h"
 #include "Placement.h"
 #include "replay/Playback.h"
 
 /// A record in an instrument's place.
 class ReplayPlacement final : public Placement {
  public:
-    void addTo(CLI::App& command) override;
+    void addTo(arguments::Command command) override;
     simulator::CatalogEntry entry() const override;
     bool conclude() override;
 

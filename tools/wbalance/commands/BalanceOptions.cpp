@@ -1,43 +1,39 @@
 #include "BalanceOptions.h"
 
-#include <CLI/CLI.hpp>
-
 namespace tool {
 
-void BalanceOptions::AddTo(CLI::App& command) {
+void BalanceOptions::AddTo(arguments::Command command) {
+    command.AddOption("-d,--driver", driver, "the balance's driver; `wbalance drivers` lists them")
+        .TypeName("NAME")
+        .Required();
     command
-        .add_option("-d,--driver", driver, "the balance's driver; `wbalance drivers` lists them")
-        ->type_name("NAME")
-        ->required();
+        .AddOption("-p,--port", port,
+                   "port number (/dev/ttyS<number>), or a device or stable name such as "
+                   "/dev/ttyUSB0 or /dev/serial/by-id/...; followed at every open")
+        .TypeName("PORT")
+        .ShowDefault();
+    command.AddFlag("-u,--usb", usb,
+                    "the port number is that of a USB adapter (/dev/ttyUSB<number>)");
     command
-        .add_option("-p,--port", port,
-                    "port number (/dev/ttyS<number>), or a device or stable name such as "
-                    "/dev/ttyUSB0 or /dev/serial/by-id/...; followed at every open")
-        ->type_name("PORT")
-        ->capture_default_str();
-    command.add_flag("-u,--usb", usb,
-                     "the port number is that of a USB adapter (/dev/ttyUSB<number>)");
-    command
-        .add_option("-l,--line", line,
-                    "line settings when they are not the driver's own: baud rate, data bits (7 8), "
-                    "parity (N O E M S, - leaves the port's), stop bits (1 1.5 2), flow control "
-                    "(rtscts xonxoff): 9600 or 2400,7E1 or 9600,8N1,xonxoff")
-        ->type_name("LINE");
+        .AddOption("-l,--line", line,
+                   "line settings when they are not the driver's own: baud rate, data bits (7 8), "
+                   "parity (N O E M S, - leaves the port's), stop bits (1 1.5 2), flow control "
+                   "(rtscts xonxoff): 9600 or 2400,7E1 or 9600,8N1,xonxoff")
+        .TypeName("LINE");
     AddSharedTo(command);
-    command
-        .add_option("--record", recordPath, "write what goes over the line to a file for replay")
-        ->type_name("FILE");
+    command.AddOption("--record", recordPath, "write what goes over the line to a file for replay")
+        .TypeName("FILE");
 }
 
-void BalanceOptions::AddSharedTo(CLI::App& command) {
+void BalanceOptions::AddSharedTo(arguments::Command command) {
     command
-        .add_option("-t,--timeout", timeoutSeconds,
-                    "seconds that one wait for data may last, 1 to 60; 0 means 100 ms. Most "
-                    "operations wait several times")
-        ->type_name("SECONDS")
-        ->check(CLI::Range(0, 60))
-        ->capture_default_str();
-    command.add_flag("--trace", trace, "show the library's trace on standard error");
+        .AddOption("-t,--timeout", timeoutSeconds,
+                   "seconds that one wait for data may last, 1 to 60; 0 means 100 ms. Most "
+                   "operations wait several times")
+        .TypeName("SECONDS")
+        .Range(0, 60)
+        .ShowDefault();
+    command.AddFlag("--trace", trace, "show the library's trace on standard error");
 }
 
 Connection BalanceOptions::Connect() const {

@@ -2,11 +2,8 @@
 
 #include <string>
 
+#include "Arguments.h"
 #include "process/Session.h"
-
-namespace CLI {
-class App;
-}
 
 namespace tool {
 
@@ -21,9 +18,9 @@ struct BalanceOptions {
     std::string recordPath;
 
     /// Adds the options to a command.
-    void AddTo(CLI::App& command);
+    void AddTo(arguments::Command command);
     /// Adds those of them that hold for several balances at once: time-out and trace.
-    void AddSharedTo(CLI::App& command);
+    void AddSharedTo(arguments::Command command);
 
     /// The port as the user named it.
     PortName Port() const { return PortName(port, usb); }

@@ -1,6 +1,5 @@
 #include "Detect.h"
 
-#include <CLI/CLI.hpp>
 #include <memory>
 
 #include "OutsideText.h"
@@ -102,18 +101,18 @@ ExitCode Run(const Options& options) {
 
 }  // namespace
 
-void AddDetect(CLI::App& application, ExitCode& exitCode) {
-    auto* command = application.add_subcommand(
+void AddDetect(arguments::Command application, ExitCode& exitCode) {
+    const auto command = application.AddSubcommand(
         "detect", "Find out which balance is on a port, without changing anything on it");
-    command->footer(kExamples);
+    command.Footer(kExamples);
     const auto options = std::make_shared<Options>();
-    command->add_option("-p,--port", options->port, "port number or name, as for weigh")
-        ->type_name("PORT")
-        ->capture_default_str();
-    command->add_flag("-u,--usb", options->usb, "the port number is that of a USB adapter");
-    command->add_flag("--thorough", options->thorough, "every question at every usual setting");
-    command->add_flag("--trace", options->trace, "show the library's trace on standard error");
-    command->callback([options, &exitCode] { exitCode = Run(*options); });
+    command.AddOption("-p,--port", options->port, "port number or name, as for weigh")
+        .TypeName("PORT")
+        .ShowDefault();
+    command.AddFlag("-u,--usb", options->usb, "the port number is that of a USB adapter");
+    command.AddFlag("--thorough", options->thorough, "every question at every usual setting");
+    command.AddFlag("--trace", options->trace, "show the library's trace on standard error");
+    command.Callback([options, &exitCode] { exitCode = Run(*options); });
 }
 
 }  // namespace tool

@@ -1,14 +1,11 @@
 #pragma once
 
+#include "Arguments.h"
 #include "ExitCode.h"
-
-namespace CLI {
-class App;
-}
 
 namespace tool {
 
 /// Adds `wbalance detect`; `exitCode` receives what it ended with.
-void AddDetect(CLI::App& application, ExitCode& exitCode);
+void AddDetect(arguments::Command application, ExitCode& exitCode);
 
 }  // namespace tool

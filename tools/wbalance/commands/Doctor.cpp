@@ -1,6 +1,5 @@
 #include "Doctor.h"
 
-#include <CLI/CLI.hpp>
 #include <memory>
 
 #include "BalanceOptions.h"
@@ -39,13 +38,13 @@ ExitCode Run(const BalanceOptions& options) {
 
 }  // namespace
 
-void AddDoctor(CLI::App& application, ExitCode& exitCode) {
-    auto* command = application.add_subcommand(
+void AddDoctor(arguments::Command application, ExitCode& exitCode) {
+    const auto command = application.AddSubcommand(
         "doctor", "Find out why a balance does not give its weight, and what to do");
-    command->footer(kExamples);
+    command.Footer(kExamples);
     const auto options = std::make_shared<BalanceOptions>();
-    options->AddTo(*command);
-    command->callback([options, &exitCode] { exitCode = Run(*options); });
+    options->AddTo(command);
+    command.Callback([options, &exitCode] { exitCode = Run(*options); });
 }
 
 }  // namespace tool

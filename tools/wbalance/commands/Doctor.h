@@ -1,14 +1,11 @@
 #pragma once
 
+#include "Arguments.h"
 #include "ExitCode.h"
-
-namespace CLI {
-class App;
-}
 
 namespace tool {
 
 /// Adds `wbalance doctor`; `exitCode` receives what it ended with.
-void AddDoctor(CLI::App& application, ExitCode& exitCode);
+void AddDoctor(arguments::Command application, ExitCode& exitCode);
 
 }  // namespace tool

@@ -1,6 +1,5 @@
 #include "Drivers.h"
 
-#include <CLI/CLI.hpp>
 #include <memory>
 
 #include "drivers/DriverTable.h"
@@ -34,12 +33,12 @@ void Describe(const DriverInfo& driver) {
 
 }  // namespace
 
-void AddDrivers(CLI::App& application, ExitCode& exitCode) {
-    auto* command = application.add_subcommand("drivers", "List the drivers, or describe one");
-    command->footer(kExamples);
+void AddDrivers(arguments::Command application, ExitCode& exitCode) {
+    const auto command = application.AddSubcommand("drivers", "List the drivers, or describe one");
+    command.Footer(kExamples);
     const auto name = std::make_shared<std::string>();
-    command->add_option("NAME", *name, "the driver to describe")->type_name("");
-    command->callback([name, &exitCode] {
+    command.AddOption("NAME", *name, "the driver to describe").TypeName("");
+    command.Callback([name, &exitCode] {
         name->empty() ? List() : Describe(FindDriver(*name));
         exitCode = ExitCode::Done;
     });

@@ -1,14 +1,11 @@
 #pragma once
 
+#include "Arguments.h"
 #include "ExitCode.h"
-
-namespace CLI {
-class App;
-}
 
 namespace tool {
 
 /// Adds `wbalance drivers`; `exitCode` receives what it ended with.
-void AddDrivers(CLI::App& application, ExitCode& exitCode);
+void AddDrivers(arguments::Command application, ExitCode& exitCode);
 
 }  // namespace tool

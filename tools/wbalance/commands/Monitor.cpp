@@ -2,7 +2,6 @@
 
 #include <unistd.h>
 
-#include <CLI/CLI.hpp>
 #include <limits>
 #include <memory>
 #include <set>
@@ -82,32 +81,32 @@ ExitCode Run(const Options& options) {
 
 }  // namespace
 
-void AddMonitor(CLI::App& application, ExitCode& exitCode) {
-    auto* command =
-        application.add_subcommand("monitor", "Read one or more balances over and over");
-    command->footer(kExamples);
+void AddMonitor(arguments::Command application, ExitCode& exitCode) {
+    const auto command =
+        application.AddSubcommand("monitor", "Read one or more balances over and over");
+    command.Footer(kExamples);
     const auto options = std::make_shared<Options>();
-    command->add_option("BALANCE", options->balances, "DRIVER@PORT[@LINE], one or more")
-        ->type_name("")
-        ->required();
+    command.AddOption("BALANCE", options->balances, "DRIVER@PORT[@LINE], one or more")
+        .TypeName("")
+        .Required();
     command
-        ->add_option("-i,--interval", options->interval,
-                     "seconds between the starts of two readings; 0: as fast as it gives")
-        ->type_name("SECONDS")
-        ->check(CLI::Range(0.0, 86400.0))
-        ->capture_default_str();
+        .AddOption("-i,--interval", options->interval,
+                   "seconds between the starts of two readings; 0: as fast as it gives")
+        .TypeName("SECONDS")
+        .Range(0.0, 86400.0)
+        .ShowDefault();
     command
-        ->add_option("-n,--count", options->count,
-                     "end when every balance has given this many readings; 0: never")
-        ->type_name("N")
-        ->check(CLI::Range(0, std::numeric_limits<int>::max()));
+        .AddOption("-n,--count", options->count,
+                   "end when every balance has given this many readings; 0: never")
+        .TypeName("N")
+        .Range(0, std::numeric_limits<int>::max());
     command
-        ->add_option("--log", options->logPath,
-                     "add every line to a file (JSON with --json, else CSV) before it is shown")
-        ->type_name("FILE");
-    options->shared.AddSharedTo(*command);
-    options->weigh.AddTo(*command);
-    command->callback([options, &exitCode] { exitCode = Run(*options); });
+        .AddOption("--log", options->logPath,
+                   "add every line to a file (JSON with --json, else CSV) before it is shown")
+        .TypeName("FILE");
+    options->shared.AddSharedTo(command);
+    options->weigh.AddTo(command);
+    command.Callback([options, &exitCode] { exitCode = Run(*options); });
 }
 
 }  // namespace tool

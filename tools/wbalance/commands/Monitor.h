@@ -1,14 +1,11 @@
 #pragma once
 
+#include "Arguments.h"
 #include "ExitCode.h"
-
-namespace CLI {
-class App;
-}
 
 namespace tool {
 
 /// Adds `wbalance monitor`; `exitCode` receives what it ended with.
-void AddMonitor(CLI::App& application, ExitCode& exitCode);
+void AddMonitor(arguments::Command application, ExitCode& exitCode);
 
 }  // namespace tool

@@ -2,7 +2,6 @@
 
 #include <unistd.h>
 
-#include <CLI/CLI.hpp>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
 #include <cmath>
@@ -141,47 +140,47 @@ ExitCode Run(const Options& options) {
     return ExitCode::Done;
 }
 
-CLI::App* Add(CLI::App& application, ExitCode& exitCode, Operation operation,
-              const std::string& description, const std::string& example,
-              const std::shared_ptr<Options>& options) {
+arguments::Command Add(arguments::Command application, ExitCode& exitCode, Operation operation,
+                       const std::string& description, const std::string& example,
+                       const std::shared_ptr<Options>& options) {
     const std::string word = WordFor(operation);
-    auto* command = application.add_subcommand(word, description);
+    const auto command = application.AddSubcommand(word, description);
     std::string footer = "Example:\n  wbalance " + word + " " + example + "\nDrivers that have it:";
     for (const auto& driver : Drivers()) {
         if (driver.Has(operation)) footer += " " + driver.name;
     }
-    command->footer(footer + "\n");
+    command.Footer(footer + "\n");
     options->request.operation = operation;
-    options->balance.AddTo(*command);
-    command->add_flag("--json", options->json, "one JSON object, also for what was not done");
-    command->callback([options, &exitCode] { exitCode = Run(*options); });
+    options->balance.AddTo(command);
+    command.AddFlag("--json", options->json, "one JSON object, also for what was not done");
+    command.Callback([options, &exitCode] { exitCode = Run(*options); });
     return command;
 }
 
-CLI::App* Add(CLI::App& application, ExitCode& exitCode, Operation operation,
-              const std::string& description, const std::string& example) {
+arguments::Command Add(arguments::Command application, ExitCode& exitCode, Operation operation,
+                       const std::string& description, const std::string& example) {
     return Add(application, exitCode, operation, description, example, std::make_shared<Options>());
 }
 
 }  // namespace
 
-void AddOperations(CLI::App& application, ExitCode& exitCode) {
+void AddOperations(arguments::Command application, ExitCode& exitCode) {
     Add(application, exitCode, Operation::Tare, "Tare the balance", "-d radwag -p 3 --usb");
     Add(application, exitCode, Operation::Zero, "Zero the balance", "-d radwag -p 3 --usb");
 
     const auto preset = std::make_shared<Options>();
     Add(application, exitCode, Operation::PresetTare, "Set a preset tare",
         "-d mettler-xs -p 0 12.50", preset)
-        ->add_option("GRAMS", preset->request.grams, "the preset tare in grams, two decimals")
-        ->type_name("")
-        ->required();
+        .AddOption("GRAMS", preset->request.grams, "the preset tare in grams, two decimals")
+        .TypeName("")
+        .Required();
 
     const auto display = std::make_shared<Options>();
     Add(application, exitCode, Operation::Display, "Show a text on the balance's display",
         "-d mettler-xs -p 0 \"NEXT SAMPLE\"", display)
-        ->add_option("TEXT", display->request.text, "at most 57 characters")
-        ->type_name("")
-        ->required();
+        .AddOption("TEXT", display->request.text, "at most 57 characters")
+        .TypeName("")
+        .Required();
 
     Add(application, exitCode, Operation::SwitchOn, "Switch the balance on", "-d mettler-xs -p 0");
     Add(application, exitCode, Operation::SwitchOff, "Switch the balance off",
@@ -190,7 +189,7 @@ void AddOperations(CLI::App& application, ExitCode& exitCode) {
     const auto reset = std::make_shared<Options>();
     Add(application, exitCode, Operation::FactoryReset,
         "Put the balance back to its factory settings (asks first)", "-d ohaus -p 0 --yes", reset)
-        ->add_flag("--yes", reset->yes, "do not ask");
+        .AddFlag("--yes", reset->yes, "do not ask");
 }
 
 }  // namespace tool

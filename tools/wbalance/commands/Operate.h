@@ -1,15 +1,12 @@
 #pragma once
 
+#include "Arguments.h"
 #include "ExitCode.h"
-
-namespace CLI {
-class App;
-}
 
 namespace tool {
 
 /// Adds tare, zero, preset-tare, display, on, off and factory-reset; `exitCode` receives what they
 /// ended with.
-void AddOperations(CLI::App& application, ExitCode& exitCode);
+void AddOperations(arguments::Command application, ExitCode& exitCode);
 
 }  // namespace tool

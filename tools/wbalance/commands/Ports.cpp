@@ -1,6 +1,5 @@
 #include "Ports.h"
 
-#include <CLI/CLI.hpp>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
@@ -70,13 +69,13 @@ ExitCode Run(bool json) {
 
 }  // namespace
 
-void AddPorts(CLI::App& application, ExitCode& exitCode) {
-    auto* command = application.add_subcommand(
-        "ports", "List the serial ports, who may use and who holds them");
-    command->footer(kExamples);
+void AddPorts(arguments::Command application, ExitCode& exitCode) {
+    const auto command =
+        application.AddSubcommand("ports", "List the serial ports, who may use and who holds them");
+    command.Footer(kExamples);
     const auto json = std::make_shared<bool>(false);
-    command->add_flag("--json", *json, "one JSON object a line");
-    command->callback([json, &exitCode] { exitCode = Run(*json); });
+    command.AddFlag("--json", *json, "one JSON object a line");
+    command.Callback([json, &exitCode] { exitCode = Run(*json); });
 }
 
 }  // namespace tool

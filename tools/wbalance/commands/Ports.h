@@ -1,14 +1,11 @@
 #pragma once
 
+#include "Arguments.h"
 #include "ExitCode.h"
-
-namespace CLI {
-class App;
-}
 
 namespace tool {
 
 /// Adds `wbalance ports`; `exitCode` receives what it ended with.
-void AddPorts(CLI::App& application, ExitCode& exitCode);
+void AddPorts(arguments::Command application, ExitCode& exitCode);
 
 }  // namespace tool

@@ -1,6 +1,5 @@
 #include "Replay.h"
 
-#include <CLI/CLI.hpp>
 #include <QtCore/QDateTime>
 #include <memory>
 
@@ -55,17 +54,15 @@ ExitCode Run(const Options& options) {
 
 }  // namespace
 
-void AddReplay(CLI::App& application, ExitCode& exitCode) {
-    auto* command = application.add_subcommand("replay", "Read the answers of a record again");
-    command->footer(kExamples);
+void AddReplay(arguments::Command application, ExitCode& exitCode) {
+    const auto command = application.AddSubcommand("replay", "Read the answers of a record again");
+    command.Footer(kExamples);
     const auto options = std::make_shared<Options>();
-    command->add_option("FILE", options->path, "what --record has written")
-        ->type_name("")
-        ->required();
-    auto* json = command->add_flag("--json", options->json, "one JSON object a line");
-    command->add_flag("--csv", options->csv, "comma-separated values with a header line")
-        ->excludes(json);
-    command->callback([options, &exitCode] { exitCode = Run(*options); });
+    command.AddOption("FILE", options->path, "what --record has written").TypeName("").Required();
+    const auto json = command.AddFlag("--json", options->json, "one JSON object a line");
+    command.AddFlag("--csv", options->csv, "comma-separated values with a header line")
+        .Excludes(json);
+    command.Callback([options, &exitCode] { exitCode = Run(*options); });
 }
 
 }  // namespace tool

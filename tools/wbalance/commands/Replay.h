@@ -1,14 +1,11 @@
 #pragma once
 
+#include "Arguments.h"
 #include "ExitCode.h"
-
-namespace CLI {
-class App;
-}
 
 namespace tool {
 
 /// Adds `wbalance replay`; `exitCode` receives what it ended with.
-void AddReplay(CLI::App& application, ExitCode& exitCode);
+void AddReplay(arguments::Command application, ExitCode& exitCode);
 
 }  // namespace tool

@@ -1,6 +1,5 @@
 #include "Weigh.h"
 
-#include <CLI/CLI.hpp>
 #include <memory>
 
 #include "BalanceOptions.h"
@@ -53,13 +52,13 @@ ExitCode Run(const Options& options) {
 
 }  // namespace
 
-void AddWeigh(CLI::App& application, ExitCode& exitCode) {
-    auto* command = application.add_subcommand("weigh", "Read the weight once");
-    command->footer(kExamples);
+void AddWeigh(arguments::Command application, ExitCode& exitCode) {
+    const auto command = application.AddSubcommand("weigh", "Read the weight once");
+    command.Footer(kExamples);
     const auto options = std::make_shared<Options>();
-    options->balance.AddTo(*command);
-    options->weigh.AddTo(*command);
-    command->callback([options, &exitCode] { exitCode = Run(*options); });
+    options->balance.AddTo(command);
+    options->weigh.AddTo(command);
+    command.Callback([options, &exitCode] { exitCode = Run(*options); });
 }
 
 }  // namespace tool

@@ -1,14 +1,11 @@
 #pragma once
 
+#include "Arguments.h"
 #include "ExitCode.h"
-
-namespace CLI {
-class App;
-}
 
 namespace tool {
 
 /// Adds `wbalance weigh`; `exitCode` receives what it ended with.
-void AddWeigh(CLI::App& application, ExitCode& exitCode);
+void AddWeigh(arguments::Command application, ExitCode& exitCode);
 
 }  // namespace tool

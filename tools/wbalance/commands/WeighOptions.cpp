@@ -1,6 +1,5 @@
 #include "WeighOptions.h"
 
-#include <CLI/CLI.hpp>
 #include <map>
 
 #include "ToolError.h"
@@ -20,18 +19,18 @@ long ModeFor(const std::string& word) {
 
 }  // namespace
 
-void WeighOptions::AddTo(CLI::App& command) {
+void WeighOptions::AddTo(arguments::Command command) {
     command
-        .add_option_function<std::string>(
+        .AddOption(
             "-m,--mode", [this](const std::string& word) { mode = ModeFor(word); },
             "stable (0): only a stable weight; auto (1): a stable one, else the driver's "
             "fall-back; now (2): what the balance shows. `wbalance drivers` says what a "
             "driver makes of them")
-        ->type_name("MODE")
-        ->default_str("auto");
-    auto* asJson =
-        command.add_flag("--json", json, "one JSON object a line, also for what is no weight");
-    command.add_flag("--csv", csv, "comma-separated values with a header line")->excludes(asJson);
+        .TypeName("MODE")
+        .ShowDefault("auto");
+    const auto asJson =
+        command.AddFlag("--json", json, "one JSON object a line, also for what is no weight");
+    command.AddFlag("--csv", csv, "comma-separated values with a header line").Excludes(asJson);
 }
 
 Format WeighOptions::OutputFormat() const {

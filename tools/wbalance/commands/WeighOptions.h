@@ -2,11 +2,8 @@
 
 #include <string>
 
+#include "Arguments.h"
 #include "output/MeasurementFormat.h"
-
-namespace CLI {
-class App;
-}
 
 namespace tool {
 
@@ -16,7 +13,7 @@ struct WeighOptions {
     bool json = false;
     bool csv = false;
 
-    void AddTo(CLI::App& command);
+    void AddTo(arguments::Command command);
     Format OutputFormat() const;
 };
 
