@@ -24,6 +24,15 @@ function(wbalance_add_unit_test NAME)
     gtest_discover_tests(${NAME} DISCOVERY_MODE PRE_TEST NO_PRETTY_VALUES PROPERTIES TIMEOUT 120)
 endfunction()
 
+# Runs a test program a second time as a host in a locale with a decimal comma. The locale is made for the
+# tests, which need no other one installed.
+function(wbalance_also_in_a_german_locale NAME)
+    target_link_libraries(${NAME} PRIVATE scripted-locale)
+    add_test(NAME ${NAME}.In_a_German_locale COMMAND ${NAME} --gtest_brief=1)
+    set_tests_properties(${NAME}.In_a_German_locale PROPERTIES TIMEOUT 120 FIXTURES_REQUIRED german_locale
+        ENVIRONMENT "LOCPATH=${SCRIPTED_LOCALES};WBALANCE_TEST_LOCALE=de_DE.UTF-8")
+endfunction()
+
 # The scripted serial port and its virtual clock in the place of the libraries that TARGET would load.
 function(wbalance_use_scripted_layer TARGET)
     # The allocation that can fail is the program's own, so that it also wins over a sanitizer's. The

@@ -10,9 +10,9 @@
 #include <wbalance/WbalanceOHAUS_SPU602.h>
 
 #include <cmath>
-#include <cstdlib>
 #include <cstring>
 
+#include "CLocale.h"
 #include "Exchange.h"
 #include "marlet-small.h"
 
@@ -65,7 +65,7 @@ int WbalanceOHAUS_SPU602::ParseWeight(char* answer, double* weight, int* decimal
     const char* number = strtok_r(answer, " g", &rest);
     if (number == nullptr) return 0;
     if (decimals != nullptr && std::strchr(number, '.') != nullptr) *decimals = kDecimalsWithPoint;
-    *weight = std::strtod(number, nullptr);
+    *weight = c_locale::NumberIn(number);
     return 1;
 }
 

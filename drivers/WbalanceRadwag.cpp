@@ -10,10 +10,10 @@
 
 #include <wbalance/WbalanceRadwag.h>
 
-#include <cstdlib>
 #include <cstring>
 
 #include "BoundedText.h"
+#include "CLocale.h"
 #include "Exchange.h"
 #include "marlet-small.h"
 
@@ -74,14 +74,11 @@ int WbalanceRadwag::ParseWeight(char* answer, double* weight, int* decimals) {
     std::size_t length = 0;
     const char* field = frame + kFieldStart;
     const char* end = field + strnlen(field, kFieldLength);
-    // Blanks, which fill most of the field, are passed over faster than they are tested.
-    while (field != end && *field == ' ')
-        ++field;
     for (; field != end; ++field) {
         if ((*field >= '0' && *field <= '9') || *field == '-' || *field == '.')
             number[length++] = *field;
     }
-    if (weight != nullptr) *weight = std::strtod(number, nullptr);
+    if (weight != nullptr) *weight = c_locale::NumberIn(number);
     const char* point = std::strchr(number, '.');
     if (decimals != nullptr && point != nullptr)
         *decimals = static_cast<int>(number + length - point - 1);

@@ -9,10 +9,10 @@
 #include <wbalance/WbalanceScaleHouseALD.h>
 
 #include <cmath>
-#include <cstdlib>
 #include <cstring>
 #include <string>
 
+#include "CLocale.h"
 #include "Exchange.h"
 #include "marlet-small.h"
 
@@ -37,13 +37,7 @@ constexpr int kDecimals = 3;  // whatever the ticket shows: hosts rely on it
 constexpr auto kNowhere = std::string::npos;
 
 double Number(const std::string& text) {
-    return std::strtod(text.c_str(), nullptr);
-}
-
-/// Not std::string's own find, which stops at every blank of a ticket that is mostly blanks.
-std::size_t Find(const std::string& ticket, const char* mark) {
-    const char* found = std::strstr(ticket.c_str(), mark);
-    return found == nullptr ? kNowhere : static_cast<std::size_t>(found - ticket.c_str());
+    return c_locale::NumberIn(text.c_str());
 }
 
 /// The text between the last blank before `mark` and the mark; nothing after a double blank.
@@ -57,7 +51,7 @@ std::string TextBefore(const std::string& ticket, std::size_t mark) {
 /// Whether the ticket has a tare line whose tare is zero. What is tested as the tare runs from the
 /// start of the ticket, not from the blank before the number: hosts rely on it.
 bool TareIsZero(const std::string& ticket) {
-    const std::size_t mark = Find(ticket, kTareWeight);
+    const std::size_t mark = ticket.find(kTareWeight);
     if (mark == kNowhere) return false;
     std::size_t end = mark == 0 ? 0 : ticket.rfind(' ', mark - 1);
     // A blank at the very start does not count.
@@ -67,10 +61,10 @@ bool TareIsZero(const std::string& ticket) {
 
 /// Where the mark behind the weight stands.
 std::size_t FindMark(const std::string& ticket) {
-    const std::size_t net = Find(ticket, kNet);
+    const std::size_t net = ticket.find(kNet);
     if (net != kNowhere || !TareIsZero(ticket)) return net;
     exchange::Trace("\nCerco g\n");
-    return Find(ticket, kGrams);
+    return ticket.find(kGrams);
 }
 
 }  // namespace

@@ -11,7 +11,7 @@ namespace bounded_text {
 /// Copies `text` and its terminating zero into `buffer`.
 void Copy(char* buffer, std::size_t size, const char* text, const char* what);
 
-/// Formats as printf does into `buffer`, terminating zero included.
+/// Formats as printf does in the "C" locale into `buffer`, terminating zero included.
 __attribute__((format(printf, 4, 5))) void Format(char* buffer, std::size_t size, const char* what,
                                                   const char* format, ...);
 
@@ -26,7 +26,8 @@ void Copy(char (&buffer)[Size], const char* text, const char* what) {
     Copy(buffer, Size, text, what);
 }
 
-/// Says on standard error that `what` does not fit `size` bytes and ends the process with SIGABRT.
+/// Flushes standard output, says on standard error that `what` does not fit `size` bytes and ends
+/// the process with SIGABRT.
 [[noreturn]] void EndProcess(const char* what, std::size_t size);
 
 }  // namespace bounded_text

@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <cstring>
 
+#include "CLocale.h"
+
 namespace trace_text {
 namespace {
 
@@ -138,6 +140,7 @@ class Directive {
 }  // namespace
 
 std::string Interpret(const char* format) {
+    const c_locale::InForce inForce;
     std::string output;
     while (const char* percent = std::strchr(format, '%')) {
         output.append(format, percent);

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <cstdio>
 #include <cstring>
 #include <string>
 
@@ -48,6 +49,23 @@ TEST(BoundedTextDeathTest, Not_even_an_empty_text_fits_no_bytes) {
 
     EXPECT_EXIT(bounded_text::Copy(buffer, 0, "", "a text"), KilledBySignal(SIGABRT),
                 "^libwbalance: a text does not fit its buffer of 0 bytes\n$");
+}
+
+TEST(BoundedTextDeathTest, What_was_printed_before_the_end_of_the_process_reaches_its_file) {
+    std::FILE* file = std::tmpfile();
+    const auto end = [file] {
+        stdout = file;
+        std::fputs("Read from scale", stdout);
+        bounded_text::EndProcess("a trace line", 1024);
+    };
+
+    EXPECT_EXIT(end(), KilledBySignal(SIGABRT), "^libwbalance: a trace line ");
+
+    char text[32] = {};
+    std::rewind(file);
+    EXPECT_EQ(std::fread(text, 1, sizeof text, file), 15U);
+    EXPECT_STREQ(text, "Read from scale");
+    std::fclose(file);
 }
 
 TEST(BoundedText, A_format_may_come_out_empty) {

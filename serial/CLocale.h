@@ -1,0 +1,31 @@
+#ifndef WBALANCE_CLOCALE_H
+#define WBALANCE_CLOCALE_H
+
+#include <clocale>
+
+/// Numbers as instruments write and expect them: with a point, whatever locale the host has.
+namespace c_locale {
+
+/// While it lives, the calling thread formats and reads numbers in the "C" locale. The locale of
+/// the process and of its other threads stays as it is.
+///
+/// The C library has that locale ready and allocates nothing for it. One that has to, and has no
+/// memory, leaves the host's locale in force.
+class InForce {
+ public:
+    InForce();
+    ~InForce();
+    InForce(const InForce&) = delete;
+    InForce& operator=(const InForce&) = delete;
+
+ private:
+    locale_t own_;
+    locale_t hosts_;
+};
+
+/// The number at the start of `text`, as strtod reads it in the "C" locale: 0.0 without one.
+double NumberIn(const char* text);
+
+}  // namespace c_locale
+
+#endif
