@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "CLocale.h"
 #include "Exchange.h"
 #include "marlet-small.h"
 
@@ -24,12 +25,14 @@ int SettleDelay() {
     return text == nullptr ? kSettleMs : static_cast<int>(std::strtol(text, nullptr, 10));
 }
 
-// Collects the pieces of an answer into a zeroed buffer until one time-out brings nothing. What
-// does not fit is dropped; the collecting goes on, so that it ends where the balance ends.
+// Collects the pieces of an answer into a zeroed buffer until one time-out brings nothing, or until
+// the buffer is full: a balance that never stops sending costs the time of one answer. What does
+// not fit is dropped.
 void Collect(CSerialObject& serial, int settleMs, char (&answer)[kAnswerSize]) {
     exchange::Answer<kPieceSize> piece;
     std::size_t length = 0;
-    while (piece.Receive(serial, 1, nullptr) != 0 && piece.Text()[0] != '\0') {
+    while (length < kAnswerSize - 1 && piece.Receive(serial, 1, nullptr) != 0 &&
+           piece.Text()[0] != '\0') {
         Sleep(settleMs);
         const std::size_t taken = std::min(std::strlen(piece.Text()), kAnswerSize - 1 - length);
         std::memcpy(answer + length, piece.Text(), taken);
@@ -76,8 +79,8 @@ int Parse(const char* answer, double* weight) {
     if (!stable && !holds("U+") && !holds("U-")) return 0;
     // The sign is not looked for at the mark: a '+' anywhere wins over a '-', and hosts know it so.
     const char* plus = std::strchr(answer, '+');
-    *weight = plus != nullptr ? std::strtod(plus + 1, nullptr)
-                              : -std::strtod(std::strchr(answer, '-') + 1, nullptr);
+    *weight = plus != nullptr ? c_locale::NumberIn(plus + 1)
+                              : -c_locale::NumberIn(std::strchr(answer, '-') + 1);
     return stable ? 1 : 2;
 }
 

@@ -40,13 +40,15 @@ class WBALANCE_EXPORT WbalanceDIC_XL1800 : public Cwbalance {
     ///
     /// Sends "?1" up to five times until an answer is accepted. Each answer is collected until
     /// nothing comes for t: with one piece d + 2 t at most, so that five that are refused take
-    /// 5 (d + 2 t). A balance that never pauses for t is collected for as long as it sends.
-    /// Characters past 128 in one answer are dropped; more than some 980 at once end the process
-    /// (CSerialObject::ReceiveAnswer()).
+    /// 5 (d + 2 t). Of a balance that never pauses for t the 128th character ends the answer: what
+    /// stands behind it in the same piece is dropped, and what comes later begins the next answer.
+    /// More than some 980 characters at once end the process (CSerialObject::ReceiveAnswer()).
     ///
     /// @param mode 2 accepts an unstable weight, too; any other value only a stable one
-    /// @param weight receives grams. Null returns 0 at once. With the result 0 it holds what
-    ///   the last answer was parsed to: 0.0, or the value of an unstable one that was refused.
+    /// @param weight receives grams. Null returns 0 at once. With the result 0 it holds 0.0,
+    ///   or the value of an unstable weight that was refused, also when a later command could not
+    ///   be sent. Stays as it is without a serial object (see
+    ///   Cwbalance::OpenAndSetDefCommConfig()).
     /// @param decimals is not used
     /// @return 1, also for an unstable weight in mode 2; 0 failure
     int Weight(long mode, double* weight, int* decimals) override;

@@ -259,22 +259,36 @@ TYPED_TEST(SignedReading, Characters_past_128_are_dropped) {
                                               std::string(127, 'x') + "1\n\n"));
 }
 
-TYPED_TEST(SignedReading, The_collecting_goes_on_when_the_answer_is_full) {
+TYPED_TEST(SignedReading, The_collecting_ends_with_the_piece_that_fills_the_answer) {
     this->Answer({{"1+    12.34 g" + std::string(110, ' ')},
                   {"0123456789", 500},
                   {"beyond", 1500},
                   {"1- late", 2400}});
     EXPECT_EQ(this->Weight(0), 1);
     EXPECT_EQ(this->weight, 12.34);
-    EXPECT_EQ(this->line.Sent(), this->Requests(1));
-    EXPECT_THAT(this->line.Sleeps(), ElementsAre(100, 100, 100, 100));
-    const std::string full = "1+    12.34 g" + std::string(110, ' ') + "01234";
+    EXPECT_EQ(this->line.Now(), 600);
+    EXPECT_THAT(this->line.Sleeps(), ElementsAre(100, 100));
     EXPECT_THAT(
         this->line.Trace(),
-        HasSubstr("this attempt: 0123456789. Complete answer from scale so far: " + full + "\n\n"));
-    EXPECT_THAT(this->line.Trace(), HasSubstr("this attempt: 1- late. Complete answer from scale "
-                                              "so far: " +
-                                              full + "\n\n"));
+        HasSubstr("this attempt: 0123456789. Complete answer from scale so far: 1+    12.34 g" +
+                  std::string(110, ' ') + "01234\n\n"));
+}
+
+TYPED_TEST(SignedReading, The_collecting_goes_on_with_127_characters_and_ends_with_128) {
+    this->Answer({{"1+    12.34 g" + std::string(114, ' ')}, {"x", 500}});
+    EXPECT_EQ(this->Weight(0), 1);
+    EXPECT_EQ(this->line.Now(), 600);
+    EXPECT_THAT(this->line.Sleeps(), ElementsAre(100, 100));
+}
+
+TYPED_TEST(SignedReading, A_balance_that_never_stops_sending_is_asked_five_times_and_fails) {
+    for (long at = 100; at < 400'000; at += 100)
+        this->line.Arrive(at, "0123456789");
+
+    EXPECT_EQ(this->Weight(0), 0);
+
+    EXPECT_EQ(this->line.Sent(), this->Requests(5));
+    EXPECT_LT(this->line.Now(), 15'000);
 }
 
 TYPED_TEST(SignedReading, A_piece_that_begins_with_a_zero_byte_ends_the_collecting) {

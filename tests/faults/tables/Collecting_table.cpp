@@ -32,11 +32,11 @@ const Step kTracePause = Do([](Run& run) {
 
 const Step kCollect = Do([](Run& run) {
     run.answer.clear();
-    while (true) {
+    // 128 characters end the collection, and a last piece is cut there.
+    while (run.answer.size() < 128) {
         std::string piece;
         if (!run.balance.Receive(piece, 129, 1, nullptr) || piece.empty()) break;
         run.balance.Pause(run.repeated);
-        // What passes 128 characters is dropped.
         run.answer = (run.answer + piece).substr(0, 128);
         run.balance.Trace("Read from scale this attempt: " + piece +
                           ". Complete answer from scale so far: " + run.answer + "\n\n");
