@@ -218,5 +218,5 @@ int WbalanceMettlerPM::SendPreset(const char* commandFormat, double preset) {
     char command[32];
     bounded_text::Format(command, sizeof command, "a preset-tare command", commandFormat, preset);
     exchange::Trace(*serialObject, "%s - Set tare at %.2lf\n", kName, preset);
-    return exchange::Send(*serialObject, command);
+    return serialObject->SendCommand(command);
 }

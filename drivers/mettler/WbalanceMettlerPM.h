@@ -64,15 +64,16 @@ class WBALANCE_EXPORT WbalanceMettlerPM : public Cwbalance {
     ///
     /// Standard PM: Tare(), IsReady(), "B" with the preset, 2 s, and a check with Weight(0, ...,
     /// null), all of the object's own class. 1 when the reading is less than 0.1 larger in
-    /// magnitude than the preset, so also when it is smaller, or when its sign is the other one.
-    /// Takes at most 4 R + 6.5 s + 3 A.
+    /// magnitude than the preset (0.1 itself may go either way), so also when it is smaller, or
+    /// when its sign is the other one. Takes at most 4 R + 6.5 s + 3 A.
     ///
     /// MT-SICS: IsReady(), "T", and "TA" with the preset and the tare that the balance answered
     /// together. 0 when a command can't be sent or "T" is not answered; otherwise 1, also when the
     /// balance refuses the preset or does not answer. Takes at most R + 2 A.
     ///
     /// @param preset grams. The command holds 27 characters of it in standard PM and 24 in MT-SICS
-    ///   (two decimals included); a longer text, from 1e21 on in MT-SICS, ends the process.
+    ///   (two decimals included); a longer text, from 1e21 on in MT-SICS, ends the process. What is
+    ///   not finite is sent as the word nan or inf.
     int TareSet(double preset) override;
 
  private:

@@ -136,7 +136,7 @@ int WbalanceMettlerPR2003::TareSet(double tare) {
     char command[32];
     bounded_text::Format(command, sizeof command, "a preset tare", kPresetTare, preset);
     exchange::Trace(*serialObject, "%s - Set tare to %.2lf\n", kName, preset);
-    if (exchange::Send(*serialObject, command) == 0) return 0;
+    if (serialObject->SendCommand(command) == 0) return 0;
     Answer answer;
     if (Receive(*serialObject, answer) != 0 && !answer.Holds(kPresetTaken))
         exchange::Trace(*serialObject, "%s - Command fail!\n", kName);
@@ -259,17 +259,16 @@ int WbalanceMettlerPR2003::TurnItOff() {
 }
 
 int WbalanceMettlerPR2003::DisplayMessage(char* text) {
-    if (text == nullptr) return 0;
+    if (serialObject == nullptr || IsReady() == 0 || text == nullptr) return 0;
     // Would fit its own buffer, but not the command that it becomes a part of.
     const std::size_t length = std::strlen(text);
     if (length > kLongestDisplayText && length < kDisplayCommandSize) return 0;
-    if (serialObject == nullptr || IsReady() == 0) return 0;
     char shown[kDisplayCommandSize];
     bounded_text::Copy(shown, text, "a display text");
     char command[kDisplayCommandSize];
     bounded_text::Format(command, sizeof command, "a display command", kDisplayText, shown);
     exchange::Trace(*serialObject, "%s - Display \"%s\"\n", kName, shown);
-    if (exchange::Send(*serialObject, command) == 0) return 0;
+    if (serialObject->SendCommand(command) == 0) return 0;
     if (Answered(*serialObject) == 0) return 0;
     modelFlagB = 1;
     return 1;

@@ -80,8 +80,8 @@ class WBALANCE_EXPORT WbalanceMettlerPR2003 : public Cwbalance {
     /// Shows `text` on the balance until the next Tare(), TareSet(), Weight(), TurnItOn() or
     /// TurnItOff() brings back the weight.
     ///
-    /// @param text at most 57 characters. Null and 58 to 63 characters are refused with 0 before
-    ///   anything is opened or sent; 64 or more end the process, behind the readiness. Sent as it
+    /// @param text at most 57 characters. Behind the readiness null and 58 to 63 characters are
+    ///   refused with 0, nothing sent, and 64 or more end the process. Sent as it
     ///   stands: a '"' ends the text for the balance, and on a line of 7 data bits a character with
     ///   the 8th bit set arrives as another one.
     /// @return 1 when the balance answered, whatever it said, else 0. Waits r.

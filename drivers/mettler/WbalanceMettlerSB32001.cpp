@@ -134,7 +134,7 @@ int WbalanceMettlerSB32001::TareSet(double tare) {
     char command[32];
     bounded_text::Format(command, sizeof command, "a preset tare", kPresetTare, preset);
     exchange::Trace(*serialObject, "%s - Set tare to %.2lf\n", kName, preset);
-    if (exchange::Send(*serialObject, command) == 0) return 0;
+    if (serialObject->SendCommand(command) == 0) return 0;
     Answer answer;
     if (Receive(*serialObject, answer) != 0 && !answer.Holds(kPresetTaken))
         exchange::Trace(*serialObject, "%s - Command fail!\n\n", kName);
@@ -222,12 +222,12 @@ int WbalanceMettlerSB32001::Conclude(double value, double* weight, int status) {
 }
 
 int WbalanceMettlerSB32001::DisplayMessage(char* text) {
-    if (text == nullptr || std::strlen(text) > kLongestDisplayText) return 0;
     if (serialObject == nullptr || IsReady() == 0) return 0;
+    if (text == nullptr || std::strlen(text) > kLongestDisplayText) return 0;
     char command[64];
     bounded_text::Format(command, sizeof command, "a display command", kDisplayText, text);
     exchange::Trace(*serialObject, "%s - Display \"%s\"\n", kName, text);
-    if (exchange::Send(*serialObject, command) == 0) return 0;
+    if (serialObject->SendCommand(command) == 0) return 0;
     Answer answer;
     if (Receive(*serialObject, answer, 32) == 0) return 0;
     modelFlagB = 1;

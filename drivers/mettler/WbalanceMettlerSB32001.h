@@ -68,9 +68,9 @@ class WBALANCE_EXPORT WbalanceMettlerSB32001 : public Cwbalance {
     /// Shows `text` on the balance until the next Tare(), TareSet() or Weight() brings back the
     /// weight.
     ///
-    /// @param text at most 57 characters. Null and a longer text are refused with 0 before anything
-    ///   is opened or sent. Sent as it stands: a '"' ends the text for the balance, and on a line
-    ///   of 7 data bits a character with the 8th bit set arrives as another one.
+    /// @param text at most 57 characters. Null and a longer text are refused with 0 behind the
+    ///   readiness, nothing sent. Sent as it stands: a '"' ends the text for the balance, and on a
+    ///   line of 7 data bits a character with the 8th bit set arrives as another one.
     /// @return 1 when the balance answered, whatever it said, else 0. Waits r.
     int DisplayMessage(char* text);
 

@@ -16,6 +16,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::KilledBySignal;
+using testing::Not;
 
 namespace {
 
@@ -1102,18 +1103,31 @@ TEST_F(WbalanceMettlerPR2003Test, A_text_of_57_characters_is_sent_whole) {
 }
 
 TEST_F(WbalanceMettlerPR2003Test,
-       A_text_of_58_to_63_characters_is_refused_before_the_port_is_opened) {
+       A_text_of_58_to_63_characters_is_refused_when_the_balance_is_ready) {
     for (const std::size_t length : {58U, 60U, 63U}) {
         SCOPED_TRACE(length);
-        EXPECT_EQ(Display(balance, std::string(length, 'x')), 0);
+        line.Answer("@\r\n", {{"I4 A \"1126493049\"\r\n"}});
+        Balance driver;
+        EXPECT_EQ(Display(driver, std::string(length, 'x')), 0);
+        EXPECT_EQ(driver.modelFlagC, 0);
+        EXPECT_EQ(driver.modelFlagB, 0);
     }
-    EXPECT_THAT(line.Transcript(), IsEmpty());
-    EXPECT_EQ(balance.modelFlagB, 0);
+    EXPECT_THAT(line.Sent(), ElementsAre("@\r\n", "@\r\n", "@\r\n"));
+    EXPECT_THAT(line.Trace(), Not(HasSubstr("Display")));
 }
 
-TEST_F(WbalanceMettlerPR2003Test, A_null_text_is_refused_before_the_port_is_opened) {
+TEST_F(WbalanceMettlerPR2003Test, A_null_text_is_refused_when_the_balance_is_ready) {
+    line.Answer("@\r\n", {{"I4 A \"1126493049\"\r\n"}});
     EXPECT_EQ(balance.DisplayMessage(nullptr), 0);
-    EXPECT_THAT(line.Transcript(), IsEmpty());
+    EXPECT_THAT(line.Sent(), ElementsAre("@\r\n"));
+    EXPECT_EQ(balance.modelFlagC, 0);
+}
+
+TEST_F(WbalanceMettlerPR2003Test, A_text_that_is_refused_leaves_the_port_open) {
+    Begin();
+    EXPECT_EQ(Display(balance, std::string(58, 'x')), 0);
+    EXPECT_TRUE(line.IsOpen());
+    EXPECT_THAT(line.Sent(), IsEmpty());
 }
 
 TEST_F(WbalanceMettlerPR2003Test,

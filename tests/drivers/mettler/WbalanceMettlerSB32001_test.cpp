@@ -1026,18 +1026,38 @@ TEST_F(WbalanceMettlerSB32001Test, A_text_of_57_characters_is_sent_whole) {
 }
 
 TEST_F(WbalanceMettlerSB32001Test,
-       A_text_of_58_characters_or_more_is_refused_before_the_port_is_opened) {
+       A_text_of_58_characters_or_more_is_refused_when_the_balance_is_ready) {
     for (const std::size_t length : {58U, 63U, 64U, 1000U}) {
         SCOPED_TRACE(length);
-        EXPECT_EQ(Display(balance, std::string(length, 'x')), 0);
+        line.Forget();
+        line.Answer("@\r\n", {{"I4 A \"1126493049\"\r\n"}});
+        line.Answer("SI\r\n", {{"S S     100.00 g\r\n"}});
+        Balance driver;
+        EXPECT_EQ(Display(driver, std::string(length, 'x')), 0);
+        EXPECT_EQ(driver.modelFlagC, 0);
+        EXPECT_EQ(driver.modelFlagB, 0);
+        EXPECT_THAT(line.Sent(), ElementsAre("@\r\n", "SI\r\n"));
     }
-    EXPECT_THAT(line.Transcript(), IsEmpty());
-    EXPECT_EQ(balance.modelFlagB, 0);
 }
 
-TEST_F(WbalanceMettlerSB32001Test, A_null_text_is_refused_before_the_port_is_opened) {
+TEST_F(WbalanceMettlerSB32001Test, A_null_text_is_refused_when_the_balance_is_ready) {
+    line.Answer("@\r\n", {{"I4 A \"1126493049\"\r\n"}});
+    line.Answer("SI\r\n", {{"S S     100.00 g\r\n"}});
     EXPECT_EQ(balance.DisplayMessage(nullptr), 0);
-    EXPECT_THAT(line.Transcript(), IsEmpty());
+    EXPECT_THAT(line.Sent(), ElementsAre("@\r\n", "SI\r\n"));
+}
+
+TEST_F(WbalanceMettlerSB32001Test, A_text_that_is_refused_leaves_the_port_open) {
+    Begin();
+    EXPECT_EQ(Display(balance, std::string(58, 'x')), 0);
+    EXPECT_TRUE(line.IsOpen());
+    EXPECT_THAT(line.Sent(), IsEmpty());
+}
+
+TEST_F(WbalanceMettlerSB32001Test, A_text_of_58_characters_fails_when_the_balance_is_not_ready) {
+    EXPECT_EQ(Display(balance, std::string(58, 'x')), 0);
+    EXPECT_THAT(line.Sent(), ElementsAre("@\r\n"));
+    EXPECT_FALSE(line.IsOpen());
 }
 
 TEST_F(WbalanceMettlerSB32001Test, Showing_a_text_when_each_call_fails_in_turn) {

@@ -92,8 +92,8 @@ Description MettlerPR(const Settings& settings) {
             {"TurnItOff", Then(Then({Ready()}, WeightDisplay(Fail())), {
                 Trace("%s - Switch on\n"), Send("PWR 0\r\n"), Pause(1000), receive, Return(1)})},
             {"DisplayMessage", {
-                RefuseTextOf(58, 63),
                 Ready(),
+                RefuseTextOf(58, 63),
                 EndProcessForTextOf(64),
                 traceText, sendText, receive,
                 Do([](Run& run) { run.balance.flagB = 1; }), Return(1)}},

@@ -76,8 +76,8 @@ Description TableOf<WbalanceMettlerSB32001>() {
                 If(Seen(), {Store(FifthOfSum()), kTraceWeight, Return(2)}, kStoreZero)}),
             Return(0)}},
         {"DisplayMessage", {
-            RefuseTextOf(58, std::string::npos),
             Ready(),
+            RefuseTextOf(58, std::string::npos),
             Do([](Run& run) { run.balance.Trace("Mettler SB - Display \"" + run.call.text + "\"\n"); }),
             [](Run& run) {
                 return run.balance.Send("D \"" + run.call.text + "\"\r\n") != 0 ? Flow{} : Flow{Flow::Done, 0};
