@@ -1,10 +1,11 @@
 #include <wbalance/CSerialObject.h>
 #include <wbalance/Cwbalance.h>
 
-#include <cstdlib>
 #include <cstring>
+#include <new>
 
 #include "BoundedText.h"
+#include "CLocale.h"
 
 namespace {
 
@@ -25,7 +26,7 @@ char* FindNumber(char* text) {
 
 // The settings are left to the drivers, each of which writes all of them.
 // cppcheck-suppress uninitMemberVar
-Cwbalance::Cwbalance() : serialObject(new CSerialObject) {}
+Cwbalance::Cwbalance() : serialObject(new (std::nothrow) CSerialObject) {}
 
 Cwbalance::~Cwbalance() {
     delete serialObject;
@@ -110,5 +111,5 @@ double Cwbalance::ParseWeight(char* answer, int* decimals) {
     *end = '\0';
     const char* point = std::strchr(number, '.');
     if (decimals != nullptr && point != nullptr) *decimals = static_cast<int>(end - point - 1);
-    return std::strtod(number, nullptr);
+    return c_locale::NumberIn(number);
 }

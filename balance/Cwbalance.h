@@ -14,9 +14,16 @@ class CSerialObject;
 /// CloseCommPort().
 ///
 /// Results are 1 for success and 0 for failure unless a member says otherwise; weights are in
-/// grams. Nothing is thrown. Every command, answer and failure is traced on standard output
-/// (CSerialObject::TavinTrace()). A text that does not fit the fixed buffer it is meant for prints
-/// one line on standard error and ends the process with SIGABRT; the members name the cases.
+/// grams. Nothing is thrown, except what Qt and the C++ library throw when they find no memory.
+/// Every command, answer and failure is traced on standard output (CSerialObject::TavinTrace()). A
+/// text that does not fit the fixed buffer it is meant for ends the process with SIGABRT, standard
+/// output flushed and one line printed on standard error before; the members name the cases.
+///
+/// Numbers are read, sent and traced as the "C" locale has them, with a point, whatever the locale
+/// of the process or the thread, which stays as it is. (The C library has that locale ready. One
+/// that has to allocate it, and finds no memory, leaves the host's in force.)
+///
+/// Pointers must not be null unless a member says what null does.
 ///
 /// A driver object is used by one thread at a time and keeps no state outside itself, so that each
 /// thread may have its own. All waiting blocks the caller; the pages in docs/instruments/ say for
@@ -102,7 +109,7 @@ class WBALANCE_EXPORT Cwbalance {
     /// the digits, does not count. The number goes on for as long as digits, '.' and '-' follow;
     /// the value is the longest valid number at its start.
     ///
-    /// @param answer fewer than 100 characters; a longer text ends the process
+    /// @param answer fewer than 100 characters; a longer text ends the process. Must not be null.
     /// @param decimals receives how many characters of the number follow its first point; stays as
     ///   it is without one. May be null.
     /// @return the number, 0.0 when there is no digit
@@ -119,6 +126,7 @@ class WBALANCE_EXPORT Cwbalance {
     int OpenAndClear();
 
     CSerialObject* serialObject;  ///< the transport, owned; null after a configuration that failed
+                                  ///< and when there was no memory for it
     int portNumber;               ///< the number in the device name
     int baudRate;                 ///< bits per second
     int parityCode;               ///< a Parity code

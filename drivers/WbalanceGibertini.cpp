@@ -9,10 +9,10 @@
 
 #include <wbalance/WbalanceGibertini.h>
 
-#include <cstdlib>
 #include <cstring>
 #include <string>
 
+#include "CLocale.h"
 #include "Exchange.h"
 
 namespace {
@@ -30,8 +30,6 @@ constexpr int kDecimals = 2;
 
 constexpr unsigned int kWeightWaitMs = 20000;
 constexpr int kWeightPauseMs = 200;
-
-constexpr long kAnswerSize = 64;
 
 // The two flags of a complete record: 1 stable, 2 unstable, 0 no weight.
 int RecordStatus(const char* record) {
@@ -73,7 +71,7 @@ int WbalanceGibertini::ParseWeight(char* answer, double* weight, int* decimals) 
     if (!AllRecordsAreValid(answer + kRecordLength, length - kRecordLength)) return 0;
     // Stored before the record's own flags are looked at: hosts see the value of a refused one.
     const std::string value(answer, kValueLength);
-    if (weight != nullptr) *weight = std::strtod(value.c_str(), nullptr);
+    if (weight != nullptr) *weight = c_locale::NumberIn(value.c_str());
     return RecordStatus(answer);
 }
 
@@ -86,18 +84,18 @@ int WbalanceGibertini::IsReady() {
 int WbalanceGibertini::Tare() {
     if (serialObject == nullptr || IsReady() == 0) return 0;
     if (exchange::Send(*serialObject, "%s - Tare\n", kName, kTare) == 0) return 0;
-    char answer[kAnswerSize] = {};
-    if (serialObject->ReceiveAllAnswerWithin(answer, kAnswerSize, '\n') == 0) return 0;
-    return ParseWeight(answer, nullptr, nullptr) != 0 ? 1 : 0;
+    exchange::CollectedAnswer answer;
+    if (answer.ReceiveMore(*serialObject) == 0) return 0;
+    return ParseWeight(answer.Text(), nullptr, nullptr) != 0 ? 1 : 0;
 }
 
 int WbalanceGibertini::Weight(long /*mode*/, double* weight, int* decimals) {
     if (serialObject == nullptr || IsReady() == 0) return 0;
     if (exchange::Send(*serialObject, "%s - Weight\n", kName, kWeight) == 0) return 0;
-    char answer[kAnswerSize] = {};
+    exchange::CollectedAnswer answer;
     const bool read = exchange::TryFor(kWeightWaitMs, kWeightPauseMs, [&] {
-        serialObject->ReceiveAllAnswerWithin(answer, kAnswerSize, '\n');
-        return ParseWeight(answer, weight, decimals) > 0;
+        answer.ReceiveMore(*serialObject);
+        return ParseWeight(answer.Text(), weight, decimals) > 0;
     });
     if (!read) {
         exchange::Trace(*serialObject, "Weight procedure failed!");

@@ -23,9 +23,11 @@
 /// RestoreFactorySettings() is that of Cwbalance: it sends nothing and returns 1.
 ///
 /// Times below count full time-outs t (1 s unless changed) and the fixed pauses. A reading takes
-/// 3 t at most: 2 t after an answer that came at once, 3 t without one. What comes without a line
-/// feed at its end is read on, 100 ms later, for another 3 t, and so on up to 63 characters. More
-/// than some 980 characters within 3 t end the process (CSerialObject::ReceiveAnswer()).
+/// 3 t at most: 2 t after an answer that came at once, 3 t without one. Of what comes in that time
+/// the first 64 characters count. Without a line feed at their end it is read on, 100 ms later, for
+/// another 3 t, and so on for as long as the balance sends; what passes the 1005 characters that a
+/// line of the trace can show is dropped and ends the reading. More than some 980 characters within
+/// 3 t end the process (CSerialObject::ReceiveAnswer()).
 class WBALANCE_EXPORT WbalanceGibertini : public Cwbalance {
  public:
     WbalanceGibertini();
@@ -46,13 +48,14 @@ class WBALANCE_EXPORT WbalanceGibertini : public Cwbalance {
     /// Reads the weight after IsReady(): asks once ("B") and reads on, 200 ms apart, until all that
     /// has come is made of valid records or 20 s have passed.
     ///
-    /// Records that come with gaps are joined. Up to 63 characters are kept, and what has once made
-    /// the text invalid (an error record, a fragment that is never completed, a fourth record)
+    /// Records that come with gaps are joined. What has once made the text invalid (an error
+    /// record, a fragment that is never completed, a fourth record within 3 t, which is cut off)
     /// keeps it so until the 20 s are over.
     ///
     /// @param mode is ignored
     /// @param weight receives grams, the value of the first record; must not be null. A record that
-    ///   is refused overwrites it, too: use it only with the result 1.
+    ///   is refused overwrites it, too: use it only with the result 1. Stays as it is when none
+    ///   came or the command could not be sent.
     /// @param decimals receives 2 as soon as 19 characters have come, whatever the record's
     ///   decimals are; may be null
     /// @return 1, also for a weight that is marked as unstable; 0 failure, after 20 s + one reading

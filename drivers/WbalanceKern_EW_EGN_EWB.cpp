@@ -11,11 +11,11 @@
 
 #include <wbalance/WbalanceKern_EW_EGN_EWB.h>
 
-#include <cstdlib>
 #include <cstring>
 #include <string>
 #include <string_view>
 
+#include "CLocale.h"
 #include "Exchange.h"
 
 namespace {
@@ -38,14 +38,11 @@ constexpr unsigned int kStableWaitMs = 5000;
 constexpr int kStablePauseMs = 200;
 constexpr int kReadings = 5;
 
-constexpr long kAnswerSize = 64;
-
 // Sends a command and reads its answer, which must hold the acknowledgement.
 bool Acknowledged(CSerialObject& serial, const char* traceLine, const char* command,
-                  char (&answer)[kAnswerSize]) {
+                  exchange::CollectedAnswer& answer) {
     if (exchange::Send(serial, traceLine, kName, command) == 0) return false;
-    if (serial.ReceiveAllAnswerWithin(answer, kAnswerSize, '\n') == 0) return false;
-    return std::strstr(answer, kAcknowledged) != nullptr;
+    return answer.ReceiveMore(serial) != 0 && answer.Holds(kAcknowledged);
 }
 
 }  // namespace
@@ -64,7 +61,7 @@ int WbalanceKern_EW_EGN_EWB::ParseWeight(char* answer, double* weight, int* deci
     std::string record(std::string_view(answer).substr(start, kRecordLength));
     record.resize(kRecordLength);
     const std::string value = record.substr(1, 7);
-    const double magnitude = std::strtod(value.c_str(), nullptr);
+    const double magnitude = c_locale::NumberIn(value.c_str());
     if (decimals != nullptr && value.find('.') != std::string::npos) *decimals = kDecimals;
     if (weight != nullptr) *weight = record[0] == '-' ? -magnitude : magnitude;
     return record[11] == 'S' ? 1 : 2;
@@ -78,16 +75,16 @@ int WbalanceKern_EW_EGN_EWB::IsReady() {
 
 int WbalanceKern_EW_EGN_EWB::Tare() {
     if (serialObject == nullptr || IsReady() == 0) return 0;
-    char answer[kAnswerSize] = {};
+    exchange::CollectedAnswer answer;
     return Acknowledged(*serialObject, "%s - Tare\n", kTare, answer) ? 1 : 0;
 }
 
 int WbalanceKern_EW_EGN_EWB::Weight(long mode, double* weight, int* decimals) {
     if (serialObject == nullptr || IsReady() == 0) return 0;
     const char* command = mode == 2 ? kWeightAtOnce : kWeightWhenStable;
-    char answer[kAnswerSize] = {};
+    exchange::CollectedAnswer answer;
     if (!Acknowledged(*serialObject, "%s - Weight\n", command, answer)) return 0;
-    if (ParseWeight(answer, weight, decimals) != 0 ||
+    if (ParseWeight(answer.Text(), weight, decimals) != 0 ||
         (mode != 2 && AwaitRecord(weight, decimals))) {
         exchange::Trace(*serialObject, "%s - weight = %.2lf gr.\n\n", kName, *weight);
         return 1;
@@ -105,15 +102,15 @@ int WbalanceKern_EW_EGN_EWB::TareSet(double /*preset*/) {
 
 /// Reads on until the lines that have come hold a record, the first of which counts.
 bool WbalanceKern_EW_EGN_EWB::AwaitRecord(double* weight, int* decimals) {
-    char answer[kAnswerSize] = {};
+    exchange::CollectedAnswer answer;
     return exchange::TryFor(kStableWaitMs, kStablePauseMs, [&] {
-        serialObject->ReceiveAllAnswerWithin(answer, kAnswerSize, '\n');
-        return ParseWeight(answer, weight, decimals) > 0;
+        answer.ReceiveMore(*serialObject);
+        return ParseWeight(answer.Text(), weight, decimals) > 0;
     });
 }
 
 int WbalanceKern_EW_EGN_EWB::AveragedWeight(double* weight) {
-    char answer[kAnswerSize] = {};
+    exchange::CollectedAnswer answer;
     if (!Acknowledged(*serialObject, "%s - Stable Weight STOP\n", kStop, answer)) return 0;
     double sum = 0.0;
     for (int reading = 0; reading < kReadings; ++reading) {

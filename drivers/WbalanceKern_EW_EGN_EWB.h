@@ -22,9 +22,11 @@
 /// RestoreFactorySettings() is that of Cwbalance: it sends nothing and returns 1.
 ///
 /// Times below count full time-outs t (1 s unless changed) and the fixed pauses. A reading takes
-/// 3 t at most: 2 t after an answer that came at once, 3 t without one. What comes without a line
-/// feed at its end is read on, 100 ms later, for another 3 t, and so on up to 63 characters. More
-/// than some 980 characters within 3 t end the process (CSerialObject::ReceiveAnswer()).
+/// 3 t at most: 2 t after an answer that came at once, 3 t without one. Of what comes in that time
+/// the first 64 characters count. Without a line feed at their end it is read on, 100 ms later, for
+/// another 3 t, and so on for as long as the balance sends; what passes the 1005 characters that a
+/// line of the trace can show is dropped and ends the reading. More than some 980 characters within
+/// 3 t end the process (CSerialObject::ReceiveAnswer()).
 class WBALANCE_EXPORT WbalanceKern_EW_EGN_EWB : public Cwbalance {
  public:
     WbalanceKern_EW_EGN_EWB();
@@ -50,7 +52,8 @@ class WBALANCE_EXPORT WbalanceKern_EW_EGN_EWB : public Cwbalance {
     ///     + one reading + 200 ms at most.
     ///   - 1 and any other value: the same, and when that wait was in vain too, stop ("O0") and the
     ///     average of five calls of Weight() with mode 2 (virtual; six readings more).
-    /// @param weight receives grams; must not be null. Stays as it is when no record came.
+    /// @param weight receives grams; must not be null. Stays as it is when no record came or
+    ///   a command could not be sent.
     /// @param decimals receives 7 when the record's value has a point, whatever its decimals; stays
     ///   as it is without one, and when the weight is an average. May be null.
     /// @return 1, also for a weight that is marked as not stable; 0 failure

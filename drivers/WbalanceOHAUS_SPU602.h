@@ -38,7 +38,8 @@ class WBALANCE_EXPORT WbalanceOHAUS_SPU602 : public Cwbalance {
     /// @param weight receives grams. 0.0 on failure, except that an unsteady weight that was
     ///   refused stays. Must not be null.
     /// @param decimals receives 7 for a weight with a decimal point and 2 for one without or for an
-    ///   answer that is no weight; stays as it is when nothing came. May be null.
+    ///   answer that is no weight; stays as it is when nothing came or the command could not be
+    ///   sent. May be null.
     /// @return 1 a weight, 0 failure. Waits 0.5 s + 3 t, also when the command could not be sent.
     ///
     /// A weight is any line with a "g" in it: the number of a line in kg or mg is passed on as it

@@ -14,10 +14,10 @@
 #include <strings.h>
 #include <cmath>
 #include <cstddef>
-#include <cstdlib>
 #include <cstring>
 
 #include "BoundedText.h"
+#include "CLocale.h"
 #include "Exchange.h"
 #include "marlet-small.h"
 
@@ -85,7 +85,7 @@ double WbalanceSartorius::ParseWeight(char* answer, int* /*decimals*/) {
     if (sign == nullptr) return 0.0;
     char value[kValueSize + 1] = {};
     std::memcpy(value, sign + kValueBehindSign, kValueSize);
-    return (*sign == '-' ? -1.0 : 1.0) * std::strtod(value, nullptr);
+    return (*sign == '-' ? -1.0 : 1.0) * c_locale::NumberIn(value);
 }
 
 int WbalanceSartorius::IsReady() {
@@ -123,7 +123,7 @@ int WbalanceSartorius::TareSet(double preset) {
     char command[10];
     bounded_text::Copy(command, text, "a preset-tare command");
     exchange::Trace(*serialObject, "%s - Set tare to %.2lf\n", kName, preset);
-    if (exchange::Send(*serialObject, command) == 0) return 0;
+    if (serialObject->SendCommand(command) == 0) return 0;
     Sleep(1000);
     // Storing the preset is traced as a tare, and hosts rely on it.
     if (exchange::Send(*serialObject, "%s - Tare\n", kName, kStorePreset) == 0) return 0;

@@ -55,11 +55,13 @@ class WBALANCE_EXPORT WbalanceSartorius : public Cwbalance {
     /// presses soft key 4 (ESC kF4_), which must be the key that stores a tare, waits 2 s and
     /// checks the reading with Weight(0, ..., null) of the object's own class.
     ///
-    /// @param preset grams, 0.00 to 9.99 with two decimals. A longer text, from 10.00 on or with a
-    ///   sign, does not fit the command and ends the process, after the cancel and tare commands
-    ///   were handed to the port.
-    /// @return 1 when the empty balance then reads minus `preset` within 0.01, else 0. A failure
-    ///   may leave the balance tared. Waits 3.5 s + 3 t.
+    /// @param preset grams. Its text with two decimals may have four characters: 0.00 to 9.99, and
+    ///   the words inf, nan, -inf and -nan of what is not finite, which are sent, too. A longer
+    ///   one, from 10.00 on or below zero (-0.00 included), does not fit the command and ends the
+    ///   process, after the cancel and tare commands were handed to the port.
+    /// @return 1 when the empty balance then reads minus `preset` within 0.01, else 0, as always
+    ///   with what is not finite. A difference of 0.01 itself may go either way: it is one of
+    ///   binary numbers. A failure may leave the balance tared. Waits 3.5 s + 3 t.
     int TareSet(double preset) override;
 
     /// The signed number in a printed line of 16 or 22 characters, line end included.
@@ -67,7 +69,7 @@ class WBALANCE_EXPORT WbalanceSartorius : public Cwbalance {
     /// Of a line that begins with "TP1   ", followed by one that begins with "N1    ", the second
     /// one, the net weight, is read.
     ///
-    /// @param answer fewer than 100 characters; a longer text ends the process
+    /// @param answer fewer than 100 characters; a longer text ends the process. Must not be null.
     /// @param decimals neither read nor written
     /// @return the number, 0.0 when the line has another length or no number stands in its place
     double ParseWeight(char* answer, int* decimals);

@@ -40,7 +40,7 @@ class WBALANCE_EXPORT WbalanceScaleHouseALD : public Cwbalance {
     /// @param mode not looked at: stable or not, what the ticket says is the weight
     /// @param weight receives grams, 0.0 on failure; must not be null
     /// @param decimals receives 3, whatever the ticket shows, also when it holds no weight; stays
-    ///   as it is when nothing came. May be null.
+    ///   as it is when nothing came or the command could not be sent. May be null.
     /// @return 1 when the ticket holds a weight, else 0. Waits 0.5 s + 3 t.
     ///
     /// At most the first 257 characters of the ticket are looked at.

@@ -15,7 +15,8 @@ namespace {
 
 struct Reception {
     int kind;
-    long size;
+    long room;  // of the buffer
+    long size;  // of what one reception or round takes
     int attempts;
     const char* terminator;
     char endCharacter;
@@ -64,8 +65,10 @@ Sighting ByTheRules(const Reception& reception, const fuzz::Input& input) {
             } else {
                 sighting.text = reception.already;
                 sighting.result =
-                    balance.ReceiveAll(sighting.text, reception.size, reception.endCharacter) ? 1
-                                                                                              : 0;
+                    balance.ReceiveAll(sighting.text, static_cast<std::size_t>(reception.room) - 1,
+                                       reception.size, reception.endCharacter)
+                        ? 1
+                        : 0;
             }
         } catch (const faults::ProcessEnd&) {
             sighting.processEnd = true;
@@ -81,7 +84,7 @@ Sighting ByTheLibrary(const Reception& reception, const fuzz::Input& input) {
     constexpr char kMark = 'Z';
     Script(input);
     Sighting sighting;
-    const auto size = static_cast<std::size_t>(reception.size);
+    const auto size = static_cast<std::size_t>(reception.room);
     std::vector<char> buffer(size + kGuard, kMark);
     {
         const scripted::TraceCapture capture;
@@ -99,8 +102,8 @@ Sighting ByTheLibrary(const Reception& reception, const fuzz::Input& input) {
             } else {
                 std::memset(buffer.data(), 0, size);
                 std::memcpy(buffer.data(), reception.already.data(), reception.already.size());
-                sighting.result = serial.ReceiveAllAnswerWithin(buffer.data(), reception.size,
-                                                                reception.endCharacter);
+                sighting.result = serial.ReceiveAllAnswerWithin(
+                    buffer.data(), reception.room, reception.size, reception.endCharacter);
             }
         };
         sighting.processEnd = fuzz::LineOfProcessEnd(act).has_value();
@@ -127,12 +130,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     fuzz::Input input(data, size);
     Reception reception{};
     reception.kind = input.Below(2);
-    reception.size = 2 + input.Below(100);
+    reception.room = 2 + input.Below(100);
+    reception.size = reception.room;
     reception.attempts = input.Below(6) - 1;
     reception.terminator = kTerminators[input.Below(5)];
     reception.endCharacter = input.Coin() ? '\n' : 'A';
-    reception.already = std::string(static_cast<std::size_t>(input.Below(4) % reception.size), 'x');
+    reception.already = std::string(static_cast<std::size_t>(input.Below(4) % reception.room), 'x');
     if (reception.kind == 0) reception.already.clear();
+    if (reception.kind == 1) reception.size = 1 + input.Below(80);
 
     const Sighting rules = ByTheRules(reception, input);
     const Sighting library = ByTheLibrary(reception, input);

@@ -7,8 +7,8 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <memory>
 #include <new>
-#include <vector>
 
 #include "BoundedText.h"
 #include "Exchange.h"
@@ -221,24 +221,27 @@ CSerialObject::Attempt CSerialObject::PollForTerminator(QByteArray& answer,
 }
 
 int CSerialObject::ReceiveAllAnswer(char* buffer, long size, char endChar) {
-    return GatherAnswer(buffer, size, endChar, SIZE_MAX);
+    return GatherAnswer(buffer, SIZE_MAX, size, endChar);
 }
 
-int CSerialObject::ReceiveAllAnswerWithin(char* buffer, long size, char endChar) {
-    return GatherAnswer(buffer, size, endChar, size > 0 ? static_cast<std::size_t>(size) - 1 : 0);
+int CSerialObject::ReceiveAllAnswerWithin(char* buffer, long room, long size, char endChar) {
+    if (room <= 0) return 0;
+    return GatherAnswer(buffer, static_cast<std::size_t>(room) - 1, size, endChar);
 }
 
-int CSerialObject::GatherAnswer(char* buffer, long size, char endChar, std::size_t most) {
+int CSerialObject::GatherAnswer(char* buffer, std::size_t most, long size, char endChar) {
     if (buffer == nullptr || size <= 0) return 0;
-    // One byte more than a round can fill, so that a full round is still a text.
-    std::vector<char> chunk(static_cast<std::size_t>(size) + 1);
+    const auto roundSize = static_cast<std::size_t>(size);
+    const std::unique_ptr<char[]> chunk(new (std::nothrow) char[roundSize]);
+    if (chunk == nullptr) return 0;
     std::size_t length = strnlen(buffer, most);
-    while (ReceiveAnswer(chunk.data(), size, kRoundAttempts, nullptr) != 0 && chunk[0] != '\0') {
-        const std::size_t taken = std::min(std::strlen(chunk.data()), most - length);
-        std::memcpy(buffer + length, chunk.data(), taken);
+    while (ReceiveAnswer(chunk.get(), size, kRoundAttempts, nullptr) != 0 && chunk[0] != '\0') {
+        const std::size_t came = strnlen(chunk.get(), roundSize);
+        const std::size_t taken = std::min(came, most - length);
+        std::memcpy(buffer + length, chunk.get(), taken);
         length += taken;
         buffer[length] = '\0';
-        if (length == most) break;
+        if (taken < came) break;
         if (endChar != '\0' && buffer[length - 1] == endChar) break;
         Sleep(kRoundPauseMs);
     }

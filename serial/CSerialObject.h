@@ -15,15 +15,18 @@ class QSerialPort;
 /// A driver's base class, Cwbalance, creates one for each driver object and owns it; hosts meet it
 /// in a driver of their own (through `Cwbalance::serialObject`) or use it alone.
 ///
-/// Results are 1 for success and 0 for failure unless a member says otherwise. Nothing is thrown.
-/// The only reports are the results and the trace on standard output.
+/// Results are 1 for success and 0 for failure unless a member says otherwise. Nothing is thrown,
+/// except what Qt and the C++ library throw when they find no memory. The only reports are the
+/// results and the trace on standard output. Numbers in it are those of the "C" locale.
 ///
 /// One object is used by one thread at a time; nothing is locked. All waiting blocks the caller. No
 /// QCoreApplication is needed. In a thread that Qt did not start, Qt prints "QSocketNotifier: Can
 /// only be used with threads started with QThread" on standard error; the line works all the same.
 ///
-/// A text that does not fit the buffer that a member names prints one line about it on standard
-/// error and ends the process with SIGABRT.
+/// A text that does not fit the buffer that a member names ends the process with SIGABRT: standard
+/// output is flushed and one line printed on standard error before.
+///
+/// Pointers must not be null unless a member says what null does.
 ///
 /// The fields and their order are part of the binary interface.
 class WBALANCE_EXPORT CSerialObject {
@@ -76,7 +79,9 @@ class WBALANCE_EXPORT CSerialObject {
     /// @return 1, or 0 when no port is open or it refuses.
     int ClearErrorsAndBuffers();
 
-    /// Hands `command` to the port, all of it as it stands: the text carries its own line end.
+    /// Hands `command` to the port, all of it as it stands: the text carries its own line end. It
+    /// is only read. The drivers pass copies of their own, so that a host's transport in the place
+    /// of this one may write into what it is given.
     ///
     /// Nothing is flushed or waited for: the bytes leave while the next answer is waited for, and a
     /// command that no wait follows never leaves. The trace of the command must fit 1024 bytes.
@@ -105,7 +110,8 @@ class WBALANCE_EXPORT CSerialObject {
     ///
     /// @param buffer the answer is appended to the text that it holds: pass it zeroed, and large
     ///   enough for all that may come, for its end is not checked. Null returns 0.
-    /// @param size how much one round can take, in bytes; 0 or less returns 0
+    /// @param size how much one round can take, in bytes; 0 or less, or more than can be
+    ///   allocated, returns 0 before anything is read
     /// @param endChar the character that ends the answer, or 0 for none. An end that arrives within
     ///   a round is noticed when the round has ended. Without one the reading ends with the first
     ///   round in which nothing comes.
@@ -115,10 +121,13 @@ class WBALANCE_EXPORT CSerialObject {
     /// the instrument goes on sending. The trace of the answer must fit 1024 bytes.
     int ReceiveAllAnswer(char* buffer, long size, char endChar);
 
-    /// ReceiveAllAnswer() for a `buffer` of `size` bytes that the text never passes: what does not
+    /// ReceiveAllAnswer() for a `buffer` of `room` bytes that the text never passes: what does not
     /// fit is dropped and ends the call, with the full buffer as its answer. The buffer always
-    /// keeps its terminating zero.
-    int ReceiveAllAnswerWithin(char* buffer, long size, char endChar);
+    /// keeps its terminating zero. A `room` of 0 or less returns 0.
+    ///
+    /// However long the instrument goes on sending, at most `room` rounds are made. A buffer of
+    /// 1006 bytes holds the longest text that can be traced.
+    int ReceiveAllAnswerWithin(char* buffer, long room, long size, char endChar);
 
     /// Writes `text` to standard output; `level` is ignored (the library passes 1015). Not flushed.
     ///
@@ -147,7 +156,7 @@ class WBALANCE_EXPORT CSerialObject {
     enum class Attempt { Finished, Next, TimedOut };
     WBALANCE_LOCAL Attempt ReceiveOnce(QByteArray& answer, const char* terminator);
     WBALANCE_LOCAL Attempt PollForTerminator(QByteArray& answer, const char* terminator);
-    WBALANCE_LOCAL int GatherAnswer(char* buffer, long size, char endChar, std::size_t most);
+    WBALANCE_LOCAL int GatherAnswer(char* buffer, std::size_t most, long size, char endChar);
 };
 
 #endif

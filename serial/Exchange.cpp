@@ -12,6 +12,7 @@ namespace {
 
 constexpr int kTraceLevel = 1015;
 constexpr std::size_t kTraceSize = 1024;
+constexpr std::size_t kCommandSize = 10;
 
 }  // namespace
 
@@ -29,7 +30,9 @@ void Trace(const char* text) {
 }
 
 int Send(CSerialObject& serial, const char* command) {
-    return serial.SendCommand(const_cast<char*>(command));  // which only reads it
+    char copy[kCommandSize];
+    bounded_text::Copy(copy, command, "a command");
+    return serial.SendCommand(copy);
 }
 
 int Send(CSerialObject& serial, const char* format, const char* displayName, const char* command) {

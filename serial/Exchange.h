@@ -15,7 +15,8 @@ __attribute__((format(printf, 2, 3))) void Trace(CSerialObject& serial, const ch
 /// Traces a text as it stands. Needs no serial object: some failures are that there is none.
 void Trace(const char* text);
 
-/// Sends a command without tracing it first.
+/// Sends a fixed command of at most 9 characters without tracing it first. The transport gets a
+/// copy that it may write into.
 int Send(CSerialObject& serial, const char* command);
 
 /// Traces `format` with the display name, whatever comes of it, and sends the command.
@@ -51,6 +52,26 @@ class Answer {
 
  private:
     char text_[Size + 1] = {};
+};
+
+/// What an instrument sends in lines, collected over as many reads as it takes.
+///
+/// Holds as much as one line of the trace can show (CSerialObject::ReceiveAllAnswer()).
+class CollectedAnswer {
+ public:
+    /// Reads on up to the next line feed and appends what came.
+    int ReceiveMore(CSerialObject& serial) {
+        return serial.ReceiveAllAnswerWithin(text_, sizeof text_, kRoundSize, '\n');
+    }
+
+    /// Whether `mark` stands anywhere in the text.
+    bool Holds(const char* mark) const { return exchange::Holds(text_, sizeof text_, mark); }
+
+    char* Text() { return text_; }
+
+ private:
+    static constexpr long kRoundSize = 64;
+    char text_[1006] = {};
 };
 
 }  // namespace exchange

@@ -275,12 +275,28 @@ TEST_F(CwbalanceTest, After_an_open_that_failed_the_next_operation_fails_too_and
 }
 
 TEST_F(CwbalanceTest, A_port_object_that_cannot_be_made_gives_0_and_the_next_operation_opens) {
-    line.FailNextPortAllocation();
+    line.FailNextAllocation();
     EXPECT_EQ(balance.IsReady(), 0);
     EXPECT_NE(balance.serialObject, nullptr);
     EXPECT_EQ(line.Trace(), "NULL POINTER ... UNABLE OPENING COMM PORT!\n\n");
 
     EXPECT_EQ(balance.IsReady(), 1);
+}
+
+TEST_F(CwbalanceTest, A_driver_without_memory_for_its_serial_object_fails_in_every_operation) {
+    line.FailNextAllocation();
+    scripted::Open<WbalanceRadwag> radwag;
+    double weight = -1.0;
+
+    EXPECT_EQ(radwag.serialObject, nullptr);
+    EXPECT_EQ(radwag.IsReady(), 0);
+    EXPECT_EQ(radwag.Tare(), 0);
+    EXPECT_EQ(radwag.Zero(), 0);
+    EXPECT_EQ(radwag.Weight(1, &weight, nullptr), 0);
+    EXPECT_EQ(radwag.OpenAndSetDefCommConfig(), 0);
+    EXPECT_EQ(radwag.CloseCommPort(), 0);
+    EXPECT_EQ(weight, 0.0);
+    EXPECT_THAT(line.Transcript(), IsEmpty());
 }
 
 TEST_F(CwbalanceTest, A_negative_number_that_a_driver_stored_itself_is_not_opened) {

@@ -210,14 +210,14 @@ TEST_F(WbalanceGibertiniTest, A_good_record_behind_a_refused_one_does_not_help) 
     EXPECT_EQ(weight, 210.0);
 }
 
-TEST_F(WbalanceGibertiniTest, Three_records_fit_the_buffer) {
+TEST_F(WbalanceGibertiniTest, Three_records_in_one_read_give_the_first) {
     const std::string more = "    999.99 g   DS\r\n";
     line.Answer("B\r", {{"    123.45 g   DS\r\n" + more + more}});
     EXPECT_EQ(balance.Weight(1, &weight, nullptr), 1);
     EXPECT_EQ(weight, 123.45);
 }
 
-TEST_F(WbalanceGibertiniTest, A_fourth_record_does_not_fit_and_makes_the_answer_invalid) {
+TEST_F(WbalanceGibertiniTest, A_fourth_record_in_one_read_is_cut_off_and_makes_the_answer_invalid) {
     const std::string more = "    999.99 g   DS\r\n";
     line.Answer("B\r", {{"    123.45 g   DS\r\n" + more + more + more}});
 
@@ -226,13 +226,56 @@ TEST_F(WbalanceGibertiniTest, A_fourth_record_does_not_fit_and_makes_the_answer_
     EXPECT_EQ(weight, -1.0);
     EXPECT_EQ(decimals, 2);
     EXPECT_THAT(line.Trace(), HasSubstr("\nRead from scale:     123.45 g   DS\r\n"
-                                        "    999.99 g   DS\r\n    999.99 g   DS\r\n    99\n"));
+                                        "    999.99 g   DS\r\n    999.99 g   DS\r\n    999\n"));
 }
 
-TEST_F(WbalanceGibertiniTest, A_balance_that_sends_all_the_time_is_read_for_no_more_than_20_s) {
+TEST_F(WbalanceGibertiniTest, Four_records_in_pieces_give_the_first) {
+    line.Answer("B\r", {{"    123.45 g   DS\r\n    999.99 g"},
+                        {"   DI\r\n    999.99 g   D", 3000},
+                        {"S\r\n    999.99 g   DS\r\n", 6100}});
+
+    EXPECT_EQ(balance.Weight(1, &weight, &decimals), 1);
+
+    EXPECT_EQ(weight, 123.45);
+    EXPECT_EQ(decimals, 2);
+    EXPECT_THAT(line.Trace(), HasSubstr("\nRead from scale:     123.45 g   DS\r\n"
+                                        "    999.99 g   DI\r\n    999.99 g   DS\r\n"
+                                        "    999.99 g   DS\r\n\nGibertini - weight"));
+}
+
+TEST_F(WbalanceGibertiniTest, An_invalid_record_behind_63_characters_is_refused) {
+    line.Answer("B\r", {{"    123.45 g   DS\r\n    999.99 g"},
+                        {"   DI\r\n    999.99 g   D", 3000},
+                        {"S\r\n    999.99 g   OE\r\n", 6100}});
+    EXPECT_EQ(balance.Weight(1, &weight, &decimals), 0);
+    EXPECT_EQ(weight, -1.0);
+    EXPECT_EQ(decimals, 2);
+}
+
+TEST_F(WbalanceGibertiniTest, After_63_characters_it_reads_on_as_after_fewer) {
+    // Three records and the beginning of a fourth.
+    line.Answer("B\r", {{"    123.45 g   DS\r\n    999.99 g   DS\r\n    999.99 g   DS\r\n    99"},
+                        {"9.99 g   DS\r\n", 2500}});
+
+    EXPECT_EQ(balance.Weight(1, &weight, &decimals), 1);
+
+    EXPECT_EQ(weight, 123.45);
+    EXPECT_THAT(line.Sleeps(), ElementsAre(100));
+    EXPECT_EQ(line.Now(), 2500 + 2000);
+}
+
+TEST_F(WbalanceGibertiniTest, Of_what_a_balance_sends_all_the_time_1005_characters_are_kept) {
     for (long at = 250; at < 200'000; at += 250)
         line.Arrive(at, "    123.45 g   DI");  // two characters short: no line end
+
     EXPECT_EQ(balance.Weight(1, &weight, nullptr), 0);
+
+    // 59 times 17 characters and 2 of the next.
+    std::string kept;
+    for (int i = 0; i < 59; ++i)
+        kept += "    123.45 g   DI";
+    EXPECT_THAT(line.Trace(), HasSubstr("\nRead from scale: " + kept + "  \n"));
+    EXPECT_THAT(line.Trace(), EndsWith("\nWeight procedure failed!"));
     EXPECT_LT(line.Now(), 25'000);
 }
 

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cmath>
 #include <csignal>
 
 #include "ScriptedTest.h"
@@ -273,38 +274,63 @@ TEST_F(WbalanceKernTest, The_wait_begins_with_an_empty_text) {
     EXPECT_EQ(weight, -1.0);
 }
 
-TEST_F(WbalanceKernTest, More_than_the_buffer_holds_leaves_its_first_record_to_be_parsed) {
+TEST_F(WbalanceKernTest, However_much_the_wait_brings_its_first_record_is_parsed) {
     const std::string more = "+  99.99 G S\r\n";
     line.Answer("O9\r\n", {{"A00\r\n"},
                            {"+  1", 2500},
-                           {"2.50 G S\r" + more + more + more + more + more + "end", 5800}});
+                           {"2.50 G S\r" + more + more + "+  99", 5800},
+                           {".99 G S\r\n" + more, 9000}});
 
     EXPECT_EQ(balance.Weight(0, &weight, nullptr), 1);
 
     EXPECT_EQ(weight, 12.5);
-    EXPECT_THAT(line.Trace(), HasSubstr("\nRead from scale: +  12.50 G S\r+  99.99 G S\r\n"
-                                        "+  99.99 G S\r\n+  99.99 G S\r\n+  99.99\n"));
+    EXPECT_THAT(line.Trace(), HasSubstr("\nRead from scale: +  12.50 G S\r" + more + more + more +
+                                        more + "\nKern EW/EG-N/EWB - weight = 12.50 gr."));
 }
 
-TEST_F(WbalanceKernTest, A_first_answer_longer_than_the_buffer_is_cut_at_63_characters) {
+TEST_F(WbalanceKernTest, An_acknowledgement_behind_63_characters_counts) {
+    line.Answer("O8\r\n", {{"+  12.50 G S" + std::string(40, 'x')},
+                           {std::string(20, 'x') + "A00\r\n", 2500}});
+    EXPECT_EQ(balance.Weight(2, &weight, nullptr), 1);
+    EXPECT_EQ(weight, 12.5);
+}
+
+TEST_F(WbalanceKernTest, One_read_takes_64_characters_and_the_rest_of_it_is_lost) {
     line.Answer("O8\r\n", {{"A00\r\n+  12.50 G S" + std::string(60, 'x') + "\n"}});
 
     EXPECT_EQ(balance.Weight(2, &weight, nullptr), 1);
 
     EXPECT_EQ(weight, 12.5);
     EXPECT_THAT(line.Trace(), HasSubstr("\nRead from scale: A00\r\n+  12.50 G S" +
+                                        std::string(47, 'x') + "\nKern"));
+    // Without its line feed the answer is read on.
+    EXPECT_THAT(line.Sleeps(), ElementsAre(100));
+}
+
+TEST_F(WbalanceKernTest, After_63_characters_it_reads_on_as_after_fewer) {
+    line.Answer("O8\r\n", {{"A00\r\n+  12.50 G S" + std::string(46, 'x')}});
+
+    EXPECT_EQ(balance.Weight(2, &weight, nullptr), 1);
+
+    EXPECT_EQ(weight, 12.5);
+    EXPECT_THAT(line.Sleeps(), ElementsAre(100));
+    EXPECT_EQ(line.Now(), 2000 + 100 + 3000);
+    EXPECT_THAT(line.Trace(), HasSubstr("Read from scale:  (time elapsed: 3000 ms)\n"
+                                        "Read from scale: A00\r\n+  12.50 G S" +
                                         std::string(46, 'x') + "\nKern"));
 }
 
-TEST_F(WbalanceKernTest, A_balance_that_never_ends_its_line_is_cut_off_by_the_full_buffer) {
+TEST_F(WbalanceKernTest, Of_what_a_balance_sends_all_the_time_1005_characters_are_kept) {
     line.Answer("O8\r\n", {{"A00\r\n+  12.50 G S"}});
-    for (long at = 500; at < 400'000; at += 500)
+    for (long at = 500; at < 4'000'000; at += 500)
         line.Arrive(at, "x");
 
     EXPECT_EQ(balance.Weight(2, &weight, nullptr), 1);
 
     EXPECT_EQ(weight, 12.5);
-    EXPECT_LT(line.Now(), 60'000);
+    EXPECT_THAT(line.Trace(), HasSubstr("\nRead from scale: A00\r\n+  12.50 G S" +
+                                        std::string(988, 'x') + "\nKern"));
+    EXPECT_LT(line.Now(), 600'000);
 }
 
 // The average
@@ -601,7 +627,8 @@ class HostKern : public Kern {
         return ready;
     }
     int Weight(long mode, double* weight, int* decimals) override {
-        calls.push_back("Weight " + std::to_string(mode) + " from " + std::to_string(*weight) +
+        calls.push_back("Weight " + std::to_string(mode) + " from " +
+                        std::to_string(std::lround(*weight * 100)) + " cg" +
                         (decimals == nullptr ? " without decimals" : " with decimals"));
         if (mode != 2) return Kern::Weight(mode, weight, decimals);
         *weight = results.front();
@@ -639,9 +666,9 @@ TEST_F(WbalanceKernTest, The_average_is_taken_from_the_hosts_Weight) {
     EXPECT_EQ(host.Weight(1, &weight, &decimals), 1);
 
     EXPECT_EQ(weight, 3.1);
-    const std::string immediate = "Weight 2 from 0.000000 without decimals";
-    EXPECT_THAT(host.calls, ElementsAre("Weight 1 from 0.250000 with decimals", "IsReady",
-                                        immediate, immediate, immediate, immediate, immediate));
+    const std::string immediate = "Weight 2 from 0 cg without decimals";
+    EXPECT_THAT(host.calls, ElementsAre("Weight 1 from 25 cg with decimals", "IsReady", immediate,
+                                        immediate, immediate, immediate, immediate));
 }
 
 TEST_F(WbalanceKernTest, The_average_ends_with_the_hosts_first_failure) {

@@ -174,7 +174,7 @@ void AddCallMishaps(int number, const std::string& call, std::vector<Mishap>& mi
     if (call == "wait") add("signals data and has none", Fault::EmptyRead);
     if (call == "open")
         mishaps.push_back(
-            {"no memory for the port", [](Script&, Line& line) { line.FailNextPortAllocation(); }});
+            {"no memory for the port", [](Script&, Line& line) { line.FailNextAllocation(); }});
 }
 
 void AddAnswerMishaps(const Script& script, std::vector<Mishap>& mishaps) {

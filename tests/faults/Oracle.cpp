@@ -173,14 +173,16 @@ bool Balance::Attempt(std::string& answer, const char* terminator, bool& finishe
     }
 }
 
-bool Balance::ReceiveAll(std::string& text, long size, char endChar) {
-    const std::size_t room = static_cast<std::size_t>(size) - 1;
+bool Balance::ReceiveAll(std::string& text, std::size_t most, long size, char endChar) {
     while (true) {
         std::string chunk;
         if (!Receive(chunk, size, 3, nullptr) || chunk.empty()) break;
-        text = (text + chunk).substr(0, room);
-        // A buffer that is full takes no more.
-        if (text.size() == room || text.back() == endChar) break;
+        text += chunk;
+        if (text.size() > most) {
+            text.resize(most);
+            break;
+        }
+        if (text.back() == endChar) break;
         Pause(100);
     }
     if (text.empty()) {

@@ -95,8 +95,9 @@ class Balance {
     /// One answer. False when nothing came; an answer that begins with a zero byte came, as an
     /// empty text.
     bool Receive(std::string& text, long size, int attempts, const char* terminator);
-    /// Appends an answer that ends in `endChar` to `text`, which holds at most `size` - 1.
-    bool ReceiveAll(std::string& text, long size, char endChar);
+    /// Appends rounds of at most `size` characters to `text` until one ends in `endChar` or brings
+    /// nothing. The text grows to `most` characters: a round that has more ends the collection.
+    bool ReceiveAll(std::string& text, std::size_t most, long size, char endChar);
     void Pause(int ms) { line_.OnSleep(ms); }
     void Trace(const std::string& text);
 

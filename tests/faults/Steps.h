@@ -185,6 +185,18 @@ inline Step Receive(long size, int attempts, const char* terminator, Steps onNot
     };
 }
 
+/// Appends lines, read in rounds of 64 characters, to the answer that the operation has so far: as
+/// many characters as a line of the trace can show.
+inline Step Collect(Steps onNothing) {
+    return [=](Run& run) {
+        run.came = run.balance.ReceiveAll(run.answer, 1005, 64, '\n');
+        return run.came ? Flow{} : Carry(onNothing, run);
+    };
+}
+inline Step EmptyAnswer() {
+    return Do([](Run& run) { run.answer.clear(); });
+}
+
 // Calls of the object's own virtual operations.
 
 inline Step Ready() {

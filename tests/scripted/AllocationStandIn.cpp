@@ -1,13 +1,25 @@
+#include <cstdint>
 #include <new>
 
 #include "Line.h"
 
-// The library allocates only its port objects so that a failure gives null.
+// The library's own allocations, which give null when they fail: serial objects, port objects, and
+// what a collection is read into.
+
+namespace {
+
+/// Whether there is no memory: because the script says so, or for a size that no machine has and
+/// for which a sanitizer would end the program.
+bool Fails(std::size_t size) {
+    return scripted::Line::Here().TakeAllocationFailure() || size > PTRDIFF_MAX / 2;
+}
+
+}  // namespace
+
 void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
-    if (scripted::Line::Here().TakeAllocationFailure()) return nullptr;
-    try {
-        return ::operator new(size);
-    } catch (...) {
-        return nullptr;
-    }
+    return Fails(size) ? nullptr : ::operator new(size);
+}
+
+void* operator new[](std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
+    return Fails(size) ? nullptr : ::operator new[](size);
 }

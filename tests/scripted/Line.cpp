@@ -55,7 +55,7 @@ void Line::PlugInAgain() {
     hungUp_ = false;
 }
 
-void Line::FailNextPortAllocation() {
+void Line::FailNextAllocation() {
     failAllocation_ = true;
 }
 

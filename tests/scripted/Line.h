@@ -68,8 +68,8 @@ class Line {
     void HangUp();
     /// The next open of a device works again after HangUp().
     void PlugInAgain();
-    /// The allocation of the next port object fails.
-    void FailNextPortAllocation();
+    /// The library's next allocation of an object or a buffer of its own fails.
+    void FailNextAllocation();
 
     // What was seen.
 

@@ -1,6 +1,7 @@
 // Commands, answers, and answers gathered from several rounds.
 
 #include <array>
+#include <climits>
 
 #include "OpenSerialObject.h"
 
@@ -624,8 +625,9 @@ class GatheringTest : public CSerialObjectExchangeTest {
         return serial.ReceiveAllAnswer(buffer.data(), size, endChar);
     }
 
-    int GatherWithin(long size, char endChar) {
-        return serial.ReceiveAllAnswerWithin(buffer.data(), size, endChar);
+    /// In rounds of at most 64 characters.
+    int GatherWithin(long room, char endChar) {
+        return serial.ReceiveAllAnswerWithin(buffer.data(), room, 64, endChar);
     }
 };
 
@@ -815,30 +817,41 @@ TEST_F(GatheringTest, Within_a_buffer_nothing_received_is_a_null_answer) {
 TEST_F(GatheringTest, Within_no_bytes_or_no_buffer_it_gives_0_without_a_call) {
     EXPECT_EQ(GatherWithin(0, '\n'), 0);
     EXPECT_EQ(GatherWithin(-1, '\n'), 0);
-    EXPECT_EQ(serial.ReceiveAllAnswerWithin(nullptr, 64, '\n'), 0);
+    EXPECT_EQ(serial.ReceiveAllAnswerWithin(nullptr, 64, 64, '\n'), 0);
+    EXPECT_EQ(serial.ReceiveAllAnswerWithin(buffer.data(), 64, 0, '\n'), 0);
 
     EXPECT_THAT(line.Transcript(), IsEmpty());
 }
 
-TEST_F(GatheringTest, Within_a_buffer_one_short_of_full_the_gathering_goes_on) {
-    buffer[8] = '#';
-    line.Arrive(0, "123456");
+TEST_F(GatheringTest, Within_a_buffer_a_round_takes_no_more_than_its_size) {
+    line.Arrive(0, "123456\n");
+    line.Arrive(2600, "ABCDEF\n");
 
-    EXPECT_EQ(GatherWithin(8, '\0'), 1);
+    EXPECT_EQ(serial.ReceiveAllAnswerWithin(buffer.data(), 64, 4, '\0'), 1);
 
-    EXPECT_EQ(Buffer(9), std::string("123456\0\0#", 9));
-    EXPECT_THAT(line.Sleeps(), ElementsAre(100));
+    EXPECT_STREQ(buffer.data(), "1234ABCD");
 }
 
-TEST_F(GatheringTest, Within_a_buffer_that_is_full_the_gathering_ends) {
+TEST_F(GatheringTest, Within_a_buffer_that_is_just_full_the_gathering_goes_on) {
     buffer[8] = '#';
     line.Arrive(0, "1234567");
 
-    EXPECT_EQ(GatherWithin(8, '\0'), 1);
+    EXPECT_EQ(GatherWithin(8, '\n'), 1);
 
     EXPECT_EQ(Buffer(9), std::string("1234567\0#", 9));
+    EXPECT_THAT(line.Sleeps(), ElementsAre(100));
+    EXPECT_EQ(line.Now(), 2000 + 100 + 3000);
+    EXPECT_THAT(line.Trace(), EndsWith("Read from scale:  (time elapsed: 3000 ms)\n"
+                                       "Read from scale: 1234567\n"));
+}
+
+TEST_F(GatheringTest, Within_a_buffer_that_the_end_character_fills_the_gathering_ends) {
+    line.Arrive(0, "123456\n");
+
+    EXPECT_EQ(GatherWithin(8, '\n'), 1);
+
+    EXPECT_STREQ(buffer.data(), "123456\n");
     EXPECT_THAT(line.Sleeps(), IsEmpty());
-    EXPECT_THAT(line.Trace(), EndsWith("Read from scale: 1234567\n"));
 }
 
 TEST_F(GatheringTest, Within_a_buffer_what_does_not_fit_is_dropped_and_ends_the_gathering) {
@@ -852,6 +865,7 @@ TEST_F(GatheringTest, Within_a_buffer_what_does_not_fit_is_dropped_and_ends_the_
     EXPECT_EQ(Buffer(9), std::string("12345AB\0#", 9));
     EXPECT_THAT(line.Sleeps(), ElementsAre(100));
     EXPECT_EQ(line.Now(), 4600);
+    EXPECT_THAT(line.Trace(), EndsWith("Read from scale: 12345AB\n"));
 }
 
 TEST_F(GatheringTest, Within_a_buffer_that_is_already_full_nothing_is_added) {
@@ -872,6 +886,26 @@ TEST_F(GatheringTest, Within_a_buffer_of_one_byte_there_is_room_for_nothing) {
 
     EXPECT_EQ(Buffer(2), std::string("\0#", 2));
     EXPECT_THAT(line.Trace(), EndsWith("Null answer received from scale\n"));
+}
+
+// Memory that is short.
+
+TEST_F(GatheringTest, Without_memory_for_a_round_nothing_is_read) {
+    buffer = {'X', 'Y'};
+    line.Arrive(0, "AB\n");
+    line.FailNextAllocation();
+
+    EXPECT_EQ(Gather(64, '\n'), 0);
+
+    EXPECT_STREQ(buffer.data(), "XY");
+    EXPECT_THAT(line.Transcript(), IsEmpty());
+}
+
+TEST_F(GatheringTest, A_round_of_a_size_that_no_machine_has_gives_0) {
+    EXPECT_EQ(Gather(LONG_MAX, '\n'), 0);
+    EXPECT_EQ(serial.ReceiveAllAnswerWithin(buffer.data(), 64, LONG_MAX, '\n'), 0);
+
+    EXPECT_THAT(line.Transcript(), IsEmpty());
 }
 
 }  // namespace

@@ -112,7 +112,7 @@ TEST_F(CSerialObjectTest, A_negative_number_is_refused_without_a_trace_but_its_k
 }
 
 TEST_F(CSerialObjectTest, A_port_object_that_cannot_be_made_is_traced_and_gives_0) {
-    line.FailNextPortAllocation();
+    line.FailNextAllocation();
 
     EXPECT_EQ(serial.OpenCommPort(0, 'S'), 0);
 
@@ -123,7 +123,7 @@ TEST_F(CSerialObjectTest, A_port_object_that_cannot_be_made_is_traced_and_gives_
 }
 
 TEST_F(CSerialObjectTest, An_open_after_a_port_object_could_not_be_made_tries_the_device_again) {
-    line.FailNextPortAllocation();
+    line.FailNextAllocation();
     serial.OpenCommPort(0, 'S');
     line.Forget();
 

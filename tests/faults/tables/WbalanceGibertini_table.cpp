@@ -17,8 +17,7 @@ int ParseGibertini(const std::string& answer, double* weight, int* decimals) {
 
 // clang-format off
 
-const Step kNoteTime = Do([](Run& run) { run.answer.clear(); run.start = run.balance.Now(); });
-const Step kReceiveMore = Do([](Run& run) { run.balance.ReceiveAll(run.answer, 64, '\n'); });
+const Step kNoteTime = Do([](Run& run) { run.start = run.balance.Now(); });
 const Step kPauseUntilTwentySeconds = [](Run& run) {
     const bool over = run.balance.Now() - run.start >= 20000;
     run.balance.Pause(200);
@@ -37,10 +36,7 @@ Description TableOf<WbalanceGibertini>() {
         {"Tare", {
             Ready(),
             Trace("%s - Tare\n"), Send("T\r"),
-            [](Run& run) {
-                run.answer.clear();
-                return run.balance.ReceiveAll(run.answer, 64, '\n') ? Flow{} : Flow{Flow::Done, 0};
-            },
+            EmptyAnswer(), Collect(Fail()),
             Do([](Run& run) { run.status = ParseGibertini(run.answer, nullptr, nullptr); }),
             If(StatusIs(0), Fail(), {Return(1)})}},
         {"TareSet", {Return(0)}},
@@ -48,9 +44,9 @@ Description TableOf<WbalanceGibertini>() {
         {"Weight", {
             Ready(),
             Trace("%s - Weight\n"), Send("B\r"),
-            kNoteTime,
+            EmptyAnswer(), kNoteTime,
             Passes(1000, {
-                kReceiveMore,
+                Collect(GoOn()),
                 ParseWith(ParseGibertini),
                 If(Not(StatusIs(0)), {Trace("%s - weight = %.2lf gr.\n\n", Stored()), Return(1)}),
                 kPauseUntilTwentySeconds}),

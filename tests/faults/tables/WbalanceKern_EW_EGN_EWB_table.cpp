@@ -16,12 +16,7 @@ int ParseKern(const std::string& answer, double* weight, int* decimals) {
 
 // clang-format off
 
-const Step kEmptyAnswer = Do([](Run& run) { run.answer.clear(); });
-const Step kReceive = [](Run& run) {
-    run.answer.clear();
-    return run.balance.ReceiveAll(run.answer, 64, '\n') ? Flow{} : Flow{Flow::Done, 0};
-};
-const Step kReceiveMore = Do([](Run& run) { run.balance.ReceiveAll(run.answer, 64, '\n'); });
+const Step kReceive = [](Run& run) { return Carry({EmptyAnswer(), Collect(Fail())}, run); };
 
 const Steps kConclude = {Trace("%s - weight = %.2lf gr.\n\n", Stored()), Return(1)};
 const Step kNeedAcknowledgement = If(Not(Holds("A00")), Fail());
@@ -59,9 +54,9 @@ Description TableOf<WbalanceKern_EW_EGN_EWB>() {
             kParse,
             If(Not(StatusIs(0)), kConclude),
             If(Mode(2), {TraceAsIs("Weight procedure failed!"), Return(0)}),
-            kEmptyAnswer, kNoteTime,
+            EmptyAnswer(), kNoteTime,
             Passes(1000, {
-                kReceiveMore,
+                Collect(GoOn()),
                 kParse,
                 If(Not(StatusIs(0)), kConclude),
                 kPauseUntilFiveSeconds}),
