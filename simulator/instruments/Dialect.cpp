@@ -51,6 +51,7 @@ bool Dialect::isSpoiled() {
 }
 
 void Dialect::press(Key key) {
+    if (keysBlocked_) return;
     if (key == Key::print) return printKey();
     const auto done = [this, key] { key == Key::tare ? balance_.tare() : balance_.zero(); };
     whenStable(keyPatience, done, [] {});

@@ -112,6 +112,10 @@ class Dialect {
     void send(const std::string& bytes);                            ///< answers bytes as they are
     void setAnswerEnd(std::string end) { answerEnd_ = std::move(end); }
 
+    /// A host has blocked the keys of the balance, or freed them again.
+    void blockKeys() { keysBlocked_ = true; }
+    void freeKeys() { keysBlocked_ = false; }
+
     /// Runs `then` as soon as the pan is at rest, at once if it is; `timedOut` instead when that
     /// takes longer than `patience`. While busy the pan never counts as being at rest.
     void whenStable(Time patience, Action then, Action timedOut);
@@ -149,6 +153,7 @@ class Dialect {
     std::list<Task> tasks_;
     std::optional<Time> spoiledAt_;
     bool busy_ = false;
+    bool keysBlocked_ = false;
 };
 
 /// Text padded with blanks in front to `width` characters; longer text stays as it is.

@@ -75,7 +75,7 @@ void BalanceModel::refresh(Time at) {
         changes_.pop_front();
     }
     const double left = std::exp(-std::chrono::duration<double>(data_.refresh) /
-                                 std::chrono::duration<double>(data_.settling));
+                                 (std::chrono::duration<double>(data_.settling) * slowness_));
     settled_ = load_ + (settled_ - load_) * left;
     if (std::fabs(settled_ - load_) < data_.readability / 10) settled_ = load_;
     drifted_ +=

@@ -57,6 +57,9 @@ class BalanceModel {
     /// Weights are shown in this unit from now on; `countsPieces`: in whole pieces of that weight.
     void showUnit(const std::string& unit, double gramsPerUnit, bool countsPieces = false);
 
+    /// The pan follows the load so many times as slowly as the balance does by itself.
+    void filter(double slowness) { slowness_ = slowness; }
+
     /// Moves on to `now`, which never goes back.
     void advance(Time now);
     Time now() const { return now_; }
@@ -118,6 +121,7 @@ class BalanceModel {
     double shown_ = 0;
     double zero_ = 0;
     double tare_ = 0;
+    double slowness_ = 1;
     std::string displayText_;
     bool on_ = true;
     bool forcedUnstable_ = false;

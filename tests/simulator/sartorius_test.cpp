@@ -1,5 +1,7 @@
 #include "simulator/instruments/sartorius.h"
 
+#include <map>
+
 #include "InstrumentTest.h"
 
 using namespace std::chrono_literals;
@@ -47,7 +49,7 @@ TEST_F(Sartorius, A_command_may_come_in_pieces) {
 
 TEST_F(Sartorius, Unknown_commands_and_stray_characters_get_no_answer) {
     have(1);
-    EXPECT_EQ(ask("P\r\nS\r\n\x1bQ\r\n\x1bx1_\r\n"), "");
+    EXPECT_EQ(ask("P\r\nS\r\n\x1bQ\r\n\x1bx9_\r\n"), "");
     EXPECT_EQ(ask(print), "+     1.00 g  \r\n");
 }
 
@@ -186,6 +188,196 @@ TEST_F(Sartorius, Prints_ten_lines_a_second_unasked_from_the_switching_on_when_s
     have(1, {"auto-print"});
     answersUntil(0ms);  // the line of the switching on
     EXPECT_EQ(answersUntil(200ms), "+     1.00 g  \r\n+     1.00 g  \r\n");
+}
+
+/// Sends ESC and a command. Apart from the digits behind it ESC is a character of its own.
+std::string esc(const std::string& command) {
+    return "\x1b" + command + "\r\n";
+}
+
+// Manuals of LA p. 120, ME215 p. 143, LE p. 54: x1_ model, x2_ serial number, x3_ software. The
+// MSE's line of 20 characters and the Entris' word in front were read from such balances.
+TEST_F(Sartorius, Says_its_model_serial_number_and_software) {
+    have(1, {"series=mse", "line=22"});
+    EXPECT_EQ(ask(esc("x1_") + esc("x2_") + esc("x3_")),
+              "MSE1203S-100-DR     \r\n37454321            \r\n00-37-09            \r\n");
+    have(1, {"series=entris2", "line=22"});
+    EXPECT_EQ(ask(esc("x1_")), "Model  BCE124I-1CEU \r\n");
+    have(1, {"series=mse"});
+    EXPECT_EQ(ask(esc("x1_") + esc("x2_")), "MSE1203S-100-D\r\n37454321      \r\n");
+    have(1, {"serial-number=12809099", "software=00-39-21"});
+    EXPECT_EQ(ask(esc("x1_") + esc("x2_") + esc("x3_")),
+              "LA620S        \r\n12809099      \r\n00-39-21      \r\n");
+}
+
+TEST_F(Sartorius, Each_series_has_a_model_of_its_own) {
+    const std::map<std::string, std::string> models = {
+        {"la", "LA620S        \r\n"},      {"cp", "CP622S        \r\n"},
+        {"extend", "ED623S        \r\n"},  {"mse", "MSE1203S-100-D\r\n"},
+        {"entris2", "Model  BCE124I\r\n"}, {"quintix", "QUINTIX612-1S \r\n"},
+        {"cubis2", "MCA5201S      \r\n"}};
+    for (const auto& [series, model] : models) {
+        have(1, {"series=" + series});
+        EXPECT_EQ(ask(esc("x1_")), model) << series;
+    }
+}
+
+// CP p. 60 and LE p. 54 have no x3_.
+TEST_F(Sartorius, A_CP_does_not_say_its_software) {
+    have(1, {"series=cp"});
+    EXPECT_EQ(ask(esc("x3_") + print), "+     1.00 g  \r\n");
+}
+
+TEST_F(Sartorius, Says_its_model_while_it_waits_for_the_pan) {
+    have(0);
+    putOn(50);
+    EXPECT_EQ(ask(print + esc("x2_"), 100ms), "37454321      \r\n");
+    EXPECT_EQ(answersUntil(5s), "+    50.00 g  \r\n");
+}
+
+// Entris II note p. 4 and measurements at an MSE: U tares, V zeroes. LA p. 120 has f4_ and f3_.
+TEST_F(Sartorius, Tares_and_zeroes_apart_with_the_commands_of_its_series) {
+    const auto tareAfter = [&](const std::string& series, const std::string& commands) {
+        have(5, {"series=" + series});
+        EXPECT_EQ(ask(commands), "");
+        return instrument_->balance().tareWeight();
+    };
+    for (const char* series : {"mse", "entris2", "quintix"}) {
+        EXPECT_EQ(tareAfter(series, esc("U")), 5) << series;
+        EXPECT_EQ(tareAfter(series, esc("U") + esc("V")), 0) << series;
+        EXPECT_EQ(ask(print).substr(1, 9), "     0.00") << series;
+    }
+    for (const char* series : {"la", "entris2"}) {
+        EXPECT_EQ(tareAfter(series, esc("f4_")), 5) << series;
+        EXPECT_EQ(tareAfter(series, esc("f4_") + esc("f3_")), 0) << series;
+    }
+    for (const char* series : {"la", "cp", "extend", "cubis2"})
+        EXPECT_EQ(tareAfter(series, esc("U")), 0) << series;
+    for (const char* series : {"cp", "extend", "mse", "quintix", "cubis2"})
+        EXPECT_EQ(tareAfter(series, esc("f4_")), 0) << series;
+}
+
+// LA p. 120: K very stable, L stable, M unstable, N very unstable place.
+TEST_F(Sartorius, The_filter_sets_how_fast_the_weight_follows_the_load) {
+    const auto shownAfter = [&](const std::string& command) {
+        have(0, {"print=at-once"});
+        EXPECT_EQ(ask(esc(command)), "");
+        putOn(50);
+        return ask(print, 100ms);
+    };
+    EXPECT_EQ(shownAfter("K"), "+     7.68    \r\n");
+    EXPECT_EQ(shownAfter("L"), "+    24.33    \r\n");
+    EXPECT_EQ(shownAfter("M"), "+    36.82    \r\n");
+    EXPECT_EQ(shownAfter("N"), "+    46.53    \r\n");
+}
+
+// LA p. 120: O blocks the keys, R frees them.
+TEST_F(Sartorius, Blocked_keys_do_nothing) {
+    have(5);
+    const auto tareKey = [&] {
+        instrument_->press(simulator::Key::tare);
+        instrument_->press(simulator::Key::print);
+        return instrument_->takeOutput();
+    };
+    EXPECT_EQ(ask(esc("O")), "");
+    EXPECT_EQ(tareKey(), "");
+    EXPECT_EQ(ask(print), "+     5.00 g  \r\n");
+    EXPECT_EQ(ask(esc("R")), "");
+    EXPECT_EQ(tareKey(), "+     0.00 g  \r\n");
+}
+
+// LA p. 120, Extend p. 47: x0_ and Z adjust with the built-in weight, W as the menu says.
+TEST_F(Sartorius, Shows_C_while_it_adjusts) {
+    for (const std::string command : {"x0_", "Z", "W"}) {
+        have(5, {"adjustment-time=3s"});
+        EXPECT_EQ(ask(esc(command) + print), "      C       \r\n") << command;
+        EXPECT_EQ(ask(print, 2999ms), "      C       \r\n") << command;
+        EXPECT_EQ(ask(print, 3000ms), "+     5.00 g  \r\n") << command;
+    }
+    have(5, {"words", "line=22"});
+    EXPECT_EQ(ask(esc("Z") + print), "Stat        Cal.    \r\n");
+}
+
+// LA p. 120: S restarts; a Cubis II does not know it.
+TEST_F(Sartorius, A_restart_forgets_the_tare_and_zeroes_near_zero) {
+    have(5, {"series=mse"});
+    EXPECT_EQ(ask(esc("U") + esc("S")), "");
+    EXPECT_EQ(instrument_->balance().tareWeight(), 0);
+    EXPECT_EQ(ask(print), "      0.00 g  \r\n");
+    have(5, {"series=cubis2"});
+    EXPECT_EQ(ask(esc("S") + print), "+     5.00 g  \r\n");
+}
+
+// Measurements at an MSE: p_; Entris II note p. 4 and Combics p. 103: kP_.
+TEST_F(Sartorius, Prints_on_every_interface_with_the_command_of_its_series) {
+    have(5, {"series=mse"});
+    EXPECT_EQ(ask(esc("p_") + esc("kP_")), "+     5.00 g  \r\n");
+    have(5, {"series=entris2"});
+    EXPECT_EQ(ask(esc("kP_") + esc("p_")), "+     5.00 g  \r\n");
+}
+
+// CP p. 59: with automatic print on, ESC P is the print key that stops and starts it.
+TEST_F(Sartorius, ESC_P_stops_and_starts_what_a_CP_prints_unasked) {
+    have(1, {"series=cp", "auto-print"});
+    answersUntil(0ms);
+    EXPECT_EQ(ask(print, 50ms), "");
+    EXPECT_EQ(answersUntil(1s), "");
+    EXPECT_EQ(ask(print, 1s), "+     1.00 g  \r\n");
+    EXPECT_EQ(answersUntil(1200ms), "+     1.00 g  \r\n+     1.00 g  \r\n");
+    EXPECT_EQ(ask(esc("x2_"), 1250ms), "37454321      \r\n");
+}
+
+// Measured at an MSE: one line, then nothing until T, V or a key; V sends a line of its own.
+TEST_F(Sartorius, ESC_P_ends_what_an_MSE_prints_unasked_until_it_is_tared_or_zeroed) {
+    have(100, {"series=mse", "auto-print", "line=22"});
+    answersUntil(0ms);
+    EXPECT_EQ(ask(print, 50ms), "N     +   100.00 g  \r\n");
+    EXPECT_EQ(answersUntil(1s), "");
+    EXPECT_EQ(ask(esc("T"), 1s), "N           0.00 g  \r\n");
+    EXPECT_EQ(answersUntil(1100ms), "N           0.00 g  \r\n");
+    have(5, {"series=mse", "auto-print", "line=22"});
+    answersUntil(0ms);
+    EXPECT_EQ(ask(esc("V"), 50ms), "Stat                \r\nN           0.00 g  \r\n");
+    EXPECT_EQ(ask(print, 60ms), "N           0.00 g  \r\n");
+    instrument_->press(simulator::Key::print);
+    EXPECT_EQ(answersUntil(160ms), "N           0.00 g  \r\nN           0.00 g  \r\n");
+}
+
+TEST_F(Sartorius, In_the_LA_series_ESC_P_prints_between_what_comes_unasked) {
+    have(1, {"auto-print"});
+    answersUntil(0ms);
+    EXPECT_EQ(ask(print, 50ms), "+     1.00 g  \r\n");
+    EXPECT_EQ(answersUntil(100ms), "+     1.00 g  \r\n");
+}
+
+// Read from a Cubis II MCA5201S: gross is G, zero has no sign, a moving value comes at once.
+TEST_F(Sartorius, A_Cubis_II_does_not_wait_and_calls_gross_G) {
+    have(0, {"series=cubis2", "line=22"});
+    EXPECT_EQ(ask(print), "G           0.00 g  \r\n");
+    putOn(50);
+    EXPECT_EQ(ask(print, 100ms), "G     +    24.33    \r\n");
+    EXPECT_EQ(ask(esc("T") + print, 5s), "N           0.00 g  \r\n");
+}
+
+// Read from a Quintix: a blank line behind what was printed.
+TEST_F(Sartorius, A_Quintix_ends_a_print_with_a_blank_line) {
+    have(5, {"series=quintix"});
+    EXPECT_EQ(ask(print), "+     5.00 g  \r\n\r\n");
+}
+
+// Extend p. 47, Entris II note p. 4: ESC may be left out.
+TEST_F(Sartorius, An_Extend_takes_commands_without_ESC) {
+    have(1, {"series=extend"});
+    EXPECT_EQ(ask("P\r\nx2_\r\n\x1bP\r\n"),
+              "+     1.00 g  \r\n37454321      \r\n+     1.00 g  \r\n");
+}
+
+// Combics p. 103: Qnt is a count of pieces.
+TEST_F(Sartorius, Pieces_are_counted_in_whole_ones) {
+    have(12.4, {"unit=PCS", "line=22"});
+    EXPECT_EQ(ask(print), "Qnt   +       12 pcs\r\n");
+    have(12.4, {"unit=PCS"});
+    EXPECT_EQ(ask(print), "+       12 pcs\r\n");
 }
 
 }  // namespace

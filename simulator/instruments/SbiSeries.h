@@ -1,0 +1,35 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "simulator/Switches.h"
+
+namespace simulator {
+
+/// A series of Sartorius balances: which commands it has and how its lines differ.
+struct SbiSeries {
+    /// What ESC P does to lines that are printed unasked.
+    enum class Print { goesBetween, stopsAndStarts, ends };
+
+    std::string name;         ///< of the switch
+    std::string model;        ///< in the answer to ESC x1_
+    bool hasTareAlone;        ///< ESC U and ESC V: tare and zero apart
+    bool hasFunctionKeys;     ///< ESC f3_ and f4_: zero and tare apart
+    bool hasSoftKeys;         ///< ESC t and ESC kF4_
+    bool saysSoftware;        ///< ESC x3_
+    std::string printsToAll;  ///< command that prints on every interface; empty: none
+    bool takesBareCommands;   ///< ESC may be left out
+    Print print;
+    std::string word;        ///< in front of the model
+    std::string grossWord;   ///< identifier of a weight without tare
+    bool signsZero;          ///< "+     0.00 g", not "      0.00 g"
+    bool waitsForRest;       ///< whether ESC P heeds the setting that it does
+    bool endsWithBlankLine;  ///< behind what was printed
+    bool canRestart;         ///< ESC S
+};
+
+const SbiSeries& sbiSeries(const Switches& switches);
+std::vector<SwitchDescription> sbiSwitches();
+
+}  // namespace simulator
