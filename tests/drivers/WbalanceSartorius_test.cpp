@@ -10,6 +10,7 @@ using scripted::ScriptedTest;
 using testing::ElementsAre;
 using testing::EndsWith;
 using testing::IsEmpty;
+using testing::IsSupersetOf;
 
 namespace {
 
@@ -322,6 +323,26 @@ TEST_F(WbalanceSartoriusTest, TareSet_sends_presets_from_0_00_to_9_99) {
     balance.TareSet(9.99);
     EXPECT_THAT(line.Sent(), ElementsAre(kCancel, kTare, "\x1bt0.00_\r\n", kStore, kPrint, kCancel,
                                          kTare, "\x1bt9.99_\r\n", kStore, kPrint));
+}
+
+TEST_F(WbalanceSartoriusTest, TareSet_sends_the_words_of_what_is_not_finite_and_fails) {
+    constexpr double kInfinity = std::numeric_limits<double>::infinity();
+    constexpr double kNotANumber = std::numeric_limits<double>::quiet_NaN();
+    OpenThePort();
+    for (const double preset :
+         {kInfinity, -kInfinity, kNotANumber, std::copysign(kNotANumber, -1)}) {
+        line.Answer(kPrint, {{"+     0.00 g  \r\n"}});
+        EXPECT_EQ(balance.TareSet(preset), 0);
+    }
+    EXPECT_THAT(line.Sent(), IsSupersetOf({"\x1btinf_\r\n", "\x1bt-inf_\r\n", "\x1btnan_\r\n",
+                                           "\x1bt-nan_\r\n"}));
+}
+
+TEST_F(WbalanceSartoriusTest, TareSet_may_fail_a_hundredth_off) {
+    // In binary numbers 1.00 - 0.99 is a little more than 0.01.
+    OpenThePort();
+    line.Answer(kPrint, {{"-     0.99 g  \r\n"}});
+    EXPECT_EQ(balance.TareSet(1.0), 0);
 }
 
 TEST_F(WbalanceSartoriusTest, TareSet_checks_with_mode_0_of_a_derived_class_and_null_decimals) {

@@ -5,7 +5,7 @@ namespace faults {
 // clang-format off
 
 std::vector<Dialogue> CollectingDialogues(const char* command) {
-    const auto answer = [=](const char* text) { return Exchange{command, {{text, 60}}}; };
+    const auto answer = [=](const std::string& text) { return Exchange{command, {{text, 60}}}; };
     const Exchange stable = answer("1+   12.34 g\r\n");
     const Exchange unstable = answer("U-    0.50 g\r\n");
     const Exchange zero = answer("1+    0.05 g\r\n");
@@ -26,6 +26,8 @@ std::vector<Dialogue> CollectingDialogues(const char* command) {
         {"Unstable twice, then stable", {{"Weight", 0}, {unstable, unstable, stable}}, 1, 12.34, noDecimals, weightBound, {ready}},
         {"Unstable five times", {{"Weight", 0}, {unstable, unstable, unstable, unstable, unstable}}, 0, -0.5, noDecimals,
          weightBound, {ready}},
+        {"Longer than an answer may be", {{"Weight", 0}, {answer("1+   12.34 g" + std::string(110, ' ') + "0123456\r\n")}}, 1, 12.34,
+         noDecimals, weightBound, {ready}},
         {"Silence", {{"Weight", 0}, {}}, 0, 0.0, noDecimals, weightBound, {ready}},
         {"Tare", {{"Tare"}, {zero, zero}}, 1, noWeight, noDecimals, 2 * weightBound + 2000, {ready}},
         {"Tare that leaves too much", {{"Tare"}, {answer("1-    0.1 g\r\n"), answer("1-    0.1 g\r\n")}}, 0, noWeight, noDecimals,

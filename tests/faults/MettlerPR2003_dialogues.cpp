@@ -49,6 +49,9 @@ std::vector<Dialogue> MettlerPR2003Dialogues() {
          1500 + 2 * receive, {show}},
         {"Switch off", {{"TurnItOff"}, {back, {"PWR 0\r\n", {{"PWR A\r\n", 20}}}}}, 1, noWeight, noDecimals,
          1500 + 2 * receive, {ready}},
+        {"Text too long, with the reset", {{"DisplayMessage", 0, 0, std::string(58, 'x')}, {reset}}, 0, noWeight, noDecimals,
+         500 + receive},
+        {"Text too long", {{"DisplayMessage", 0, 0, std::string(63, 'x')}, {}}, 0, noWeight, noDecimals, 0, {ready}},
         {"Text", {{"DisplayMessage", 0, 0, "READY"}, {display}}, 1, noWeight, noDecimals, receive, {ready}},
     };
 }

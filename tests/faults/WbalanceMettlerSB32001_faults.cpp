@@ -48,6 +48,8 @@ const std::vector<Dialogue> kDialogues = {
     {"Stable in the second pass", {{"Weight", 1}, {kTen, kSeven}}, 1, -7.5, 1, kAverage, {kReady}},
     {"Refused in the second pass", {{"Weight", 1}, {kTen, {"SI\r\n", {{"ES\r\n", 20}}}}}, 0, 0.0, 2, kAverage, {kReady}},
     {"Unknown mode behind a text", {{"Weight", 7}, {kBack}}, 0, 0.0, kNoDecimals, 500 + kReceiveBound, {kShow}},
+    {"Text too long, with the reset", {{"DisplayMessage", 0, 0, std::string(58, 'x')}, {kReset, kTen}}, 0, kNoWeight, kNoDecimals,
+     1000 + 2 * kReceiveBound},
     {"Text", {{"DisplayMessage", 0, 0, "READY"}, {kDisplay}}, 1, kNoWeight, kNoDecimals, kReceiveBound, {kReady}},
 };
 
