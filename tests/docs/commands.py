@@ -214,6 +214,16 @@ class Bench:
             return 1, "", f"not ended after {PATIENCE} s"
 
 
+def reason_to_skip(command):
+    """Why a command can't be run on this machine; empty when it can."""
+    port = re.search(r"sigrok-cli .*conn=/dev/(\w+)", command.text)
+    if port and not shutil.which("sigrok-cli"):
+        return "sigrok-cli is not installed"
+    if port and not all(pathlib.Path(folder, port.group(1)).exists() for folder in ("/sys/class/tty", "/dev")):
+        return f"sigrok-cli needs a {port.group(1)} under /sys/class/tty and in /dev"
+    return ""
+
+
 def complaint(command, code, output, errors):
     """What is wrong with the outcome of a command; empty when nothing is."""
     # A record that nobody has asked for is not at its end at Ctrl-C: 124.
@@ -236,6 +246,9 @@ def try_all(name, arguments, commands_of):
         complaints, ran = [], 0
         for command in commands_of(home):
             if any((command.text + " ").startswith(start) for start in NOT_RUN):
+                continue
+            if reason_to_skip(command):
+                print(f"{name}:{command.line}: not run: {reason_to_skip(command)}")
                 continue
             ran += 1
             wrong = complaint(command, *bench.run(command.text))
