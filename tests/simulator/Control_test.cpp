@@ -136,17 +136,68 @@ TEST(Control, Of_several_runs_one_is_chosen_by_its_path) {
                                       "path\n"));
 }
 
-TEST(Control, A_path_that_a_killed_run_has_left_is_used_again_and_a_file_is_not) {
+TEST(Control, A_path_that_a_killed_run_has_left_is_used_again) {
     const Ran ran = Quarters().run(
-        "ln -s gone left; $sim kern --control left -- $sim control --control left status; "
-        "echo mine > file; $sim kern --control file -- true; echo code $?; cat file; "
-        "$sim kern --control no/such/place -- true; echo code $?");
+        "$sim kern --control left --pty > path & until [ -L left ]; do sleep 0.05; done; "
+        "kill -KILL $!; wait $! 2>/dev/null; "
+        "$sim kern --control left -- $sim control --control left status; ls -d left path *lines*");
+    EXPECT_THAT(ran.output,
+                MatchesRegex("/dev/ttyS0: kern shows 0.00 g; the host's port is closed\npath\n"))
+        << "and nothing of the two runs is left";
+}
+
+TEST(Control, Whatever_else_stands_at_the_path_stays) {
+    const Ran ran = Quarters().run(
+        "ln -s gone link; echo mine > file; ln -s $PWD/file toFile; mkdir directory; "
+        "mkdir wbalance-lines-mine; echo mine > wbalance-lines-mine/control; "
+        "ln -s $PWD/wbalance-lines-mine/control toControl; "
+        "for path in link file toFile directory toControl; do "
+        "$sim kern --control $path -- true || echo $path $?; done; "
+        "cat toFile toControl; readlink link; ls -d directory");
     EXPECT_EQ(ran.output,
-              "/dev/ttyS0: kern shows 0.00 g; the host's port is closed\n"
-              "code 125\nmine\ncode 125\n");
-    EXPECT_EQ(ran.errors,
-              "wbalance-sim: file exists already; choose another path\n"
-              "wbalance-sim: cannot be controlled at no/such/place: No such file or directory\n");
+              "link 125\nfile 125\ntoFile 125\ndirectory 125\ntoControl 125\n"
+              "mine\nmine\ngone\ndirectory\n");
+    EXPECT_THAT(ran.errors, StartsWith("wbalance-sim: link exists already and is no link that a "
+                                       "wbalance-sim of yours has left; choose another path\n"));
+}
+
+TEST(Control, A_path_that_can_not_be_made_is_said) {
+    const Ran ran =
+        Quarters().run("$sim kern --control no/such/place -- true; $sim kern --control " +
+                       std::string(300, 'x') + " -- true");
+    EXPECT_THAT(ran.errors,
+                HasSubstr("wbalance-sim: cannot be controlled at no/such/place: No such "
+                          "file or directory\n"));
+    EXPECT_THAT(ran.errors, HasSubstr("xxx: File name too long\n"));
+}
+
+TEST(Control, A_link_that_leads_elsewhere_by_now_is_left_alone_at_the_end) {
+    const Ran ran =
+        Quarters().run("$sim kern --control mine -- ln -sf elsewhere mine; readlink mine");
+    EXPECT_EQ(ran.output, "elsewhere\n");
+}
+
+TEST(Control, A_path_with_a_long_name_is_reached) {
+    const std::string name(250, 'x');
+    const Ran ran = Quarters().run("$sim kern --control " + name + " -- $sim control --control " +
+                                   name + " status");
+    EXPECT_THAT(ran.output, StartsWith("/dev/ttyS0: kern shows"));
+}
+
+TEST(Control, Of_a_killed_run_nothing_is_left_when_the_next_begins) {
+    const Ran ran = Quarters().run(
+        "$sim kern --pty > path & until [ -s path ]; do sleep 0.05; done; kill -KILL $!; "
+        "wait $! 2>/dev/null; $sim kern --pty > other & until [ -s other ]; do sleep 0.05; done; "
+        "$sim kern -- sh -c \"ls -d wbalance-lines-* | wc -l\"; kill $!; wait $!; ls");
+    EXPECT_EQ(ran.output, "2\nother\npath\n") << "the live ones are left alone";
+}
+
+TEST(Control, A_program_that_outlives_its_run_finds_no_port) {
+    const Ran ran = Quarters().run(
+        "$sim mettler-toledo -- sh -c 'kill -KILL $PPID; sleep 0.1; $sim kern --port 9 -- true; "
+        "ls $WBALANCE_VIRTUAL_LINES; " +
+        host + " /dev/ttyS0 2400,7E1 S' 2>&1; true");
+    EXPECT_THAT(ran.output, HasSubstr("No such file or directory\n"));
 }
 
 TEST(Control, A_place_with_a_long_name_is_no_obstacle) {

@@ -9,7 +9,7 @@
 #include "Arguments.h"
 #include "control/ControlServer.h"
 #include "control/Desk.h"
-#include "simulator/VirtualBench.h"
+#include "simulator/BenchDirectory.h"
 #include "simulator/line/VirtualLineState.h"
 
 namespace {
@@ -40,12 +40,9 @@ const char* const examples =
 /// The sockets of this user's benches that somebody serves.
 std::vector<fs::path> runningBenches() {
     std::vector<fs::path> found;
-    std::error_code ignored;
-    const fs::path place = simulator::VirtualBench::placeOfBenches();
-    for (const auto& entry : fs::directory_iterator(place, ignored)) {
-        const bool isBench = entry.path().filename().string().rfind("wbalance-lines-", 0) == 0;
-        const fs::path socket = ControlServer::socketIn(entry.path());
-        if (isBench && Socket::connectTo(socket)) found.push_back(socket);
+    for (const auto& directory : simulator::BenchDirectory::all()) {
+        const fs::path socket = ControlServer::socketIn(directory);
+        if (Socket::connectTo(socket)) found.push_back(socket);
     }
     return found;
 }

@@ -1,15 +1,21 @@
 #pragma once
 
+#include <atomic>
 #include <filesystem>
+#include <list>
+#include <optional>
 #include <string>
 #include <thread>
 
+#include "ControlLink.h"
+#include "Conversation.h"
 #include "Socket.h"
 #include "simulator/VirtualBench.h"
 
 /// Lets `wbalance-sim control` reach a bench: a socket in the bench's directory, which belongs to
-/// the user alone, served by a thread of its own. One connection brings one request. The answer is
-/// "+" and what there is to say, or "-" and what is wrong.
+/// the user alone, served by a thread of its own. Only this user is listened to. One connection
+/// brings one request. The answer is "+" and what there is to say, or "-" and what is wrong. 32
+/// clients at a time are served side by side, so that none waits for another; more wait in line.
 class ControlServer {
  public:
     /// `path`, where not empty, becomes a symbolic link to the socket for as long as the server
@@ -24,11 +30,17 @@ class ControlServer {
     static std::filesystem::path socketIn(const std::filesystem::path& directory);
 
  private:
-    void link() const;
     void serveUntilStopped();
+    bool takesMore() const;
+    int patience() const;
+    void waitForAny();
+    void accept();
 
     simulator::VirtualBench& bench_;
-    const std::filesystem::path path_;
     const Socket socket_;
+    std::optional<ControlLink> link_;
+    std::list<Conversation> conversations_;
+    bool isShort_ = false;  ///< of descriptors: nobody is accepted for a moment
+    std::atomic<bool> stopping_{false};
     std::thread thread_;
 };

@@ -1,46 +1,85 @@
 #include "Socket.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
+#include <stdexcept>
 #include <system_error>
 
 namespace {
 
+namespace fs = std::filesystem;
+using Clock = std::chrono::steady_clock;
+
+/// Who accepts nobody for so long does not work.
+constexpr timeval longestConnecting{5, 0};
+
+/// Of the answer to a status of some thousand instruments.
+constexpr std::size_t longestMessage = 16 * 1024 * 1024;
+
+[[noreturn]] void failWith(const std::string& what) {
+    throw std::system_error(errno, std::generic_category(), what);
+}
+
 Socket newSocket() {
     Socket socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
-    if (socket.descriptor() < 0)
-        throw std::system_error(errno, std::generic_category(), "cannot create a socket");
+    if (socket.descriptor() < 0) failWith("cannot create a socket");
     return socket;
 }
 
-/// The address of a path of any length: an address holds 107 characters only, so it names the
-/// directory by the number of its descriptor.
-class Address {
+/// A file or directory by which an address is named: an address holds 107 characters only, and the
+/// path of a descriptor is short.
+class Place {
  public:
-    explicit Address(const std::filesystem::path& path)
-        : directory_(::open(std::filesystem::absolute(path).parent_path().c_str(),
-                            O_PATH | O_DIRECTORY | O_CLOEXEC)) {
-        const std::string name =
-            "/proc/self/fd/" + std::to_string(directory_) + "/" + path.filename().string();
-        address_.sun_family = AF_UNIX;
-        name.copy(address_.sun_path, sizeof address_.sun_path - 1);
+    Place(const fs::path& path, int flags)
+        : descriptor_(::open(path.c_str(), O_PATH | O_CLOEXEC | flags)) {}
+    ~Place() {
+        if (descriptor_ >= 0) ::close(descriptor_);
     }
-    ~Address() { ::close(directory_); }
-    Address(const Address&) = delete;
-    Address& operator=(const Address&) = delete;
+    Place(const Place&) = delete;
+    Place& operator=(const Place&) = delete;
 
-    const sockaddr* get() const { return reinterpret_cast<const sockaddr*>(&address_); }
-    static socklen_t size() { return sizeof(sockaddr_un); }
+    bool isThere() const { return descriptor_ >= 0; }
+    std::string shortPath() const { return "/proc/self/fd/" + std::to_string(descriptor_); }
+    struct stat about() const {
+        struct stat found = {};
+        ::fstat(descriptor_, &found);
+        return found;
+    }
 
  private:
-    int directory_;
-    sockaddr_un address_ = {};
+    const int descriptor_;
 };
+
+sockaddr_un addressOf(const std::string& path) {
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    if (path.size() >= sizeof address.sun_path) {
+        errno = ENAMETOOLONG;
+        failWith(path);
+    }
+    path.copy(address.sun_path, sizeof address.sun_path - 1);
+    return address;
+}
+
+[[noreturn]] void refuseForeign(const fs::path& path) {
+    throw std::runtime_error("the wbalance-sim at " + path.string() +
+                             " is another user's; only your own can be controlled");
+}
+
+/// Also the directory: who owns it can put something else in the socket's place.
+void requireOwn(const fs::path& path, const struct stat& socket) {
+    if (socket.st_uid != ::geteuid()) refuseForeign(path);
+    const Place directory(fs::canonical(path).parent_path(), O_DIRECTORY);
+    if (!directory.isThere() || directory.about().st_uid != ::geteuid()) refuseForeign(path);
+}
 
 }  // namespace
 
@@ -52,25 +91,45 @@ Socket::Socket(Socket&& other) noexcept : descriptor_(other.descriptor_) {
     other.descriptor_ = -1;
 }
 
-Socket Socket::listenAt(const std::filesystem::path& path) {
+Socket Socket::listenAt(const fs::path& path) {
     Socket socket = newSocket();
-    const Address address(path);
-    if (::bind(socket.descriptor(), address.get(), Address::size()) != 0 ||
+    const Place directory(fs::absolute(path).parent_path(), O_DIRECTORY);
+    if (!directory.isThere()) failWith("cannot be controlled at " + path.string());
+    const auto address = addressOf(directory.shortPath() + "/" + path.filename().string());
+    if (::bind(socket.descriptor(), reinterpret_cast<const sockaddr*>(&address), sizeof address) !=
+            0 ||
         ::listen(socket.descriptor(), SOMAXCONN) != 0)
-        throw std::system_error(errno, std::generic_category(),
-                                "cannot be controlled at " + path.string());
+        failWith("cannot be controlled at " + path.string());
     return socket;
 }
 
-std::optional<Socket> Socket::connectTo(const std::filesystem::path& path) {
+std::optional<Socket> Socket::connectTo(const fs::path& path) {
     Socket socket = newSocket();
-    const Address address(path);
-    if (::connect(socket.descriptor(), address.get(), Address::size()) != 0) return std::nullopt;
+    const Place found(path, 0);
+    if (!found.isThere() && errno != ENOENT && errno != ENOTDIR) failWith(path.string());
+    if (!found.isThere() || !S_ISSOCK(found.about().st_mode)) return std::nullopt;
+    requireOwn(path, found.about());
+    ::setsockopt(socket.descriptor(), SOL_SOCKET, SO_SNDTIMEO, &longestConnecting,
+                 sizeof longestConnecting);
+    const auto address = addressOf(found.shortPath());
+    if (::connect(socket.descriptor(), reinterpret_cast<const sockaddr*>(&address),
+                  sizeof address) != 0) {
+        if (errno == ECONNREFUSED) return std::nullopt;
+        failWith("cannot reach the wbalance-sim at " + path.string());
+    }
+    if (!socket.isOfThisUser()) refuseForeign(path);
     return socket;
 }
 
 Socket Socket::accept() const {
     return Socket(::accept4(descriptor_, nullptr, nullptr, SOCK_CLOEXEC));
+}
+
+bool Socket::isOfThisUser() const {
+    ucred other = {};
+    socklen_t size = sizeof other;
+    return ::getsockopt(descriptor_, SOL_SOCKET, SO_PEERCRED, &other, &size) == 0 &&
+           other.uid == ::geteuid();
 }
 
 void Socket::send(const std::string& message) const {
@@ -84,15 +143,19 @@ void Socket::send(const std::string& message) const {
     ::shutdown(descriptor_, SHUT_WR);
 }
 
-std::optional<std::string> Socket::receive(std::chrono::seconds patience) const {
-    const timeval longest{patience.count(), 0};
-    ::setsockopt(descriptor_, SOL_SOCKET, SO_RCVTIMEO, &longest, sizeof longest);
+std::optional<std::string> Socket::receive(std::chrono::milliseconds patience) const {
+    const auto end = Clock::now() + patience;
     std::string message;
-    std::array<char, 1024> buffer;
-    for (;;) {
+    std::array<char, 4096> buffer;
+    while (message.size() <= longestMessage) {
+        const auto left =
+            std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now()).count();
+        pollfd ready = {descriptor_, POLLIN, 0};
+        if (left <= 0 || ::poll(&ready, 1, static_cast<int>(left)) <= 0) return std::nullopt;
         const ssize_t count = ::recv(descriptor_, buffer.data(), buffer.size(), 0);
         if (count == 0) return message;
-        if (count < 0 || message.size() > 65536) return std::nullopt;
+        if (count < 0) return std::nullopt;
         message.append(buffer.data(), static_cast<std::size_t>(count));
     }
+    return std::nullopt;
 }

@@ -5,7 +5,8 @@
 #include <optional>
 #include <string>
 
-/// One end of a local connection: a request goes one way, an answer comes back.
+/// One end of a local connection between two processes of the same user: a request goes one way, an
+/// answer comes back.
 class Socket {
  public:
     /// Takes over the descriptor.
@@ -16,21 +17,27 @@ class Socket {
     Socket& operator=(const Socket&) = delete;
     Socket& operator=(Socket&&) = delete;
 
-    /// Waits for connections at a path that does not exist yet. Throws std::system_error.
+    /// Waits for connections at a path that does not exist yet; its directory may have a name of
+    /// any length. Throws std::system_error.
     static Socket listenAt(const std::filesystem::path& path);
 
-    /// Connects to who listens at `path`, also where that is a symbolic link; empty when nobody
-    /// does.
+    /// Connects to who listens at `path`, of any length and also where that is a symbolic link;
+    /// empty when nobody does. Throws std::runtime_error when socket, directory or the process that
+    /// listens are not this user's, and when it takes no connections.
     static std::optional<Socket> connectTo(const std::filesystem::path& path);
 
-    /// The next connection, of a socket that listens.
+    /// The next connection, of a socket that listens. Its descriptor is below 0 when there is none,
+    /// with the reason in errno.
     Socket accept() const;
+
+    /// Whether the process at the other end is this user's.
+    bool isOfThisUser() const;
 
     /// Sends a whole message, which ends this direction. An other end that has gone is no error.
     void send(const std::string& message) const;
 
-    /// The other end's whole message; empty when `patience` ends between two parts of it.
-    std::optional<std::string> receive(std::chrono::seconds patience) const;
+    /// The other end's whole message; empty when it is not complete after `patience`.
+    std::optional<std::string> receive(std::chrono::milliseconds patience) const;
 
     int descriptor() const { return descriptor_; }  ///< for poll; do not close
 
