@@ -2,8 +2,26 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <system_error>
 
 namespace simulator {
+namespace {
+
+// What is kept of a run that lasts for weeks.
+constexpr std::size_t mostEvents = 10'000;
+constexpr std::size_t mostLoggedBytes = 1024 * 1024;
+
+/// What fits on one direction of the line: a side that sends faster than the line carries loses
+/// what comes on top.
+constexpr std::size_t mostInTransit = 65'536;
+
+/// After such a time without anything due the balance's time is brought up to date, so that nobody
+/// waits for the weeks that a host was silent.
+constexpr auto longestRest = std::chrono::minutes(1);
+
+constexpr auto plugRetry = std::chrono::seconds(1);
+
+}  // namespace
 
 Options& Options::at(const std::string& settings) {
     line = LineSettings::parse(settings);
@@ -23,7 +41,7 @@ ConnectedInstrument::ConnectedInstrument(const CatalogEntry& entry, const Option
     : name_(entry.name),
       instrument_(entry, options.switches),
       settings_(options.line.value_or(entry.line)),
-      paced_(options.paced),
+      pace_(options.pace),
       line_(std::move(line)),
       returnsAs_(line_->device()) {
     for (const Fault& fault : options.faults)
@@ -74,8 +92,9 @@ void ConnectedInstrument::catchUp() {
 void ConnectedInstrument::apply(const Change& words) {
     change([&] { applyAt(words, now()); });
     Lock lock(mutex_);
-    while (isPlugDue())  // which may also pass by itself
+    while (isPlugDue() && plugTrouble_.empty())  // which may also pass by itself
         plugServed_.wait_for(lock, 20ms);
+    if (isPlugDue()) throw std::runtime_error(plugTrouble_);
 }
 
 void ConnectedInstrument::applyAt(const Change& change, Time at) {
@@ -101,7 +120,11 @@ void ConnectedInstrument::serveScript() {
         const ScriptStep step = script_.front();
         script_.pop_front();
         instrument_.advance(step.at);
-        applyAt(step.change, step.at);
+        try {
+            applyAt(step.change, step.at);
+        } catch (const std::invalid_argument& error) {  // what was possible when the run began
+            record(LineEvent::Kind::trouble, step.place + ": " + error.what());
+        }
     }
 }
 
@@ -157,13 +180,15 @@ std::string ConnectedInstrument::sent(LineEvent::Kind kind) {
 std::vector<LineEvent> ConnectedInstrument::log() {
     const Lock lock(mutex_);
     catchUp();
-    return log_;
+    return {log_.begin(), log_.end()};
 }
 
 void ConnectedInstrument::clearLog() {
     const Lock lock(mutex_);
     catchUp();
     log_.clear();
+    loggedBytes_ = 0;
+    settingsOfLastCommand_.reset();
 }
 
 void ConnectedInstrument::onEvent(Listener listener) {
@@ -172,12 +197,9 @@ void ConnectedInstrument::onEvent(Listener listener) {
 }
 
 std::optional<LineSettings> ConnectedInstrument::settingsOfLastCommand() {
-    const auto events = log();
-    const auto last = std::find_if(events.rbegin(), events.rend(), [](const LineEvent& event) {
-        return event.kind == LineEvent::Kind::fromHost;
-    });
-    if (last == events.rend()) return std::nullopt;
-    return last->settings;
+    const Lock lock(mutex_);
+    catchUp();
+    return settingsOfLastCommand_;
 }
 
 LineSettings ConnectedInstrument::hostSettings() {
@@ -215,17 +237,18 @@ std::vector<int> ConnectedInstrument::descriptors() {
     return line_->descriptors();
 }
 
-std::optional<ConnectedInstrument::Clock::time_point> ConnectedInstrument::deadline() {
+ConnectedInstrument::Clock::time_point ConnectedInstrument::deadline() {
     const Lock lock(mutex_);
-    std::optional<Moment> first = instrument_.nextEvent();
-    const auto consider = [&](Moment due) { first = first ? std::min(*first, due) : due; };
-    if (isPlugDue()) consider(moment());
+    Moment first = moment() + longestRest;
+    const auto consider = [&](Moment due) { first = std::min(first, due); };
+    if (const auto event = instrument_.nextEvent()) consider(*event);
+    if (isPlugDue()) consider(std::max(moment(), plugAgainAt_));
     if (!script_.empty()) consider(script_.front().at);
     if (!toInstrument_.empty()) consider(toInstrument_.front().due);
     if (!toHost_.empty()) consider(toHost_.front().due);
+    if (pace_ && pace_->due()) consider(*pace_->due());
     if (const auto interval = line_->lookEvery()) consider(moment() + *interval);
-    if (!first) return std::nullopt;
-    return start_ + *first;
+    return start_ + first;
 }
 
 ConnectedInstrument::Moment ConnectedInstrument::moment() const {
@@ -253,7 +276,8 @@ const Fault* ConnectedInstrument::unplugFault() const {
 void ConnectedInstrument::servePlug() {
     const Fault* fault = unplugFault();
     if (fault && !fault->value.empty()) returnsAs_ = fault->value;
-    if (!isPlugDue()) return;
+    if (!isPlugDue()) return plugTrouble_.clear();
+    if (moment() < plugAgainAt_) return;
     plugged_ ? pullOut() : putBack();
     plugServed_.notify_all();
 }
@@ -264,25 +288,49 @@ void ConnectedInstrument::pullOut() {
     line_->unplug();
 }
 
+/// The system may be short of descriptors, terminals or space; what is wrong is said once.
 void ConnectedInstrument::putBack() {
-    plugged_ = true;
     try {
-        line_->plugIn(returnsAs_);
+        plugInAs(returnsAs_);
+    } catch (const std::system_error& error) {
+        const std::string trouble = returnsAs_ + " can't be plugged in: " + error.what() +
+                                    "; it is tried again each second";
+        plugAgainAt_ = moment() + plugRetry;
+        if (trouble == plugTrouble_) return;
+        plugTrouble_ = trouble;
+        return record(LineEvent::Kind::trouble, trouble);
+    }
+    plugged_ = true;
+    plugTrouble_.clear();
+    plugAgainAt_ = Moment(0);
+    record(LineEvent::Kind::pluggedIn, line_->device());
+}
+
+void ConnectedInstrument::plugInAs(const std::string& device) {
+    try {
+        line_->plugIn(device);
     } catch (const std::invalid_argument&) {  // another instrument is there
         returnsAs_ = line_->device();
         line_->plugIn(returnsAs_);
     }
-    record(LineEvent::Kind::pluggedIn, line_->device());
 }
 
 void ConnectedInstrument::takeArrival(const HostLine::Arrival& arrival) {
     serveOpening();
-    if (!arrival.bytes.empty()) record(LineEvent::Kind::fromHost, arrival.bytes);
-    const auto characters = transmit(arrival.bytes, arrival.settings, settings_);
-    hostFree_ = put(toInstrument_, characters, hostFree_, arrival.settings);
+    takeBytes(arrival);
     passToInstrument();
     for (unsigned i = 0; i < arrival.breaks; ++i)
         instrument_.receiveBreak(now());
+}
+
+void ConnectedInstrument::takeBytes(const HostLine::Arrival& arrival) {
+    if (arrival.bytes.empty()) return;
+    if (toInstrument_.size() >= mostInTransit)
+        return record(LineEvent::Kind::overflow, arrival.bytes);
+    settingsOfLastCommand_ = arrival.settings;
+    record(LineEvent::Kind::fromHost, arrival.bytes);
+    const auto characters = transmit(arrival.bytes, arrival.settings, settings_);
+    hostFree_ = put(toInstrument_, characters, hostFree_, arrival.settings);
 }
 
 void ConnectedInstrument::serveOpening() {
@@ -303,6 +351,10 @@ void ConnectedInstrument::takeAnswers() {
             record(LineEvent::Kind::lost, bytes);
             continue;
         }
+        if (toHost_.size() >= mostInTransit) {
+            record(LineEvent::Kind::overflow, bytes);
+            continue;
+        }
         record(LineEvent::Kind::fromInstrument, bytes);
         const auto characters = transmit(bytes, settings_, line_->hostSettings());
         instrumentFree_ = put(toHost_, characters, instrumentFree_, settings_);
@@ -310,10 +362,39 @@ void ConnectedInstrument::takeAnswers() {
 }
 
 void ConnectedInstrument::passToHost() {
+    if (pace_) return passPiecesToHost();
     std::vector<Character> arrived;
     for (; !toHost_.empty() && toHost_.front().due <= moment(); toHost_.pop_front())
         arrived.push_back(toHost_.front().character);
     if (!arrived.empty()) line_->deliver(arrived);
+}
+
+void ConnectedInstrument::passPiecesToHost() {
+    for (auto due = nextPiece(); due; due = nextPiece()) {
+        const Moment handedOver = moment();
+        line_->deliver(pace_->handOver(handedOver));
+        keepDistance(handedOver - *due);
+    }
+}
+
+/// Lets the adapter receive what is on the wire; returns when it hands over what it has by then,
+/// empty when it goes on collecting.
+std::optional<ConnectedInstrument::Moment> ConnectedInstrument::nextPiece() {
+    for (; !toHost_.empty() && toHost_.front().due <= moment(); toHost_.pop_front()) {
+        if (pace_->due() && *pace_->due() < toHost_.front().due) break;
+        pace_->receive(toHost_.front().character, toHost_.front().due, line_->hostSettings());
+    }
+    if (!pace_->due() || *pace_->due() > moment()) return std::nullopt;
+    return pace_->due();
+}
+
+/// On a busy computer a piece may be handed over so late that the next one is due, too: the whole
+/// line is late then, so that pieces never come together for want of processor time.
+void ConnectedInstrument::keepDistance(Moment late) {
+    if (toHost_.empty() || toHost_.front().due > moment()) return;
+    for (InTransit& each : toHost_)
+        each.due += late;
+    instrumentFree_ += late;
 }
 
 /// Puts characters on the line behind those that are on it already; returns when it is free again.
@@ -321,10 +402,7 @@ ConnectedInstrument::Moment ConnectedInstrument::put(std::deque<InTransit>& way,
                                                      const std::vector<Character>& characters,
                                                      Moment free,
                                                      const LineSettings& sender) const {
-    const Moment perCharacter =
-        paced_ && sender.baudRate > 0
-            ? Moment(1'000'000LL * sender.bitsPerCharacter() / sender.baudRate)
-            : Moment(0);
+    const Moment perCharacter = pace_ ? sender.characterTime() : Moment(0);
     free = std::max(free, moment());
     for (const Character& character : characters) {
         free += perCharacter;
@@ -335,7 +413,16 @@ ConnectedInstrument::Moment ConnectedInstrument::put(std::deque<InTransit>& way,
 
 void ConnectedInstrument::record(LineEvent::Kind kind, const std::string& bytes) {
     log_.push_back({now(), kind, bytes, line_->hostSettings()});
+    loggedBytes_ += bytes.size();
+    forgetOldEvents();
     if (listener_) listener_(*this, log_.back());
+}
+
+void ConnectedInstrument::forgetOldEvents() {
+    while (log_.size() > mostEvents || (log_.size() > 1 && loggedBytes_ > mostLoggedBytes)) {
+        loggedBytes_ -= log_.front().bytes.size();
+        log_.pop_front();
+    }
 }
 
 }  // namespace simulator

@@ -13,6 +13,7 @@
 #include "simulator/Instrument.h"
 #include "simulator/LoadStep.h"
 #include "simulator/Script.h"
+#include "simulator/line/Adapter.h"
 #include "simulator/line/HostLine.h"
 
 namespace simulator {
@@ -25,7 +26,7 @@ struct Options {
     std::vector<Fault> faults;          ///< what goes wrong, and when
     Script script;                      ///< what else happens, and when
     std::optional<LineSettings> line;   ///< the instrument's settings; empty: as delivered
-    bool paced = false;                 ///< characters take their time on the line
+    std::optional<Adapter> pace;        ///< characters take their time on the line, to this port
 
     Options& on(const std::string& path) { return device = path, *this; }
     /// The load in grams at the beginning, or from a time on.
@@ -41,7 +42,11 @@ struct Options {
     Options& withScript(const std::string& path);
     /// `settings` as LineSettings::parse reads them; throws std::invalid_argument for other text.
     Options& at(const std::string& settings);
-    Options& withPacing() { return paced = true, *this; }
+    /// Characters take their time on the line, and the host gets them as its `port` hands them
+    /// over, in the words of Adapter::parse; throws as that does.
+    Options& withPacing(const std::string& port = "character") {
+        return pace = Adapter::parse(port), *this;
+    }
 };
 
 /// Something that happened on the line, for the log.
@@ -50,13 +55,15 @@ struct LineEvent {
         fromHost,        ///< bytes as the host sent them
         fromInstrument,  ///< bytes as the instrument sent them
         lost,            ///< bytes of the instrument that nobody listened to
+        overflow,        ///< bytes, of either side, for which the line had no more room
         unplugged,
         pluggedIn,
+        trouble,  ///< something could not be done, and is tried again
     };
 
     Time time;  ///< since the instrument was set up
     Kind kind;
-    std::string bytes;      ///< of the unplugged and pluggedIn events: the device
+    std::string bytes;      ///< of unplugged and pluggedIn: the device; of trouble: a sentence
     LineSettings settings;  ///< the host's at that time
 };
 
@@ -72,7 +79,8 @@ class ConnectedInstrument {
 
     /// Does one thing now, and returns when it is done; not to be called by a listener or by the
     /// work given to withLine and withBalance. Throws std::invalid_argument for a switch that the
-    /// instrument lacks.
+    /// instrument lacks, std::runtime_error when the system lets no adapter be plugged in; that is
+    /// then tried again each second.
     void apply(const Change& change);
 
     /// The load in grams; the pan settles towards it from now on.
@@ -87,12 +95,13 @@ class ConnectedInstrument {
     void plugIn();
     void plugIn(const std::string& device);
 
-    /// All bytes that the host has sent, and that the instrument has sent to it.
-    std::string sentByHost();
-    std::string sentByInstrument();
+    /// What has happened: the last 10,000 events, and of them not more than hold 1 MiB.
     std::vector<LineEvent> log();
     void clearLog();
-    /// Called for each event as it happens, on the thread on which it happens.
+    /// All bytes that the host has sent, and that the instrument has sent to it, in that log.
+    std::string sentByHost();
+    std::string sentByInstrument();
+    /// Called for each event as it happens, on the thread on which it happens. It must not throw.
     using Listener = std::function<void(ConnectedInstrument& from, const LineEvent& event)>;
     void onEvent(Listener listener);
 
@@ -112,7 +121,7 @@ class ConnectedInstrument {
     /// deadline has come.
     void serve();
     std::vector<int> descriptors();
-    std::optional<Clock::time_point> deadline();
+    Clock::time_point deadline();
     /// How the bench learns that descriptors or deadline have changed on another thread.
     void onChange(std::function<void()> listener) { changed_ = std::move(listener); }
 
@@ -141,15 +150,21 @@ class ConnectedInstrument {
     void servePlug();
     void pullOut();
     void putBack();
+    void plugInAs(const std::string& device);
     bool isPlugDue() const { return plugged_ == (unplugFault() != nullptr); }
     const Fault* unplugFault() const;
     void takeArrival(const HostLine::Arrival& arrival);
+    void takeBytes(const HostLine::Arrival& arrival);
     void passToInstrument();
     void takeAnswers();
     void passToHost();
+    void passPiecesToHost();
+    std::optional<Moment> nextPiece();
+    void keepDistance(Moment late);
     Moment put(std::deque<InTransit>& way, const std::vector<Character>& characters, Moment free,
                const LineSettings& sender) const;
     void record(LineEvent::Kind kind, const std::string& bytes);
+    void forgetOldEvents();
     std::string sent(LineEvent::Kind kind);
 
     std::recursive_mutex mutex_;
@@ -157,10 +172,12 @@ class ConnectedInstrument {
     std::string name_;
     Instrument instrument_;
     LineSettings settings_;
-    bool paced_;
+    std::optional<Adapter> pace_;
     std::unique_ptr<HostLine> line_;
     std::string returnsAs_;
     bool plugged_ = true;
+    std::string plugTrouble_;  ///< why the adapter could not be plugged in; empty: nothing wrong
+    Moment plugAgainAt_{0};
     std::condition_variable_any plugServed_;
     bool wasOpen_ = false;
     std::deque<ScriptStep> script_;
@@ -168,7 +185,9 @@ class ConnectedInstrument {
     std::deque<InTransit> toHost_;
     Moment hostFree_{0};
     Moment instrumentFree_{0};
-    std::vector<LineEvent> log_;
+    std::deque<LineEvent> log_;
+    std::size_t loggedBytes_ = 0;
+    std::optional<LineSettings> settingsOfLastCommand_;
     Listener listener_;
     std::function<void()> changed_;
 };

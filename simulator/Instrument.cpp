@@ -8,6 +8,9 @@
 namespace simulator {
 namespace {
 
+/// Late answers that are kept; an instrument that goes on sending loses what it says on top.
+constexpr std::size_t mostLateAnswers = 10'000;
+
 Switches chosen(const CatalogEntry& entry, const std::vector<std::string>& settings) {
     std::vector<SwitchDescription> descriptions = entry.switches;
     descriptions.insert(descriptions.end(), balanceSwitches().begin(), balanceSwitches().end());
@@ -73,6 +76,14 @@ void Instrument::portOpened(Time now) {
     advance(now);
     if (hasPower_) dialect_->portOpened();
     collectAnswers();
+}
+
+void Instrument::addFault(const Fault& fault) {
+    const auto isOver = [&](const Fault& each) {
+        return each.until && *each.until <= balance_.now();
+    };
+    faults_.erase(std::remove_if(faults_.begin(), faults_.end(), isOver), faults_.end());
+    faults_.push_back(fault);
 }
 
 void Instrument::endFaults(const std::string& name) {
@@ -176,7 +187,7 @@ void Instrument::applyPower(bool hasPower) {
 
 void Instrument::collectAnswers() {
     for (std::string& bytes : dialect_->takeAnswers()) {
-        if (activeFault("silent")) continue;
+        if (activeFault("silent") || answers_.size() >= mostLateAnswers) continue;
         spoil(bytes);
         const Fault* late = activeFault("late");
         Time due = balance_.now() + (late ? *parseTime(late->value) : Time(0));

@@ -25,7 +25,8 @@ class Instrument {
     Instrument& operator=(const Instrument&) = delete;
 
     BalanceModel& balance() { return balance_; }
-    void addFault(const Fault& fault) { faults_.push_back(fault); }
+    /// Faults that are over are forgotten then.
+    void addFault(const Fault& fault);
     /// The faults of this name that are in force now end; with an empty name all that are.
     void endFaults(const std::string& name);
     void clearFaults() { faults_.clear(); }

@@ -46,7 +46,7 @@ ReadySet::~ReadySet() {
 void ReadySet::watch(ConnectedInstrument& instrument) {
     for (const int descriptor : instrument.descriptors())
         watchOnce(descriptor, instrument);
-    setDeadline(instrument, instrument.deadline().value_or(TimePoint::max()));
+    setDeadline(instrument, instrument.deadline());
 }
 
 std::vector<ConnectedInstrument*> ReadySet::wait() {

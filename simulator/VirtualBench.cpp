@@ -1,11 +1,7 @@
 #include "simulator/VirtualBench.h"
 
 #include <signal.h>
-#include <stdlib.h>
-#include <unistd.h>
 
-#include <cerrno>
-#include <system_error>
 #include <utility>
 
 #include "simulator/line/PlainTerminal.h"
@@ -14,37 +10,27 @@
 namespace simulator {
 namespace {
 
-/// Opening a port makes and removes a lock file, which takes milliseconds on some disks.
-constexpr char inMemory[] = "/dev/shm";
-
-std::filesystem::path createDirectory() {
-    std::string name = (VirtualBench::placeOfBenches() / "wbalance-lines-XXXXXX").string();
-    if (!::mkdtemp(name.data()))
-        throw std::system_error(errno, std::generic_category(), "cannot create " + name);
-    return name;
-}
-
 /// Signals are for the thread that owns the bench.
-std::thread startWithoutSignals(const std::function<void()>& work) {
-    sigset_t all;
-    sigset_t before;
-    sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, &before);
-    std::thread thread(work);
-    pthread_sigmask(SIG_SETMASK, &before, nullptr);
-    return thread;
-}
+class HeldSignals {
+ public:
+    HeldSignals() {
+        sigset_t all;
+        sigfillset(&all);
+        pthread_sigmask(SIG_SETMASK, &all, &before_);
+    }
+    ~HeldSignals() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+    HeldSignals(const HeldSignals&) = delete;
+    HeldSignals& operator=(const HeldSignals&) = delete;
+
+ private:
+    sigset_t before_;
+};
 
 }  // namespace
 
-std::filesystem::path VirtualBench::placeOfBenches() {
-    if (!::getenv("TMPDIR") && ::access(inMemory, R_OK | W_OK | X_OK) == 0) return inMemory;
-    return std::filesystem::temp_directory_path();
-}
-
-VirtualBench::VirtualBench() : directory_(createDirectory()) {
-    ::setenv(virtualLinesVariable, directory_.c_str(), 1);
-    thread_ = startWithoutSignals([this] { serveUntilStopped(); });
+VirtualBench::VirtualBench() {
+    const HeldSignals held;
+    thread_ = std::thread([this] { serveUntilStopped(); });
 }
 
 VirtualBench::~VirtualBench() {
@@ -54,9 +40,6 @@ VirtualBench::~VirtualBench() {
     for (const auto& instrument : instruments_)
         instrument->serve();  // what a host has sent at the very end
     instruments_.clear();
-    ::unsetenv(virtualLinesVariable);
-    std::error_code ignored;
-    std::filesystem::remove_all(directory_, ignored);
 }
 
 ConnectedInstrument& VirtualBench::place(const std::string& instrument, const Options& options) {
@@ -65,7 +48,7 @@ ConnectedInstrument& VirtualBench::place(const std::string& instrument, const Op
 
 ConnectedInstrument& VirtualBench::place(const CatalogEntry& entry, const Options& options) {
     return add(std::make_unique<ConnectedInstrument>(
-        entry, options, std::make_unique<VirtualLine>(directory_, options.device)));
+        entry, options, std::make_unique<VirtualLine>(directory(), options.device)));
 }
 
 ConnectedInstrument& VirtualBench::placeOnTerminal(const std::string& instrument,

@@ -9,6 +9,7 @@
 #include <thread>
 #include <vector>
 
+#include "simulator/BenchDirectory.h"
 #include "simulator/ConnectedInstrument.h"
 #include "simulator/ReadySet.h"
 
@@ -27,7 +28,7 @@ namespace simulator {
 /// lives; so there is one bench at a time in a process.
 class VirtualBench {
  public:
-    VirtualBench();   ///< throws std::system_error when it cannot create its directory
+    VirtualBench();  ///< throws std::system_error when the system gives no directory or descriptors
     ~VirtualBench();  ///< takes over what hosts have sent and hangs up every line
     VirtualBench(const VirtualBench&) = delete;
     VirtualBench& operator=(const VirtualBench&) = delete;
@@ -47,12 +48,8 @@ class VirtualBench {
     /// What stands on the bench, in the order in which it was placed.
     std::vector<ConnectedInstrument*> instruments();
 
-    /// Where benches make their directories "wbalance-lines-...": in TMPDIR, or else in memory, or
-    /// else in /tmp.
-    static std::filesystem::path placeOfBenches();
-
     /// Where the lines' files are: the value of WBALANCE_VIRTUAL_LINES.
-    const std::filesystem::path& directory() const { return directory_; }
+    const std::filesystem::path& directory() const { return directory_.path(); }
 
  private:
     ConnectedInstrument& add(std::unique_ptr<ConnectedInstrument> instrument);
@@ -60,7 +57,7 @@ class VirtualBench {
     std::set<ConnectedInstrument*> takeChanged();
     void serveUntilStopped();
 
-    std::filesystem::path directory_;
+    BenchDirectory directory_;
     std::mutex mutex_;  ///< taken under an instrument's own, never around it
     std::vector<std::unique_ptr<ConnectedInstrument>> instruments_;
     std::set<ConnectedInstrument*> changed_;  ///< by other threads than the serving one

@@ -8,6 +8,9 @@ namespace {
 /// An instrument that never sees a line end gives up on the line at some length.
 constexpr std::size_t longestCommand = 256;
 
+/// While it waits it keeps so many commands; later ones find its buffer full.
+constexpr std::size_t mostKeptCommands = 100;
+
 /// The end of a spoiled command may be spoiled itself: after this pause a new command begins.
 constexpr Time quietAfterDamage = 100ms;
 
@@ -34,10 +37,10 @@ void Dialect::receive(const Character& character) {
         return;
     }
     while (const auto command = cutCommand(received_)) {
-        if (holdsCommands() && !interrupts(*command))
-            kept_.push_back(*command);
-        else
+        if (!holdsCommands() || interrupts(*command))
             execute(*command);
+        else if (kept_.size() < mostKeptCommands)
+            kept_.push_back(*command);
     }
     if (received_.size() > longestCommand) received_.clear();
 }

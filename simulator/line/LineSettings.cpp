@@ -47,6 +47,11 @@ int LineSettings::bitsPerCharacter() const {
     return 1 + dataBits + (parity == Parity::none ? 0 : 1) + stopBits;
 }
 
+std::chrono::microseconds LineSettings::characterTime() const {
+    if (baudRate <= 0) return std::chrono::microseconds(0);
+    return std::chrono::microseconds(1'000'000LL * bitsPerCharacter() / baudRate);
+}
+
 bool LineSettings::agreesWith(const LineSettings& other) const {
     return baudRate == other.baudRate && dataBits == other.dataBits && parity == other.parity &&
            stopBits == other.stopBits;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <optional>
 #include <string>
 
@@ -25,6 +26,9 @@ struct LineSettings {
 
     /// Start bit, data bits, parity bit and stop bits of one character.
     int bitsPerCharacter() const;
+
+    /// How long one character takes on the line; nothing at 0 baud.
+    std::chrono::microseconds characterTime() const;
 
     /// Whether a character of these settings is read unchanged at the other settings: all equal but
     /// flow control, which does not change the bits.

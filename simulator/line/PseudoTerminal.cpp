@@ -32,11 +32,16 @@ int openRaw(const std::string& path) {
 
 }  // namespace
 
-PseudoTerminal::PseudoTerminal() {
-    master_ = posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+PseudoTerminal::Master::~Master() {
+    if (descriptor >= 0) ::close(descriptor);
+}
+
+PseudoTerminal::PseudoTerminal()
+    : master_(posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC)) {
+    const int master = master_.descriptor;
     std::array<char, 64> name = {};
-    if (master_ < 0 || grantpt(master_) != 0 || unlockpt(master_) != 0 ||
-        ptsname_r(master_, name.data(), name.size()) != 0)
+    if (master < 0 || grantpt(master) != 0 || unlockpt(master) != 0 ||
+        ptsname_r(master, name.data(), name.size()) != 0)
         failWith("cannot create a pseudo-terminal");
     path_ = name.data();
     const int slave = openRaw(path_);
@@ -44,10 +49,6 @@ PseudoTerminal::PseudoTerminal() {
     ::fstat(slave, &node);
     created_ = node.st_ctim;
     ::close(slave);
-}
-
-PseudoTerminal::~PseudoTerminal() {
-    ::close(master_);
 }
 
 unsigned PseudoTerminal::number() const {
@@ -58,7 +59,7 @@ std::string PseudoTerminal::read(bool* hungUp) {
     std::string bytes;
     std::array<char, 4096> buffer;
     for (;;) {
-        const ssize_t count = ::read(master_, buffer.data(), buffer.size());
+        const ssize_t count = ::read(descriptor(), buffer.data(), buffer.size());
         if (count > 0) {
             bytes.append(buffer.data(), static_cast<std::size_t>(count));
             continue;
@@ -69,7 +70,7 @@ std::string PseudoTerminal::read(bool* hungUp) {
 }
 
 std::size_t PseudoTerminal::write(const std::string& bytes) {
-    const ssize_t count = ::write(master_, bytes.data(), bytes.size());
+    const ssize_t count = ::write(descriptor(), bytes.data(), bytes.size());
     return count < 0 ? 0 : static_cast<std::size_t>(count);
 }
 

@@ -11,14 +11,14 @@ class PseudoTerminal {
  public:
     /// Throws std::system_error when the system gives no pseudo-terminal.
     PseudoTerminal();
-    ~PseudoTerminal();  ///< hangs the other end up
+    ~PseudoTerminal() = default;  ///< hangs the other end up
     PseudoTerminal(const PseudoTerminal&) = delete;
     PseudoTerminal& operator=(const PseudoTerminal&) = delete;
 
-    int descriptor() const { return master_; }            ///< for poll; do not close
-    unsigned number() const;                              ///< N of "/dev/pts/N"
-    const std::string& path() const { return path_; }     ///< "/dev/pts/N"
-    const timespec& created() const { return created_; }  ///< change time of its node, which stays
+    int descriptor() const { return master_.descriptor; }  ///< for poll; do not close
+    unsigned number() const;                               ///< N of "/dev/pts/N"
+    const std::string& path() const { return path_; }      ///< "/dev/pts/N"
+    const timespec& created() const { return created_; }   ///< change time of its node, which stays
 
     /// All bytes that wait; sets `hungUp` when nobody has the other end open any more.
     std::string read(bool* hungUp);
@@ -27,7 +27,18 @@ class PseudoTerminal {
     std::size_t write(const std::string& bytes);
 
  private:
-    int master_ = -1;
+    /// A descriptor of its own, so that it is closed too when the constructor does not get to its
+    /// end.
+    struct Master {
+        explicit Master(int opened) : descriptor(opened) {}
+        ~Master();
+        Master(const Master&) = delete;
+        Master& operator=(const Master&) = delete;
+
+        const int descriptor;
+    };
+
+    const Master master_;
     std::string path_;
     timespec created_ = {};
 };

@@ -24,6 +24,9 @@ constexpr unsigned lastPtsMajor = 143;
 constexpr int patienceSteps = 50;
 constexpr long patienceStepNanoseconds = 10'000'000;
 
+/// What a host finds at every port when its bench has gone: none, rather than the real system's.
+VirtualLineState unplugged;
+
 /// The directory of served lines, or null when this program is not served at all.
 const char* directory() {
     const char* name = getenv(virtualLinesVariable);
@@ -55,6 +58,23 @@ bool isServed(const char* name) {
     return syscall(SYS_faccessat, AT_FDCWD, file, F_OK) == 0;
 }
 
+/// Restores errno: looking a line up must not be seen in a call that is then passed on.
+class KeptErrno {
+ public:
+    KeptErrno() = default;
+    KeptErrno(const KeptErrno&) = delete;
+    KeptErrno& operator=(const KeptErrno&) = delete;
+    ~KeptErrno() { errno = value_; }
+
+ private:
+    int value_ = errno;
+};
+
+bool hasGone(const char* path) {
+    const KeptErrno kept;
+    return syscall(SYS_faccessat, AT_FDCWD, path, F_OK) != 0 && errno == ENOENT;
+}
+
 /// "ttyS0", or "ttyS0.rmlock": who finds the lock file of a process that has died holds that second
 /// one while it takes the first away.
 bool isLockOfServedPort(const char* name) {
@@ -76,23 +96,13 @@ bool isTerminalOf(const VirtualLineState& state, unsigned number, const struct s
            state.ptsCreated == nanoseconds(node.st_ctim);
 }
 
-/// Restores errno: looking a line up must not be seen in a call that is then passed on.
-class KeptErrno {
- public:
-    KeptErrno() = default;
-    KeptErrno(const KeptErrno&) = delete;
-    KeptErrno& operator=(const KeptErrno&) = delete;
-    ~KeptErrno() { errno = value_; }
-
- private:
-    int value_ = errno;
-};
-
 }  // namespace
 
 ServedLine ServedLine::atPath(const char* path) {
     const char* name = path && directory() ? behind("/dev/", path) : nullptr;
-    return ServedLine(name && isPort(name) ? name : nullptr);
+    if (!name || !isPort(name)) return ServedLine(nullptr);
+    if (hasGone(directory())) return ServedLine(&unplugged, true);
+    return ServedLine(name);
 }
 
 ServedLine ServedLine::ofDescriptor(int descriptor) {

@@ -12,7 +12,6 @@
 #include <cerrno>
 #include <climits>
 #include <cstring>
-#include <new>
 #include <stdexcept>
 #include <system_error>
 
@@ -33,21 +32,37 @@ std::string nameOf(const std::string& device) {
     return device.substr(sizeof("/dev/") - 1);
 }
 
-VirtualLineState* mapNewState(const std::filesystem::path& file) {
-    const int descriptor = ::open(file.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+/// On a full file system it fails here, not when a host writes to the mapping.
+void createState(const std::filesystem::path& file) {
+    VirtualLineState state = {};
+    file.filename().string().copy(state.name, sizeof state.name - 1);
+    state.mode = 0660;
+    state.group = 20;
+    const int descriptor = ::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
     if (descriptor < 0) failWith("cannot serve " + file.string());
-    // On a full file system it fails here, not when a host writes to the mapping.
-    errno = ::posix_fallocate(descriptor, 0, sizeof(VirtualLineState));
-    if (errno != 0) failWith("cannot serve " + file.string());
+    const ssize_t written = ::write(descriptor, &state, sizeof state);
+    if (written >= 0) errno = ENOSPC;  // where it is not all of it
+    const int error = errno;
+    ::close(descriptor);
+    errno = error;
+    if (written != sizeof state) failWith("cannot serve " + file.string());
+}
+
+VirtualLineState* mapState(const std::filesystem::path& file) {
+    const int descriptor = ::open(file.c_str(), O_RDWR | O_CLOEXEC);
+    if (descriptor < 0) failWith("cannot open " + file.string());
     void* memory = ::mmap(nullptr, sizeof(VirtualLineState), PROT_READ | PROT_WRITE, MAP_SHARED,
                           descriptor, 0);
     ::close(descriptor);
     if (memory == MAP_FAILED) failWith("cannot map " + file.string());
-    return new (memory) VirtualLineState();
+    return static_cast<VirtualLineState*>(memory);
 }
 
-int openNewBell(const std::filesystem::path& file) {
+void createBell(const std::filesystem::path& file) {
     if (::mkfifo(file.c_str(), 0666) != 0) failWith("cannot create " + file.string());
+}
+
+int openBell(const std::filesystem::path& file) {
     const int bell = ::open(file.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
     if (bell < 0) failWith("cannot open " + file.string());
     return bell;
@@ -91,57 +106,92 @@ LineSettings unpacked(std::uint64_t settings) {
 
 }  // namespace
 
+class VirtualLine::Files {
+ public:
+    explicit Files(const std::filesystem::path& file)
+        : state_(mapState(file)), bell_(openBell(file.string() + ".bell")) {}
+    ~Files() { ::close(bell_); }
+    Files(const Files&) = delete;
+    Files& operator=(const Files&) = delete;
+
+    VirtualLineState* state() const { return state_.get(); }
+    int bell() const { return bell_; }
+
+ private:
+    struct Unmap {
+        void operator()(VirtualLineState* state) const { ::munmap(state, sizeof *state); }
+    };
+
+    const std::unique_ptr<VirtualLineState, Unmap> state_;
+    const int bell_;
+};
+
 VirtualLine::VirtualLine(std::filesystem::path directory, const std::string& device)
     : directory_(std::move(directory)) {
-    plugIn(device);
+    try {
+        plugIn(device);
+    } catch (...) {
+        for (const auto& name : names_)
+            removeFiles(name);
+        throw;
+    }
 }
 
 VirtualLine::~VirtualLine() {
     unplug();
-    for (const auto& [name, served] : served_) {
-        ::close(served.bell);
-        ::munmap(served.state, sizeof *served.state);
-        std::error_code ignored;
-        for (const auto& each : {name, name + ".bell", "LCK.." + name, "LCK.." + name + ".rmlock"})
-            std::filesystem::remove(file(each), ignored);
-    }
+    for (const auto& name : names_)
+        removeFiles(name);
 }
 
 void VirtualLine::plugIn(const std::string& device) {
     if (servedDevice(device) != device)
         throw std::invalid_argument("cannot serve the device " + device);
-    const std::string name = nameOf(device);
-    if (served_.count(name) == 0) served_[name] = create(name);
-    if (terminal_) unplug();
-    device_ = device;
-    state_ = served_[name].state;
-    bell_ = served_[name].bell;
-    terminal_ = std::make_unique<PseudoTerminal>();
+    unplug();
+    auto terminal = std::make_unique<PseudoTerminal>();
+    if (device != device_) {
+        files_ = filesOf(nameOf(device));
+        device_ = device;
+        state_ = files_->state();
+    }
+    linkTerminal(*terminal);
+    terminal_ = std::move(terminal);
     state_->ptsNumber = terminal_->number();
     state_->ptsCreated = 0;
     state_->settings = newPortSettings;
     state_->controlLines = readyInstrument;
     breaksSeen_ = state_->breaks;
-    linkTerminal();
     state_->layout = VirtualLineState::currentLayout;
     state_->present = 1;
 }
 
-VirtualLine::Served VirtualLine::create(const std::string& name) const {
+std::unique_ptr<VirtualLine::Files> VirtualLine::filesOf(const std::string& name) {
+    if (names_.count(name) == 0) createFiles(name);
+    return std::make_unique<Files>(file(name));
+}
+
+/// All of them, or none where something is in the way.
+void VirtualLine::createFiles(const std::string& name) {
     if (std::filesystem::exists(file(name)))
         throw std::invalid_argument("an instrument is at /dev/" + name +
                                     " already; give each its own port");
-    Served served;
-    served.state = mapNewState(file(name));
-    name.copy(served.state->name, sizeof served.state->name - 1);
-    served.state->mode = 0660;
-    served.state->group = 20;
-    served.bell = openNewBell(file(name + ".bell"));
-    return served;
+    try {
+        createState(file(name));
+        createBell(file(name + ".bell"));
+        names_.insert(name);
+    } catch (...) {
+        removeFiles(name);
+        throw;
+    }
 }
 
-void VirtualLine::linkTerminal() const {
-    const auto link = file("pts" + std::to_string(terminal_->number()));
+void VirtualLine::removeFiles(const std::string& name) const {
+    std::error_code ignored;
+    for (const auto& each : {name, name + ".bell", "LCK.." + name, "LCK.." + name + ".rmlock"})
+        std::filesystem::remove(file(each), ignored);
+}
+
+void VirtualLine::linkTerminal(const PseudoTerminal& terminal) const {
+    const auto link = file("pts" + std::to_string(terminal.number()));
     std::error_code ignored;
     std::filesystem::remove(link, ignored);
     std::filesystem::create_symlink(nameOf(device_), link);
@@ -158,8 +208,8 @@ void VirtualLine::unplug() {
 
 /// The bell always; the terminal only while open, since a closed one would always be ready.
 std::vector<int> VirtualLine::descriptors() const {
-    if (!isOpen()) return {bell_};
-    return {bell_, terminal_->descriptor()};
+    if (!isOpen()) return {files_->bell()};
+    return {files_->bell(), terminal_->descriptor()};
 }
 
 std::optional<std::chrono::milliseconds> VirtualLine::lookEvery() const {
@@ -193,7 +243,7 @@ void VirtualLine::tellAge() {
 
 void VirtualLine::emptyBell() const {
     std::array<char, 64> rings;
-    while (::read(bell_, rings.data(), rings.size()) > 0) {
+    while (::read(files_->bell(), rings.data(), rings.size()) > 0) {
     }
 }
 

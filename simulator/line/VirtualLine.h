@@ -3,8 +3,8 @@
 #include <sys/types.h>
 
 #include <filesystem>
-#include <map>
 #include <memory>
+#include <set>
 #include <string>
 
 #include "simulator/line/HostLine.h"
@@ -59,16 +59,14 @@ class VirtualLine final : public HostLine {
     void setNode(const Node& node);
 
  private:
-    /// Files of one device name that this line has had; they stay until the line ends, so that an
-    /// unplugged name is absent rather than the real system's device of that name.
-    struct Served {
-        VirtualLineState* state = nullptr;
-        int bell = -1;
-    };
+    /// The files of one device name, opened.
+    class Files;
 
     std::filesystem::path file(const std::string& name) const { return directory_ / name; }
-    Served create(const std::string& name) const;
-    void linkTerminal() const;
+    std::unique_ptr<Files> filesOf(const std::string& name);
+    void createFiles(const std::string& name);
+    void removeFiles(const std::string& name) const;
+    void linkTerminal(const PseudoTerminal& terminal) const;
     void tellAge();
     void emptyBell() const;
     void opened();
@@ -77,10 +75,13 @@ class VirtualLine final : public HostLine {
 
     std::filesystem::path directory_;
     std::string device_;
-    std::map<std::string, Served> served_;
+    /// The names that this line has had. Their files stay until the line ends, so that an unplugged
+    /// name is absent rather than the real system's device of that name; only the present name's
+    /// take descriptors.
+    std::set<std::string> names_;
+    std::unique_ptr<Files> files_;
     std::unique_ptr<PseudoTerminal> terminal_;
     VirtualLineState* state_ = nullptr;
-    int bell_ = -1;
     unsigned breaksSeen_ = 0;
 };
 

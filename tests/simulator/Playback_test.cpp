@@ -126,3 +126,11 @@ TEST(Playback, A_record_without_any_command_is_followed_by_who_is_silent) {
     PlayedHost played({{0ms, balance, "1 g\r\n", 6}, {5ms, host, "", 7}});
     EXPECT_TRUE(played.playback.conclude());
 }
+
+TEST(Playback, A_host_that_sends_without_a_line_end_is_told_in_pieces) {
+    PlayedHost played({{0ms, host, "S\r\n", 6}});
+    played.send(std::string(300, 'x'));
+    EXPECT_THAT(played.complaints,
+                ElementsAre("a.record:6: the host departs from the record: it sends \"" +
+                            std::string(256, 'x') + "\", the record has \"S\\r\\n\""));
+}

@@ -82,7 +82,7 @@ class Lines {
     }
 
  private:
-    std::string directory_ = VirtualBench::placeOfBenches() / "served-lines-XXXXXX";
+    std::string directory_ = simulator::BenchDirectory::places().front() / "served-lines-XXXXXX";
 };
 
 void serveUntil(VirtualLine& line, const std::atomic<bool>& stopping) {

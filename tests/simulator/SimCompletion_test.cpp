@@ -47,6 +47,9 @@ TEST(SimCompletion, Offers_the_switches_of_the_instrument_that_is_meant) {
 TEST(SimCompletion, Offers_faults_and_options) {
     EXPECT_THAT(offered("kern --fault un"), ElementsAre("underload", "unplug"));
     EXPECT_THAT(offered("kern --p"), ElementsAre("--port", "--pace", "--pty"));
+    EXPECT_THAT(offered("kern --pace = f"), ElementsAre("ftdi"));
+    EXPECT_THAT(offered("kern --pace ="),
+                ElementsAre("character", "16550", "ftdi", "pl2303", "ch341"));
     EXPECT_THAT(offered("replay a.record --fas"), ElementsAre("--fast"));
 }
 

@@ -5,6 +5,7 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <sys/ioctl.h>
+#include <sys/mount.h>
 #include <sys/stat.h>
 #include <termios.h>
 #include <unistd.h>
@@ -15,9 +16,11 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <sstream>
 #include <thread>
 
+#include "AllDescriptors.h"
 #include "simulator/line/VirtualLine.h"
 
 using simulator::BalanceModel;
@@ -68,6 +71,33 @@ bool eventually(const std::function<bool()>& condition) {
         std::this_thread::sleep_for(10ms);
     return condition();
 }
+
+std::size_t openDescriptors() {
+    const std::filesystem::directory_iterator all("/proc/self/fd");
+    return static_cast<std::size_t>(std::distance(begin(all), end(all)));
+}
+
+/// A file system of 32 KiB.
+class FullPlace {
+ public:
+    FullPlace() {
+        EXPECT_NE(::mkdtemp(path_), nullptr);
+        isThere_ = ::mount("tmpfs", path_, "tmpfs", 0, "size=32k") == 0;
+    }
+    ~FullPlace() {
+        if (isThere_) ::umount(path_);
+        ::rmdir(path_);
+    }
+    FullPlace(const FullPlace&) = delete;
+    FullPlace& operator=(const FullPlace&) = delete;
+
+    bool isThere() const { return isThere_; }
+    std::filesystem::path path() const { return path_; }
+
+ private:
+    char path_[32] = "/tmp/wbalance-test-XXXXXX";
+    bool isThere_ = false;
+};
 
 }  // namespace
 
@@ -292,6 +322,82 @@ TEST(VirtualBench, The_fault_unplug_has_its_time_and_its_new_name) {
     ASSERT_NE(unplugged, log.end());
     EXPECT_EQ(unplugged->bytes, "/dev/ttyUSB0");
     EXPECT_GE(unplugged->time, 200ms);
+}
+
+TEST(VirtualBench, An_adapter_that_finds_no_descriptors_is_said_and_tried_again) {
+    VirtualBench bench;
+    auto& balance = bench.place("mettler-xs", Options().on("/dev/ttyUSB0").withLoad(1));
+    balance.unplug();
+    {
+        const AllDescriptors taken;
+        EXPECT_THROW(balance.plugIn("/dev/ttyUSB1"), std::runtime_error);
+    }
+    ASSERT_TRUE(eventually([] { return openErrno("/dev/ttyUSB1") == 0; }));
+    EXPECT_EQ(OpenPort("/dev/ttyUSB1").ask("S\r\n"), "S S     1.0000 g\r\n");
+    const auto log = balance.log();
+    const auto trouble = std::find_if(log.begin(), log.end(), [](const LineEvent& event) {
+        return event.kind == LineEvent::Kind::trouble;
+    });
+    ASSERT_NE(trouble, log.end());
+    EXPECT_THAT(trouble->bytes,
+                testing::MatchesRegex("/dev/ttyUSB1 can't be plugged in: .*Too many open files; it "
+                                      "is tried again each second"));
+}
+
+TEST(VirtualBench, An_adapter_that_comes_back_by_itself_and_finds_no_descriptors_hurts_nobody) {
+    VirtualBench bench;
+    auto& balance = bench.place("mettler-xs", Options().on("/dev/ttyUSB0").withLoad(1));
+    {
+        const AllDescriptors taken;
+        balance.apply(Change::parse("unplug for 100ms"));
+        ASSERT_TRUE(
+            eventually([&] { return balance.log().back().kind == LineEvent::Kind::trouble; }));
+    }
+    ASSERT_TRUE(eventually([] { return openErrno("/dev/ttyUSB0") == 0; }));
+}
+
+TEST(VirtualBench, Names_that_an_adapter_has_left_take_no_descriptors) {
+    VirtualBench bench;
+    auto& balance = bench.place("mettler-xs", Options().on("/dev/ttyUSB0").withLoad(1));
+    const auto replug = [&](int number) {
+        balance.unplug();
+        balance.plugIn("/dev/ttyUSB" + std::to_string(number));
+    };
+    replug(1);
+    const auto before = openDescriptors();
+    for (int number = 2; number < 50; ++number)
+        replug(number);
+    EXPECT_EQ(openDescriptors(), before);
+    replug(0);
+    EXPECT_EQ(OpenPort("/dev/ttyUSB0").ask("S\r\n"), "S S     1.0000 g\r\n");
+    EXPECT_EQ(openErrno("/dev/ttyUSB49"), ENOENT);
+}
+
+TEST(VirtualBench, A_bench_that_gets_no_descriptors_leaves_nothing_behind) {
+    const auto before = simulator::BenchDirectory::all();
+    {
+        const AllDescriptors taken(1);  // but one, for what it does first
+        EXPECT_THROW(VirtualBench(), std::system_error);
+    }
+    EXPECT_EQ(::getenv("WBALANCE_VIRTUAL_LINES"), nullptr);
+    VirtualBench bench;
+    EXPECT_THAT(simulator::BenchDirectory::all(), testing::SizeIs(testing::Le(before.size() + 1)));
+}
+
+TEST(VirtualBench, A_place_without_room_is_said_and_leaves_nothing_behind) {
+    const FullPlace place;
+    if (!place.isThere()) GTEST_SKIP() << "only root can make a small file system";
+    ::setenv("TMPDIR", place.path().c_str(), 1);
+    {
+        VirtualBench bench;
+        std::ofstream(place.path() / "filling") << std::string(100'000, 'x');
+        EXPECT_THAT([&] { bench.place("mettler-xs"); },
+                    testing::ThrowsMessage<std::system_error>(
+                        testing::EndsWith("ttyS0: No space left on device")));
+    }
+    ::unsetenv("TMPDIR");
+    EXPECT_TRUE(std::filesystem::remove(place.path() / "filling"));
+    EXPECT_TRUE(std::filesystem::is_empty(place.path()));
 }
 
 TEST(VirtualBench, An_open_can_be_refused_for_any_reason) {

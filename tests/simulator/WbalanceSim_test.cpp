@@ -215,9 +215,21 @@ TEST(WbalanceSim, The_log_shows_bytes_times_and_the_hosts_settings) {
 TEST(WbalanceSim, A_log_on_a_full_disk_is_a_failure) {
     const Ran ran =
         sim("mettler-toledo --load 3 --log /dev/full -- " + host + " /dev/ttyS0 2400,7E1 S");
+    EXPECT_THAT(
+        ran.output,
+        HasSubstr("wbalance-sim: the log /dev/full can't be written: No space left on device; "
+                  "what happens until it can is missing in it\n"));
     EXPECT_THAT(ran.output,
-                HasSubstr("wbalance-sim: the log /dev/full could not be written to its end"));
+                HasSubstr("the log /dev/full is not whole: 2 events could not be written\n"));
     EXPECT_EQ(ran.exitCode, 125);
+}
+
+TEST(WbalanceSim, The_pace_goes_with_any_port_and_takes_no_word_that_is_not_its_own) {
+    for (const char* pace : {"--pace", "--pace=16550:14", "--pace=ftdi", "--pace=ch341"}) {
+        const Ran ran = sim(std::string(pace) + " mettler-toledo --load 3 -- " + host +
+                            " /dev/ttyS0 2400,7E1 S");
+        EXPECT_THAT(ran.output, HasSubstr("S S       3.00 g\r\n")) << pace;
+    }
 }
 
 TEST(WbalanceSim, The_programs_exit_code_and_signal_are_passed_on) {
@@ -261,7 +273,10 @@ TEST(WbalanceSim, Its_own_errors_are_125_and_say_what_to_do) {
          "the switch noise takes a number that is not below zero, not \"loud\""},
         {"mettler-xs --port -1 -- true", "--port"},
         {"mettler-xs --colour -- true", "--colour"},
-        {"mettler-xs --log /no/such/dir/log -- true", "cannot write the log /no/such/dir/log"},
+        {"mettler-xs --log /no/such/dir/log -- true",
+         "cannot write the log /no/such/dir/log: No such file or directory"},
+        {"mettler-xs --pace=uart -- true",
+         "no port hands characters over as \"uart\"; there are character, 16550, 16550:TRIGGER"},
     };
     for (const auto& [arguments, message] : cases) {
         const Ran ran = sim(arguments);

@@ -63,6 +63,11 @@ Option Command::AddFlag(const std::string& names, bool& given,
     return Option(application_->add_flag(names, given, description));
 }
 
+Option Command::AddFlag(const std::string& names, std::string& value, const std::string& usual,
+                        const std::string& description) const {
+    return Option(application_->add_flag(names + "{" + usual + "}", value, description));
+}
+
 Option Command::AddOption(const std::string& names, std::string& value,
                           const std::string& description) const {
     return Option(application_->add_option(names, value, description));

@@ -46,6 +46,9 @@ class Command {
     void Callback(const std::function<void()>& carryOut) const;
 
     Option AddFlag(const std::string& names, bool& given, const std::string& description) const;
+    /// A flag that takes a value only behind "=", and `usual` without one.
+    Option AddFlag(const std::string& names, std::string& value, const std::string& usual,
+                   const std::string& description) const;
     Option AddOption(const std::string& names, std::string& value,
                      const std::string& description) const;
     Option AddOption(const std::string& names, int& value, const std::string& description) const;

@@ -15,7 +15,12 @@ void Placement::addTo(arguments::Command command) {
     command.AddOption("--script", scripts_, "Do what the lines of a file say at their times")
         .TypeName("FILE")
         .OneValueEach();
-    command.AddFlag("--pace", paced_, "Characters take their time on the line");
+    command
+        .AddFlag(
+            "--pace", pace_, "character",
+            "Characters take their time on the line; the host gets them one at a time, or in the "
+            "pieces of a port: 16550, 16550:TRIGGER, ftdi, ftdi:LATENCY, pl2303, ch341")
+        .TypeName("[=PORT]");
 }
 
 simulator::Options Placement::setUp() const {
@@ -28,7 +33,7 @@ simulator::Options Placement::setUp() const {
     for (const auto& script : scripts_)
         options.withScript(script);
     if (!line_.empty()) options.at(line_);
-    options.paced = paced_;
+    if (!pace_.empty()) options.withPacing(pace_);
     return options;
 }
 

@@ -39,7 +39,7 @@ class Placement {
     std::string line_;
     std::optional<int> port_;
     bool usb_ = false;
-    bool paced_ = false;
+    std::string pace_;
 };
 
 /// An instrument of the catalog.

@@ -133,13 +133,16 @@ void check(const RunOptions& run, const Row& row, const std::vector<std::string>
             "nothing to run: put -- PROGRAM behind the options, or use --pty");
 }
 
-/// Follows an instrument: its bytes go into the log, new paths of its terminal to standard output.
+/// Follows an instrument: its bytes go into the log, new paths of its terminal to standard output,
+/// what can't be done to standard error.
 void follow(ConnectedInstrument& instrument, const RunOptions& run, WireLog* log) {
     if (run.pty) std::cout << instrument.device() << std::endl;
     instrument.onEvent([&run, log](ConnectedInstrument& from, const LineEvent& event) {
         if (log) log->write(from.device(), event);
         if (run.pty && event.kind == LineEvent::Kind::pluggedIn)
             std::cout << event.bytes << std::endl;
+        if (event.kind == LineEvent::Kind::trouble)
+            std::cerr << "wbalance-sim: " + event.bytes + "\n";
     });
 }
 

@@ -1,0 +1,89 @@
+// What does not need a line: how much is kept of a run that lasts for weeks.
+
+#include "simulator/ConnectedInstrument.h"
+
+#include <gtest/gtest.h>
+
+#include <numeric>
+
+using simulator::Character;
+using simulator::ConnectedInstrument;
+using simulator::HostLine;
+using simulator::LineEvent;
+using simulator::LineSettings;
+using simulator::Options;
+using namespace std::chrono_literals;
+
+namespace {
+
+/// A host that says the same whenever it is listened to, and takes everything.
+class TalkativeHost final : public HostLine {
+ public:
+    explicit TalkativeHost(std::string words) : words_(std::move(words)) {}
+
+    const std::string& device() const override { return device_; }
+    std::vector<int> descriptors() const override { return {}; }
+    void serve(const std::function<void(const Arrival&)>& arrived) override {
+        if (!words_.empty()) arrived({words_, *LineSettings::parse("2400,7E1"), 0});
+    }
+    void deliver(const std::vector<Character>&) override {}
+    bool isOpen() const override { return true; }
+    LineSettings hostSettings() const override { return *LineSettings::parse("2400,7E1"); }
+    void unplug() override {}
+    void plugIn(const std::string&) override {}
+
+ private:
+    const std::string device_ = "/dev/ttyS0";
+    const std::string words_;
+};
+
+std::unique_ptr<ConnectedInstrument> balanceFor(const std::string& words,
+                                                const Options& options = {}) {
+    return std::make_unique<ConnectedInstrument>(simulator::findInstrument("mettler-toledo"),
+                                                 options, std::make_unique<TalkativeHost>(words));
+}
+
+std::size_t bytesIn(const std::vector<LineEvent>& log) {
+    return std::accumulate(
+        log.begin(), log.end(), std::size_t{0},
+        [](std::size_t sum, const LineEvent& event) { return sum + event.bytes.size(); });
+}
+
+}  // namespace
+
+TEST(ConnectedInstrument, Keeps_the_last_ten_thousand_events) {
+    const auto balance = balanceFor("x");
+    for (int i = 0; i < 12'000; ++i)
+        balance->serve();
+    EXPECT_EQ(balance->log().size(), 10'000u);
+    EXPECT_EQ(balance->settingsOfLastCommand(), LineSettings::parse("2400,7E1"));
+}
+
+TEST(ConnectedInstrument, Keeps_a_mebibyte_of_what_was_said) {
+    const auto balance = balanceFor(std::string(1000, 'x'));
+    for (int i = 0; i < 2000; ++i)
+        balance->serve();
+    EXPECT_LE(bytesIn(balance->log()), 1024u * 1024u);
+    EXPECT_GT(bytesIn(balance->log()), 1000u * 1000u);
+}
+
+TEST(ConnectedInstrument, Keeps_one_event_whatever_its_size) {
+    const auto balance = balanceFor(std::string(3'000'000, 'x'));
+    balance->serve();
+    EXPECT_EQ(balance->log().size(), 1u);
+}
+
+TEST(ConnectedInstrument, Loses_what_a_host_sends_faster_than_its_line_carries) {
+    const auto balance = balanceFor(std::string(10'000, 'x'), Options().withPacing());
+    for (int i = 0; i < 100; ++i)
+        balance->serve();
+    const auto log = balance->log();
+    EXPECT_EQ(log.front().kind, LineEvent::Kind::fromHost);
+    EXPECT_EQ(log.back().kind, LineEvent::Kind::overflow);
+}
+
+TEST(ConnectedInstrument, Looks_after_its_time_once_a_minute_though_nobody_says_anything) {
+    const auto balance = balanceFor("");
+    const auto deadline = balance->deadline();
+    EXPECT_LE(deadline, ConnectedInstrument::Clock::now() + 1min);
+}
