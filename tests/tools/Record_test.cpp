@@ -45,6 +45,42 @@ TEST(Record, What_was_written_is_read) {
     EXPECT_EQ(record.entries[0].bytes, "A00\r\n");
 }
 
+TEST(Record, A_time_of_more_than_a_hundred_years_is_refused) {
+    EXPECT_EQ(ReasonFor("# wbalance record 1\n3153600000000 < S\n"), "");
+    for (const char* time :
+         {"3153600000001", "99999999999999", "9223372036854775807", "99999999999999999999999"}) {
+        EXPECT_THAT(ReasonFor(std::string("# wbalance record 1\n") + time + " < S\n"),
+                    HasSubstr(":2: the time is more than a hundred years"))
+            << time;
+    }
+}
+
+TEST(Record, An_answer_of_a_million_bytes_is_written_and_read) {
+    const TemporaryFile file;
+    const std::string answer(1'000'000, '\xff');
+    record::Writer(file.Path(), {}).Write({{}, Entry::Kind::FromInstrument, answer});
+    EXPECT_EQ(record::Read(file.Path()).entries.at(0).bytes, answer);
+}
+
+TEST(Record, A_line_without_an_end_does_not_fill_the_memory) {
+    const TemporaryFile file;
+    file.Write("# wbalance record 1\n0 < " + std::string(17'000'000, 'x'));
+    try {
+        record::Read(file.Path());
+        FAIL() << "it was read";
+    } catch (const record::Error& error) {
+        EXPECT_THAT(error.what(), HasSubstr(":2: the line is too long"));
+    }
+    EXPECT_THROW(record::Read("/dev/zero"), record::Error);
+}
+
+TEST(Record, A_header_stays_on_its_line_and_changes_no_terminal) {
+    const TemporaryFile file;
+    record::Writer(file.Path(), {"kern", "/dev/a\n# driver: b\x1b", "", ""});
+    EXPECT_THAT(file.Text(), HasSubstr("# port: /dev/a\\n# driver: b\\x1b\n"));
+    EXPECT_EQ(record::Read(file.Path()).header.driver, "kern");
+}
+
 TEST(Record, A_broken_file_is_refused_with_the_line_and_the_reason) {
     EXPECT_THAT(ReasonFor(""), HasSubstr("the file is empty"));
     EXPECT_THAT(ReasonFor("hello\n"), HasSubstr(":1: no record"));

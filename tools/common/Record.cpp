@@ -5,11 +5,16 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "OutsideText.h"
+
 namespace record {
 namespace {
 
 constexpr char kTitle[] = "# wbalance record 1";
-constexpr std::size_t kLongestLine = 65536;
+// An answer of millions of bytes fits; a file that is no record does not fill the memory.
+constexpr std::size_t kLongestLine = 16 * 1024 * 1024;
+// A hundred years of milliseconds: such a time can be added to any date.
+constexpr long long kLatest = 100LL * 365 * 24 * 60 * 60 * 1000;
 
 bool TakeHeaderField(const std::string& line, const char* name, std::string& value) {
     const std::string start = std::string("# ") + name + ": ";
@@ -31,12 +36,33 @@ Entry ReadEntry(const std::string& line) {
     const auto kindAt = static_cast<std::size_t>(end - line.c_str()) + 1;
     if (end == line.c_str() || *end != ' ' || milliseconds < 0 || kindAt >= line.size())
         throw Error("expected milliseconds, a blank and one of > < =");
+    if (milliseconds > kLatest) throw Error("the time is more than a hundred years");
     if (std::string("><=").find(line[kindAt]) == std::string::npos)
         throw Error("expected one of > < = behind the time");
     entry.time = std::chrono::milliseconds(milliseconds);
     entry.kind = static_cast<Entry::Kind>(line[kindAt]);
     if (kindAt + 2 < line.size()) entry.bytes = Unescaped(line.substr(kindAt + 2));
     return entry;
+}
+
+// A line without its end, if there is one more.
+bool ReadLine(std::istream& file, std::string& line) {
+    line.clear();
+    for (char next = '\0'; file.get(next);) {
+        if (next == '\n') return true;
+        if (line.size() == kLongestLine) throw Error("the line is too long");
+        line += next;
+    }
+    return !line.empty();
+}
+
+void TakeLine(const std::string& line, int number, Record& record) {
+    if (number == 1 && line != kTitle)
+        throw Error("no record: the first line is not \"" + std::string(kTitle) + "\"");
+    if (line.empty()) return;
+    if (line[0] == '#') return ReadHeaderLine(line, record.header);
+    record.entries.push_back(ReadEntry(line));
+    record.entries.back().line = number;
 }
 
 bool IsHexadecimal(const std::string& text) {
@@ -96,28 +122,16 @@ Record Read(const std::string& path) {
     std::ifstream file(path);
     if (!file) throw Error(path + ": " + std::strerror(errno));
     Record record;
-    std::string line;
-    int number = 0;
-    while (std::getline(file, line)) {
-        ++number;
-        try {
-            if (number == 1 && line != kTitle)
-                throw Error("no record: the first line is not \"" + std::string(kTitle) + "\"");
-            if (line.size() > kLongestLine) throw Error("the line is too long");
-            if (line.empty()) continue;
-            if (line[0] == '#') {
-                ReadHeaderLine(line, record.header);
-            } else {
-                record.entries.push_back(ReadEntry(line));
-                record.entries.back().line = number;
-            }
-        } catch (const Error& error) {
-            throw Error(path + ":" + std::to_string(number) + ": " + error.what());
-        }
+    int number = 1;
+    try {
+        for (std::string line; ReadLine(file, line); ++number)
+            TakeLine(line, number, record);
+    } catch (const Error& error) {
+        throw Error(path + ":" + std::to_string(number) + ": " + error.what());
     }
     // A folder, for one, opens and can't be read.
     if (file.bad()) throw Error(path + ": can't be read: " + std::strerror(errno));
-    if (number == 0) throw Error(path + ": no record: the file is empty");
+    if (number == 1) throw Error(path + ": no record: the file is empty");
     return record;
 }
 
@@ -125,10 +139,10 @@ Writer::Writer(const std::string& path, const Header& header)
     : path_(path), file_(path, std::ios::trunc) {
     if (!file_) throw Error(path_ + ": " + std::strerror(errno));
     WriteLine(kTitle);
-    WriteLine("# driver: " + header.driver);
-    WriteLine("# port: " + header.port);
-    WriteLine("# line: " + header.line);
-    WriteLine("# date: " + header.date);
+    WriteLine("# driver: " + outside::Printable(header.driver));
+    WriteLine("# port: " + outside::Printable(header.port));
+    WriteLine("# line: " + outside::Printable(header.line));
+    WriteLine("# date: " + outside::Printable(header.date));
 }
 
 void Writer::Write(const Entry& entry) {

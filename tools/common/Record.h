@@ -15,10 +15,11 @@
 ///     # date: 2026-11-21T03:12:00.000+01:00
 ///     0 > S\r\n
 ///     12 < S S     100.00 g\r\n
-///     2015 = weigh 1 100
+///     2015 = weigh 1 100 auto
 ///
 /// Each line has the milliseconds since the start, who spoke (">" the host, "<" the instrument, "="
-/// what the library returned for the operation that ends here) and the text, in which a backslash
+/// what the library returned for the operation that ends here; of a weighing with its mode, which
+/// is auto where it is missing) and the text, in which a backslash
 /// with r, n, xNN or another backslash stands for a byte. Further "# name: value" lines and empty
 /// lines are allowed.
 namespace record {
@@ -35,6 +36,7 @@ class WriteError : public Error {
     using Error::Error;
 };
 
+/// The texts of the header; what can't be shown of one is written as Printable() writes it.
 struct Header {
     std::string driver;
     std::string port;

@@ -15,6 +15,7 @@
 #include "output/Stream.h"
 #include "process/Interrupt.h"
 #include "readings/Confirmation.h"
+#include "readings/Measurement.h"
 
 namespace tool {
 namespace {
@@ -122,11 +123,23 @@ std::string Json(const Options& options, const Confirmation& confirmation, WallT
     return QJsonDocument(object).toJson(QJsonDocument::Compact).toStdString();
 }
 
+// A balance that waits for its pan to come to rest is as silent as one that is switched off, but
+// tells what it shows at the moment.
+Confirmation AskedAgain(Session& session, const Confirmation& confirmation) {
+    Request request;
+    request.mode = kAtOnce;
+    const Report report = session.Perform(request, "asking for the weight");
+    const Measurement shown = Measure(*session.Reached().driver, report);
+    return shown.reading.meaning == Meaning::Silence ? confirmation : NotAtRest();
+}
+
 ExitCode Run(const Options& options) {
     Check(options);
     Session session = options.balance.Open();
     const Report report = session.Perform(options.request, WordFor(options.request.operation));
-    const auto confirmation = Confirm(*session.Reached().driver, options.request.operation, report);
+    auto confirmation = Confirm(*session.Reached().driver, options.request.operation, report);
+    if (confirmation.code == ExitCode::Silent && NeedsRest(options.request.operation))
+        confirmation = AskedAgain(session, confirmation);
     if (options.json) {
         PrintLine(Json(options, confirmation, report.finished));
         return confirmation.code;

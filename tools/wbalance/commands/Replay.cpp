@@ -27,15 +27,27 @@ struct Options {
     bool csv = false;
 };
 
+// The years of which a clock of nanoseconds can hold every moment, and a record's hundred years
+// more.
+constexpr int kFirstYear = 1970;
+constexpr int kLastYear = 2150;
+
 WallTime StartOf(const record::Record& record) {
-    const QDateTime date =
-        QDateTime::fromString(QString::fromStdString(record.header.date), Qt::ISODateWithMs);
-    return WallTime{std::chrono::milliseconds(date.isValid() ? date.toMSecsSinceEpoch() : 0)};
+    const std::string& text = record.header.date;
+    if (text.empty()) return {};
+    const QDateTime date = QDateTime::fromString(QString::fromStdString(text), Qt::ISODateWithMs);
+    if (!date.isValid() || date.date().year() < kFirstYear || date.date().year() > kLastYear) {
+        throw ToolError(ExitCode::Usage, "the record's date \"" + text +
+                                             "\" is none from 1970 to 2150 such as " +
+                                             "2026-11-21T03:12:00.000+01:00");
+    }
+    return WallTime{std::chrono::milliseconds(date.toMSecsSinceEpoch())};
 }
 
 ExitCode Run(const Options& options) {
     const record::Record record = record::Read(options.path);
     const DriverInfo& driver = FindDriver(record.header.driver);
+    const WallTime start = StartOf(record);
     const auto weighings = WeighingsIn(record);
     if (weighings.empty())
         throw ToolError(ExitCode::Usage, options.path + ": no weighing is in this record");
@@ -45,7 +57,7 @@ ExitCode Run(const Options& options) {
     for (const auto& weighing : weighings) {
         LabelledMeasurement labelled{driver.name, record.header.port, "", "",
                                      Measure(driver, weighing)};
-        labelled.measurement.time += StartOf(record).time_since_epoch();
+        labelled.measurement.time += start.time_since_epoch();
         PrintLine(Formatted(labelled, format));
         code = CodeFor(labelled.measurement.reading.meaning);
     }

@@ -18,6 +18,11 @@ int PresetTare(Cwbalance& balance, const Request& request) {
     return balance.TareSet(request.grams);
 }
 
+// Which of its protocols a balance speaks is known when it has been found ready.
+int PresetTareOnceReady(Cwbalance& balance, const Request& request) {
+    return balance.IsReady() == 0 ? 0 : balance.TareSet(request.grams);
+}
+
 int FactoryReset(Cwbalance& balance, const Request& /*request*/) {
     return balance.RestoreFactorySettings();
 }
@@ -67,9 +72,11 @@ DriverInfo MettlerToledo() {
                       // be taken for the weight.
                       Quiet<WbalanceMettlerToledo>};
     driver.modes = kMtModes;
-    driver.operations = {
-        {Operation::Tare, Trusted(Tare, "zeroes (Z), which a load on the pan may prevent")},
-        {Operation::Zero, Trusted(Tare)}};
+    auto tare = Trusted(Tare,
+                        "zeroes (Z) and does not tare, so that a load on the pan may prevent it; "
+                        "the drivers of the models tare (T)");
+    tare.zeroes = true;
+    driver.operations = {{Operation::Tare, tare}, {Operation::Zero, Trusted(Tare)}};
     return driver;
 }
 
@@ -82,9 +89,11 @@ DriverInfo MettlerPm() {
                       ReadPm,
                       Plain<WbalanceMettlerPM>};
     driver.modes = kMtModes;
-    auto preset = Weighed(PresetTare, "with MT-SICS the tare that is held is added to it");
+    auto preset = Weighed(PresetTareOnceReady,
+                          "tares first; with MT-SICS the tare that this gives is added to it");
     preset.command = "TA ";
     preset.confirmation = "TA A";
+    preset.setter = "B ";
     driver.operations = {{Operation::Tare, Weighed(Tare)}, {Operation::PresetTare, preset}};
     return driver;
 }
@@ -118,11 +127,12 @@ DriverInfo Sartorius() {
         "sartorius",        "Sartorius", "balances with SBI print lines", "WbalanceSartorius",
         {1200, 7, 1, 0, 0}, ReadSbi,     Quiet<WbalanceSartorius>};
     driver.readyFirst = true;
-    driver.modes = "all alike: what the balance prints (ESC P), by its own setting after stability";
-    driver.operations = {
-        {Operation::Tare, Weighed(Tare)},
-        {Operation::PresetTare,
-         Weighed(PresetTare, "tares first; works where soft key 4 stores the tare")}};
+    driver.modes =
+        "all alike: what the balance prints (ESC P), by its own setting after stability; with "
+        "stable no weight when it prints one that is not";
+    auto preset = Weighed(PresetTare, "tares first; works where soft key 4 stores the tare");
+    preset.setter = "\x1bt";
+    driver.operations = {{Operation::Tare, Weighed(Tare)}, {Operation::PresetTare, preset}};
     // The command's buffer holds a number of four characters; a longer one ends the process.
     driver.greatestPresetTare = 9.99;
     return driver;
@@ -168,7 +178,9 @@ DriverInfo Kern() {
                       ReadKern,
                       // The driver's own check weighs, and weighing checks first.
                       Quiet<WbalanceKern_EW_EGN_EWB>};
-    driver.modes = "stable: O9, 5 s; auto: O9, else the mean of five O8; now: O8";
+    driver.modes =
+        "stable: O9, 5 s, and no weight when its status is blank; auto: O9, else the mean of five "
+        "O8; now: O8";
     driver.operations = {{Operation::Tare, Trusted(Tare)}};
     return driver;
 }
@@ -182,7 +194,9 @@ DriverInfo Gibertini() {
                       ReadGibertini,
                       // The driver's own check weighs, and weighing checks first.
                       Quiet<WbalanceGibertini>};
-    driver.modes = "all alike: B, the first valid record within 20 s";
+    driver.modes =
+        "all alike: B, the first valid record within 20 s; with stable no weight when that record "
+        "is not stable";
     driver.operations = {{Operation::Tare, Trusted(Tare)}};
     return driver;
 }
@@ -208,7 +222,9 @@ DriverInfo ScaleHouse() {
                       ReadTicket,
                       Quiet<WbalanceScaleHouseALD>};
     driver.readyFirst = true;
-    driver.modes = "all alike: P, the net weight of the ticket";
+    driver.modes =
+        "auto and now: P, the net weight of the ticket; stable: no weight, because a ticket does "
+        "not tell whether it is stable";
     driver.operations = {{Operation::Tare, Weighed(Tare, "zeroes, then tares")}};
     return driver;
 }

@@ -28,6 +28,11 @@ struct OperationInfo {
     bool checkedByWeight = false;
     /// What it does where that is not what its name says; else empty.
     std::string note;
+    /// Of a preset tare that is checked so, the start of the command that sets it: the weight must
+    /// be another behind it than before. Else empty.
+    std::string setter = {};
+    /// Whether it is a zeroing in place of the tare that it is named after.
+    bool zeroes = false;
 };
 
 /// All that the tool knows of one driver of the library.

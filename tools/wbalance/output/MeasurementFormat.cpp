@@ -1,9 +1,10 @@
 #include "MeasurementFormat.h"
 
 #include <QtCore/QDateTime>
-#include <QtCore/QJsonDocument>
-#include <QtCore/QJsonObject>
 
+#include "Csv.h"
+#include "Json.h"
+#include "OutsideText.h"
 #include "Record.h"
 
 namespace tool {
@@ -11,7 +12,7 @@ namespace {
 
 std::string WeightText(const Reading& reading) {
     std::string text = reading.digits;
-    if (!reading.unit.empty()) text += " " + reading.unit;
+    if (!reading.unit.empty()) text += " " + outside::Printable(reading.unit);
     if (reading.stability == Stability::Dynamic) text += "  dynamic";
     return text;
 }
@@ -31,33 +32,25 @@ std::string Json(const LabelledMeasurement& labelled) {
     const Reading& reading = labelled.measurement.reading;
     QJsonObject object;
     object["time"] = QString::fromStdString(TimeText(labelled.measurement.time));
-    object["driver"] = QString::fromStdString(labelled.driver);
-    object["port"] = QString::fromStdString(labelled.port);
+    object["driver"] = JsonText(labelled.driver);
+    object["port"] = JsonText(labelled.port);
     object["status"] = QString::fromStdString(StatusOf(labelled));
     object["value"] = reading.IsWeight() ? QJsonValue(reading.Value()) : QJsonValue();
-    object["digits"] = QString::fromLatin1(reading.digits.c_str());
-    object["unit"] = QString::fromLatin1(reading.unit.c_str());
+    object["digits"] = JsonBytes(reading.digits);
+    object["unit"] = JsonBytes(reading.unit);
     object["stability"] = QString::fromStdString(WordFor(reading.stability));
-    object["answer"] = QString::fromLatin1(labelled.measurement.answer.c_str());
-    object["message"] = QString::fromStdString(MessageOf(labelled));
-    return QJsonDocument(object).toJson(QJsonDocument::Compact).toStdString();
-}
-
-std::string Quoted(const std::string& text) {
-    std::string quoted = "\"";
-    for (const char character : text) {
-        if (character == '"') quoted += '"';
-        quoted += character;
-    }
-    return quoted + "\"";
+    object["answer"] = JsonBytes(labelled.measurement.answer);
+    object["message"] = JsonText(MessageOf(labelled));
+    return JsonLine(object);
 }
 
 std::string Csv(const LabelledMeasurement& labelled) {
     const Reading& reading = labelled.measurement.reading;
     return TimeText(labelled.measurement.time) + "," + labelled.driver + "," +
-           Quoted(labelled.port) + "," + StatusOf(labelled) + "," +
-           (reading.IsWeight() ? reading.digits : "") + "," + Quoted(reading.unit) + "," +
-           WordFor(reading.stability) + "," + Quoted(record::Escaped(labelled.measurement.answer));
+           CsvField(labelled.port) + "," + StatusOf(labelled) + "," +
+           (reading.IsWeight() ? reading.digits : "") + "," + CsvField(reading.unit) + "," +
+           WordFor(reading.stability) + "," +
+           CsvField(record::Escaped(labelled.measurement.answer));
 }
 
 }  // namespace
@@ -66,7 +59,8 @@ std::string Formatted(const LabelledMeasurement& measurement, Format format) {
     const Reading& reading = measurement.measurement.reading;
     if (format == Format::Json) return Json(measurement);
     if (format == Format::Csv) return Csv(measurement);
-    if (!measurement.notice.empty()) return measurement.notice + ": " + measurement.message;
+    if (!measurement.notice.empty())
+        return measurement.notice + ": " + outside::Printable(measurement.message);
     return reading.IsWeight() ? WeightText(reading) : SentenceFor(reading);
 }
 

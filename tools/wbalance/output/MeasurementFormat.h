@@ -23,9 +23,11 @@ struct LabelledMeasurement {
 ///   sentence for people.
 /// - Json: one object with the members time, driver, port, status, value, digits, unit, stability,
 ///   answer and message. `value` is a number in grams, and null unless `status` is "weight";
-///   `status` is a word of WordFor(Meaning), or the notice. `answer` has one character for each
-///   byte (U+0000 to U+00FF).
-/// - Csv: the columns of CsvHeader(), texts quoted, bytes of the answer as in a record.
+///   `status` is a word of WordFor(Meaning), or the notice. `digits`, `unit` and `answer` have one
+///   character for each byte (U+0000 to U+00FF). What can't be shown is escaped, so that the line
+///   is UTF-8 without controls whatever an instrument sends.
+/// - Csv: the columns of CsvHeader(), texts as CsvField() writes them, bytes of the answer as in a
+///   record.
 std::string Formatted(const LabelledMeasurement& measurement, Format format);
 
 std::string CsvHeader();

@@ -1,28 +1,61 @@
 #include "Recorder.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <cstdio>
 
 #include "output/MeasurementFormat.h"
+#include "readings/Fields.h"
 
 namespace tool {
 namespace {
 
 using record::Entry;
 
-constexpr char kWeigh[] = "weigh";
+const std::string kWeigh = "weigh";
+// The words for the modes, in their order.
+const std::array<std::string, 3> kModes = {"stable", "auto", "now"};
 
 record::Header HeaderOf(const Connection& connection, WallTime start) {
     return {connection.driver->name, connection.port.Device(), connection.line.Text(),
             TimeText(start)};
 }
 
-// "weigh 1 100": the operation, the library's result, and the weight.
+// "weigh 1 100 auto": the operation, the library's result, the weight, and of a weighing its mode.
 std::string ResultText(const Request& request, const Outcome& outcome) {
     char text[96];
     std::snprintf(text, sizeof text, "%s %d %.17g", WordFor(request.operation).c_str(),
                   outcome.result, outcome.weight);
-    return text;
+    const bool weighs = request.operation == Operation::Weigh;
+    return weighs ? text + (" " + kModes.at(static_cast<std::size_t>(request.mode))) : text;
+}
+
+template <class Number>
+bool TakeNumber(const std::string& word, Number& number) {
+    const char* end = word.data() + word.size();
+    const auto [stop, error] = std::from_chars(word.data(), end, number);
+    return error == std::errc() && stop == end;
+}
+
+bool TakeMode(const std::string& word, long& mode) {
+    const auto known = std::find(kModes.begin(), kModes.end(), word);
+    mode = known - kModes.begin();
+    return known != kModes.end();
+}
+
+// The words of ResultText().
+bool TakeResult(const std::vector<std::string>& words, Report& report) {
+    if (words.size() != 3 && words.size() != 4) return false;
+    return TakeNumber(words[1], report.outcome.result) &&
+           TakeNumber(words[2], report.outcome.weight) &&
+           (words.size() == 3 || TakeMode(words[3], report.request.mode));
+}
+
+[[noreturn]] void ThrowNoResult(const Entry& entry) {
+    throw record::Error("line " + std::to_string(entry.line) +
+                        " of the record: expected what a weighing returned, such as \"" + kWeigh +
+                        " 1 12.34 auto\"");
 }
 
 // The trace that the library would have written of an entry.
@@ -60,11 +93,12 @@ std::vector<Report> WeighingsIn(const record::Record& record) {
             report.trace.push_back(TraceOf(entry));
             continue;
         }
-        char operation[32] = "";
-        const int fields = std::sscanf(entry.bytes.c_str(), "%31s %d %lf", operation,
-                                       &report.outcome.result, &report.outcome.weight);
+        const auto words = WordsOf(entry.bytes);
         report.finished = WallTime{entry.time};
-        if (fields == 3 && operation == std::string(kWeigh)) weighings.push_back(report);
+        if (!words.empty() && words[0] == kWeigh) {
+            if (!TakeResult(words, report)) ThrowNoResult(entry);
+            weighings.push_back(std::move(report));
+        }
         report = {};
     }
     return weighings;

@@ -21,7 +21,8 @@ class Recorder {
     record::Writer writer_;
 };
 
-/// The report of each weighing in a record, as it was when it was made.
+/// The report of each weighing in a record, as it was when it was made. Throws record::Error for
+/// one whose result is none.
 std::vector<Report> WeighingsIn(const record::Record& record);
 
 }  // namespace tool

@@ -1,6 +1,8 @@
 #include "Confirmation.h"
 
 #include <algorithm>
+#include <cmath>
+#include <optional>
 
 #include "Fields.h"
 #include "Measurement.h"
@@ -8,6 +10,9 @@
 
 namespace tool {
 namespace {
+
+// Grams by which a weight differs noticeably; the drivers' own checks allow as much.
+constexpr double kNoticed = 0.1;
 
 const Exchange* LastAnswered(const Dialogue& dialogue) {
     const auto last = std::find_if(dialogue.exchanges.rbegin(), dialogue.exchanges.rend(),
@@ -29,30 +34,43 @@ std::string StatusOf(const std::string& answer) {
     return words.size() == 2 ? words[1] : "";
 }
 
-Confirmation RefusedWith(const std::string& answer) {
-    const std::string sent = "; it sent " + outside::Quoted(answer);
-    const std::string status = StatusOf(answer);
-    if (status == "I" || status == "E")
-        return {ExitCode::NotStable, "the balance was busy or not stable in time" + sent};
-    if (status == "+" || status == "^")
-        return {ExitCode::Overload, "the load is above the range for it" + sent};
-    if (status == "-" || status == "v")
-        return {ExitCode::Underload, "the load is below the range for it" + sent};
-    return {ExitCode::Refused, "the balance did not confirm it" + sent};
-}
-
 Confirmation NoAnswer() {
     return {ExitCode::Silent, SentenceFor(NoWeight(Meaning::Silence))};
 }
 
-Confirmation Failed(const DriverInfo& driver, const OperationInfo& info, const Dialogue& dialogue) {
-    const Exchange* last = LastAnswered(dialogue);
-    if (last == nullptr) return NoAnswer();
-    if (!info.checkedByWeight) return RefusedWith(last->answer);
-    const Reading reading = driver.dialect(last->answer);
-    if (!reading.IsWeight()) return {CodeFor(reading.meaning), SentenceFor(reading)};
-    return {ExitCode::Refused, "afterwards the balance shows " + reading.digits + " " +
-                                   reading.unit + ", so it was not carried out"};
+Confirmation RefusedWith(const std::string& answer, const OperationInfo& info) {
+    const std::string sent = "; it sent " + outside::Quoted(answer);
+    const std::string which = info.zeroes
+                                  ? "zeroing, which this driver does in place of taring; the "
+                                    "drivers of the models tare (`wbalance drivers`)"
+                                  : "it";
+    const std::string status = StatusOf(answer);
+    if (status == "I" || status == "E")
+        return {ExitCode::NotStable, "the balance was busy or not stable in time" + sent};
+    if (status == "+" || status == "^")
+        return {ExitCode::Overload, "the load is above the range for " + which + sent};
+    if (status == "-" || status == "v")
+        return {ExitCode::Underload, "the load is below the range for " + which + sent};
+    return {ExitCode::Refused, "the balance did not confirm it" + sent};
+}
+
+// Nothing came for it.
+Confirmation Unanswered(Operation operation, const Dialogue& dialogue) {
+    const bool answeredBefore = LastAnswered(dialogue) != nullptr;
+    if (!answeredBefore)
+        return {ExitCode::Silent,
+                NoAnswer().sentence + (NeedsRest(operation) ? " Or does its pan move?" : "")};
+    if (NeedsRest(operation)) return NotAtRest();
+    return {ExitCode::Silent, "the balance did not answer it"};
+}
+
+Confirmation Unchecked(const Reading& reading, const Exchange& last) {
+    return {CodeFor(reading.meaning), "it could not be checked: " + SentenceFor(reading) +
+                                          "; the balance sent " + outside::Quoted(last.answer)};
+}
+
+std::string WeightOf(const Reading& reading) {
+    return reading.digits + " " + outside::Printable(reading.unit);
 }
 
 // A driver that reads a weight as its check takes some messages for 0.00.
@@ -60,30 +78,108 @@ Confirmation CheckedByWeight(const DriverInfo& driver, const Dialogue& dialogue)
     const Exchange* last = LastAnswered(dialogue);
     if (last == nullptr) return NoAnswer();
     const Reading reading = driver.dialect(last->answer);
-    if (reading.IsWeight()) return {};
-    return {CodeFor(reading.meaning), "it could not be checked: " + SentenceFor(reading) +
-                                          "; the balance sent " + outside::Quoted(last->answer)};
+    return reading.IsWeight() ? Confirmation{} : Unchecked(reading, *last);
+}
+
+Confirmation Failed(const DriverInfo& driver, Operation operation, const Dialogue& dialogue) {
+    const OperationInfo& info = driver.operations.at(operation);
+    const Exchange* last = LastAnswered(dialogue);
+    if (last == nullptr || last != &dialogue.exchanges.back())
+        return Unanswered(operation, dialogue);
+    if (!info.checkedByWeight) return RefusedWith(last->answer, info);
+    const Reading reading = driver.dialect(last->answer);
+    if (!reading.IsWeight()) return {CodeFor(reading.meaning), SentenceFor(reading)};
+    if (reading.stability == Stability::Dynamic) {
+        return {ExitCode::NotStable, "afterwards the balance shows " + WeightOf(reading) +
+                                         " and the pan moves, so it may have been carried out or "
+                                         "not; wait until it is at rest"};
+    }
+    return {ExitCode::Refused,
+            "afterwards the balance shows " + WeightOf(reading) + ", so it was not carried out"};
+}
+
+/// The weights that a balance showed around the command that set its preset tare.
+struct AroundPreset {
+    std::optional<Reading> first;   ///< of all
+    std::optional<Reading> before;  ///< the last one ahead of the command
+    const Exchange* last = nullptr;
+};
+
+AroundPreset LookAround(const DriverInfo& driver, const Dialogue& dialogue,
+                        const Exchange& setter) {
+    AroundPreset around;
+    for (const Exchange& exchange : dialogue.exchanges) {
+        if (&exchange == &setter) break;
+        const Reading reading = driver.dialect(exchange.answer);
+        if (!reading.IsWeight()) continue;
+        if (!around.first) around.first = reading;
+        around.before = reading;
+    }
+    around.last = &dialogue.exchanges.back();
+    return around;
+}
+
+// Tared, a balance shows about zero; with the preset that follows it shows what is on the pan less
+// the preset, whatever its driver makes of that.
+Confirmation CheckedByChange(const DriverInfo& driver, const Dialogue& dialogue,
+                             const Exchange& setter, double preset) {
+    const AroundPreset around = LookAround(driver, dialogue, setter);
+    if (around.last->answer.empty()) return NotAtRest();
+    const Reading after = driver.dialect(around.last->answer);
+    if (!after.IsWeight()) return Unchecked(after, *around.last);
+    const double seen = std::min(kNoticed, preset / 2);
+    const double before = around.before ? around.before->Value() : 0.0;
+    if (std::fabs(after.Value() - before) >= seen) return {};
+    if (around.first && std::fabs(around.first->Value() - preset) < kNoticed) {
+        return {ExitCode::NotUnderstood,
+                "the pan holds as much as the preset, so that the balance shows " +
+                    WeightOf(after) + " with it and without; take the load off and set it again"};
+    }
+    return {ExitCode::Refused, "afterwards the balance still shows " + WeightOf(after) +
+                                   ", so it was not carried out"};
+}
+
+// Whether the answer to the operation's own command confirms it, where there was such a command.
+std::optional<Confirmation> ConfirmedByAnswer(Operation operation, const OperationInfo& info,
+                                              const Dialogue& dialogue) {
+    const Exchange* exchange = info.command.empty() ? nullptr : ExchangeOf(dialogue, info.command);
+    if (exchange == nullptr) return std::nullopt;
+    if (exchange->answer.empty()) return Unanswered(operation, dialogue);
+    if (exchange->answer.find(info.confirmation) == std::string::npos)
+        return RefusedWith(exchange->answer, info);
+    return Confirmation{};
+}
+
+// Radwag's tare falls back on zeroing, whose success it reports as its own.
+bool ZeroedInstead(const Dialogue& dialogue) {
+    const Exchange* last = LastAnswered(dialogue);
+    return last != nullptr && last->command == "Z\r\n" && dialogue.exchanges.size() > 1;
 }
 
 }  // namespace
 
+bool NeedsRest(Operation operation) {
+    return operation == Operation::Tare || operation == Operation::Zero ||
+           operation == Operation::PresetTare;
+}
+
+Confirmation NotAtRest() {
+    return {ExitCode::NotStable,
+            "the balance answers, but not this, as it does while its pan moves; it may still carry "
+            "it out when the pan comes to rest"};
+}
+
 Confirmation Confirm(const DriverInfo& driver, Operation operation, const Report& report) {
     const OperationInfo& info = driver.operations.at(operation);
     const Dialogue dialogue(report.trace);
-    if (report.outcome.result == 0) return Failed(driver, info, dialogue);
-    if (!info.command.empty()) {
-        const Exchange* exchange = ExchangeOf(dialogue, info.command);
-        if (exchange != nullptr && exchange->answer.empty())
-            return {ExitCode::Silent, "the balance did not answer it"};
-        if (exchange != nullptr && exchange->answer.find(info.confirmation) == std::string::npos)
-            return RefusedWith(exchange->answer);
-        if (exchange != nullptr) return {};
-    }
+    const Exchange* setter = info.setter.empty() ? nullptr : ExchangeOf(dialogue, info.setter);
+    if (setter != nullptr) return CheckedByChange(driver, dialogue, *setter, report.request.grams);
+    if (report.outcome.result == 0) return Failed(driver, operation, dialogue);
+    if (const auto confirmation = ConfirmedByAnswer(operation, info, dialogue))
+        return *confirmation;
     if (info.checkedByWeight) return CheckedByWeight(driver, dialogue);
-    // Radwag's tare falls back on zeroing, whose success it reports as its own.
-    const Exchange* last = LastAnswered(dialogue);
-    if (operation == Operation::Tare && last != nullptr && last->command == "Z\r\n" &&
-        dialogue.exchanges.size() > 1)
+    if (info.zeroes) return {ExitCode::Done, "zeroed, as this driver does in place of taring"};
+    if (operation == Operation::Tare && ZeroedInstead(dialogue))
         return {ExitCode::Done, "zeroed, because the balance did not confirm the tare"};
     return {};
 }

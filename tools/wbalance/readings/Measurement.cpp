@@ -110,9 +110,19 @@ Reading Rejected(const DriverInfo& driver, const Dialogue& dialogue, const Excha
     return reading;
 }
 
+// Several drivers give whatever weight there is for a stable one.
+Reading StableOrNone(Reading reading) {
+    if (!reading.IsWeight() || reading.stability == Stability::Stable) return reading;
+    reading.meaning = Meaning::NotStable;
+    if (reading.stability == Stability::Dynamic)
+        reading.remark = "it shows " + reading.digits + " " + reading.unit;
+    return reading;
+}
+
 }  // namespace
 
 Measurement Measure(const DriverInfo& driver, const Report& report) {
+    const bool stableOnly = report.request.mode == kStableOnly;
     const Dialogue dialogue(report.trace);
     const auto last = std::find_if(dialogue.exchanges.rbegin(), dialogue.exchanges.rend(),
                                    [](const Exchange& one) { return !one.answer.empty(); });
@@ -120,7 +130,7 @@ Measurement Measure(const DriverInfo& driver, const Report& report) {
     const Reading reading = report.outcome.result != 0
                                 ? Accepted(driver, dialogue, *last, report.outcome.weight)
                                 : Rejected(driver, dialogue, *last);
-    return {reading, last->answer, last->answered};
+    return {stableOnly ? StableOrNone(reading) : reading, last->answer, last->answered};
 }
 
 ExitCode CodeFor(Meaning meaning) {

@@ -16,7 +16,8 @@ struct Measurement {
 };
 
 /// Weighs what a Weigh operation has brought. A weight comes out only when the driver accepted the
-/// answer, the answer means a weight in grams, and both show the same number.
+/// answer, the answer means a weight in grams, and both show the same number; where only a stable
+/// weight was asked for, when the answer says that it is stable.
 Measurement Measure(const DriverInfo& driver, const Report& report);
 
 /// The exit code for a reading.

@@ -7,6 +7,10 @@
 namespace tool {
 namespace {
 
+constexpr char kStabilityUntold[] =
+    "the balance does not tell whether its weight is stable, so there is none with --mode stable; "
+    "read with --mode auto or now";
+
 std::string SentenceFor(Meaning meaning) {
     switch (meaning) {
         case Meaning::Weight:
@@ -84,7 +88,10 @@ std::string WordFor(Stability stability) {
 }
 
 std::string SentenceFor(const Reading& reading) {
-    const std::string sentence = SentenceFor(reading.meaning);
+    const bool untold = reading.stability == Stability::Unknown && !reading.digits.empty();
+    const std::string sentence = reading.meaning == Meaning::NotStable && untold
+                                     ? kStabilityUntold
+                                     : SentenceFor(reading.meaning);
     // A remark may quote the instrument, which may send anything.
     const std::string remark = outside::Printable(outside::Shortened(reading.remark));
     return remark.empty() ? sentence : sentence + " (" + remark + ")";
