@@ -310,6 +310,112 @@ TEST(Wbalance, Every_record_of_the_folder_is_read_as_its_name_says) {
         EXPECT_EQ(Wbalance("replay " + folder + "/" + name + ".record").exitCode, exitCode) << name;
 }
 
+std::string RecordWith(const std::string& date, const std::string& time) {
+    return "# wbalance record 1\n# driver: mettler-toledo\n# date: " + date + "\n" + time +
+           " < S S     12.34 g\\r\\n\n" + time + " = weigh 1 12.34\n";
+}
+
+TEST(Wbalance, A_record_at_a_time_that_no_clock_has_is_refused) {
+    const TemporaryFile file;
+    for (const char* date : {"9999-12-31T00:00:00.000+00:00", "1969-12-31", "yesterday"}) {
+        file.Write(RecordWith(date, "0"));
+        const Ran ran = Wbalance("replay " + file.Path() + " --json");
+        EXPECT_EQ(ran.errors, "wbalance: the record's date \"" + std::string(date) +
+                                  "\" is none from 1970 to 2150 such as "
+                                  "2026-11-21T03:12:00.000+01:00\n");
+        EXPECT_EQ(ran.exitCode, 2);
+    }
+    for (const char* time : {"99999999999999", "9223372036854775807"}) {
+        file.Write(RecordWith("2026-11-21", time));
+        const Ran ran = Wbalance("replay " + file.Path());
+        EXPECT_EQ(ran.errors,
+                  "wbalance: " + file.Path() + ":4: the time is more than a hundred years\n");
+        EXPECT_EQ(ran.exitCode, 2);
+    }
+    file.Write(RecordWith("2150-12-31", "3153600000000"));
+    EXPECT_THAT(Wbalance("replay " + file.Path() + " --json").output,
+                HasSubstr("\"time\":\"2250-"));
+}
+
+TEST(Wbalance, An_interval_that_is_no_time_is_refused) {
+    for (const char* interval :
+         {"nan", "-nan", "inf", "-inf", "1e300", "-1", "86401", "1s", "''"}) {
+        const Ran ran = Wbalance(std::string("monitor kern@0 -n 1 -i ") + interval);
+        EXPECT_THAT(ran.errors, StartsWith("wbalance: ")) << interval;
+        EXPECT_EQ(ran.exitCode, 2) << interval;
+    }
+    EXPECT_THAT(Wbalance("monitor kern@0 -n 1 -i nan").errors, HasSubstr("nan is no number"));
+}
+
+TEST(Wbalance, Numbers_that_no_command_takes_are_refused) {
+    for (const char* arguments :
+         {"weigh -d kern -t nan", "weigh -d kern -t 1e9", "weigh -d kern -t 99999999999999999999",
+          "weigh -d kern -t -1", "weigh -d kern -p 999999999", "weigh -d kern -l 999999999",
+          "weigh -d kern -l 0", "weigh -d kern -l -1", "monitor kern@0 -n -1",
+          "monitor kern@0 -n nan", "monitor kern@0 -n 99999999999999999999",
+          "monitor kern@99999999999999999999 -n 1", "preset-tare -d mettler-xs nan",
+          "preset-tare -d mettler-xs inf", "preset-tare -d mettler-xs 1e300",
+          "preset-tare -d mettler-xs -- -1"}) {
+        const Ran ran = Wbalance(arguments);
+        EXPECT_EQ(ran.exitCode, 2) << arguments;
+        EXPECT_THAT(ran.errors, StartsWith("wbalance: ")) << arguments;
+    }
+}
+
+TEST(Wbalance, A_record_with_an_answer_of_a_million_characters_is_replayed) {
+    const TemporaryFile file;
+    file.Write("# wbalance record 1\n# driver: denver-xl1800\n0 < 1+ " +
+               std::string(1'000'000, '7') + " g\\r\\n\n1 = weigh 1 7\n");
+    const Ran ran = RunShell("ulimit -s 512; " WBALANCE " replay " + file.Path());
+    EXPECT_EQ(ran.errors, "");
+    EXPECT_THAT(ran.output, StartsWith("the record is cut off, or longer than the driver takes"));
+    EXPECT_LT(ran.output.size(), 1000u);
+    EXPECT_EQ(ran.exitCode, 11);
+}
+
+TEST(Wbalance, A_name_in_a_record_changes_no_terminal) {
+    const TemporaryFile file;
+    file.Write("# wbalance record 1\n# driver: a\x1b[2J\xff\n0 = weigh 1 1\n");
+    EXPECT_THAT(Wbalance("replay " + file.Path()).errors,
+                StartsWith("wbalance: there is no driver \"a\\x1b[2J\\xff\"; there are: "));
+    EXPECT_THAT(Wbalance("replay \"$(printf '/tmp/no\\033such\\nfile\\377')\"").errors,
+                StartsWith("wbalance: /tmp/no\\x1bsuch\\nfile\\xff: "));
+}
+
+TEST(Wbalance, The_trace_of_noise_changes_no_terminal) {
+    const Ran ran =
+        WbalanceWith("mettler-toledo --fault noise=300", std::string(kWeigh) + " --trace");
+    EXPECT_THAT(ran.errors, HasSubstr("Read from scale: "));
+    for (const char character : ran.errors)
+        EXPECT_TRUE((character >= ' ' && character <= '~') || character == '\n' ||
+                    character == '\r')
+            << ran.errors;
+}
+
+TEST(Wbalance, Mode_stable_gives_no_weight_that_is_not_known_to_be_stable) {
+    for (const auto& [instrument, driver] :
+         {std::pair("gibertini --load 50 --fault busy", "gibertini"),
+          std::pair("sartorius --load 50 --fault busy --with print=at-once", "sartorius"),
+          std::pair("scale-house --load 50", "scale-house")}) {
+        const std::string weigh = std::string("weigh -t 0 -d ") + driver;
+        const Ran stable = WbalanceWith(instrument, weigh + " --mode stable");
+        EXPECT_EQ(stable.output, "") << instrument;
+        EXPECT_EQ(stable.exitCode, 8) << instrument << stable.errors;
+        const Ran json = WbalanceWith(instrument, weigh + " --mode stable --json");
+        EXPECT_EQ(JsonOf(json.output)["status"].toString(), "not-stable") << instrument;
+        EXPECT_TRUE(JsonOf(json.output)["value"].isNull()) << instrument;
+        const Ran now = WbalanceWith(instrument, weigh + " --mode now");
+        EXPECT_THAT(now.output, StartsWith("50.00")) << instrument;
+    }
+}
+
+TEST(Wbalance, Monitor_in_mode_stable_gives_no_weight_that_is_not_known_to_be_stable) {
+    const Ran ran = WbalanceWith("scale-house --load 50",
+                                 "monitor scale-house@0 -n 2 -i 0 -t 0 --mode stable --csv");
+    EXPECT_THAT(ran.output, HasSubstr(",not-stable,,\"g\",unknown,"));
+    EXPECT_EQ(ran.output.find(",weight,"), std::string::npos);
+}
+
 TEST(Wbalance, A_file_that_is_no_record_is_refused_with_its_line) {
     const TemporaryFile file;
     file.Write("# wbalance record 1\n12 ? S\n");

@@ -2,9 +2,20 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <cmath>
 #include <iostream>
 
 namespace arguments {
+namespace {
+
+// A range lets "nan" through, which is neither below nor above it.
+std::string RefuseNoNumber(const std::string& text) {
+    double number = 0.0;
+    const bool converted = CLI::detail::lexical_cast(text, number);
+    return converted && !std::isnan(number) ? "" : "Value " + text + " is no number";
+}
+
+}  // namespace
 
 Option Option::TypeName(const std::string& name) const {
     option_->type_name(name);
@@ -33,6 +44,7 @@ Option Option::Range(int least, int greatest) const {
 
 Option Option::Range(double least, double greatest) const {
     option_->check(CLI::Range(least, greatest));
+    option_->check(RefuseNoNumber);
     return *this;
 }
 

@@ -4,7 +4,6 @@
 #include <csignal>
 #include <sstream>
 
-#include "OutsideText.h"
 #include "Record.h"
 #include "ToolError.h"
 #include "commands/Detect.h"
@@ -31,8 +30,7 @@ int EndAsItsReaderHas() {
 int Complain(ExitCode code, const std::string& sentence) {
     // What an interrupted call reports is not what went wrong.
     const bool interrupted = Interrupted() && code != ExitCode::Interrupted;
-    Say("wbalance: " + outside::Printable(interrupted ? "interrupted: " + sentence : sentence) +
-        "\n");
+    SayLine("wbalance: " + (interrupted ? "interrupted: " + sentence : sentence));
     return static_cast<int>(interrupted ? ExitCode::Interrupted : code);
 }
 

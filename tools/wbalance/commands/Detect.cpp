@@ -58,7 +58,8 @@ void Report(const Options& options, PortNumber port, const Detection& found) {
     if (found.driver == "mettler-toledo") {
         PrintLine(
             "  The balance does not say that it is a PR, XS or SB32001. If it is one, its own "
-            "driver can more:\n  --driver mettler-pr2003, mettler-xs or mettler-sb32001.");
+            "driver can more:");
+        PrintLine("  --driver mettler-pr2003, mettler-xs or mettler-sb32001.");
     }
 }
 
@@ -91,7 +92,7 @@ ExitCode Run(const Options& options) {
     if (const std::string held = WhyHeld(port.Device()); !held.empty())
         throw ToolError(ExitCode::PortFailed, held);
     Detector detector(
-        port, SinkFor(options.trace), [](const std::string& note) { Say(note + "\n"); },
+        port, SinkFor(options.trace), [](const std::string& note) { SayLine(note); },
         options.thorough);
     const Detection found = detector.Run();
     if (found.driver.empty()) Fail(options, port, found);

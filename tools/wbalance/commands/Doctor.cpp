@@ -3,7 +3,6 @@
 #include <memory>
 
 #include "BalanceOptions.h"
-#include "OutsideText.h"
 #include "doctor/Doctor.h"
 #include "output/Columns.h"
 #include "output/Stream.h"
@@ -21,7 +20,7 @@ constexpr char kExamples[] =
     "back and what it means; the last line is the diagnosis. The exit codes are those of weigh.\n";
 
 void PrintFinding(const std::string& what, const std::string& seen) {
-    PrintLine(Padded(what, 14) + " " + outside::Printable(seen));
+    PrintLine(Padded(what, 14) + " " + seen);
 }
 
 ExitCode Run(const BalanceOptions& options) {

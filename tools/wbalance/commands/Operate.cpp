@@ -2,8 +2,6 @@
 
 #include <unistd.h>
 
-#include <QtCore/QJsonDocument>
-#include <QtCore/QJsonObject>
 #include <cmath>
 #include <cstdio>
 #include <iostream>
@@ -11,6 +9,7 @@
 
 #include "BalanceOptions.h"
 #include "ToolError.h"
+#include "output/Json.h"
 #include "output/MeasurementFormat.h"
 #include "output/Stream.h"
 #include "process/Interrupt.h"
@@ -114,13 +113,13 @@ void Check(const Options& options) {
 
 std::string Json(const Options& options, const Confirmation& confirmation, WallTime time) {
     QJsonObject object;
-    object["time"] = QString::fromStdString(TimeText(time));
-    object["driver"] = QString::fromStdString(options.balance.driver);
-    object["port"] = QString::fromStdString(options.balance.Port().Text());
-    object["operation"] = QString::fromStdString(WordFor(options.request.operation));
+    object["time"] = JsonText(TimeText(time));
+    object["driver"] = JsonText(options.balance.driver);
+    object["port"] = JsonText(options.balance.Port().Text());
+    object["operation"] = JsonText(WordFor(options.request.operation));
     object["status"] = confirmation.code == ExitCode::Done ? "done" : "failed";
-    object["message"] = QString::fromStdString(confirmation.sentence);
-    return QJsonDocument(object).toJson(QJsonDocument::Compact).toStdString();
+    object["message"] = JsonText(confirmation.sentence);
+    return JsonLine(object);
 }
 
 // A balance that waits for its pan to come to rest is as silent as one that is switched off, but

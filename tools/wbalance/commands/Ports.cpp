@@ -1,12 +1,11 @@
 #include "Ports.h"
 
 #include <QtCore/QJsonArray>
-#include <QtCore/QJsonDocument>
-#include <QtCore/QJsonObject>
 #include <memory>
 
 #include "line/PortList.h"
 #include "output/Columns.h"
+#include "output/Json.h"
 #include "output/Stream.h"
 
 namespace tool {
@@ -42,24 +41,24 @@ void Describe(const PortInfo& port) {
 
 std::string Json(const PortInfo& port) {
     QJsonObject object;
-    object["device"] = QString::fromStdString(port.device);
-    object["maker"] = QString::fromStdString(port.maker);
-    object["product"] = QString::fromStdString(port.product);
-    object["serial"] = QString::fromStdString(port.serialNumber);
+    object["device"] = JsonText(port.device);
+    object["maker"] = JsonText(port.maker);
+    object["product"] = JsonText(port.product);
+    object["serial"] = JsonText(port.serialNumber);
     QJsonArray names;
     for (const auto& name : port.stableNames)
-        names.append(QString::fromStdString(name));
+        names.append(JsonText(name));
     object["stable"] = names;
-    object["group"] = QString::fromStdString(port.group);
+    object["group"] = JsonText(port.group);
     object["may_open"] = port.mayOpen;
-    object["holder"] = QString::fromStdString(port.holder);
-    return QJsonDocument(object).toJson(QJsonDocument::Compact).toStdString();
+    object["holder"] = JsonText(port.holder);
+    return JsonLine(object);
 }
 
 ExitCode Run(bool json) {
     const auto ports = ListPorts();
     if (ports.empty() && !json) {
-        Say("wbalance: no serial port is there; plug the adapter in and see dmesg\n");
+        SayLine("wbalance: no serial port is there; plug the adapter in and see dmesg");
         return ExitCode::PortFailed;
     }
     for (const auto& port : ports)

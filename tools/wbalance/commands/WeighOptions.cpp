@@ -23,7 +23,8 @@ void WeighOptions::AddTo(arguments::Command command) {
     command
         .AddOption(
             "-m,--mode", [this](const std::string& word) { mode = ModeFor(word); },
-            "stable (0): only a stable weight; auto (1): a stable one, else the driver's "
+            "stable (0): only a weight that the balance says to be stable; auto (1): a stable one, "
+            "else the driver's "
             "fall-back; now (2): what the balance shows. `wbalance drivers` says what a "
             "driver makes of them")
         .TypeName("MODE")

@@ -133,9 +133,9 @@ bool Monitor::HasEnough() const {
 
 void Monitor::Summarize() const {
     for (std::size_t i = 0; i < displayed_.size(); ++i)
-        Say(displayed_[i].name + ": " + std::to_string(tallies_[i].readings) + " readings, " +
-            SummaryOf(displayed_[i].statistics) + ", lost " + std::to_string(tallies_[i].lost) +
-            " times\n");
+        SayLine(displayed_[i].name + ": " + std::to_string(tallies_[i].readings) + " readings, " +
+                SummaryOf(displayed_[i].statistics) + ", lost " + std::to_string(tallies_[i].lost) +
+                " times");
 }
 
 }  // namespace tool

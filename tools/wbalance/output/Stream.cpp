@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <climits>
 
+#include "OutsideText.h"
 #include "ToolError.h"
 #include "process/Interrupt.h"
 
@@ -65,11 +66,15 @@ void Print(std::string_view text) {
 }
 
 void PrintLine(const std::string& line) {
-    Print(line + "\n");
+    Print(outside::Printable(line) + "\n");
 }
 
 void Say(std::string_view text) {
     static_cast<void>(WriteAll(STDERR_FILENO, text));
+}
+
+void SayLine(const std::string& line) {
+    Say(outside::Printable(line) + "\n");
 }
 
 }  // namespace tool

@@ -22,10 +22,14 @@ class ReaderGone : public std::exception {
 /// nobody is there to take it.
 void Print(std::string_view text);
 
-/// Prints the text and a line end.
+/// Prints a line and its end. What comes from outside may be in it: what of it can't be shown is
+/// printed as outside::Printable() writes it.
 void PrintLine(const std::string& line);
 
 /// Puts a text on standard error; where that can't be written, nobody can be told.
 void Say(std::string_view text);
+
+/// The same for a line, as PrintLine() prints it.
+void SayLine(const std::string& line);
 
 }  // namespace tool
