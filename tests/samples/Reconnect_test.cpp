@@ -83,6 +83,7 @@ class ReconnectSample : public testing::Test {
     Reconnect host_{stableName_};
 };
 
+// The first line is a weight: what Qt would say of the thread is kept away.
 TEST_F(ReconnectSample, Weighs_again_after_each_of_three_unplugs) {
     EXPECT_EQ(host_.says(), "12.34 g");
     for (int i = 0; i < 3; ++i) {
