@@ -1,6 +1,7 @@
 #include "simulator/instruments/Dialect.h"
 
 #include <algorithm>
+#include <memory>
 
 namespace simulator {
 namespace {
@@ -147,6 +148,16 @@ void Dialect::every(Time period, Action action) {
         return now() + period;
     };
     tasks_.push_back({Kind::repetition, now() + period, repeat});
+}
+
+void Dialect::atEachRest(Action action) {
+    const auto moved = std::make_shared<bool>(true);
+    every(balance_.data().refresh, [this, moved, action = std::move(action)] {
+        const Reading reading = balance_.read();
+        const bool rests = !busy_ && reading.stable && reading.range == Reading::Range::inside;
+        if (rests && *moved) action();
+        *moved = !rests;
+    });
 }
 
 void Dialect::stopRepeating() {

@@ -121,8 +121,10 @@ class Dialect {
     void whenStable(Time patience, Action then, Action timedOut);
     void after(Time delay, Action action);   ///< runs `action` once
     void every(Time period, Action action);  ///< runs `action` now and then at each period
-    void stopRepeating();                    ///< ends what every() began
-    void cancelAll();  ///< forgets what is waited for, delayed, repeated and kept
+    /// Runs `action` when the pan has come to rest in range, now and after each unstable time.
+    void atEachRest(Action action);
+    void stopRepeating();  ///< ends what every() and atEachRest() began
+    void cancelAll();      ///< forgets what is waited for, delayed, repeated and kept
 
     BalanceModel& balance() { return balance_; }
     const BalanceModel& balance() const { return balance_; }

@@ -93,6 +93,8 @@ Ran weighAfter(const HostUnit& unit) {
 TEST(EveryInstrument, Weighs_in_the_unit_that_a_host_has_set_and_the_program_says_so) {
     const HostUnit units[] = {
         {"mettler-xs", "9600 cs8 -parenb", "M21 0 3\\r\\n", "S S    12500.0 mg\\r\\n"},
+        {"ohaus --with series=explorer", "2400 cs7 -parenb", "2U\\r\\n", "   0.01250 kg\\r\\n"},
+        {"ohaus --with series=explorer", "2400 cs7 -parenb", "1M\\r\\n", "        13 PCS\\r\\n"},
     };
     for (const HostUnit& unit : units) {
         const Ran ran = weighAfter(unit);

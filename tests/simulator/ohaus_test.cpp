@@ -145,4 +145,151 @@ TEST_F(Ohaus, Other_units_are_printed_as_such) {
     EXPECT_EQ(ask("P\r\n"), "    1.0000 oz\r\n");
 }
 
+// Explorer EX manual, tables 9-10: the commands are acknowledged with OK!, others are refused with
+// ES.
+TEST_F(Ohaus, An_Explorer_acknowledges_what_it_sets_and_refuses_what_it_does_not_know) {
+    have(5, {"series=explorer"});
+    EXPECT_EQ(ask("0P\r\n2U\r\n1M\r\n0M\r\nON\r\n"), "OK!\r\nOK!\r\nOK!\r\nOK!\r\nOK!\r\n");
+    EXPECT_EQ(ask("X\r\n0A\r\n99U\r\n7M\r\nxT\r\n3601P\r\nP 1\r\n2\r\n"),
+              "ES\r\nES\r\nES\r\nES\r\nES\r\nES\r\nES\r\nES\r\n");
+}
+
+// Scout Pro kit EN-3 and Discovery service manual, table 4-3: no acknowledgement.
+TEST_F(Ohaus, A_Discovery_acknowledges_nothing_and_refuses_what_it_does_not_know) {
+    have(50, {"series=discovery"});
+    EXPECT_EQ(ask("T\r\nIP\r\n"), "      0.00 g\r\n");
+    EXPECT_EQ(ask("0P\r\n2U\r\n0FMT\r\n"), "ES\r\nES\r\n");
+    EXPECT_EQ(ask("12.5T\r\nIP\r\n0T\r\nIP\r\n"), "     37.50 g\r\n     50.00 g\r\n");
+}
+
+// Explorer EX manual: T and Z; with readings of an EX225D: OK! at once, ES for an empty pan.
+TEST_F(Ohaus, T_and_Z_are_acknowledged_at_once_and_done_when_the_pan_rests) {
+    have(50, {"series=explorer"});
+    EXPECT_EQ(ask("T\r\nIP\r\n"), "OK!\r\n      0.00 g\r\n");
+    EXPECT_EQ(ask("Z\r\n"), "ES\r\n");
+    have(5, {"series=explorer"});
+    EXPECT_EQ(ask("Z\r\nIP\r\nT\r\n"), "OK!\r\n      0.00 g\r\nES\r\n");
+    putOn(30);
+    EXPECT_EQ(ask("T\r\n", 100ms), "OK!\r\n");
+    EXPECT_EQ(ask("IP\r\n", 5s), "      0.00 g\r\n");
+    EXPECT_EQ(instrument_->balance().tareWeight(), 25);
+}
+
+TEST_F(Ohaus, IP_prints_at_once_and_P_waits_40_seconds_for_a_stable_weight_when_set_so) {
+    have(0, {"series=explorer", "stable-only"});
+    putOn(50);
+    EXPECT_EQ(ask("IP\r\n", 100ms), "     24.33 g ?\r\n");
+    addFault("busy");
+    EXPECT_EQ(ask("P\r\n", 200ms), "");
+    EXPECT_EQ(answersUntil(40199ms), "");
+    EXPECT_EQ(answersUntil(40200ms), "ES\r\n");
+}
+
+// Explorer EX manual: xT presets a tare in the unit that is shown, 0T clears it, PT says it.
+TEST_F(Ohaus, A_preset_tare_is_in_the_unit_that_is_shown) {
+    have(50, {"series=explorer"});
+    EXPECT_EQ(ask("12.5T\r\nIP\r\nPT\r\n"), "OK!\r\n     37.50 g\r\n     12.50 g\r\n");
+    EXPECT_EQ(ask("0T\r\nIP\r\n"), "OK!\r\n     50.00 g\r\n");
+    EXPECT_EQ(ask("2U\r\n0.02T\r\nIP\r\n"), "OK!\r\nOK!\r\n   0.03000 kg\r\n");
+    EXPECT_EQ(ask("611T\r\nIP\r\n"), "ES\r\n   0.03000 kg\r\n");
+}
+
+// Explorer EX manual: xU chooses the unit: 0 mg, 1 g, 2 kg, 3 ct, 4 oz, 5 ozt, 6 lb, 7 dwt, 8
+// grain.
+TEST_F(Ohaus, XU_chooses_the_unit_and_U_the_next_one) {
+    have(50, {"series=explorer"});
+    EXPECT_EQ(ask("0U\r\nIP\r\nPU\r\n"), "OK!\r\n     50000 mg\r\nmg\r\n");
+    EXPECT_EQ(ask("1U\r\nIP\r\n"), "OK!\r\n     50.00 g\r\n");
+    EXPECT_EQ(ask("2U\r\nIP\r\n"), "OK!\r\n   0.05000 kg\r\n");
+    EXPECT_EQ(ask("3U\r\nIP\r\n"), "OK!\r\n    250.00 ct\r\n");
+    EXPECT_EQ(ask("4U\r\nIP\r\n"), "OK!\r\n    1.7637 oz\r\n");
+    EXPECT_EQ(ask("5U\r\nIP\r\n"), "OK!\r\n    1.6075 ozt\r\n");
+    EXPECT_EQ(ask("6U\r\nIP\r\n"), "OK!\r\n   0.11023 lb\r\n");
+    EXPECT_EQ(ask("7U\r\nIP\r\n"), "OK!\r\n    32.151 dwt\r\n");
+    EXPECT_EQ(ask("8U\r\nIP\r\n"), "OK!\r\n     771.6 GN\r\n");
+    EXPECT_EQ(ask("U\r\nPU\r\nU\r\nPU\r\n"), "OK!\r\nmg\r\nOK!\r\ng\r\n");
+}
+
+// Explorer EX manual: 0M weighing, 1M counting, M the next mode, PM says it.
+TEST_F(Ohaus, XM_chooses_weighing_or_counting) {
+    have(12.4, {"series=explorer"});
+    EXPECT_EQ(ask("PM\r\n1M\r\nPM\r\nIP\r\n"), "Weighing\r\nOK!\r\nCounting\r\n        12 PCS\r\n");
+    EXPECT_EQ(ask("M\r\nIP\r\nM\r\nIP\r\n0M\r\nIP\r\n"),
+              "OK!\r\n     12.40 g\r\nOK!\r\n        12 PCS\r\nOK!\r\n     12.40 g\r\n");
+}
+
+// Read from a new Scout: 1M is weighing, xU the unit; 0FMT is acknowledged.
+TEST_F(Ohaus, A_new_Scout_acknowledges_and_prints_a_line_of_its_own) {
+    have(12.4, {"series=scout"});
+    EXPECT_EQ(ask("1M\r\n1U\r\n0P\r\n0FMT\r\nIP\r\n"),
+              "OK!\r\nOK!\r\nOK!\r\nOK!\r\n     12.40 g  \r\n");
+    EXPECT_EQ(ask("T\r\nIP\r\n"), "OK!\r\n      0.00 g   N\r\n");
+    putOn(30);
+    EXPECT_EQ(ask("IP\r\n", 100ms), "      8.56 g ? N\r\n");
+    EXPECT_EQ(ask("CP\r\n5P\r\nSP\r\nPM\r\n1T\r\n1FMT\r\n", 5s),
+              "ES\r\nES\r\nES\r\nES\r\nES\r\nES\r\n");
+    EXPECT_EQ(ask("M\r\n2U\r\nIP\r\n", 5s), "OK!\r\nOK!\r\n   0.01760 kg   N\r\n");
+}
+
+// Scout Pro kit EN-3: xM chooses the unit: 0 g, 1 oz, 2 ozt, 3 dwt, 4 count, 5 lb; no answer.
+TEST_F(Ohaus, XM_chooses_the_unit_of_a_Scout_Pro) {
+    have(50);
+    EXPECT_EQ(ask("1M\r\nP\r\n"), "      1.7637 oz     \r\n");
+    EXPECT_EQ(ask("4M\r\nP\r\n"), "          50 PCS    \r\n");
+    EXPECT_EQ(ask("6M\r\n0M\r\nP\r\n"), "       50.00 g      \r\n");
+}
+
+// Scout Pro kit EN-3 and AS table: V, "?", LE.
+TEST_F(Ohaus, A_Scout_Pro_says_version_stability_and_last_error) {
+    have(50, {"software=1.12"});
+    EXPECT_EQ(ask("V\r\n?\r\nLE\r\n"), "1.12\r\ng      \r\n[Err 0]\r\n");
+    addFault("busy");
+    EXPECT_EQ(ask("?\r\n"), "g     ?\r\n");
+}
+
+// Explorer EX manual: PSN serial number, PV versions; V is as PV.
+TEST_F(Ohaus, An_Explorer_says_serial_number_and_version) {
+    have(50, {"series=explorer", "serial-number=B7", "software=2.03"});
+    EXPECT_EQ(ask("PSN\r\nPV\r\nV\r\n"), "B7\r\n2.03\r\n2.03\r\n");
+}
+
+// Explorer EX manual: CP prints all the time, xP every x seconds, 0P ends both.
+TEST_F(Ohaus, CP_and_xP_print_until_0P) {
+    have(1, {"series=explorer"});
+    EXPECT_EQ(ask("2P\r\n"), "      1.00 g\r\n");
+    EXPECT_EQ(answersUntil(4s), "      1.00 g\r\n      1.00 g\r\n");
+    EXPECT_EQ(ask("CP\r\n", 4s), "      1.00 g\r\n");
+    EXPECT_EQ(answersUntil(4200ms), "      1.00 g\r\n");
+    EXPECT_EQ(ask("0P\r\n", 4200ms), "OK!\r\n");
+    EXPECT_EQ(answersUntil(60s), "");
+}
+
+// Explorer EX manual: SLP prints each new stable load, SLZP zero as well. Scout Pro: SA.
+TEST_F(Ohaus, SLP_prints_each_new_stable_load_and_SLZP_zero_too) {
+    have(1, {"series=explorer"});
+    EXPECT_EQ(ask("SLP\r\n"), "      1.00 g\r\n");
+    putOn(20);
+    EXPECT_EQ(answersUntil(5s), "     20.00 g\r\n");
+    putOn(0);
+    EXPECT_EQ(answersUntil(10s), "");
+    EXPECT_EQ(ask("SLZP\r\n", 10s), "      0.00 g\r\n");
+    putOn(20);
+    answersUntil(15s);
+    putOn(0);
+    EXPECT_EQ(answersUntil(20s), "      0.00 g\r\n");
+    EXPECT_EQ(ask("0P\r\n", 20s), "OK!\r\n");
+    have(1, {"line=explorer"});
+    EXPECT_EQ(ask("SA\r\n"), "      1.00 g\r\n");
+    EXPECT_EQ(ask("0A\r\n"), "");
+}
+
+// Adventurer service manual, table 1-6, and a new Scout: ES while the balance wakes up.
+TEST_F(Ohaus, Switched_off_it_says_ES_until_it_is_awake_again) {
+    have(1, {"series=scout"});
+    EXPECT_EQ(ask("OFF\r\nIP\r\n1M\r\n"), "OK!\r\nES\r\nES\r\n");
+    EXPECT_EQ(ask("ON\r\n1M\r\n", 1s), "OK!\r\nES\r\n");
+    EXPECT_EQ(ask("1M\r\n", 2999ms), "ES\r\n");
+    EXPECT_EQ(ask("1M\r\nIP\r\n", 3s), "OK!\r\n      1.00 g  \r\n");
+}
+
 }  // namespace
