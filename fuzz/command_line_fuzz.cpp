@@ -54,6 +54,10 @@ void Parse(const std::string& line) {
     } catch (const Understood&) {
     } catch (const CLI::ParseError& error) {
         fuzz::Require(*error.what() != '\0', "a sentence");
+    } catch (const tool::ToolError& error) {
+        // A word that an option itself does not know, such as a mode.
+        fuzz::Require(error.code == tool::ExitCode::Usage, "a wrong use");
+        fuzz::Require(*error.what() != '\0', "a sentence");
     }
 }
 

@@ -3,28 +3,9 @@
 
 #include <cmath>
 
-#include "Harness.h"
-#include "readings/Measurement.h"
+#include "AnyReport.h"
 
 namespace {
-
-std::string Traced(fuzz::Input& input) {
-    const std::string text = input.Text(static_cast<std::size_t>(input.Below(40)));
-    switch (input.Below(4)) {
-        case 0:
-            return "<== " + text + " ... OK\n\n";
-        case 1:
-            return text;
-        default:
-            return "Read from scale: " + text + " (time elapsed: 0 ms)\n";
-    }
-}
-
-/// What the driver may have returned: mostly the number that is read from an answer.
-double Weight(fuzz::Input& input, const tool::DriverInfo& driver, const std::string& answer) {
-    if (input.Coin()) return driver.dialect(answer).Value();
-    return input.Number() / 100.0;
-}
 
 bool IsNumber(const std::string& digits) {
     return !digits.empty() && digits.find_first_not_of("+-.0123456789") == std::string::npos;
@@ -34,18 +15,8 @@ bool IsNumber(const std::string& digits) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     fuzz::Input input(data, size);
-    const auto& drivers = tool::Drivers();
-    const tool::DriverInfo& driver =
-        drivers[static_cast<std::size_t>(input.Below(static_cast<int>(drivers.size())))];
-    tool::Report report;
-    report.outcome.result = input.Below(3);
-    std::string answer;
-    for (int texts = 1 + input.Below(8); texts != 0; --texts) {
-        report.trace.push_back({{}, Traced(input)});
-        const auto& exchanges = tool::Dialogue(report.trace).exchanges;
-        if (!exchanges.empty()) answer = exchanges.back().answer;
-    }
-    report.outcome.weight = Weight(input, driver, answer);
+    const tool::DriverInfo& driver = fuzz::AnyDriver(input);
+    const tool::Report report = fuzz::AnyReport(input, driver);
 
     const tool::Reading reading = tool::Measure(driver, report).reading;
 
@@ -56,6 +27,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (!reading.IsWeight()) return 0;
     fuzz::Require(report.outcome.result != 0, "the driver has accepted it");
     fuzz::Require(IsNumber(reading.digits), "a number: " + reading.digits);
+    fuzz::Require(
+        report.request.mode != tool::kStableOnly || reading.stability == tool::Stability::Stable,
+        "a stable weight where only that is one");
     const double value = reading.Value();
     fuzz::Require(std::isfinite(value), "a finite number");
     // The mean of several readings is written with their decimals.

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "Harness.h"
+#include "OutsideText.h"
 #include "Record.h"
 
 namespace {
@@ -46,10 +47,10 @@ void WrittenAndReadAgain(const record::Record& record) {
         writer.Write(entry);
     }
     const record::Record again = record::Read(file.Path());
-    fuzz::Require(again.header.driver == record.header.driver, "the driver");
-    fuzz::Require(again.header.port == record.header.port, "the port");
-    fuzz::Require(again.header.line == record.header.line, "the line settings");
-    fuzz::Require(again.header.date == record.header.date, "the date");
+    fuzz::Require(again.header.driver == outside::Printable(record.header.driver), "the driver");
+    fuzz::Require(again.header.port == outside::Printable(record.header.port), "the port");
+    fuzz::Require(again.header.line == outside::Printable(record.header.line), "the line settings");
+    fuzz::Require(again.header.date == outside::Printable(record.header.date), "the date");
     fuzz::Require(again.entries.size() == record.entries.size(), "the number of entries");
     for (std::size_t i = 0; i < again.entries.size(); ++i)
         fuzz::Require(Same(again.entries[i], record.entries[i]), "an entry");
