@@ -11,7 +11,6 @@
 #include "AnyReport.h"
 #include "OutsideText.h"
 #include "doctor/Doctor.h"
-#include "monitor/LiveDisplay.h"
 #include "output/MeasurementFormat.h"
 #include "process/Recorder.h"
 #include "readings/Confirmation.h"
@@ -90,16 +89,6 @@ void RequireFormats(const tool::LabelledMeasurement& labelled) {
     RequireCsv(csv, measurement);
 }
 
-void RequireDisplay(const tool::LabelledMeasurement& labelled, const std::string& lost) {
-    tool::DisplayedBalance balance;
-    balance.name = labelled.port;
-    balance.reading = labelled.measurement.reading;
-    balance.received = true;
-    balance.lost = lost;
-    for (const std::string& line : LinesFor(balance))
-        RequireALine(line, "the live display");
-}
-
 void RequireSentences(const tool::DriverInfo& driver, const tool::Report& report,
                       const tool::Measurement& measurement) {
     RequireALine(SentenceFor(measurement.reading), "a sentence");
@@ -154,8 +143,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     RequireFormats({driver.name, port, "", "", measurement});
     RequireALine(Formatted({driver.name, port, "lost", message, {}}, tool::Format::Text),
                  "a notice");
-    RequireDisplay({driver.name, port, "", "", measurement}, "");
-    RequireDisplay({driver.name, port, "", "", measurement}, message);
     RequireSentences(driver, report, measurement);
     RequireTrace(report);
     RequireReplay(driver, report, measurement);
