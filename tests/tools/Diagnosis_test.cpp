@@ -50,6 +50,23 @@ const Case kDiagnoses[] = {
     {"another_makers_driver_and_no_weight", "radwag --load 3", "-d kern -l 9600,7E1 -t 0",
      "text comes back that the driver kern does not know; `wbalance detect` finds the instrument",
      5},
+    {"in_pieces", "mettler-toledo --load 12.34 --line 300,7E1 --pace",
+     "-d mettler-toledo -l 300,7E1",
+     "the answer comes in more pieces than the three that the driver takes, and waiting longer "
+     "does "
+     "not help: use an FTDI adapter with its latency timer set to 255 ms; a higher baud rate on "
+     "the "
+     "balance and in --line may do, too",
+     5},
+    {"in_pieces_of_a_built_in_port", "sartorius --load 12.34 --pace=16550", "-d sartorius",
+     "the answer comes in more pieces than the three that the driver takes, and waiting longer "
+     "does "
+     "not help: use an FTDI adapter with its latency timer set to 255 ms; a higher baud rate on "
+     "the "
+     "balance and in --line may do, too",
+     5},
+    {"in_few_pieces", "sartorius --load 12.34 --pace=ftdi:255", "-d sartorius",
+     "everything works; `wbalance weigh --driver sartorius --port /dev/ttyS0` reads the weight", 0},
     {"silent", "mettler-toledo --fault silent", "-d mettler-toledo -t 0",
      "the port works but nothing comes back; is the balance switched on, is the cable the right "
      "one "

@@ -53,6 +53,27 @@ const DriverInfo* SpeakerOf(const DriverInfo& asked, const std::string& answer) 
     return nullptr;
 }
 
+// The drivers that read without an end mark take three pieces, however small; what is behind them
+// is read as the answer to the next command, or not at all.
+const std::string kTooManyPieces =
+    "the answer comes in more pieces than the three that the driver takes, and waiting longer does "
+    "not help: use an FTDI adapter with its latency timer set to 255 ms; a higher baud rate on the "
+    "balance and in --line may do, too";
+
+// Whether reading has stopped while characters were still coming: a read that ends for any other
+// reason has either met the line end or waited in vain, which it says.
+bool EndsInMidAnswer(const std::vector<TraceText>& trace, const std::string& answer) {
+    const auto begins = [](const TraceText& text, const char* words) {
+        return text.text.rfind(words, 0) == 0;
+    };
+    bool waitedInVain = true;
+    for (const auto& text : trace) {
+        if (begins(text, "<== ")) waitedInVain = false;
+        if (begins(text, "Timeout elapsed")) waitedInVain = true;
+    }
+    return !waitedInVain && LooksLikeText(answer) && answer.back() != '\n';
+}
+
 // A whole line of text.
 std::string ExplainLine(const DriverInfo& driver, const Measurement& measurement) {
     const Meaning own = driver.dialect(measurement.answer).meaning;
@@ -129,8 +150,10 @@ Diagnosis Doctor::ExamineBalance(const Connection& connection) {
         const Dialogue dialogue(report.trace);
         return {CodeFor(reading.meaning),
                 device + ": " +
-                    ExplainAnswer(*connection.driver, connection.line,
-                                  dialogue.exchanges.back().command, measurement)};
+                    (EndsInMidAnswer(report.trace, measurement.answer)
+                         ? kTooManyPieces
+                         : ExplainAnswer(*connection.driver, connection.line,
+                                         dialogue.exchanges.back().command, measurement))};
     }
     if (!reading.IsWeight())
         return {CodeFor(reading.meaning), device + ": the line works; " + SentenceFor(reading)};
