@@ -3,36 +3,26 @@
 #include <string>
 #include <vector>
 
-#include "Statistics.h"
-#include "readings/Measurement.h"
+#include "Picture.h"
 
 namespace tool {
 
-/// What the live display shows of one balance.
-struct DisplayedBalance {
-    std::string name;  ///< driver and port
-    Reading reading;
-    bool received = false;  ///< whether there has been a reading at all
-    std::string lost;       ///< why it is lost; empty: it is not
-    Statistics statistics;
-};
-
-/// The lines of one balance: the weight large, or what it is instead, stability, trend, minimum,
-/// maximum, mean and drift.
-std::vector<std::string> LinesFor(const DisplayedBalance& balance);
-
-/// A block of lines at the bottom of the terminal that is drawn over itself.
+/// A block of lines at the bottom of the terminal on standard output that is drawn over itself. It
+/// changes no setting of the terminal, so that there is nothing to be put back, however the program
+/// ends.
 class LiveDisplay {
  public:
-    LiveDisplay();   ///< hides the cursor
-    ~LiveDisplay();  ///< shows it again; the last picture stays
-    LiveDisplay(const LiveDisplay&) = delete;
-    LiveDisplay& operator=(const LiveDisplay&) = delete;
+    LiveDisplay();
 
+    /// Shows the balances, anew where the picture, the terminal's size or what stands on it has
+    /// changed. Draws nothing in the background.
     void Draw(const std::vector<DisplayedBalance>& balances);
 
  private:
-    std::size_t drawn_ = 0;
+    std::string WayToTheTop(ScreenSize size) const;
+
+    std::vector<std::string> drawn_;
+    ScreenSize size_;
 };
 
 }  // namespace tool

@@ -1,8 +1,8 @@
 #include "Monitor.h"
 
 #include <algorithm>
-#include <cstdio>
 
+#include "OutsideText.h"
 #include "ToolError.h"
 #include "output/Stream.h"
 #include "process/Interrupt.h"
@@ -14,6 +14,7 @@ namespace {
 using Clock = MonitoredBalance::Clock;
 
 constexpr std::chrono::milliseconds kLongestWait{250};
+constexpr std::chrono::seconds kAlwaysFresh{2};
 
 // A line of the log is for programs; it is JSON when the output is.
 Format LogFormat(Format format) {
@@ -21,13 +22,9 @@ Format LogFormat(Format format) {
 }
 
 std::string SummaryOf(const Statistics& statistics) {
-    std::string summary = std::to_string(statistics.Count()) + " weights";
-    if (statistics.Count() == 0) return summary;
-    char text[160];
-    std::snprintf(text, sizeof text, ", min %.6g, max %.6g, mean %.8g g, drift %+.3g g/min",
-                  statistics.Minimum(), statistics.Maximum(), statistics.Mean(),
-                  statistics.Drift());
-    return summary + text;
+    const std::string numbers = statistics.NumbersText(" g", ", ");
+    return std::to_string(statistics.Count()) + " weights" + statistics.DynamicText() +
+           (numbers.empty() ? "" : ", " + numbers);
 }
 
 }  // namespace
@@ -43,7 +40,11 @@ Monitor::Monitor(const Settings& settings)
     for (std::size_t i = 0; i < settings.balances.size(); ++i) {
         balances_.push_back(
             std::make_unique<MonitoredBalance>(settings.balances[i], ListenerFor(i)));
-        displayed_[i].name = balances_[i]->Driver() + " " + balances_[i]->Port();
+        displayed_[i].name =
+            outside::Printable(balances_[i]->Driver() + " " + balances_[i]->Port());
+        displayed_[i].freshFor =
+            std::max<Clock::duration>(kAlwaysFresh, 2 * settings.balances[i].interval);
+        displayed_[i].statistics = Statistics(settings.countsDynamic);
     }
 }
 
@@ -55,11 +56,11 @@ MonitoredBalance::Listener Monitor::ListenerFor(std::size_t index) {
     listener.onLost = [this, index](const auto&, const std::string& reason) {
         ++tallies_[index].lost;
         displayed_[index].lost = reason;
-        TakeNotice(index, "lost", reason);
+        TakeNotice(index, "lost", reason, std::chrono::system_clock::now());
     };
-    listener.onBack = [this, index](const auto&, const std::string& device) {
+    listener.onBack = [this, index](const auto&, const std::string& device, WallTime time) {
         displayed_[index].lost.clear();
-        TakeNotice(index, "back", "at " + device);
+        TakeNotice(index, "back", "at " + device, time);
     };
     listener.onTrace = SinkFor(settings_.trace);
     return listener;
@@ -103,14 +104,16 @@ void Monitor::TakeReading(std::size_t index, const Measurement& measurement) {
     ++tallies_[index].readings;
     displayed_[index].reading = measurement.reading;
     displayed_[index].received = true;
+    displayed_[index].receivedAt = Clock::now();
     if (measurement.reading.IsWeight())
-        displayed_[index].statistics.Add(Clock::now() - start_, measurement.reading.Value());
+        displayed_[index].statistics.Add(Clock::now() - start_, measurement.reading);
     Tell({balances_[index]->Driver(), balances_[index]->Port(), "", "", measurement});
 }
 
-void Monitor::TakeNotice(std::size_t index, const std::string& status, const std::string& message) {
+void Monitor::TakeNotice(std::size_t index, const std::string& status, const std::string& message,
+                         WallTime time) {
     Measurement nothing;
-    nothing.time = std::chrono::system_clock::now();
+    nothing.time = time;
     Tell({balances_[index]->Driver(), balances_[index]->Port(), status, message, nothing});
 }
 

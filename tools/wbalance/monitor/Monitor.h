@@ -17,10 +17,11 @@ class Monitor {
     struct Settings {
         std::vector<MonitoredBalance::Settings> balances;
         Format format = Format::Text;
-        bool live = false;    ///< the live display instead of lines
-        bool trace = false;   ///< the library's trace on standard error
-        std::string logPath;  ///< empty: no log
-        int count = 0;        ///< readings of each balance after which it ends; 0: no end
+        bool live = false;           ///< the live display instead of lines
+        bool trace = false;          ///< the library's trace on standard error
+        std::string logPath;         ///< empty: no log
+        int count = 0;               ///< readings of each balance after which it ends; 0: no end
+        bool countsDynamic = false;  ///< in the statistics, too
     };
 
     explicit Monitor(const Settings& settings);
@@ -29,7 +30,8 @@ class Monitor {
  private:
     MonitoredBalance::Listener ListenerFor(std::size_t index);
     void TakeReading(std::size_t index, const Measurement& measurement);
-    void TakeNotice(std::size_t index, const std::string& status, const std::string& message);
+    void TakeNotice(std::size_t index, const std::string& status, const std::string& message,
+                    WallTime time);
     void Tell(const LabelledMeasurement& measurement);
     void ReadOn();
     void Wait();

@@ -57,7 +57,6 @@ void MonitoredBalance::Begin(Clock::time_point now) {
     Request request;
     request.mode = settings_.mode;
     process_->Start(request);
-    due_ = std::max(due_ + settings_.interval, now);
     next_ = now + kLook;
 }
 
@@ -92,14 +91,21 @@ Measurement MonitoredBalance::Conclude(Clock::time_point now) {
         RequireDevice();
         throw ToolError(ExitCode::Silent, SentenceFor(measurement.reading));
     }
-    next_ = std::max(due_, now);
+    next_ = due_ = NextStart(now);
     return measurement;
+}
+
+// Starts that a slow reading has missed are left out, not made up for.
+MonitoredBalance::Clock::time_point MonitoredBalance::NextStart(Clock::time_point now) const {
+    if (settings_.interval.count() == 0) return now;
+    const auto missed = (now - due_) / settings_.interval;
+    return due_ + (missed + 1) * settings_.interval;
 }
 
 void MonitoredBalance::Deliver(const Measurement& measurement) {
     if (lost_) {
         lost_ = false;
-        listener_.onBack(*this, connection_.port.Device());
+        listener_.onBack(*this, connection_.port.Device(), measurement.time);
     }
     listener_.onReading(*this, measurement);
 }

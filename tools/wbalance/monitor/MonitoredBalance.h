@@ -39,8 +39,9 @@ class MonitoredBalance {
         std::function<void(const MonitoredBalance&, const Measurement&)> onReading;
         /// The balance has been lost, and why.
         std::function<void(const MonitoredBalance&, const std::string&)> onLost;
-        /// The balance is back, and at which device.
-        std::function<void(const MonitoredBalance&, const std::string&)> onBack;
+        /// The balance is back, at which device, and since when: the time of the reading that shows
+        /// it.
+        std::function<void(const MonitoredBalance&, const std::string&, WallTime)> onBack;
         BalanceProcess::TraceSink onTrace;
     };
 
@@ -63,6 +64,7 @@ class MonitoredBalance {
     void RequireDevice() const;
     Measurement Conclude(Clock::time_point now);
     void Deliver(const Measurement& measurement);
+    Clock::time_point NextStart(Clock::time_point now) const;
     void Lose(const std::string& reason, Clock::time_point now);
 
     const Settings settings_;
@@ -70,7 +72,7 @@ class MonitoredBalance {
     Connection connection_;
     std::unique_ptr<BalanceProcess> process_;
     Clock::time_point next_ = Clock::now();
-    Clock::time_point due_ = next_;  ///< of the reading that comes next
+    Clock::time_point due_ = next_;  ///< when the last reading was to start
     bool lost_ = false;
 };
 

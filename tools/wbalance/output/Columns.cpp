@@ -59,8 +59,10 @@ std::size_t WidthOf(const Characters& characters) {
 }
 
 std::string TextOf(const Characters& characters) {
-    return std::accumulate(characters.begin(), characters.end(), std::string(),
-                           [](std::string text, const Character& one) { return text + one.bytes; });
+    std::string text;
+    for (const auto& character : characters)
+        text += character.bytes;
+    return text;
 }
 
 }  // namespace
@@ -76,21 +78,26 @@ std::string Padded(const std::string& text, std::size_t columns) {
 
 std::string Cut(const std::string& text, std::size_t columns) {
     Characters characters = CharactersOf(text);
-    if (WidthOf(characters) <= columns) return TextOf(characters);
+    std::size_t width = WidthOf(characters);
+    if (width <= columns) return TextOf(characters);
     if (columns == 0) return "";
-    while (WidthOf(characters) >= columns)
-        characters.pop_back();
+    for (; width >= columns; characters.pop_back())
+        width -= characters.back().width;
     return TextOf(characters) + ">";
 }
 
 std::string CutInFront(const std::string& text, std::size_t columns) {
-    Characters characters = CharactersOf(text);
-    if (WidthOf(characters) <= columns) return TextOf(characters);
+    const Characters characters = CharactersOf(text);
+    std::size_t width = WidthOf(characters);
+    if (width <= columns) return TextOf(characters);
     if (columns == 0) return "";
+    auto first = characters.begin();
+    for (; width >= columns; ++first)
+        width -= first->width;
     // What combines with a character goes with it.
-    while (WidthOf(characters) >= columns || (!characters.empty() && characters.front().width == 0))
-        characters.erase(characters.begin());
-    return "<" + TextOf(characters);
+    while (first != characters.end() && first->width == 0)
+        ++first;
+    return "<" + TextOf({first, characters.end()});
 }
 
 }  // namespace tool

@@ -15,11 +15,6 @@ bool Same(double a, double b) {
     return std::isfinite(greatest) && std::fabs(a - b) <= 1e-9 * greatest;
 }
 
-int DecimalsOf(const std::string& digits) {
-    const std::size_t point = digits.find('.');
-    return point == std::string::npos ? 0 : static_cast<int>(digits.size() - point - 1);
-}
-
 std::string DigitsOf(double value, int decimals) {
     const int length = std::snprintf(nullptr, 0, "%.*f", decimals, value);
     std::string digits(static_cast<std::size_t>(length) + 1, '\0');
@@ -44,7 +39,7 @@ Reading Mean(const std::vector<Reading>& readings) {
     int decimals = 0;
     for (const auto& reading : readings) {
         sum += reading.Value();
-        decimals = std::max(decimals, DecimalsOf(reading.digits));
+        decimals = std::max(decimals, reading.Decimals());
     }
     Reading mean = readings.front();
     mean.stability = Stability::Dynamic;

@@ -47,6 +47,11 @@ double Reading::Value() const {
     return std::strtod(digits.c_str(), nullptr);
 }
 
+int Reading::Decimals() const {
+    const std::size_t point = digits.find('.');
+    return point == std::string::npos ? 0 : static_cast<int>(digits.size() - point - 1);
+}
+
 std::string WordFor(Meaning meaning) {
     switch (meaning) {
         case Meaning::Weight:

@@ -32,6 +32,8 @@ struct Reading {
 
     /// The number that `digits` shows; 0 without one.
     double Value() const;
+    /// How many digits `digits` has behind the point.
+    int Decimals() const;
     /// Whether this is a weight in grams that can be relied on.
     bool IsWeight() const { return meaning == Meaning::Weight; }
 };
