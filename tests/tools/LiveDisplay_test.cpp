@@ -109,7 +109,8 @@ TEST(LiveDisplay, Is_drawn_over_itself_and_changes_no_mode_of_the_terminal) {
 TEST(LiveDisplay, Ends_with_the_window_that_it_is_drawn_in) {
     OnTerminal monitor(Monitor("mettler-toledo --load 12.34"));
     EXPECT_TRUE(monitor.SeesSoon("n 2 ")) << monitor.Seen();
-    EXPECT_EQ(monitor.Close(), kEndedAsItsReaderHas);
+    // As at Ctrl-C, unless it draws before it notices.
+    EXPECT_THAT(monitor.Close(), testing::AnyOf(0, kEndedAsItsReaderHas));
 }
 
 TEST(LiveDisplay, Ends_with_its_window_also_where_a_closed_one_is_ignored) {

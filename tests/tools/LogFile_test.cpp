@@ -1,6 +1,9 @@
 #include "monitor/LogFile.h"
 
 #include <gmock/gmock.h>
+#include <unistd.h>
+
+#include <cstdio>
 
 #include "TemporaryFile.h"
 #include "ToolError.h"
@@ -44,6 +47,47 @@ TEST(LogFile, A_file_that_holds_something_else_is_left_as_it_is) {
     EXPECT_THROW(LogFile(letter.Path(), ""), tool::ToolError);
     EXPECT_THROW(LogFile(letter.Path(), "a,b"), tool::ToolError);
     EXPECT_EQ(letter.Text(), "Dear Sirs");
+}
+
+TEST(LogFile, Goes_on_in_a_new_file_when_the_old_one_was_moved_or_deleted) {
+    const TemporaryFile file;
+    const TemporaryFile moved;
+    LogFile log(file.Path(), "a,b");
+    log.Write("1,2");
+    ASSERT_EQ(std::rename(file.Path().c_str(), moved.Path().c_str()), 0);
+    log.Write("3,4");
+    EXPECT_EQ(moved.Text(), "a,b\n1,2\n");
+    EXPECT_EQ(file.Text(), "a,b\n3,4\n");
+    unlink(file.Path().c_str());
+    log.Write("5,6");
+    EXPECT_EQ(file.Text(), "a,b\n5,6\n");
+}
+
+TEST(LogFile, A_file_that_rotation_has_emptied_begins_with_the_header_again) {
+    const TemporaryFile file;
+    LogFile log(file.Path(), "a,b");
+    log.Write("1,2");
+    file.Write("");
+    log.Write("3,4");
+    EXPECT_EQ(file.Text(), "a,b\n3,4\n");
+}
+
+TEST(LogFile, A_file_that_others_have_begun_in_its_place_is_left_as_it_is) {
+    const TemporaryFile file;
+    const TemporaryFile moved;
+    LogFile log(file.Path(), "a,b");
+    ASSERT_EQ(std::rename(file.Path().c_str(), moved.Path().c_str()), 0);
+    file.Write("Dear Sirs");
+    EXPECT_THROW(log.Write("1,2"), tool::ToolError);
+    EXPECT_EQ(file.Text(), "Dear Sirs");
+}
+
+TEST(LogFile, Begins_the_new_file_at_once_when_it_is_told_to) {
+    const TemporaryFile file;
+    LogFile log(file.Path(), "a,b");
+    unlink(file.Path().c_str());
+    log.FollowRotation();
+    EXPECT_EQ(file.Text(), "a,b\n");
 }
 
 TEST(LogFile, A_full_disk_is_an_error) {

@@ -48,6 +48,14 @@ class StartedProgram {
         return true;
     }
 
+    /// Reads until so many bytes have come; false when they do not.
+    bool ReadsMore(std::size_t bytes) {
+        while (read_.size() < bytes) {
+            if (!Read()) return false;
+        }
+        return true;
+    }
+
     /// Waits until the pipe takes no more, so that the program waits for its reader.
     void LetThePipeFill() const {
         constexpr std::chrono::milliseconds kLook{300};

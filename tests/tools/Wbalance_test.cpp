@@ -535,6 +535,107 @@ TEST(Wbalance, Ctrl_C_at_the_record_that_is_still_to_come_is_an_interruption) {
     unlink(pipe.c_str());
 }
 
+#ifdef LOGROTATE
+// The file that is shipped with the service, for another log.
+class Rotation {
+ public:
+    explicit Rotation(const std::string& log) {
+        RunShell("sed 's|^/var/lib/wbalance/weights.jsonl|" + log + "|' " SHIPPED_LOGROTATE " >" +
+                 settings_.Path());
+    }
+    Ran Run() const {
+        return RunShell(LOGROTATE " --force --state " + state_.Path() + " " + settings_.Path());
+    }
+
+ private:
+    const TemporaryFile settings_;
+    const TemporaryFile state_;
+};
+
+TEST(Wbalance, The_shipped_rotation_loses_and_doubles_no_line_of_the_log) {
+    const Ran folder = RunShell("mktemp -d");
+    const std::string log = folder.output.substr(0, folder.output.size() - 1) + "/weights.jsonl";
+    StartedProgram monitor(std::string(kMonitor) + " --log " + log);
+    EXPECT_TRUE(monitor.Reads("}\n{")) << monitor.Errors();
+    const Rotation rotation(log);
+    const Ran rotated = rotation.Run();
+    EXPECT_EQ(rotated.exitCode, 0) << rotated.errors;
+    const std::size_t before = monitor.Output().size();
+    EXPECT_TRUE(monitor.ReadsMore(before + 1000)) << monitor.Errors();
+    monitor.Signal(SIGINT);
+    EXPECT_EQ(monitor.End(), 0);
+    EXPECT_EQ(RunShell("ls " + log + "* | wc -l").output, "2\n");
+    EXPECT_EQ(RunShell("cat " + log + "-* " + log).output, monitor.Output());
+    RunShell("rm -r $(dirname " + log + ")");
+}
+#endif
+
+TEST(Wbalance,
+     SIGHUP_begins_a_new_log_where_there_is_no_terminal_and_ends_the_monitor_without_a_log) {
+    const TemporaryFile log;
+    StartedProgram logging(std::string(kMonitor) + " -i 3600 --log " + log.Path());
+    EXPECT_TRUE(logging.Reads("}\n")) << logging.Errors();
+    unlink(log.Path().c_str());
+    logging.Signal(SIGHUP);
+    while (access(log.Path().c_str(), F_OK) != 0)
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    logging.Signal(SIGINT);
+    EXPECT_EQ(logging.End(), 0);
+
+    StartedProgram bare(kMonitor);
+    EXPECT_TRUE(bare.Reads("}\n")) << bare.Errors();
+    bare.Signal(SIGHUP);
+    EXPECT_EQ(bare.End(), 0);
+    EXPECT_THAT(bare.Errors(), EndsWith(", lost 0 times\n"));
+}
+
+TEST(Wbalance, Monitor_ends_after_a_time_in_several_units) {
+    for (const char* duration : {"1", "1s", "0.0166min"}) {
+        const Ran ran = WbalanceWith(
+            "mettler-toledo --load 12.34",
+            std::string("monitor mettler-toledo@0 -i 0 -t 0 --json --for ") + duration);
+        EXPECT_THAT(ran.errors, EndsWith(", lost 0 times\n")) << duration;
+        EXPECT_EQ(ran.exitCode, 0);
+    }
+    for (const char* duration : {"nan", "-1", "0", "1 h", "1week", "", "1e300", "inf"}) {
+        const Ran ran = Wbalance("monitor radwag@0 --for \"" + std::string(duration) + "\"");
+        EXPECT_EQ(ran.errors, "wbalance: there is no duration \"" + std::string(duration) +
+                                  "\"; write seconds, or a number with its unit: 90s, 10min, 8h, "
+                                  "7d\n");
+        EXPECT_EQ(ran.exitCode, 2);
+    }
+}
+
+TEST(Wbalance, The_statistics_have_the_balances_decimals_and_leave_a_moving_pan_out) {
+    const Ran still =
+        WbalanceWith("mettler-xs --load 123.4567", "monitor mettler-xs@0 -n 2 -i 0 -t 0 --csv");
+    EXPECT_THAT(still.errors, HasSubstr(": 2 readings, 2 weights, min 123.4567, max 123.4567, mean "
+                                        "123.45670, sd 0.00000 g, drift +0.00000 g/min, lost 0"));
+    const std::string restless = "kern --fault busy --load 5";
+    const Ran left = WbalanceWith(restless, "monitor kern@0 -n 2 -i 0 -t 0 --csv");
+    EXPECT_THAT(left.errors,
+                HasSubstr(": 2 readings, 0 weights (2 dynamic ones left out), lost 0 times"));
+    const Ran counted = WbalanceWith(restless, "monitor kern@0 -n 2 -i 0 -t 0 --csv --dynamic");
+    EXPECT_THAT(counted.errors, HasSubstr(": 2 readings, 2 weights (2 dynamic ones among them), "
+                                          "min "));
+}
+
+TEST(Wbalance, A_balance_is_back_no_later_than_the_weight_behind_it) {
+    const Ran ran = WbalanceWith("mettler-toledo --load 12.34 --fault unplug@1s+2s",
+                                 "monitor mettler-toledo@0 -n 12 -i 0 -t 0 --json");
+    std::istringstream lines(ran.output);
+    std::string line;
+    QString before;
+    bool back = false;
+    while (std::getline(lines, line)) {
+        const QJsonObject object = JsonOf(line);
+        EXPECT_LE(before.toStdString(), object["time"].toString().toStdString()) << line;
+        before = object["time"].toString();
+        back = back || object["status"].toString() == "back";
+    }
+    EXPECT_TRUE(back);
+}
+
 TEST(Wbalance, Monitor_finds_an_adapter_again_that_comes_back_under_another_number) {
     const TemporaryFile place;
     const std::string link = place.Path() + "-link";

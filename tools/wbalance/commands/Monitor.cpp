@@ -2,7 +2,9 @@
 
 #include <unistd.h>
 
+#include <charconv>
 #include <limits>
+#include <map>
 #include <memory>
 #include <set>
 
@@ -14,15 +16,19 @@
 namespace tool {
 namespace {
 
+constexpr double kLongestDuration = 100000.0;  // of any unit
+
 constexpr char kExamples[] =
     "Examples:\n"
     "  wbalance monitor mettler-toledo@0\n"
     "  wbalance monitor radwag@/dev/serial/by-id/usb-FTDI_A1B2-if00-port0 kern@1@4800,8N2\n"
     "  wbalance monitor radwag@ttyUSB3 --interval 0 --timeout 0 --json --log weights.jsonl\n"
+    "  wbalance monitor radwag@ttyUSB3 --for 8h --log shift.csv\n"
     "  wbalance monitor radwag@ttyUSB3 --json | mosquitto_pub -l -h broker -t lab/balance\n"
     "\n"
     "A balance that is unplugged or falls silent is reported as lost, looked for, and reported as\n"
-    "back. Ctrl-C ends with a summary on standard error.\n";
+    "back. Ctrl-C ends with a summary on standard error. A log that is moved or deleted is begun\n"
+    "anew at its next line; without a terminal, SIGHUP does so at once.\n";
 
 struct Options {
     std::vector<std::string> balances;
@@ -31,7 +37,30 @@ struct Options {
     double interval = 1.0;
     std::string logPath;
     int count = 0;
+    std::chrono::milliseconds duration{0};
+    bool countsDynamic = false;
 };
+
+std::chrono::milliseconds Milliseconds(double seconds) {
+    return std::chrono::milliseconds(static_cast<long>(seconds * 1000));
+}
+
+// "90", "90s", "1.5h"
+std::chrono::milliseconds DurationOf(const std::string& text) {
+    static const std::map<std::string, double> kSeconds = {
+        {"", 1.0}, {"s", 1.0}, {"min", 60.0}, {"h", 3600.0}, {"d", 86400.0}};
+    double number = 0.0;
+    const auto [rest, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    const auto unit = kSeconds.find(rest);
+    // This way round, what is no number is refused, too.
+    const bool isInRange = number > 0.0 && number <= kLongestDuration;
+    if (error != std::errc() || unit == kSeconds.end() || !isInRange) {
+        throw ToolError(ExitCode::Usage, "there is no duration \"" + text +
+                                             "\"; write seconds, or a number with its unit: 90s, "
+                                             "10min, 8h, 7d");
+    }
+    return Milliseconds(number * unit->second);
+}
 
 // "kern@/dev/ttyUSB1@4800,8N2"
 MonitoredBalance::Settings SettingsOf(const std::string& text, const Options& options) {
@@ -52,7 +81,7 @@ MonitoredBalance::Settings SettingsOf(const std::string& text, const Options& op
             line,
             options.shared.timeoutSeconds,
             options.weigh.mode,
-            std::chrono::milliseconds(static_cast<long>(options.interval * 1000))};
+            Milliseconds(options.interval)};
 }
 
 void RequireDifferentPorts(const std::vector<MonitoredBalance::Settings>& balances) {
@@ -75,6 +104,8 @@ ExitCode Run(const Options& options) {
         settings.format == Format::Text && !settings.trace && isatty(STDOUT_FILENO) != 0;
     settings.logPath = options.logPath;
     settings.count = options.count;
+    settings.duration = options.duration;
+    settings.countsDynamic = options.countsDynamic;
     Monitor(settings).Run();
     return ExitCode::Done;
 }
@@ -100,6 +131,13 @@ void AddMonitor(arguments::Command application, ExitCode& exitCode) {
                    "end when every balance has given this many readings; 0: never")
         .TypeName("N")
         .Range(0, std::numeric_limits<int>::max());
+    command
+        .AddOption(
+            "--for", [options](const std::string& text) { options->duration = DurationOf(text); },
+            "end after this time: 90s, 10min, 8h or 7d; a number alone is seconds")
+        .TypeName("DURATION");
+    command.AddFlag("--dynamic", options->countsDynamic,
+                    "let weights of a moving pan count in the statistics, too");
     command
         .AddOption("--log", options->logPath,
                    "add every line to a file (JSON with --json, else CSV) before it is shown")

@@ -1,6 +1,7 @@
 #include "LogFile.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -34,19 +35,42 @@ bool BeginsAs(int file, const std::string& header) {
 }  // namespace
 
 LogFile::LogFile(const std::string& path, const std::string& header)
-    : path_(path), file_(open(path.c_str(), O_RDWR | O_APPEND | O_CREAT | O_CLOEXEC, 0666)) {
+    : path_(path), header_(header) {
+    Open();
+}
+
+void LogFile::Open() {
+    file_ = Descriptor(open(path_.c_str(), O_RDWR | O_APPEND | O_CREAT | O_CLOEXEC, 0666));
     if (file_.Get() < 0) throw ToolError(ExitCode::Usage, path_ + ": " + std::strerror(errno));
-    if (SizeOf(file_.Get()) > 0 && !BeginsAs(file_.Get(), header)) {
+    if (SizeOf(file_.Get()) > 0 && !BeginsAs(file_.Get(), header_)) {
         throw ToolError(ExitCode::Usage,
                         path_ +
                             ": holds lines of another kind than those that would be added; choose "
                             "another file, or the output format that it was begun with");
     }
     if (EndsWithinALine(file_.Get())) Put("\n");
-    if (!header.empty() && SizeOf(file_.Get()) == 0) Write(header);
+    PutHeader();
+}
+
+void LogFile::PutHeader() {
+    if (!header_.empty() && SizeOf(file_.Get()) == 0) Put(header_ + "\n");
+}
+
+// Whether the name still leads to the file; log rotation moves or deletes it.
+bool LogFile::IsInPlace() const {
+    struct stat named {};
+    struct stat opened {};
+    return stat(path_.c_str(), &named) == 0 && fstat(file_.Get(), &opened) == 0 &&
+           named.st_dev == opened.st_dev && named.st_ino == opened.st_ino;
+}
+
+void LogFile::FollowRotation() {
+    if (!IsInPlace()) Open();
 }
 
 void LogFile::Write(const std::string& line) {
+    FollowRotation();
+    PutHeader();  // rotation by copying empties the file
     Put(line + "\n");
     // Not every file can be brought to a disk; a pipe or /dev/null can't, and that is no failure.
     if (fdatasync(file_.Get()) != 0 && errno != EINVAL && errno != EROFS)

@@ -16,13 +16,21 @@ class LogFile {
     /// other kind.
     LogFile(const std::string& path, const std::string& header);
 
-    /// Adds a line. Throws ToolError, naming the file, when it can't be written.
+    /// Adds a line, in a new file where the old one was moved, deleted or emptied. Throws ToolError,
+    /// naming the file, when it can't be written.
     void Write(const std::string& line);
 
+    /// Begins a new file where the old one was moved or deleted.
+    void FollowRotation();
+
  private:
+    void Open();
+    void PutHeader();
+    bool IsInPlace() const;
     void Put(const std::string& bytes);
 
     const std::string path_;
+    const std::string header_;
     Descriptor file_;
 };
 

@@ -36,6 +36,7 @@ Monitor::Monitor(const Settings& settings)
     if (!settings.logPath.empty()) {
         const bool csv = LogFormat(settings.format) == Format::Csv;
         log_ = std::make_unique<LogFile>(settings.logPath, csv ? CsvHeader() : "");
+        TakeHangupsForTheLog();
     }
     for (std::size_t i = 0; i < settings.balances.size(); ++i) {
         balances_.push_back(
@@ -83,6 +84,7 @@ void Monitor::ReadOn() {
     while (!Interrupted() && !HasEnough()) {
         for (const auto& balance : balances_)
             balance->Step(Clock::now());
+        if (log_ && TakeHangup()) log_->FollowRotation();
         if (display_) display_->Draw(displayed_);
         Wait();
     }
@@ -92,6 +94,7 @@ void Monitor::ReadOn() {
 void Monitor::Wait() {
     std::vector<pollfd> watched;
     Clock::time_point next = Clock::now() + kLongestWait;
+    if (settings_.duration.count() > 0) next = std::min(next, start_ + settings_.duration);
     for (const auto& balance : balances_) {
         const auto more = balance->Watched();
         watched.insert(watched.end(), more.begin(), more.end());
@@ -129,6 +132,7 @@ void Monitor::Tell(const LabelledMeasurement& measurement) {
 }
 
 bool Monitor::HasEnough() const {
+    if (settings_.duration.count() > 0 && Clock::now() >= start_ + settings_.duration) return true;
     return settings_.count > 0 &&
            std::all_of(tallies_.begin(), tallies_.end(),
                        [this](const Tally& tally) { return tally.readings >= settings_.count; });

@@ -21,6 +21,7 @@ class Monitor {
         bool trace = false;          ///< the library's trace on standard error
         std::string logPath;         ///< empty: no log
         int count = 0;               ///< readings of each balance after which it ends; 0: no end
+        std::chrono::milliseconds duration{0};  ///< after which it ends; 0: no end
         bool countsDynamic = false;  ///< in the statistics, too
     };
 
