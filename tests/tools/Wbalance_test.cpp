@@ -435,7 +435,7 @@ TEST(Wbalance, Monitor_ends_after_the_count_with_a_summary_on_standard_error) {
         EXPECT_EQ(JsonOf(line)["value"].toDouble(), 12.34);
     EXPECT_EQ(count, 3);
     EXPECT_THAT(ran.errors, StartsWith("mettler-toledo /dev/ttyS0: 3 readings, 3 weights, min "
-                                       "12.34, max 12.34, mean 12.34 g"));
+                                       "12.34, max 12.34, mean 12.340, sd 0.000 g, drift "));
     EXPECT_EQ(ran.exitCode, 0);
 }
 
