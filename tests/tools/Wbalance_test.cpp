@@ -573,7 +573,9 @@ TEST(Wbalance, The_shipped_rotation_loses_and_doubles_no_line_of_the_log) {
 TEST(Wbalance,
      SIGHUP_begins_a_new_log_where_there_is_no_terminal_and_ends_the_monitor_without_a_log) {
     const TemporaryFile log;
-    StartedProgram logging(std::string(kMonitor) + " -i 3600 --log " + log.Path());
+    StartedProgram logging(WBALANCE_SIM " mettler-toledo --load 12.34 -- " WBALANCE
+                                        " monitor mettler-toledo@0 -i 3600 -t 0 --json --log " +
+                           log.Path());
     EXPECT_TRUE(logging.Reads("}\n")) << logging.Errors();
     unlink(log.Path().c_str());
     logging.Signal(SIGHUP);

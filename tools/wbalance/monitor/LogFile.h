@@ -16,8 +16,8 @@ class LogFile {
     /// other kind.
     LogFile(const std::string& path, const std::string& header);
 
-    /// Adds a line, in a new file where the old one was moved, deleted or emptied. Throws ToolError,
-    /// naming the file, when it can't be written.
+    /// Adds a line, in a new file where the old one was moved, deleted or emptied. Throws
+    /// ToolError, naming the file, when it can't be written.
     void Write(const std::string& line);
 
     /// Begins a new file where the old one was moved or deleted.

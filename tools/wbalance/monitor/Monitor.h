@@ -17,12 +17,12 @@ class Monitor {
     struct Settings {
         std::vector<MonitoredBalance::Settings> balances;
         Format format = Format::Text;
-        bool live = false;           ///< the live display instead of lines
-        bool trace = false;          ///< the library's trace on standard error
-        std::string logPath;         ///< empty: no log
-        int count = 0;               ///< readings of each balance after which it ends; 0: no end
+        bool live = false;    ///< the live display instead of lines
+        bool trace = false;   ///< the library's trace on standard error
+        std::string logPath;  ///< empty: no log
+        int count = 0;        ///< readings of each balance after which it ends; 0: no end
         std::chrono::milliseconds duration{0};  ///< after which it ends; 0: no end
-        bool countsDynamic = false;  ///< in the statistics, too
+        bool countsDynamic = false;             ///< in the statistics, too
     };
 
     explicit Monitor(const Settings& settings);
