@@ -71,7 +71,7 @@ def of_console(number, lines):
 def of_page(path, home):
     """The commands of a Markdown page. A program that the text calls `NAME.cpp`, and a block that begins with
     "# NAME.script", are put into the home."""
-    commands, indented, fence, name = [], [], None, None
+    commands, indented, fence, name, before = [], [], None, None, ""
     for number, text in enumerate(path.read_text().splitlines(), 1):
         if fence is not None:
             if text.startswith("```"):
@@ -87,10 +87,12 @@ def of_page(path, home):
                 block.append(text)
         elif text.startswith("```"):
             fence, start, block = text[3:], number + 1, []
-        elif text.startswith("    ") and text.strip():
+        elif text.startswith("    ") and text.strip() and not before.strip():
             indented.append((number, text))
+            continue  # what follows is of the block, too; behind text it would be of a list's item
         else:
             name = (re.findall(r"a program `(\w+\.cpp)`", text) or [name])[0]
+        before = text
     return sorted(commands + join_continued(indented), key=lambda command: command.line)
 
 
