@@ -97,7 +97,8 @@ BenchDirectory::~BenchDirectory() {
 }
 
 std::vector<fs::path> BenchDirectory::places() {
-    if (::getenv("TMPDIR")) return {fs::temp_directory_path()};
+    const char* chosen = ::getenv("TMPDIR");
+    if (chosen && *chosen) return {fs::absolute(chosen)};
     if (::access(inMemory, R_OK | W_OK | X_OK) != 0) return {fs::temp_directory_path()};
     return {inMemory, fs::temp_directory_path()};
 }

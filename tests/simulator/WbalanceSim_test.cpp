@@ -286,6 +286,22 @@ TEST(WbalanceSim, Its_own_errors_are_125_and_say_what_to_do) {
     }
 }
 
+TEST(WbalanceSim, A_place_for_its_files_that_is_not_there_is_named) {
+    const Ran ran = run("TMPDIR=/no/such/place " + tool + " kern -- true");
+    EXPECT_THAT(ran.output,
+                ContainsRegex("^wbalance-sim: cannot create /no/such/place/wbalance-lines-[^ ]*: "
+                              "No such file or directory\n$"));
+    EXPECT_EQ(ran.exitCode, 125);
+}
+
+TEST(WbalanceSim, Without_descriptors_it_says_so_and_leaves_nothing_behind) {
+    const Ran ran =
+        run("export TMPDIR=$(mktemp -d); for n in 4 5 6 7 8 9 10 11; do (ulimit -n $n; " + tool +
+            " kern -- true || echo $?); done; rmdir $TMPDIR");
+    EXPECT_THAT(ran.output, HasSubstr("Too many open files\n125\n"));
+    EXPECT_EQ(ran.exitCode, 0) << ran.output;
+}
+
 TEST(WbalanceSim, List_and_help_name_instruments_switches_faults_and_examples) {
     const Ran list = sim("--list");
     EXPECT_EQ(list.exitCode, 0);
