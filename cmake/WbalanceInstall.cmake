@@ -69,7 +69,14 @@ install(CODE "
 set(WBALANCE_DOCS ${PROJECT_SOURCE_DIR}/docs)
 wbalance_install_compressed(${WBALANCE_DOCS}/man/libwbalance.3 ${CMAKE_INSTALL_MANDIR}/man3
                             libwbalance.3 libwbalance-dev)
-install(FILES ${WBALANCE_DOCS}/host-programming.md ${WBALANCE_DOCS}/reliability.md
-        DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/libwbalance-dev COMPONENT libwbalance-dev)
-install(DIRECTORY ${WBALANCE_DOCS}/instruments ${WBALANCE_DOCS}/samples
-        DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/libwbalance-dev COMPONENT libwbalance-dev)
+
+# Installs the pages with a package: all of them, for they link to one another.
+function(wbalance_install_pages PACKAGE)
+    set(DOC_DIR ${CMAKE_INSTALL_DATADIR}/doc/${PACKAGE})
+    foreach(PAGE IN ITEMS getting-started host-programming reliability simulator troubleshooting wbalance)
+        install(FILES ${WBALANCE_DOCS}/${PAGE}.md DESTINATION ${DOC_DIR} COMPONENT ${PACKAGE})
+    endforeach()
+    install(DIRECTORY ${WBALANCE_DOCS}/instruments ${WBALANCE_DOCS}/samples
+            DESTINATION ${DOC_DIR} COMPONENT ${PACKAGE})
+endfunction()
+wbalance_install_pages(libwbalance-dev)

@@ -40,7 +40,8 @@ static bool IsLost(Balance& balance) {
     return balance.OpenAndSetDefCommConfig() == 0;
 }
 
-int main(int, char** words) {
+int main(int count, char** words) {
+    if (count != 2) return 2;
     setenv("QT_LOGGING_RULES", "default.warning=false", 0);  // see Threads
     std::unique_ptr<Balance> balance;
     for (;; sleep(1)) {
