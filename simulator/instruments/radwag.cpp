@@ -5,9 +5,15 @@
 //   > "T"    < "T A"  and at rest "T D", "T v" out of the tare range, "T E" never at rest
 //   > "S"    < "S A"  and at rest a frame, "S E" never at rest
 //   > "SI"   < a frame at once
-// A command that can't be carried out now gets "I", one that does not exist "ES".
+//   > "SU", "SUI"   the same in the unit that "US mg" has chosen
+// A command that can't be carried out now gets "I", one that does not exist "ES". PC lists those
+// that exist.
 
 #include "simulator/instruments/radwag.h"
+
+#include <algorithm>
+
+#include "simulator/Text.h"
 
 namespace simulator {
 namespace {
@@ -17,21 +23,32 @@ constexpr std::size_t commandColumns = 3;
 constexpr std::size_t massColumns = 9;
 constexpr std::size_t unitColumns = 3;
 
+/// The working modes that this balance has, by their numbers.
+constexpr int weighing = 1;
+constexpr int counting = 2;
+
+/// The units of UI, in the order of "US next".
+const std::vector<Unit>& units() {
+    static const std::vector<Unit> all = {{"g", 1}, {"mg", 0.001}, {"ct", 0.2}};
+    return all;
+}
+
+std::string quoted(const std::string& text) {
+    return '"' + text + '"';
+}
+
 class Radwag : public Dialect {
  public:
     Radwag(BalanceModel& model, const Switches& switches)
         : Dialect(model, "\r\n"), switches_(switches) {
-        onPlain("T", [this] { tare(); });
-        onPlain("Z", [this] { zero(); });
-        onPlain("S", [this] { sendStable(); });
-        onPlain("SI", [this] { sendImmediately(); });
-        for (const char* continuous : {"C", "CU"}) {
-            onPlain(std::string(continuous) + "1", [this, continuous] { start(continuous); });
-            onPlain(std::string(continuous) + "0", [this, continuous] { stop(continuous); });
-        }
+        for (const Command& command : commands())
+            if (command.isKnown) on(command.name, this, command.does);
     }
 
-    void powerUp() override { waiting_ = false; }
+    void powerUp() override {
+        occupied_ = false;
+        freeKeys();
+    }
 
  protected:
     void unknown(const std::string& command) override {
@@ -40,26 +57,94 @@ class Radwag : public Dialect {
     // < "         18.5 g  "   18 bytes with the line end: no command letters
     void printKey() override {
         whenStable(
-            switches_.time("stability-time-out"), [this] { say(mass()); }, [] {});
+            switches_.time("stability-time-out"), [this] { say(mass(readInUnit())); }, [] {});
     }
     bool interrupts(const std::string&) const override {
         return switches_.text("during-wait") == "refuse";
     }
+    /// While it waits for the pan or adjusts, nothing else is accessible.
+    void execute(const std::string& command) override {
+        const std::string name = firstWord(command).first;
+        if (occupied_ && knows(name)) return say(name + " I");
+        Dialect::execute(command);
+    }
 
  private:
+    struct Command {
+        const char* name;
+        Does<Radwag> does;
+        bool isKnown;
+    };
+
+    /// Every command there is, in the order of PC, and whether this series knows it.
+    std::vector<Command> commands() const {
+        const std::string& series = switches_.text("series");
+        const bool isTerminal = series == "wtc";
+        const bool isAnalyser = series == "ma";
+        const bool hasUnits = series == "ps" || series == "hrp";
+        const bool adjusts = isAnalyser || series == "hrp";
+        return {
+            {"Z", &Radwag::zero, true},
+            {"T", &Radwag::tare, true},
+            {"OT", &Radwag::sayTare, true},
+            {"UT", &Radwag::presetTare, true},
+            {"S", &Radwag::sendStable, true},
+            {"SI", &Radwag::sendImmediately, true},
+            {"SU", &Radwag::sendStableInUnit, true},
+            {"SUI", &Radwag::sendImmediatelyInUnit, true},
+            {"C1", &Radwag::start, true},
+            {"C0", &Radwag::stop, true},
+            {"CU1", &Radwag::startInUnit, true},
+            {"CU0", &Radwag::stopInUnit, true},
+            {"DH", &Radwag::setLowLimit, !isTerminal},
+            {"UH", &Radwag::setHighLimit, !isTerminal},
+            {"ODH", &Radwag::sayLowLimit, !isTerminal},
+            {"OUH", &Radwag::sayHighLimit, !isTerminal},
+            {"K1", &Radwag::block, isTerminal || isAnalyser},
+            {"K0", &Radwag::unblock, isTerminal || isAnalyser},
+            {"NB", &Radwag::saySerialNumber, true},
+            {"BN", &Radwag::saySeries, !isTerminal},
+            {"FS", &Radwag::sayCapacity, !isTerminal},
+            {"RV", &Radwag::saySoftware, !isTerminal},
+            {"UI", &Radwag::sayUnits, hasUnits},
+            {"US", &Radwag::chooseUnit, hasUnits},
+            {"UG", &Radwag::sayUnit, hasUnits},
+            {"OMI", &Radwag::sayModes, hasUnits},
+            {"OMS", &Radwag::chooseMode, hasUnits},
+            {"OMG", &Radwag::sayMode, hasUnits},
+            {"BP", &Radwag::beep, hasUnits},
+            {"SS", &Radwag::pressPrint, isAnalyser},
+            {"IC", &Radwag::adjust, adjusts},
+            {"PC", &Radwag::sayCommands, true},
+        };
+    }
+
+    bool knows(const std::string& name) const {
+        const auto all = commands();
+        return std::any_of(all.begin(), all.end(),
+                           [&](const Command& each) { return each.isKnown && name == each.name; });
+    }
+
+    // > "PC"  < PC A "Z,T,OT,...", on the WTC "PC -> Z,T,OT,..."
+    void sayCommands() {
+        std::string list;
+        for (const Command& command : commands())
+            if (command.isKnown) list += (list.empty() ? "" : ",") + std::string(command.name);
+        say(switches_.text("series") == "wtc" ? "PC -> " + list : "PC A " + quoted(list));
+    }
+
     /// Confirms a command and runs `then` with the pan at rest.
     void atRest(const std::string& command, Action then) {
-        if (waiting_) return say(command + " I");
         say(command + " A");
-        waiting_ = true;
+        occupied_ = true;
         whenStable(
             switches_.time("stability-time-out"),
             [this, then = std::move(then)] {
-                waiting_ = false;
+                occupied_ = false;
                 then();
             },
             [this, command] {
-                waiting_ = false;
+                occupied_ = false;
                 say(command + " E");
             });
     }
@@ -76,37 +161,186 @@ class Radwag : public Dialect {
 
     // > "S"   < "S A" "S    -      8.5 g  "
     void sendStable() {
-        atRest("S", [this] { say(frame("S")); });
+        atRest("S", [this] { say(frame("S", balance().read())); });
+    }
+
+    // > "SU"  < "SU A" "SU   -     8500 mg "
+    void sendStableInUnit() {
+        atRest("SU", [this] { say(frame("SU", readInUnit())); });
     }
 
     // > "SI"  < "SI ?       18.5 g  "
-    void sendImmediately() { say(waiting_ || isBusy() ? "SI I" : frame("SI")); }
+    void sendImmediately() { sayNow("SI", balance().read()); }
+    void sendImmediatelyInUnit() { sayNow("SUI", readInUnit()); }
 
-    // > "C1"  < "C1 A" and the frames of SI, until "C0"
-    void start(const std::string& command) {
-        say(command + "1 A");
-        stopRepeating();
-        every(switches_.time("repeat-interval"), [this] { say(frame("SI")); });
+    void sayNow(const std::string& command, const Reading& reading) {
+        if (isBusy()) return say(command + " I");
+        if (switches_.isOn("confirms-at-once")) say(command + " A");
+        say(frame(command, reading));
     }
 
-    void stop(const std::string& command) {
+    // > "C1"  < "C1 A" and the frames of SI, until "C0"; "CU1" those of SUI
+    void start() {
+        begin("C1 A", [this] { say(frame("SI", balance().read())); });
+    }
+    void startInUnit() {
+        begin("CU1 A", [this] { say(frame("SUI", readInUnit())); });
+    }
+    void begin(const std::string& confirmation, const Action& sendFrame) {
+        say(confirmation);
         stopRepeating();
-        say(command + "0 A");
+        every(switches_.time("repeat-interval"), sendFrame);
     }
 
-    std::string frame(const std::string& command) const {
+    void stop() { end("C0 A"); }
+    void stopInUnit() { end("CU0 A"); }
+    void end(const std::string& confirmation) {
+        stopRepeating();
+        say(confirmation);
+    }
+
+    // > "OT"  < "OT     12.50 g   ": without stability and sign, but on the WTC
+    void sayTare() {
+        const std::string gap = switches_.text("series") == "wtc" ? "   " : "";
+        say("OT " + gap + rightAligned(balance().tareDigits(), massColumns) + " " +
+            leftAligned(balance().data().unit, unitColumns) + (gap.empty() ? " " : ""));
+    }
+
+    // > "UT 12.5"   < "UT OK", "UT I", and "ES" for no number
+    void presetTare(const std::string& text) {
+        const auto value = parseNumber(text);
+        if (!value) return unknown("UT");
+        const Outcome outcome = balance().presetTare(*value * balance().data().gramsPerUnit);
+        say(outcome == Outcome::done ? "UT OK" : "UT I");
+    }
+
+    // > "DH 12.5"   < "DH OK"; > "ODH"  < "DH     12.50 g   "
+    void setLowLimit(const std::string& text) { setLimit("DH", text, lowLimit_); }
+    void setHighLimit(const std::string& text) { setLimit("UH", text, highLimit_); }
+    void setLimit(const std::string& name, const std::string& text, double& limit) {
+        const auto value = parseNumber(text);
+        if (!value) return unknown(name);
+        limit = *value;
+        say(name + " OK");
+    }
+
+    void sayLowLimit() { sayLimit("DH", lowLimit_); }
+    void sayHighLimit() { sayLimit("UH", highLimit_); }
+    void sayLimit(const std::string& name, double limit) {
+        Reading reading = balance().read();
+        reading.value = limit;
+        say(name + " " + rightAligned(reading.digits(), massColumns) + " " +
+            leftAligned(reading.unit, unitColumns) + " ");
+    }
+
+    // > "K1"  < "K1 OK"  the keys are blocked until "K0" or the next power-off
+    void block() {
+        blockKeys();
+        say("K1 OK");
+    }
+    void unblock() {
+        freeKeys();
+        say("K0 OK");
+    }
+
+    // > "NB"  < NB A "123456"
+    void saySerialNumber() { say("NB A " + quoted(switches_.text("serial-number"))); }
+    void saySoftware() { say("RV A " + quoted(switches_.text("software"))); }
+    void saySeries() {
+        std::string name = switches_.text("series");
+        std::transform(name.begin(), name.end(), name.begin(), ::toupper);
+        say("BN A " + quoted(name));
+    }
+    void sayCapacity() {
+        Reading full = balance().read();
+        full.value = balance().data().capacity / balance().data().gramsPerUnit;
+        say("FS A " + quoted(full.digits()));
+    }
+
+    // > "UI"  < UI "g, mg, ct" OK
+    void sayUnits() {
+        std::string list;
+        for (const Unit& each : units())
+            list += (list.empty() ? "" : ", ") + each.text;
+        say("UI " + quoted(list) + " OK");
+    }
+
+    // > "US mg"   < "US mg OK", "US E"; > "US next"  steps on
+    void chooseUnit(const std::string& text) {
+        const auto chosen = std::find_if(units().begin(), units().end(),
+                                         [&](const Unit& each) { return each.text == text; });
+        if (text == "next")
+            unit_ = (unit_ + 1) % units().size();
+        else if (chosen != units().end())
+            unit_ = static_cast<std::size_t>(chosen - units().begin());
+        else
+            return say("US E");
+        say("US " + units()[unit_].text + " OK");
+    }
+
+    // > "UG"  < "UG mg OK"
+    void sayUnit() { say("UG " + readInUnit().unit + " OK"); }
+
+    // > "OMI" < a line for each mode, between "OMI" and "OK"
+    void sayModes() {
+        say("OMI");
+        say(std::to_string(weighing) + " \"Weighing\"");
+        say(std::to_string(counting) + " \"Parts counting\"");
+        say("OK");
+    }
+
+    // > "OMS 2"   < "OMS OK", "OMS E"
+    void chooseMode(const std::string& text) {
+        const auto mode = parseWholeNumber(text, weighing, counting);
+        if (!mode) return say("OMS E");
+        mode_ = *mode;
+        say("OMS OK");
+    }
+    void sayMode() { say("OMG " + std::to_string(mode_) + " OK"); }
+
+    // > "BP 350"  < "BP OK"; times above the longest are cut
+    void beep(const std::string& text) {
+        constexpr int shortest = 50;
+        const auto milliseconds = parseWholeNumber(text, shortest, 1'000'000);
+        say(milliseconds ? "BP OK" : "BP E");
+    }
+
+    // > "SS"  < "SS OK" and what the print key sends
+    void pressPrint() {
+        say("SS OK");
+        printKey();
+    }
+
+    // > "IC"  < "IC A", and "IC D" when it has adjusted, "IC E" when the pan did not rest
+    void adjust() {
+        say("IC A");
+        occupied_ = true;
+        after(switches_.time("adjustment-time"), [this] {
+            occupied_ = false;
+            say(!isBusy() && balance().read().stable ? "IC D" : "IC E");
+        });
+    }
+
+    /// In the unit that a host has chosen for the display; S and SI keep to the basic unit.
+    Reading readInUnit() const {
+        const Unit basic{balance().data().unit, balance().data().gramsPerUnit};
+        const Unit pieces{"pcs", 1, true};
+        if (mode_ == counting) return balance().readIn(pieces);
+        return balance().readIn(unit_ == 0 ? basic : units()[unit_]);
+    }
+
+    std::string frame(const std::string& command, const Reading& reading) const {
         return leftAligned(command, commandColumns) + (switches_.text("frame") == "22" ? " " : "") +
-               mass();
+               mass(reading);
     }
 
     /// What the frame and the print key's line have in common: stability, sign, mass and unit.
-    std::string mass() const {
-        const Reading reading = balance().read();
+    static std::string mass(const Reading& reading) {
         const std::string digits = massOf(reading);
         const bool isNegative = digits.front() == '-';
         return markOf(reading) + " " + (isNegative ? "-" : " ") +
                rightAligned(digits.substr(isNegative), massColumns) + " " +
-               leftAligned(reading.unit, unitColumns);
+               leftAligned(reading.unit == "PCS" ? "pcs" : reading.unit, unitColumns);
     }
 
     /// Out of range there is no mass: it reads zero.
@@ -122,11 +356,20 @@ class Radwag : public Dialect {
     }
 
     Switches switches_;
-    bool waiting_ = false;  ///< for the pan to rest
+    bool occupied_ = false;  ///< waits for the pan to rest, or adjusts
+    std::size_t unit_ = 0;   ///< of the display, by its place in UI
+    int mode_ = weighing;
+    double lowLimit_ = 0;
+    double highLimit_ = 0;
 };
 
 std::vector<SwitchDescription> radwagSwitches() {
     return {
+        {"series", "ps", {"ps", "hrp", "ma", "wtc"}, "commands: a terminal (wtc) has the fewest"},
+        {"serial-number", "123456", {}, "answer to NB"},
+        {"software", "r.3.0.9", {}, "answer to RV"},
+        {"adjustment-time", "10s", {}, "how long IC takes", true},
+        onOff("confirms-at-once", false, "says A ahead of the frames of SI and SUI, as WPW does"),
         {"stability-time-out", "10s", {}, "how long S, T and Z wait for the pan to rest", true},
         {"during-wait",
          "refuse",

@@ -25,6 +25,10 @@ double steps(double grams, double step) {
     return count == 0 ? 0 : count;
 }
 
+double valueIn(const Unit& unit, double grams) {
+    return unit.countsPieces ? steps(grams, unit.grams) : grams / unit.grams;
+}
+
 }  // namespace
 
 std::string Reading::digits() const {
@@ -88,13 +92,13 @@ void BalanceModel::refresh(Time at) {
     lastRefresh_ = at;
 }
 
-Reading BalanceModel::read() const {
+Reading BalanceModel::readIn(const Unit& unit) const {
     Reading reading;
     reading.range = range();
     reading.stable = isStable();
-    reading.unit = data_.unit;
-    reading.decimals = decimals();
-    reading.value = inUnit(roundToStep(grossWeight() - tare_));
+    reading.unit = unit.text;
+    reading.decimals = decimalsIn(unit);
+    reading.value = valueIn(unit, roundToStep(grossWeight() - tare_));
     return reading;
 }
 
@@ -130,11 +134,8 @@ Outcome BalanceModel::presetTare(double grams) {
 }
 
 std::string BalanceModel::tareDigits() const {
-    return digitsOf(inUnit(tare_), decimals());
-}
-
-double BalanceModel::inUnit(double grams) const {
-    return data_.countsPieces ? steps(grams, data_.gramsPerUnit) : grams / data_.gramsPerUnit;
+    const Unit unit{data_.unit, data_.gramsPerUnit, data_.countsPieces};
+    return digitsOf(valueIn(unit, tare_), decimalsIn(unit));
 }
 
 double BalanceModel::roundToStep(double grams) const {
@@ -148,9 +149,9 @@ bool BalanceModel::isStable() const {
     return *most - *least <= data_.readability;
 }
 
-int BalanceModel::decimals() const {
-    if (data_.countsPieces) return 0;
-    const double step = data_.readability / data_.gramsPerUnit;
+int BalanceModel::decimalsIn(const Unit& unit) const {
+    if (unit.countsPieces) return 0;
+    const double step = data_.readability / unit.grams;
     int count = 0;
     for (double whole = step; count < 9 && whole < 1 - 1e-9; whole *= 10)
         ++count;

@@ -40,6 +40,13 @@ struct Reading {
     std::string digits() const;
 };
 
+/// A unit as it is printed, and what one of it weighs.
+struct Unit {
+    std::string text;
+    double grams = 1;
+    bool countsPieces = false;  ///< whole ones are shown
+};
+
 /// What came of zeroing or taring.
 enum class Outcome { done, tooHigh, tooLow };
 
@@ -71,7 +78,9 @@ class BalanceModel {
     void scheduleLoad(Time at, double grams);
     void startWithLoad(double grams);
 
-    Reading read() const;
+    Reading read() const { return readIn({data_.unit, data_.gramsPerUnit, data_.countsPieces}); }
+    /// The same in another unit than that of the display.
+    Reading readIn(const Unit& unit) const;
 
     Outcome zero();                    ///< the present load is zero; clears the tare
     Outcome tare();                    ///< the present load is tare; refused below zero
@@ -103,10 +112,9 @@ class BalanceModel {
 
     void refresh(Time at);
     double roundToStep(double grams) const;
-    double inUnit(double grams) const;
     double grossWeight() const { return shown_ - zero_; }
     bool isStable() const;
-    int decimals() const;
+    int decimalsIn(const Unit& unit) const;
     Reading::Range range() const;
 
     BalanceData data_;

@@ -130,7 +130,7 @@ TEST_F(Radwag, C1_repeats_until_C0_and_so_does_CU1_until_CU0) {
     EXPECT_EQ(answersUntil(200ms), "SI         1.00 g  \r\nSI         1.00 g  \r\n");
     EXPECT_EQ(ask("C0\r\n", 200ms), "C0 A\r\n");
     EXPECT_EQ(answersUntil(1000ms), "");
-    EXPECT_EQ(ask("CU1\r\nCU0\r\n", 1000ms), "CU1 A\r\nSI         1.00 g  \r\nCU0 A\r\n");
+    EXPECT_EQ(ask("CU1\r\nCU0\r\n", 1000ms), "CU1 A\r\nSUI        1.00 g  \r\nCU0 A\r\n");
     EXPECT_EQ(answersUntil(2000ms), "");
 }
 
@@ -151,4 +151,142 @@ TEST_F(Radwag, After_a_power_cut_it_has_forgotten_what_it_waited_for) {
 TEST_F(Radwag, Its_settings_are_those_of_its_driver) {
     EXPECT_EQ(simulator::findInstrument("radwag").line.text(), "9600,7E1");
     EXPECT_EQ(simulator::findInstrument("radwag").driverClass, "WbalanceRadwag");
+}
+
+// Manuals of PS, AS and WTC, chapter "Communication protocol": PC lists the commands that exist.
+TEST_F(Radwag, PC_lists_the_commands_of_its_series) {
+    have(1);
+    EXPECT_EQ(ask("PC\r\n"),
+              "PC A \"Z,T,OT,UT,S,SI,SU,SUI,C1,C0,CU1,CU0,DH,UH,ODH,OUH,NB,BN,FS,RV,UI,US,UG,"
+              "OMI,OMS,OMG,BP,PC\"\r\n");
+    have(1, {"series=wtc"});
+    EXPECT_EQ(ask("PC\r\n"), "PC -> Z,T,OT,UT,S,SI,SU,SUI,C1,C0,CU1,CU0,K1,K0,NB,PC\r\n");
+}
+
+TEST_F(Radwag, What_PC_lists_is_answered_and_the_rest_gets_ES) {
+    const std::vector<std::string> all = {
+        "Z",   "T",     "OT",   "UT 1", "S",     "SI",  "SU",     "SUI", "C1", "C0", "CU1",
+        "CU0", "DH 1",  "UH 1", "ODH",  "OUH",   "K1",  "K0",     "NB",  "BN", "FS", "RV",
+        "UI",  "US mg", "UG",   "OMI",  "OMS 1", "OMG", "BP 100", "SS",  "IC", "PC"};
+    for (const std::string series : {"ps", "hrp", "ma", "wtc"}) {
+        have(1, {"series=" + series});
+        const std::string list = ask("PC\r\n");
+        for (const std::string& command : all) {
+            have(1, {"series=" + series});
+            const std::string name = command.substr(0, command.find(' '));
+            const auto stands = [&](const char* before) {
+                const std::size_t at = list.find(before + name);
+                const char next = at == std::string::npos ? '.' : list[at + 1 + name.size()];
+                return next == ',' || next == '"' || next == '\r';
+            };
+            const bool isListed = stands(",") || stands("\"") || stands(" ");
+            EXPECT_EQ(ask(command + "\r\n") != "ES\r\n", isListed) << series << " " << command;
+        }
+    }
+}
+
+// PS and AS: US chooses the unit of SU, SUI and CU1; S and SI keep to the basic one.
+TEST_F(Radwag, US_chooses_the_unit_of_SU_and_SUI) {
+    have(12.5);
+    EXPECT_EQ(ask("UI\r\nUG\r\nUS mg\r\nUG\r\n"),
+              "UI \"g, mg, ct\" OK\r\nUG g OK\r\nUS mg OK\r\nUG mg OK\r\n");
+    EXPECT_EQ(ask("SUI\r\nSI\r\nSU\r\n"),
+              "SUI       12500 mg \r\nSI        12.50 g  \r\nSU A\r\nSU        12500 mg \r\n");
+    EXPECT_EQ(ask("US next\r\nSUI\r\nUS next\r\nSUI\r\n"),
+              "US ct OK\r\nSUI       62.50 ct \r\nUS g OK\r\nSUI       12.50 g  \r\n");
+    EXPECT_EQ(ask("US\r\nUS lb\r\nUG\r\n"), "US E\r\nUS E\r\nUG g OK\r\n");
+}
+
+TEST_F(Radwag, CU1_repeats_in_the_unit_that_was_chosen) {
+    have(12.5);
+    EXPECT_EQ(ask("US mg\r\nCU1\r\n"), "US mg OK\r\nCU1 A\r\nSUI       12500 mg \r\n");
+    EXPECT_EQ(answersUntil(100ms), "SUI       12500 mg \r\n");
+    EXPECT_EQ(ask("C1\r\nC0\r\n", 150ms), "C1 A\r\nSI        12.50 g  \r\nC0 A\r\n");
+}
+
+// PS and AS: SU waits as S does; SUI comes at once. WPW and WPHR confirm those at once, too.
+TEST_F(Radwag, SU_waits_for_the_pan_and_SUI_marks_it) {
+    have(0);
+    putOn(50);
+    EXPECT_EQ(ask("SUI\r\nSU\r\nSUI\r\n", 100ms), "SUI?      24.33 g  \r\nSU A\r\nSUI I\r\n");
+    EXPECT_EQ(answersUntil(5s), "SU        50.00 g  \r\n");
+    have(1, {"confirms-at-once"});
+    EXPECT_EQ(ask("SI\r\nSUI\r\n"),
+              "SI A\r\nSI         1.00 g  \r\nSUI A\r\nSUI        1.00 g  \r\n");
+}
+
+// PS, AS, WTC: UT presets a tare without unit, OT says it in 19 bytes, on the WTC in 21.
+TEST_F(Radwag, UT_sets_the_tare_and_OT_says_it) {
+    have(100);
+    EXPECT_EQ(ask("UT 12.5\r\nSI\r\nOT\r\n"),
+              "UT OK\r\nSI        87.50 g  \r\nOT     12.50 g   \r\n");
+    EXPECT_EQ(ask("UT\r\nUT 1,5\r\nUT 5000\r\nSI\r\n"),
+              "ES\r\nES\r\nUT I\r\nSI        87.50 g  \r\n");
+    have(100, {"series=wtc"});
+    EXPECT_EQ(ask("UT 12.5\r\nOT\r\n"), "UT OK\r\nOT        12.50 g  \r\n");
+}
+
+// PS, AS: DH and UH set the limits, ODH and OUH say them without the O.
+TEST_F(Radwag, DH_and_UH_set_limits_that_ODH_and_OUH_say) {
+    have(1);
+    EXPECT_EQ(ask("DH 12.5\r\nUH 20\r\nODH\r\nOUH\r\n"),
+              "DH OK\r\nUH OK\r\nDH     12.50 g   \r\nUH     20.00 g   \r\n");
+    EXPECT_EQ(ask("DH\r\nUH x\r\nODH\r\n"), "ES\r\nES\r\nDH     12.50 g   \r\n");
+}
+
+// WTC, MA, MYA: K1 blocks the keys until K0 or power-off.
+TEST_F(Radwag, K1_blocks_the_keys_until_K0_or_power_off) {
+    have(1, {"series=ma"});
+    const auto key = [&] {
+        instrument_->press(simulator::Key::print);
+        return instrument_->takeOutput();
+    };
+    EXPECT_EQ(ask("K1\r\n"), "K1 OK\r\n");
+    EXPECT_EQ(key(), "");
+    EXPECT_EQ(ask("K0\r\n"), "K0 OK\r\n");
+    EXPECT_EQ(key(), "        1.00 g  \r\n");
+    EXPECT_EQ(ask("K1\r\n"), "K1 OK\r\n");
+    addFault("power-cut@1s+1s");
+    EXPECT_EQ(answersUntil(3s), "");
+    EXPECT_EQ(key(), "        0.00 g  \r\n");
+}
+
+// PS, AS, MA, HRP: NB serial number, BN type, FS capacity without unit, RV software.
+TEST_F(Radwag, Says_what_it_is) {
+    have(1);
+    EXPECT_EQ(ask("NB\r\nBN\r\nFS\r\nRV\r\n"),
+              "NB A \"123456\"\r\nBN A \"PS\"\r\nFS A \"3000.00\"\r\nRV A \"r.3.0.9\"\r\n");
+    have(0);
+    putOn(50);
+    EXPECT_EQ(ask("S\r\nNB\r\n", 100ms), "S A\r\nNB I\r\n");
+}
+
+// PS, AS: OMI lists the modes, OMS chooses one, OMG says it; counting shows pieces.
+TEST_F(Radwag, OMS_chooses_weighing_or_counting) {
+    have(12.4);
+    EXPECT_EQ(ask("OMI\r\n"), "OMI\r\n1 \"Weighing\"\r\n2 \"Parts counting\"\r\nOK\r\n");
+    EXPECT_EQ(ask("OMG\r\nOMS 2\r\nOMG\r\nSUI\r\nSI\r\n"),
+              "OMG 1 OK\r\nOMS OK\r\nOMG 2 OK\r\nSUI          12 pcs\r\nSI        12.40 g  \r\n");
+    EXPECT_EQ(ask("OMS 13\r\nOMS\r\nOMS 1\r\nSUI\r\n"),
+              "OMS E\r\nOMS E\r\nOMS OK\r\nSUI       12.40 g  \r\n");
+}
+
+// PS: BP beeps for 50 to 5000 ms, more is cut. MA, KET: SS is the print key.
+TEST_F(Radwag, BP_beeps_and_SS_is_the_print_key) {
+    have(1);
+    EXPECT_EQ(ask("BP 350\r\nBP 9000\r\nBP 49\r\nBP\r\n"), "BP OK\r\nBP OK\r\nBP E\r\nBP E\r\n");
+    have(1, {"series=ma"});
+    EXPECT_EQ(ask("SS\r\n"), "SS OK\r\n        1.00 g  \r\n");
+}
+
+// MA p. 143: IC adjusts with the built-in weight.
+TEST_F(Radwag, IC_adjusts_and_refuses_everything_meanwhile) {
+    have(1, {"series=ma", "adjustment-time=5s"});
+    EXPECT_EQ(ask("IC\r\nSI\r\nIC\r\n"), "IC A\r\nSI I\r\nIC I\r\n");
+    EXPECT_EQ(answersUntil(5s), "IC D\r\n");
+    EXPECT_EQ(ask("IC\r\n", 6s), "IC A\r\n");
+    putOn(50);
+    EXPECT_EQ(answersUntil(10900ms), "");
+    putOn(100);
+    EXPECT_EQ(answersUntil(11s), "IC E\r\n");
 }
