@@ -50,7 +50,7 @@ TEST(CLocale, In_force_a_number_is_formatted_with_a_point_and_then_as_the_host_d
 }
 
 TEST(CLocale, The_locale_that_a_thread_has_for_itself_is_in_force_again) {
-    const locale_t own = newlocale(LC_ALL_MASK, "C.UTF-8", nullptr);
+    const locale_t own = duplocale(LC_GLOBAL_LOCALE);
     ASSERT_NE(own, nullptr);
     const locale_t before = uselocale(own);
 
