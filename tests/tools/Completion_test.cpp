@@ -34,7 +34,18 @@ TEST(Completion, Offers_the_commands) {
     EXPECT_THAT(
         Completions("wbalance \"\""),
         IsSupersetOf({"weigh", "monitor", "tare", "zero", "preset-tare", "display", "on", "off",
-                      "factory-reset", "replay", "detect", "doctor", "drivers", "ports"}));
+                      "factory-reset", "replay", "detect", "doctor", "drivers", "ports", "help"}));
+    EXPECT_THAT(Completions("wbalance help mo"), ElementsAre("monitor"));
+}
+
+TEST(Completion, Offers_a_balance_to_monitor_whether_or_not_bash_divides_words_there) {
+    EXPECT_THAT(Completions("wbalance monitor rad"), ElementsAre("radwag@"));
+    EXPECT_THAT(Completions("wbalance monitor kern@0 oh"), ElementsAre("ohaus@"));
+    EXPECT_THAT(Completions("wbalance monitor --json oh"), ElementsAre("ohaus@"));
+    EXPECT_THAT(Completions("wbalance monitor radwag@0@600"), ElementsAre("radwag@0@600,7E1"));
+    EXPECT_THAT(Completions("wbalance monitor radwag @ 0 @ 600"), ElementsAre("600,7E1"));
+    EXPECT_THAT(Completions("wbalance monitor radwag @ 0 @"), Contains("9600,8N1"));
+    EXPECT_THAT(Completions("wbalance monitor --mode s"), ElementsAre("stable"));
 }
 
 TEST(Completion, Offers_the_drivers_that_there_are) {
@@ -57,7 +68,7 @@ TEST(Completion, Offers_each_command_its_own_options) {
 TEST(Completion, Offers_every_option_that_the_help_of_a_command_names) {
     for (const char* command :
          {"weigh", "tare", "zero", "preset-tare", "display", "on", "off", "factory-reset",
-          "monitor", "detect", "doctor", "drivers", "ports", "replay"}) {
+          "monitor", "detect", "doctor", "drivers", "ports", "replay", "help"}) {
         const auto offered = Completions(std::string("wbalance ") + command + " --");
         const Ran help =
             RunShell(std::string(WBALANCE) + " " + command +

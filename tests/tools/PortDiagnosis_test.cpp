@@ -270,4 +270,15 @@ TEST_F(PortDiagnosis, The_lock_of_a_program_that_has_ended_holds_nothing) {
     EXPECT_EQ(Wbalance("weigh -d mettler-toledo -p 0 --usb -t 0").output, "3.00 g\n");
 }
 
+TEST_F(PortDiagnosis, Detect_goes_on_behind_line_settings_that_the_port_refuses_and_names_them) {
+    OnLine([](VirtualLine& line) { line.refuseSpeed(B2400); });
+    balance_.addFault("silent");
+    const Ran ran = RunShell(WBALANCE " detect -p 0 --usb --json");
+    EXPECT_THAT(ran.errors, HasSubstr("\ntrying 9600,8N1\n"));
+    EXPECT_THAT(ran.errors, HasSubstr("\nrefused by the port: 2400,7E1"));
+    EXPECT_THAT(ran.output, HasSubstr("\"refused\":[\"2400,7E1\""));
+    EXPECT_THAT(ran.output, HasSubstr("\"status\":\"error\""));
+    EXPECT_EQ(ran.exitCode, 4);
+}
+
 }  // namespace

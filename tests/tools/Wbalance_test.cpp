@@ -591,6 +591,45 @@ TEST(Wbalance,
     EXPECT_THAT(bare.Errors(), EndsWith(", lost 0 times\n"));
 }
 
+TEST(Wbalance, A_port_that_is_not_there_is_an_object_for_who_asks_for_json) {
+    for (const char* command : {"weigh -d radwag", "tare -d radwag", "detect"}) {
+        const Ran ran = Wbalance(std::string(command) + " --json -p 4711 --usb");
+        EXPECT_EQ(JsonOf(ran.output)["status"].toString(), "error") << command;
+        EXPECT_EQ(JsonOf(ran.output)["port"].toString(), "/dev/ttyUSB4711") << command;
+        EXPECT_THAT(JsonOf(ran.output)["message"].toString().toStdString(),
+                    HasSubstr("there is no such port"));
+        EXPECT_EQ(ran.errors.find("wbalance:"), std::string::npos) << ran.errors;
+        EXPECT_EQ(ran.exitCode, 3);
+    }
+    EXPECT_EQ(Wbalance("weigh -d metler --json").output, "");
+    EXPECT_EQ(Wbalance("weigh -d metler --json").exitCode, 2);
+}
+
+TEST(Wbalance, Detect_and_drivers_have_json) {
+    const Ran found = WbalanceWith("radwag --load 3", "detect --json");
+    EXPECT_EQ(JsonOf(found.output)["status"].toString(), "found");
+    EXPECT_EQ(JsonOf(found.output)["driver"].toString(), "radwag");
+    EXPECT_EQ(JsonOf(found.output)["line"].toString(), "9600,7E1");
+    EXPECT_EQ(found.exitCode, 0);
+    const QJsonObject driver = JsonOf(Wbalance("drivers mettler-toledo --json").output);
+    EXPECT_EQ(driver["class"].toString(), "WbalanceMettlerToledo");
+    EXPECT_EQ(driver["line"].toString(), "2400,7E1");
+    EXPECT_TRUE(driver["operations"].toObject().contains("zero"));
+    const std::string all = Wbalance("drivers --json").output;
+    EXPECT_EQ(std::count(all.begin(), all.end(), '\n'), 13);
+}
+
+TEST(Wbalance, Help_of_a_command_is_its_help) {
+    EXPECT_EQ(Wbalance("help").output, Wbalance("--help").output);
+    for (const char* command : {"weigh", "monitor", "factory-reset", "help"}) {
+        const Ran ran = Wbalance("help " + std::string(command));
+        EXPECT_EQ(ran.output, Wbalance(std::string(command) + " --help").output);
+        EXPECT_THAT(ran.output, HasSubstr("Usage: wbalance " + std::string(command)));
+    }
+    EXPECT_THAT(Wbalance("help wiegh").errors,
+                StartsWith("wbalance: there is no command \"wiegh\"; there are: weigh, "));
+}
+
 TEST(Wbalance, Monitor_ends_after_a_time_in_several_units) {
     for (const char* duration : {"1", "1s", "0.0166min"}) {
         const Ran ran = WbalanceWith(

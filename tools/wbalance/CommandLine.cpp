@@ -35,21 +35,36 @@ int Complain(ExitCode code, const std::string& sentence) {
 }
 
 // CLI11 would say that a command is required.
-void RequireKnownCommand(const CLI::App& application, int argc, char* argv[]) {
-    if (argc < 2 || argv[1][0] == '-') return;
+void RequireCommand(const CLI::App& application, const std::string& name) {
+    if (name.empty() || name.front() == '-') return;
     std::string names;
     for (const CLI::App* command : application.get_subcommands({})) {
-        if (command->get_name() == argv[1]) return;
+        if (command->get_name() == name) return;
         names += (names.empty() ? "" : ", ") + command->get_name();
     }
-    throw ToolError(ExitCode::Usage,
-                    std::string("there is no command \"") + argv[1] + "\"; there are: " + names);
+    throw ToolError(ExitCode::Usage, "there is no command \"" + name + "\"; there are: " + names);
 }
 
 // "wbalance weigh --help", of the command that was given.
 std::string HelpFor(const CLI::App& application) {
     const auto given = application.get_subcommands();
     return "wbalance " + (given.empty() ? "" : given.front()->get_name() + " ") + "--help";
+}
+
+// "wbalance help" and "wbalance help weigh", which say the same as --help.
+void AddHelp(CLI::App& application) {
+    auto* command = application.add_subcommand("help", "Show the help of a command");
+    const auto name = std::make_shared<std::string>();
+    command->add_option("COMMAND", *name, "the command; without one, all are listed")
+        ->type_name("");
+    command->callback([&application, name] {
+        RequireCommand(application, *name);
+        const CLI::App& shown = name->empty() ? application : *application.get_subcommand(*name);
+        // Its own help() would be that of the command that was given, which is this one.
+        Print(shown.get_formatter()->make_help(
+            &shown, application.get_name() + (name->empty() ? "" : " " + *name),
+            CLI::AppFormatMode::Normal));
+    });
 }
 
 // What CLI11 prints instead of carrying a command out: help and version.
@@ -63,7 +78,7 @@ int Show(const CLI::App& application, const CLI::Success& success) {
 // Carries out what the words ask for.
 int Run(CLI::App& application, const ExitCode& exitCode, int argc, char* argv[]) {
     try {
-        RequireKnownCommand(application, argc, argv);
+        RequireCommand(application, argc < 2 ? "" : argv[1]);
         application.parse(argc, argv);
         return static_cast<int>(exitCode);
     } catch (const CLI::Success& success) {
@@ -87,6 +102,7 @@ int RunCommandLine(int argc, char* argv[]) {
     AddDoctor(application, exitCode);
     AddDrivers(application, exitCode);
     AddPorts(application, exitCode);
+    AddHelp(application);
     CatchInterrupts();
     std::signal(SIGPIPE, SIG_IGN);
     try {

@@ -16,4 +16,10 @@ class ToolError : public std::runtime_error {
     const ExitCode code;
 };
 
+/// Whether a program that asked for JSON gets this as an object: not what is wrong with its own
+/// command line, nor that somebody has interrupted it.
+inline bool IsForJson(const ToolError& error) {
+    return error.code != ExitCode::Usage && error.code != ExitCode::Interrupted;
+}
+
 }  // namespace tool

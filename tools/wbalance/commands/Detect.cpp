@@ -1,11 +1,13 @@
 #include "Detect.h"
 
+#include <QtCore/QJsonArray>
 #include <memory>
 
 #include "OutsideText.h"
 #include "ToolError.h"
 #include "detect/Detector.h"
 #include "line/PortTrouble.h"
+#include "output/Json.h"
 #include "output/Stream.h"
 #include "process/Session.h"
 
@@ -31,6 +33,7 @@ struct Options {
     bool usb = false;
     bool thorough = false;
     bool trace = false;
+    bool json = false;
 };
 
 std::string PortArguments(const Options& options) {
@@ -63,6 +66,29 @@ void Report(const Options& options, PortNumber port, const Detection& found) {
     }
 }
 
+std::string TextOf(const std::vector<LineSettings>& settings) {
+    std::string text;
+    for (const auto& line : settings)
+        text += (text.empty() ? "" : " ") + line.Text();
+    return text;
+}
+
+std::string Json(const Options& options, const Detection& found, const std::string& status,
+                 const std::string& message) {
+    QJsonObject object;
+    object["port"] = JsonText(PortName(options.port, options.usb).Text());
+    object["status"] = JsonText(status);
+    object["driver"] = JsonText(found.driver);
+    object["line"] = JsonText(found.driver.empty() ? "" : found.line.Text());
+    object["answer"] = JsonBytes(found.answer);
+    QJsonArray refused;
+    for (const auto& line : found.refused)
+        refused.append(JsonText(line.Text()));
+    object["refused"] = refused;
+    object["message"] = JsonText(message);
+    return JsonLine(object);
+}
+
 [[noreturn]] void Fail(const Options& options, PortNumber port, const Detection& found) {
     const std::string device = port.Device();
     const std::string sent = outside::Quoted(found.answer) + " at " + found.heardAt.Text();
@@ -79,6 +105,12 @@ void Report(const Options& options, PortNumber port, const Detection& found) {
                             "balance, or the cable picks up noise: " +
                             sent + more);
     }
+    if (found.refused == Detector::Settings(options.thorough)) {
+        throw ToolError(ExitCode::PortFailed,
+                        device +
+                            ": the port refuses all line settings that were tried; use another "
+                            "adapter");
+    }
     throw ToolError(ExitCode::Silent,
                     device +
                         ": nothing comes back: switch the balance on, look at the plugs, try a "
@@ -86,8 +118,7 @@ void Report(const Options& options, PortNumber port, const Detection& found) {
                         more);
 }
 
-ExitCode Run(const Options& options) {
-    const PortNumber port = PortName(options.port, options.usb).Resolve();
+Detection Detect(const Options& options, PortNumber port) {
     // Its questions, at one baud rate after the other, would get into somebody else's conversation.
     if (const std::string held = WhyHeld(port.Device()); !held.empty())
         throw ToolError(ExitCode::PortFailed, held);
@@ -95,9 +126,23 @@ ExitCode Run(const Options& options) {
         port, SinkFor(options.trace), [](const std::string& note) { SayLine(note); },
         options.thorough);
     const Detection found = detector.Run();
-    if (found.driver.empty()) Fail(options, port, found);
-    Report(options, port, found);
-    return ExitCode::Done;
+    if (!found.refused.empty()) SayLine("refused by the port: " + TextOf(found.refused));
+    return found;
+}
+
+ExitCode Run(const Options& options) {
+    Detection found;
+    try {
+        const PortNumber port = PortName(options.port, options.usb).Resolve();
+        found = Detect(options, port);
+        if (found.driver.empty()) Fail(options, port, found);
+        options.json ? PrintLine(Json(options, found, "found", "")) : Report(options, port, found);
+        return ExitCode::Done;
+    } catch (const ToolError& error) {
+        if (!options.json || !IsForJson(error)) throw;
+        PrintLine(Json(options, found, "error", error.what()));
+        return error.code;
+    }
 }
 
 }  // namespace
@@ -112,6 +157,7 @@ void AddDetect(arguments::Command application, ExitCode& exitCode) {
         .ShowDefault();
     command.AddFlag("-u,--usb", options->usb, "the port number is that of a USB adapter");
     command.AddFlag("--thorough", options->thorough, "every question at every usual setting");
+    command.AddFlag("--json", options->json, "one JSON object, also when nothing is found");
     command.AddFlag("--trace", options->trace, "show the library's trace on standard error");
     command.Callback([options, &exitCode] { exitCode = Run(*options); });
 }

@@ -4,6 +4,7 @@
 
 #include "drivers/DriverTable.h"
 #include "output/Columns.h"
+#include "output/Json.h"
 #include "output/Stream.h"
 
 namespace tool {
@@ -12,7 +13,13 @@ namespace {
 constexpr char kExamples[] =
     "Examples:\n"
     "  wbalance drivers\n"
-    "  wbalance drivers radwag\n";
+    "  wbalance drivers radwag\n"
+    "  wbalance drivers --json\n";
+
+struct Options {
+    std::string name;
+    bool json = false;
+};
 
 void List() {
     for (const auto& driver : Drivers()) {
@@ -31,17 +38,42 @@ void Describe(const DriverInfo& driver) {
                   (info.note.empty() ? "yes" : info.note));
 }
 
+std::string Json(const DriverInfo& driver) {
+    QJsonObject object;
+    object["driver"] = JsonText(driver.name);
+    object["maker"] = JsonText(driver.maker);
+    object["models"] = JsonText(driver.models);
+    object["class"] = JsonText(driver.driverClass);
+    object["line"] = JsonText(driver.line.Text());
+    object["modes"] = JsonText(driver.modes);
+    QJsonObject operations;
+    for (const auto& [operation, info] : driver.operations)
+        operations[JsonText(WordFor(operation))] = JsonText(info.note);
+    object["operations"] = operations;
+    return JsonLine(object);
+}
+
+ExitCode Run(const Options& options) {
+    if (!options.json) {
+        options.name.empty() ? List() : Describe(FindDriver(options.name));
+    } else if (!options.name.empty()) {
+        PrintLine(Json(FindDriver(options.name)));
+    } else {
+        for (const auto& driver : Drivers())
+            PrintLine(Json(driver));
+    }
+    return ExitCode::Done;
+}
+
 }  // namespace
 
 void AddDrivers(arguments::Command application, ExitCode& exitCode) {
     const auto command = application.AddSubcommand("drivers", "List the drivers, or describe one");
     command.Footer(kExamples);
-    const auto name = std::make_shared<std::string>();
-    command.AddOption("NAME", *name, "the driver to describe").TypeName("");
-    command.Callback([name, &exitCode] {
-        name->empty() ? List() : Describe(FindDriver(*name));
-        exitCode = ExitCode::Done;
-    });
+    const auto options = std::make_shared<Options>();
+    command.AddOption("NAME", options->name, "the driver to describe").TypeName("");
+    command.AddFlag("--json", options->json, "one JSON object a line");
+    command.Callback([options, &exitCode] { exitCode = Run(*options); });
 }
 
 }  // namespace tool

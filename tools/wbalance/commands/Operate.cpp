@@ -111,14 +111,15 @@ void Check(const Options& options) {
     RequireConsent(options);
 }
 
-std::string Json(const Options& options, const Confirmation& confirmation, WallTime time) {
+std::string Json(const Options& options, const std::string& status, const std::string& message,
+                 WallTime time) {
     QJsonObject object;
     object["time"] = JsonText(TimeText(time));
     object["driver"] = JsonText(options.balance.driver);
     object["port"] = JsonText(options.balance.Port().Text());
     object["operation"] = JsonText(WordFor(options.request.operation));
-    object["status"] = confirmation.code == ExitCode::Done ? "done" : "failed";
-    object["message"] = JsonText(confirmation.sentence);
+    object["status"] = JsonText(status);
+    object["message"] = JsonText(message);
     return JsonLine(object);
 }
 
@@ -132,7 +133,7 @@ Confirmation AskedAgain(Session& session, const Confirmation& confirmation) {
     return shown.reading.meaning == Meaning::Silence ? confirmation : NotAtRest();
 }
 
-ExitCode Run(const Options& options) {
+ExitCode OperateAndTell(const Options& options) {
     Check(options);
     Session session = options.balance.Open();
     const Report report = session.Perform(options.request, WordFor(options.request.operation));
@@ -140,7 +141,8 @@ ExitCode Run(const Options& options) {
     if (confirmation.code == ExitCode::Silent && NeedsRest(options.request.operation))
         confirmation = AskedAgain(session, confirmation);
     if (options.json) {
-        PrintLine(Json(options, confirmation, report.finished));
+        const bool done = confirmation.code == ExitCode::Done;
+        PrintLine(Json(options, done ? "done" : "failed", confirmation.sentence, report.finished));
         return confirmation.code;
     }
     if (confirmation.code != ExitCode::Done) {
@@ -150,6 +152,16 @@ ExitCode Run(const Options& options) {
     }
     PrintLine(confirmation.sentence.empty() ? DoneText(options.request) : confirmation.sentence);
     return ExitCode::Done;
+}
+
+ExitCode Run(const Options& options) {
+    try {
+        return OperateAndTell(options);
+    } catch (const ToolError& error) {
+        if (!options.json || !IsForJson(error)) throw;
+        PrintLine(Json(options, "error", error.what(), std::chrono::system_clock::now()));
+        return error.code;
+    }
 }
 
 arguments::Command Add(arguments::Command application, ExitCode& exitCode, Operation operation,

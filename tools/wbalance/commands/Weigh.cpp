@@ -33,7 +33,14 @@ Measurement Weigh(const Options& options) {
     return Measure(*session.Reached().driver, session.Perform(request, "weighing"));
 }
 
-ExitCode Run(const Options& options) {
+// The port can't be used, or the library gave up: no measurement was made.
+LabelledMeasurement ErrorOf(const Options& options, const std::string& sentence) {
+    Measurement nothing;
+    nothing.time = std::chrono::system_clock::now();
+    return {options.balance.driver, options.balance.Port().Text(), "error", sentence, nothing};
+}
+
+ExitCode WeighAndTell(const Options& options) {
     const Format format = options.weigh.OutputFormat();
     const std::string port = options.balance.Port().Text();
     const Measurement measurement = Weigh(options);
@@ -48,6 +55,16 @@ ExitCode Run(const Options& options) {
     if (format == Format::Csv) PrintLine(CsvHeader());
     PrintLine(Formatted({options.balance.driver, port, "", "", measurement}, format));
     return code;
+}
+
+ExitCode Run(const Options& options) {
+    try {
+        return WeighAndTell(options);
+    } catch (const ToolError& error) {
+        if (!options.weigh.json || !IsForJson(error)) throw;
+        PrintLine(Formatted(ErrorOf(options, error.what()), Format::Json));
+        return error.code;
+    }
 }
 
 }  // namespace

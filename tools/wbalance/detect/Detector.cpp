@@ -47,6 +47,7 @@ Detection Detector::Run() {
         note_("trying " + line.Text());
         if (TryAt(line)) break;
     }
+    found_.refused = refused_;
     return found_;
 }
 
@@ -56,6 +57,7 @@ bool Detector::TryAt(const LineSettings& line) {
     for (const auto& probe : Probes()) {
         if (!thorough_ && !IsDeliveredWith(probe, line)) continue;
         if (TryProbe(balance, connection, probe)) return true;
+        if (IsRefused(line)) return false;
         // Whoever answers, understood or not, is not asked the other instruments' questions.
         if (heard_) return false;
     }
@@ -76,10 +78,14 @@ bool Detector::TryProbe(BalanceProcess& balance, const Connection& connection, c
     }
     // One answer may be chance: noise, or the end of a line that someone else asked for.
     if (probe.driverFor(AskAgain(balance, connection, probe.command, "")) != driver) return false;
-    found_ = {driver, connection.line, answer, false, false, connection.line};
+    found_ = {driver, connection.line, answer, false, false, connection.line, {}};
     if (driver == "mettler-toledo")
         found_.driver = DriverForModel(AskAgain(balance, connection, "I2\r\n", ""));
     return true;
+}
+
+bool Detector::IsRefused(const LineSettings& line) const {
+    return !refused_.empty() && refused_.back() == line;
 }
 
 // Text says more than garbled bytes, wherever each was heard.
@@ -104,6 +110,12 @@ std::string Detector::Ask(BalanceProcess& balance, const Connection& connection,
     request.operation = Operation::Display;
     request.text = command;
     const Report report = balance.Perform(request, [] {});
+    if (Dialogue(report.trace).settingsRefused) {
+        // An adapter that can't do these may do the next.
+        refused_.push_back(connection.line);
+        heard_ = false;
+        return "";
+    }
     RequirePort(connection, report);
     heard_ = report.outcome.result != 0;
     return Dialogue(report.trace).Received();

@@ -15,10 +15,11 @@ namespace tool {
 struct Detection {
     std::string driver;  ///< empty: no instrument was recognised
     LineSettings line;
-    std::string answer;        ///< that decided, or the last bytes that made no sense
-    bool garbled = false;      ///< bytes came back, but no text
-    bool foreignText = false;  ///< text came back, but of no known instrument
-    LineSettings heardAt;      ///< where the bytes came back
+    std::string answer;                 ///< that decided, or the last bytes that made no sense
+    bool garbled = false;               ///< bytes came back, but no text
+    bool foreignText = false;           ///< text came back, but of no known instrument
+    LineSettings heardAt;               ///< where the bytes came back
+    std::vector<LineSettings> refused;  ///< by the port, so that nothing was asked there
 };
 
 /// Looks for an instrument with questions that change nothing on any of them.
@@ -30,7 +31,8 @@ class Detector {
     /// @param thorough every question at every usual setting, not only at the instruments' own
     Detector(PortNumber port, BalanceProcess::TraceSink sink, Note note, bool thorough);
 
-    /// Throws ToolError when the port fails or the user interrupts.
+    /// Settings that the port refuses are passed over. Throws ToolError when the port fails or the
+    /// user interrupts.
     Detection Run();
 
     /// The line settings that are tried, each once.
@@ -39,6 +41,7 @@ class Detector {
  private:
     bool TryAt(const LineSettings& line);
     bool TryProbe(BalanceProcess& balance, const Connection& connection, const Probe& probe);
+    bool IsRefused(const LineSettings& line) const;
     void NoteStranger(const std::string& answer, const LineSettings& line);
     std::string Ask(BalanceProcess& balance, const Connection& connection,
                     const std::string& command);
@@ -51,6 +54,7 @@ class Detector {
     const Note note_;
     const bool thorough_;
     Detection found_;
+    std::vector<LineSettings> refused_;
     bool heard_ = false;  ///< whether the last question was answered with anything
 };
 
