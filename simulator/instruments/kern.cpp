@@ -4,6 +4,9 @@
 //   > "O8"  < "A00", "+  12.50 G S"       one record at once
 //   > "O9"  < "A00", later the record     one record as soon as the pan is at rest
 //   > "O1"  < "A00", record after record  without end; "O2" only those at rest; "O0" stops
+//   > "O4"  < "A00", one record at rest for each load after an empty pan
+//   > "O5"  < "A00", one record whenever the pan has come to rest; "O6" and all while it moves
+//   > "O3"  < "A00", one record when the print key is pressed; "O7" and the pan is at rest
 // Each output command ends the one before it.
 
 #include "simulator/instruments/kern.h"
@@ -28,10 +31,17 @@ class Kern : public Dialect {
         on("O2", [this](const std::string&) { output([this] { repeatAtRest(); }); });
         on("O8", [this](const std::string&) { outputOnce([this] { sayRecord(); }); });
         on("O9", [this](const std::string&) { outputOnce([this] { sayRecordAtRest(); }); });
-        // They send when a key is pressed or the load changes, which this balance does not do.
-        for (const char* command : {"O3", "O4", "O5", "O6", "O7", "OA", "OB"})
+        on("O3", [this](const std::string&) { output([this] { key_ = KeyOutput::atOnce; }); });
+        on("O4", [this](const std::string&) { output([this] { repeatForEachLoad(); }); });
+        on("O5", [this](const std::string&) { output([this] { repeatForEachRest(); }); });
+        on("O6", [this](const std::string&) { output([this] { repeatWhileMoving(); }); });
+        on("O7", [this](const std::string&) { output([this] { key_ = KeyOutput::atRest; }); });
+        // Known by name only.
+        for (const char* command : {"OA", "OB"})
             on(command, [this](const std::string&) { output([] {}); });
     }
+
+    void powerUp() override { key_ = KeyOutput::atOnce; }
 
  protected:
     void execute(const std::string& command) override {
@@ -43,11 +53,19 @@ class Kern : public Dialect {
     }
     void unknown(const std::string&) override { say("E01"); }
     void spoiled() override { say("E01"); }
-    void printKey() override { say(record()); }
+    void printKey() override {
+        if (key_ == KeyOutput::atOnce) say(record());
+        if (key_ == KeyOutput::atRest)
+            whenStable(
+                patience, [this] { say(record()); }, [] {});
+    }
     /// A record that is waited for holds nothing back.
     bool interrupts(const std::string&) const override { return true; }
 
  private:
+    /// What the print key sends: as delivered a record, after most output commands nothing.
+    enum class KeyOutput { nothing, atOnce, atRest };
+
     void acknowledge() { say("A00"); }
 
     void tare() {
@@ -61,6 +79,7 @@ class Kern : public Dialect {
     void output(const Action& begin) {
         cancelAll();
         acknowledge();
+        key_ = KeyOutput::nothing;
         begin();
     }
 
@@ -78,6 +97,29 @@ class Kern : public Dialect {
     void repeatAtRest() {
         every(switches_.time("interval"), [this] {
             if (balance().read().stable) say(record());
+        });
+    }
+
+    void repeatForEachRest() {
+        atEachRest([this] { say(record()); });
+    }
+
+    void repeatWhileMoving() {
+        repeatForEachRest();
+        every(switches_.time("interval"), [this] {
+            if (!balance().read().stable) say(record());
+        });
+    }
+
+    void repeatForEachLoad() {
+        wasEmpty_ = true;
+        every(balance().data().refresh, [this] {
+            const Reading reading = balance().read();
+            const bool isLoaded = reading.value > 0;
+            if (!isLoaded) wasEmpty_ = true;
+            if (!isLoaded || !wasEmpty_ || !reading.stable) return;
+            say(record());
+            wasEmpty_ = false;
         });
     }
 
@@ -117,6 +159,8 @@ class Kern : public Dialect {
     }
 
     Switches switches_;
+    KeyOutput key_ = KeyOutput::atOnce;
+    bool wasEmpty_ = true;  ///< since the last record of O4
 };
 
 std::vector<SwitchDescription> kernSwitches() {

@@ -113,11 +113,78 @@ TEST_F(Kern, Commands_of_another_form_are_refused) {
         EXPECT_EQ(ask(command), "E01\r\n") << command;
 }
 
-TEST_F(Kern, The_output_commands_of_keys_and_load_changes_are_acknowledged) {
+// Shinko AJ manual, 10.5, and Kern e-1226, chapter 8: output control. O3 sends a record with the
+// key, O7 one at rest; after O0 there is none.
+TEST_F(Kern, O3_and_O7_send_a_record_when_the_key_is_pressed) {
     have(0);
-    for (const char* command :
-         {"O3\r\n", "O4\r\n", "O5\r\n", "O6\r\n", "O7\r\n", "OA\r\n", "OB\r\n"})
-        EXPECT_EQ(ask(command), "A00\r\n") << command;
+    const auto key = [&] {
+        instrument_->press(simulator::Key::print);
+        return instrument_->takeOutput();
+    };
+    EXPECT_EQ(ask("O3\r\n"), "A00\r\n");
+    instrument_->balance().setLoad(50);
+    answersUntil(100ms);
+    EXPECT_EQ(key(), "+  24.33 G U\r\n");
+    EXPECT_EQ(ask("O7\r\n", 100ms), "A00\r\n");
+    EXPECT_EQ(key(), "");
+    EXPECT_EQ(answersUntil(5s), "+  50.00 G S\r\n");
+    EXPECT_EQ(ask("O0\r\n", 5s), "A00\r\n");
+    EXPECT_EQ(key(), "");
+    EXPECT_EQ(answersUntil(10s), "");
+}
+
+TEST_F(Kern, After_a_power_cut_the_key_sends_a_record_again) {
+    have(5);
+    EXPECT_EQ(ask("O0\r\n"), "A00\r\n");
+    instrument_->addFault(Fault::parse("power-cut@1s+1s"));
+    answersUntil(3s);
+    instrument_->press(simulator::Key::print);
+    EXPECT_EQ(instrument_->takeOutput(), "+   0.00 G S\r\n");
+}
+
+// Shinko AJ manual, 10.5: one stable record for each load, when zero or less was shown in between.
+TEST_F(Kern, O4_sends_one_record_for_each_load) {
+    have(0);
+    EXPECT_EQ(ask("O4\r\n"), "A00\r\n");
+    instrument_->balance().setLoad(50);
+    EXPECT_EQ(answersUntil(5s), "+  50.00 G S\r\n");
+    instrument_->balance().setLoad(80);
+    EXPECT_EQ(answersUntil(10s), "");
+    instrument_->balance().setLoad(0);
+    EXPECT_EQ(answersUntil(15s), "");
+    instrument_->balance().setLoad(20);
+    EXPECT_EQ(answersUntil(20s), "+  20.00 G S\r\n");
+}
+
+// Shinko AJ manual, 10.5: one record at rest, again after each unstable time, zero included.
+TEST_F(Kern, O5_sends_one_record_whenever_the_pan_has_come_to_rest) {
+    have(0);
+    EXPECT_EQ(ask("O5\r\n"), "A00\r\n+   0.00 G S\r\n");
+    instrument_->balance().setLoad(50);
+    EXPECT_EQ(answersUntil(5s), "+  50.00 G S\r\n");
+    instrument_->balance().setLoad(0);
+    EXPECT_EQ(answersUntil(10s), "+   0.00 G S\r\n");
+    EXPECT_EQ(ask("O0\r\n", 10s), "A00\r\n");
+    instrument_->balance().setLoad(50);
+    EXPECT_EQ(answersUntil(15s), "");
+}
+
+// Shinko AJ manual, 10.5: O6 is O5, and sends all the time while the weight is unstable.
+TEST_F(Kern, O6_sends_records_while_the_pan_moves_and_one_at_rest) {
+    have(0, {"interval=300ms"});
+    EXPECT_EQ(ask("O6\r\n"), "A00\r\n+   0.00 G S\r\n");
+    EXPECT_EQ(answersUntil(3s), "");
+    instrument_->balance().setLoad(50);
+    EXPECT_EQ(answersUntil(10s),
+              "+  43.23 G U\r\n+  49.08 G U\r\n+  49.88 G U\r\n+  49.98 G U\r\n+  50.00 G U\r\n+  "
+              "50.00 G S\r\n");
+}
+
+// Only named in the manuals: they are acknowledged and send nothing.
+TEST_F(Kern, OA_and_OB_are_acknowledged) {
+    have(0);
+    EXPECT_EQ(ask("OA\r\nOB\r\n"), "A00\r\nA00\r\n");
+    EXPECT_EQ(answersUntil(10s), "");
 }
 
 TEST_F(Kern, A_command_with_a_damaged_character_is_refused) {
