@@ -24,7 +24,7 @@ std::string AsTheHostWrites() {
 
 }  // namespace
 
-// Stands in for the C library's, which never fails to give this locale.
+// Stands in for the C library's own, which never fails to give the "C" locale.
 extern "C" locale_t newlocale(int categories, const char* name, locale_t base) noexcept {
     if (memoryIsShort) return nullptr;
     using NewLocale = locale_t (*)(int, const char*, locale_t);
