@@ -171,6 +171,19 @@ TEST(Confirmation, A_text_that_is_not_answered_has_nothing_to_do_with_the_pan) {
     EXPECT_EQ(display.sentence, "the balance did not answer it");
 }
 
+TEST(Confirmation, A_tare_that_has_begun_is_not_done) {
+    const std::string begun = "the balance has begun it and finishes it when its pan comes to rest";
+    const auto radwag = Performed().Exchange("T\r\n", "T A\r\n").By("radwag", Operation::Tare, 0);
+    EXPECT_EQ(radwag.code, ExitCode::NotStable);
+    EXPECT_EQ(radwag.sentence, begun + "; it sent \"T A\\r\\n\"");
+    const auto gibertini =
+        Performed().Exchange("T\r\n", "      50.00 g   TI\r\n").By("gibertini", Operation::Tare, 1);
+    EXPECT_EQ(gibertini.code, ExitCode::NotStable);
+    const auto rested =
+        Performed().Exchange("T\r\n", "      50.00 g   TS\r\n").By("gibertini", Operation::Tare, 1);
+    EXPECT_EQ(rested.code, ExitCode::Done);
+}
+
 TEST(Confirmation, A_check_that_shows_a_moving_weight_is_none) {
     const auto confirmation = Performed()
                                   .Exchange("T", "")

@@ -197,7 +197,8 @@ DriverInfo Gibertini() {
     driver.modes =
         "all alike: B, the first valid record within 20 s; with stable no weight when that record "
         "is not stable";
-    driver.operations = {{Operation::Tare, Trusted(Tare)}};
+    // Its record says that it is taring (T), and whether the pan is at rest (S) or not yet.
+    driver.operations = {{Operation::Tare, Answered(Tare, "T", "TS")}};
     return driver;
 }
 

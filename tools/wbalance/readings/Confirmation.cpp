@@ -14,6 +14,8 @@ namespace {
 // Grams by which a weight differs noticeably; the drivers' own checks allow as much.
 constexpr double kNoticed = 0.1;
 
+const std::string kBegun = "the balance has begun it and finishes it when its pan comes to rest";
+
 const Exchange* LastAnswered(const Dialogue& dialogue) {
     const auto last = std::find_if(dialogue.exchanges.rbegin(), dialogue.exchanges.rend(),
                                    [](const Exchange& one) { return !one.answer.empty(); });
@@ -45,6 +47,7 @@ Confirmation RefusedWith(const std::string& answer, const OperationInfo& info) {
                                     "drivers of the models tare (`wbalance drivers`)"
                                   : "it";
     const std::string status = StatusOf(answer);
+    if (status == "A") return {ExitCode::NotStable, kBegun + sent};
     if (status == "I" || status == "E")
         return {ExitCode::NotStable, "the balance was busy or not stable in time" + sent};
     if (status == "+" || status == "^")
@@ -140,14 +143,17 @@ Confirmation CheckedByChange(const DriverInfo& driver, const Dialogue& dialogue,
 }
 
 // Whether the answer to the operation's own command confirms it, where there was such a command.
-std::optional<Confirmation> ConfirmedByAnswer(Operation operation, const OperationInfo& info,
+std::optional<Confirmation> ConfirmedByAnswer(const DriverInfo& driver, Operation operation,
                                               const Dialogue& dialogue) {
+    const OperationInfo& info = driver.operations.at(operation);
     const Exchange* exchange = info.command.empty() ? nullptr : ExchangeOf(dialogue, info.command);
     if (exchange == nullptr) return std::nullopt;
     if (exchange->answer.empty()) return Unanswered(operation, dialogue);
-    if (exchange->answer.find(info.confirmation) == std::string::npos)
-        return RefusedWith(exchange->answer, info);
-    return Confirmation{};
+    if (exchange->answer.find(info.confirmation) != std::string::npos) return Confirmation{};
+    if (driver.dialect(exchange->answer).meaning == Meaning::Calibrating)
+        return Confirmation{ExitCode::NotStable,
+                            kBegun + ("; it sent " + outside::Quoted(exchange->answer))};
+    return RefusedWith(exchange->answer, info);
 }
 
 // Radwag's tare falls back on zeroing, whose success it reports as its own.
@@ -175,7 +181,7 @@ Confirmation Confirm(const DriverInfo& driver, Operation operation, const Report
     const Exchange* setter = info.setter.empty() ? nullptr : ExchangeOf(dialogue, info.setter);
     if (setter != nullptr) return CheckedByChange(driver, dialogue, *setter, report.request.grams);
     if (report.outcome.result == 0) return Failed(driver, operation, dialogue);
-    if (const auto confirmation = ConfirmedByAnswer(operation, info, dialogue))
+    if (const auto confirmation = ConfirmedByAnswer(driver, operation, dialogue))
         return *confirmation;
     if (info.checkedByWeight) return CheckedByWeight(driver, dialogue);
     if (info.zeroes) return {ExitCode::Done, "zeroed, as this driver does in place of taring"};
