@@ -11,6 +11,7 @@
 #include "AnyReport.h"
 #include "OutsideText.h"
 #include "doctor/Doctor.h"
+#include "monitor/Picture.h"
 #include "output/MeasurementFormat.h"
 #include "process/Recorder.h"
 #include "readings/Confirmation.h"
@@ -89,6 +90,17 @@ void RequireFormats(const tool::LabelledMeasurement& labelled) {
     RequireCsv(csv, measurement);
 }
 
+void RequirePicture(const tool::LabelledMeasurement& labelled, const std::string& lost,
+                    tool::ScreenSize size) {
+    tool::DisplayedBalance balance;
+    balance.name = outside::Printable(labelled.port);
+    balance.reading = labelled.measurement.reading;
+    balance.received = true;
+    balance.lost = lost;
+    for (const std::string& line : PictureOf({balance}, size, balance.receivedAt))
+        RequireALine(line, "the live display");
+}
+
 void RequireSentences(const tool::DriverInfo& driver, const tool::Report& report,
                       const tool::Measurement& measurement) {
     RequireALine(SentenceFor(measurement.reading), "a sentence");
@@ -143,6 +155,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     RequireFormats({driver.name, port, "", "", measurement});
     RequireALine(Formatted({driver.name, port, "lost", message, {}}, tool::Format::Text),
                  "a notice");
+    for (const tool::ScreenSize screen : {tool::ScreenSize{80, 24}, tool::ScreenSize{20, 5}}) {
+        RequirePicture({driver.name, port, "", "", measurement}, "", screen);
+        RequirePicture({driver.name, port, "", "", measurement}, message, screen);
+    }
     RequireSentences(driver, report, measurement);
     RequireTrace(report);
     RequireReplay(driver, report, measurement);

@@ -177,10 +177,10 @@ TEST(Confirmation, A_tare_that_has_begun_is_not_done) {
     EXPECT_EQ(radwag.code, ExitCode::NotStable);
     EXPECT_EQ(radwag.sentence, begun + "; it sent \"T A\\r\\n\"");
     const auto gibertini =
-        Performed().Exchange("T\r\n", "      50.00 g   TI\r\n").By("gibertini", Operation::Tare, 1);
+        Performed().Exchange("T\r\n", "     50.00 g   TI\r\n").By("gibertini", Operation::Tare, 1);
     EXPECT_EQ(gibertini.code, ExitCode::NotStable);
     const auto rested =
-        Performed().Exchange("T\r\n", "      50.00 g   TS\r\n").By("gibertini", Operation::Tare, 1);
+        Performed().Exchange("T\r\n", "     50.00 g   TS\r\n").By("gibertini", Operation::Tare, 1);
     EXPECT_EQ(rested.code, ExitCode::Done);
 }
 
