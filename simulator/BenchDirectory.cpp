@@ -91,9 +91,9 @@ BenchDirectory::BenchDirectory() {
 
 BenchDirectory::~BenchDirectory() {
     ::unsetenv(virtualLinesVariable);
+    ::close(claim_);  // first: removing takes a descriptor, which may be the last
     std::error_code ignored;
     fs::remove_all(path_, ignored);
-    ::close(claim_);
 }
 
 std::vector<fs::path> BenchDirectory::places() {
