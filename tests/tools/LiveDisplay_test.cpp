@@ -132,4 +132,12 @@ TEST(LiveDisplay, Says_that_the_balance_is_overloaded_instead_of_a_weight) {
     EXPECT_THAT(monitor.Seen(), Not(HasSubstr(" g\x1b[K")));
 }
 
+TEST(FactoryReset, Ctrl_C_at_its_question_is_an_interruption_and_sends_nothing) {
+    OnTerminal reset("exec " WBALANCE " factory-reset -d ohaus");
+    EXPECT_TRUE(reset.SeesSoon("[y/N] ")) << reset.Seen();
+    reset.PressCtrlC();
+    EXPECT_EQ(reset.End(), 130);
+    EXPECT_THAT(reset.Seen(), EndsWith("wbalance: interrupted; nothing was sent\r\n"));
+}
+
 }  // namespace
