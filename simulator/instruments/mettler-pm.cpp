@@ -43,6 +43,11 @@ class StandardPm : public Dialect {
     void refuse(const std::string&) override { say("EL"); }
     void spoiled() override { say("ET"); }
 
+    /// S that waits does not keep SI.
+    bool interrupts(const std::string& command) const override {
+        return command == "SI" && stableIsAwaited_;
+    }
+
     void printKey() override {
         whenStable(
             switches_.time("stability-time-out"), [this] { sayWeightNow(); }, [] {});
@@ -71,12 +76,17 @@ class StandardPm : public Dialect {
     void sendStable() {
         stopRepeating();
         if (isOutOfRange()) return;
+        stableIsAwaited_ = true;
         whenStable(
             switches_.time("stability-time-out"),
             [this] {
+                stableIsAwaited_ = false;
                 if (!isOutOfRange()) sayWeight();
             },
-            [this] { say("SI"); });
+            [this] {
+                stableIsAwaited_ = false;
+                say("SI");
+            });
     }
 
     void sendImmediately() {
@@ -112,6 +122,7 @@ class StandardPm : public Dialect {
     }
 
     Switches switches_;
+    bool stableIsAwaited_ = false;
     std::string last_;
 };
 

@@ -50,6 +50,11 @@ class OhausPrint : public Dialect {
         return Dialect::cutCommand(received);
     }
 
+    /// What SP waits for does not keep P, unless that waits, too.
+    bool interrupts(const std::string& command) const override {
+        return command == "P" && !stableOnly_;
+    }
+
     void printKey() override { print(); }
 
     /// A number in front of a command is its parameter: "5A" is looked up as "#A".

@@ -105,6 +105,12 @@ TEST_F(MettlerPm, A_character_of_wrong_parity_is_ET) {
     EXPECT_EQ(instrument_->takeOutput(), "ET\r\n");
 }
 
+TEST_F(MettlerPm, Answers_SI_while_S_waits_for_the_pan) {
+    have(1);
+    addFault("busy");
+    EXPECT_EQ(ask("S\r\nX\r\nSI\r\n"), "SI\r\n");
+}
+
 TEST_F(MettlerPm, Set_to_MT_SICS_it_speaks_that) {
     have(12.34, {"protocol=mt-sics", "serial-number=0123456"});
     EXPECT_EQ(ask("@\r\nS\r\nTA 5 g\r\n"),

@@ -117,6 +117,13 @@ TEST_F(Ohaus, Prints_unasked_until_0A) {
     EXPECT_EQ(answersUntil(60s), "");
 }
 
+TEST_F(Ohaus, Prints_at_once_while_SP_waits_for_the_pan) {
+    have(0, {"line=explorer"});
+    putOn(50);
+    EXPECT_EQ(ask("SP\r\nP\r\n", 100ms).size(), std::string("      0.00 g ?\r\n").size());
+    EXPECT_EQ(answersUntil(5000ms), "     50.00 g\r\n");
+}
+
 TEST_F(Ohaus, Factory_settings_may_print_unasked_until_0A) {
     have(1, {"line=explorer", "factory-auto-print"});
     EXPECT_EQ(ask("\x1bR\r\n0A\r\n"), "      1.00 g\r\n");
