@@ -81,6 +81,20 @@ TEST(Record, A_header_stays_on_its_line_and_changes_no_terminal) {
     EXPECT_EQ(record::Read(file.Path()).header.driver, "kern");
 }
 
+TEST(Record, A_file_that_holds_something_is_not_overwritten) {
+    const TemporaryFile file;
+    file.Write("the only copy\n");
+    try {
+        record::Writer(file.Path(), {});
+        ADD_FAILURE() << "overwritten";
+    } catch (const record::Error& error) {
+        EXPECT_EQ(error.what(), file.Path() +
+                                    ": the file is there already; choose another name, or remove "
+                                    "it");
+    }
+    EXPECT_EQ(file.Text(), "the only copy\n");
+}
+
 TEST(Record, A_broken_file_is_refused_with_the_line_and_the_reason) {
     EXPECT_THAT(ReasonFor(""), HasSubstr("the file is empty"));
     EXPECT_THAT(ReasonFor("hello\n"), HasSubstr(":1: no record"));

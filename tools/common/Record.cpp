@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 
 #include "OutsideText.h"
 
@@ -135,8 +136,11 @@ Record Read(const std::string& path) {
     return record;
 }
 
-Writer::Writer(const std::string& path, const Header& header)
-    : path_(path), file_(path, std::ios::trunc) {
+Writer::Writer(const std::string& path, const Header& header) : path_(path) {
+    std::error_code none;
+    if (std::filesystem::is_regular_file(path, none) && !std::filesystem::is_empty(path, none))
+        throw Error(path_ + ": the file is there already; choose another name, or remove it");
+    file_.open(path_);
     if (!file_) throw Error(path_ + ": " + std::strerror(errno));
     WriteLine(kTitle);
     WriteLine("# driver: " + outside::Printable(header.driver));

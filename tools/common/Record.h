@@ -69,8 +69,8 @@ Record Read(const std::string& path);
 /// Writes a record entry by entry; each is in the file when Write() returns.
 class Writer {
  public:
-    /// Replaces the file. Throws Error when it can't be opened, WriteError when it can't be
-    /// written, as does Write().
+    /// Throws Error when the file holds something already or can't be opened, WriteError when it
+    /// can't be written, as does Write().
     Writer(const std::string& path, const Header& header);
     void Write(const Entry& entry);
 
