@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "RunProgram.h"
+#include "process/Descriptor.h"
 #include "simulator/VirtualBench.h"
 #include "simulator/line/VirtualLine.h"
 
@@ -21,6 +22,7 @@ using simulator::VirtualBench;
 using simulator::VirtualLine;
 using testing::EndsWith;
 using testing::HasSubstr;
+using testing::Not;
 
 namespace {
 
@@ -246,12 +248,12 @@ class Lock {
     }
     ~Lock() { unlink(kPath); }
 
- private:
     static constexpr char kPath[] = "/var/lock/LCK..ttyUSB0";
 };
 
 TEST_F(PortDiagnosis, The_program_that_holds_the_port_is_named) {
     const Lock lock(getpid());
+    const tool::Descriptor port(open("/dev/ttyUSB0", O_RDWR | O_NOCTTY | O_CLOEXEC));
     const std::string held = "held by PortDiagnosis_t (process " + std::to_string(getpid()) +
                              "): end that program first\n";
 
@@ -262,6 +264,33 @@ TEST_F(PortDiagnosis, The_program_that_holds_the_port_is_named) {
     const Ran weighed = Wbalance("weigh -d mettler-toledo -p 0 --usb");
     EXPECT_EQ(weighed.errors, "wbalance: /dev/ttyUSB0: the port is in use; it is " + held);
     EXPECT_EQ(weighed.exitCode, 3);
+}
+
+TEST_F(PortDiagnosis, A_program_that_only_has_the_number_in_a_lock_file_is_not_blamed) {
+    const Lock lock(getpid());
+    const Ran ran = Wbalance("doctor -d mettler-toledo -p 0 --usb -t 0");
+    EXPECT_THAT(ran.output, Not(HasSubstr("held by")));
+    EXPECT_THAT(ran.output, HasSubstr("access         opens, nobody else holds it\n"));
+}
+
+TEST_F(PortDiagnosis, A_lock_file_that_is_none_stops_nothing) {
+    const std::string ended = RunShell("echo $$").output;
+    const std::string path = (bench_.directory() / "LCK..ttyUSB0").string();
+    const auto examine = [&](const std::string& make) {
+        RunShell(make);
+        for (const char* command :
+             {"doctor -d mettler-toledo -p 0 --usb -t 0", "ports",
+              "weigh -d mettler-toledo -p 0 --usb -t 0", "detect -p 0 --usb"}) {
+            const Ran ran = RunShell("timeout 60 env " WBALANCE " " + std::string(command));
+            EXPECT_NE(ran.exitCode, 124) << make << ": " << command;
+            EXPECT_THAT(ran.exitCode, testing::AnyOf(0, 3)) << make << ": " << command;
+        }
+        RunShell("rm -r " + path);
+    };
+    examine("mkfifo " + path);
+    examine("mkdir " + path);
+    examine("ln -s /dev/zero " + path);
+    examine("yes 1234567890 | head -c 9000000 >" + path);
 }
 
 TEST_F(PortDiagnosis, The_lock_of_a_program_that_has_ended_holds_nothing) {

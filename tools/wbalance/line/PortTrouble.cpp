@@ -28,14 +28,19 @@ std::string ProcessText(long pid) {
     return (name.empty() ? "another program" : name) + " (process " + std::to_string(pid) + ")";
 }
 
-bool HasOpen(const fs::path& process, const std::string& device) {
+enum class Sight { Open, NotOpen, Hidden };
+
+// Whether a process has the device open; of another user's processes only root sees it.
+Sight LookInto(const fs::path& process, const std::string& device) {
     std::error_code error;
+    bool hidden = false;
     for (fs::directory_iterator file(process / "fd", error), end; !error && file != end;
          file.increment(error)) {
         std::error_code unreadable;
-        if (fs::read_symlink(file->path(), unreadable) == device) return true;
+        if (fs::read_symlink(file->path(), unreadable) == device) return Sight::Open;
+        hidden = hidden || unreadable == std::errc::permission_denied;
     }
-    return false;
+    return hidden || error ? Sight::Hidden : Sight::NotOpen;
 }
 
 long OpenHolder(const std::string& device) {
@@ -45,7 +50,7 @@ long OpenHolder(const std::string& device) {
         const std::string name = process->path().filename();
         if (name.find_first_not_of("0123456789") != std::string::npos) continue;
         const long pid = std::stol(name);
-        if (pid != getpid() && HasOpen(process->path(), device)) return pid;
+        if (pid != getpid() && LookInto(process->path(), device) == Sight::Open) return pid;
     }
     return 0;
 }
@@ -151,15 +156,22 @@ std::string Explain(const std::string& device, int error) {
 }  // namespace
 
 std::string HolderOf(const std::string& device) {
-    const pid_t locker = LockHolder(device);
-    if (locker != 0 && locker != getpid()) return ProcessText(locker);
     if (const long pid = OpenHolder(device)) return ProcessText(pid);
-    return "";
+    // A lock file that was left behind may name a process that has nothing to do with the port.
+    const pid_t locker = LockHolder(device);
+    const std::string process = "/proc/" + std::to_string(locker);
+    if (locker == 0 || LookInto(process, device) != Sight::Hidden) return "";
+    return "a program that may be " + ProcessText(locker);
 }
 
 std::string WhyHeld(const std::string& device) {
     const std::string holder = HolderOf(device);
     return holder.empty() ? "" : device + " is held by " + holder + ": end that program first";
+}
+
+std::string WhyLocked(const std::string& device) {
+    return device + ": the lock file of a program that has ended keeps the port closed: sudo rm " +
+           LockFile(device);
 }
 
 std::string WhyNotOpened(const std::string& device) {
@@ -172,11 +184,7 @@ std::string WhyNotOpened(const std::string& device) {
                ": no serial port is behind it; `wbalance ports` lists those that are there";
     if (!HolderOf(device).empty()) return device + Explain(device, EBUSY);
     // Qt takes the lock file of a program that has ended away, unless it is another user's.
-    const std::string lock = LockFile(device);
-    if (access(lock.c_str(), F_OK) == 0) {
-        return device +
-               ": the lock file of a program that has ended keeps the port closed: sudo rm " + lock;
-    }
+    if (access(LockFile(device).c_str(), F_OK) == 0) return WhyLocked(device);
     return device + ": the port could not be opened a moment ago but can be now; try again";
 }
 
