@@ -35,6 +35,7 @@ std::string Grams(double grams) {
 std::string DoneText(const Request& request) {
     switch (request.operation) {
         case Operation::Weigh:
+        case Operation::Ask:
             break;
         case Operation::Tare:
             return "tared";

@@ -1,7 +1,8 @@
 #include "RawLine.h"
 
-#include <wbalance/CSerialObject.h>
 #include <wbalance/Cwbalance.h>
+
+#include "drivers/Factory.h"
 
 namespace tool {
 namespace {
@@ -15,13 +16,6 @@ class Line : public Cwbalance {
 
     int IsReady() override { return OpenAndClear(); }
     int Tare() override { return 0; }
-
-    int Ask(std::string command) {
-        if (IsReady() == 0) return 0;
-        if (!command.empty() && serialObject->SendCommand(command.data()) == 0) return 0;
-        char answer[512];
-        return serialObject->ReceiveAnswer(answer, sizeof answer, 1, "\n");
-    }
 };
 
 }  // namespace
@@ -30,9 +24,9 @@ const DriverInfo& RawLine() {
     static const DriverInfo line = [] {
         DriverInfo info;
         info.name = "line";
-        info.construct = [] { return std::make_unique<Line>(); };
+        info.construct = Plain<Line>;
         info.operations[Operation::Display].call = [](Cwbalance& balance, const Request& request) {
-            return static_cast<Line&>(balance).Ask(request.text);
+            return static_cast<Asking<Line>&>(balance).Ask(request.text);
         };
         return info;
     }();

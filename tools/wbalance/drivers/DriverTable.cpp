@@ -10,6 +10,9 @@ namespace {
 
 constexpr char kMtModes[] = "stable: S; auto: S, else the mean of five SI; now: SI";
 
+// @ ends the waiting of a command that has not been answered; it keeps zero and tare.
+const std::vector<std::string> kMtQuestion = {"@\r\n", "SI\r\n"};
+
 int Tare(Cwbalance& balance, const Request& /*request*/) {
     return balance.Tare();
 }
@@ -72,6 +75,7 @@ DriverInfo MettlerToledo() {
                       // be taken for the weight.
                       Quiet<WbalanceMettlerToledo>};
     driver.modes = kMtModes;
+    driver.question = kMtQuestion;
     auto tare = Trusted(Tare,
                         "zeroes (Z) and does not tare, so that a load on the pan may prevent it; "
                         "the drivers of the models tare (T)");
@@ -89,6 +93,7 @@ DriverInfo MettlerPm() {
                       ReadPm,
                       Plain<WbalanceMettlerPM>};
     driver.modes = kMtModes;
+    driver.question = kMtQuestion;
     auto preset = Weighed(PresetTareOnceReady,
                           "tares first; with MT-SICS the tare that this gives is added to it");
     preset.command = "TA ";
@@ -103,6 +108,7 @@ DriverInfo MettlerWithPanel(const char* name, const char* models, const char* dr
                             const LineSettings& line) {
     DriverInfo driver{name, "Mettler Toledo", models, driverClass, line, ReadMtSics, Plain<Driver>};
     driver.modes = kMtModes;
+    driver.question = kMtQuestion;
     driver.operations = {
         {Operation::Tare, Trusted(Tare)},
         {Operation::PresetTare,
@@ -130,6 +136,8 @@ DriverInfo Sartorius() {
     driver.modes =
         "all alike: what the balance prints (ESC P), by its own setting after stability; with "
         "stable no weight when it prints one that is not";
+    // The model: the queries are answered also while a print waits for stability.
+    driver.question = {"\x1bx1_"};
     auto preset = Weighed(PresetTare, "tares first; works where soft key 4 stores the tare");
     preset.setter = "\x1bt";
     driver.operations = {{Operation::Tare, Weighed(Tare)}, {Operation::PresetTare, preset}};
@@ -148,6 +156,7 @@ DriverInfo Ohaus() {
                       Plain<Resetting<WbalanceOHAUS_SPU602>>};
     driver.readyFirst = true;
     driver.modes = "stable: SP (a Scout Pro may not know it); auto and now: P, also while moving";
+    driver.question = {"P\r\n"};
     driver.operations = {
         {Operation::Tare, Weighed(Tare, "its check reads with SP, which a Scout Pro may not know")},
         {Operation::FactoryReset, Trusted(FactoryReset, "may reset the line settings too")}};
@@ -282,6 +291,8 @@ std::string WordFor(Operation operation) {
             return "off";
         case Operation::FactoryReset:
             return "factory-reset";
+        case Operation::Ask:
+            return "ask";
     }
     return "";
 }

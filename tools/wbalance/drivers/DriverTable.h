@@ -49,6 +49,9 @@ struct DriverInfo {
 
     std::string modes = {};  ///< what stable, auto and now do, for people
     std::map<Operation, OperationInfo> operations = {};
+    /// Commands that the instrument answers at once, one after the other, where it says nothing to
+    /// a request until its pan is at rest. Empty where it always says something.
+    std::vector<std::string> question = {};
 
     double leastPresetTare = 0.0;           ///< grams
     double greatestPresetTare = 999999.99;  ///< grams

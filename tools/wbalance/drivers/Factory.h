@@ -5,20 +5,42 @@
 #include <wbalance/WithLineReadiness.h>
 
 #include <memory>
+#include <string>
 
 namespace tool {
+
+/// A line on which a command can be sent as it is.
+class Askable {
+ public:
+    virtual ~Askable() = default;
+    /// Sends the command; an empty one only listens. 1 when anything came back up to a line feed or
+    /// a time-out.
+    virtual int Ask(std::string command) = 0;
+};
+
+/// A driver whose line takes other commands too.
+template <class Driver>
+class Asking : public Driver, public Askable {
+ public:
+    int Ask(std::string command) override {
+        if (Driver::OpenAndClear() == 0) return 0;
+        if (!command.empty() && this->serialObject->SendCommand(command.data()) == 0) return 0;
+        char answer[512];
+        return this->serialObject->ReceiveAnswer(answer, sizeof answer, 1, "\n");
+    }
+};
 
 /// The driver as it is: its own readiness check resets or detects, and keeps count of it.
 template <class Driver>
 std::unique_ptr<Cwbalance> Plain() {
-    return std::make_unique<Driver>();
+    return std::make_unique<Asking<Driver>>();
 }
 
 /// The driver with a readiness check that sends nothing, where its own would spoil the reading that
 /// follows, end in a circle, or cost one reading more.
 template <class Driver>
 std::unique_ptr<Cwbalance> Quiet() {
-    return std::make_unique<WithLineReadiness<Driver>>();
+    return std::make_unique<Asking<WithLineReadiness<Driver>>>();
 }
 
 /// A quiet driver that resets its instrument to factory settings and sees the commands off: the

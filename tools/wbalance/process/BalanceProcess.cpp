@@ -5,6 +5,7 @@
 #include <sys/socket.h>
 #include <sys/wait.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdio>
@@ -14,13 +15,15 @@
 #include "Interrupt.h"
 #include "ToolError.h"
 #include "line/PortLock.h"
+#include "line/PortTrouble.h"
 
 namespace tool {
 namespace {
 
 constexpr int kTickMs = 200;
 constexpr int kLongestFarewellMs = 2000;
-constexpr std::size_t kLargestTrace = 65536;
+constexpr std::size_t kLargestPiece = 65536;
+constexpr char kEndOfText = '\0';
 
 [[noreturn]] void ThrowNoProcess() {
     throw ToolError(ExitCode::Internal,
@@ -28,6 +31,18 @@ constexpr std::size_t kLargestTrace = 65536;
                         std::strerror(errno) +
                         "; end other programs, or raise the limits of this one (ulimit -n, ulimit "
                         "-u)");
+}
+
+// The trace's stream: a text crosses in pieces, because a packet has its bounds and what a '%' in
+// an answer prints has not. No text holds a zero byte, so that one marks its end.
+ssize_t SendText(void* socket, const char* bytes, std::size_t length) {
+    const std::string text = std::string(bytes, length) + kEndOfText;
+    for (std::size_t sent = 0; sent < text.size(); sent += kLargestPiece) {
+        const std::size_t piece = std::min(kLargestPiece, text.size() - sent);
+        if (send(*static_cast<int*>(socket), text.data() + sent, piece, MSG_NOSIGNAL) < 0)
+            return -1;
+    }
+    return static_cast<ssize_t>(length);
 }
 
 // Packets, so that one traced text stays one text however long it waits to be read.
@@ -45,7 +60,8 @@ void EndTheProgram(int signal) {
 }  // namespace
 
 BalanceProcess::BalanceProcess(const Connection& connection, TraceSink sink)
-    : sink_(std::move(sink)), device_(connection.port.Device()) {
+    : sink_(std::move(sink)), device_(connection.port.Device()), driver_(*connection.driver) {
+    if (LockIsNoFile(device_)) throw ToolError(ExitCode::PortFailed, WhyLocked(device_));
     auto [requests, childRequests] = PacketSockets();
     auto [trace, childTrace] = PacketSockets();
     auto [words, childWords] = PacketSockets();
@@ -84,8 +100,8 @@ void BalanceProcess::RunChild(const Connection& connection, int requests, int tr
     signal(SIGINT, SIG_IGN);
     signal(SIGHUP, SIG_IGN);
     signal(SIGTERM, EndTheProgram);
-    dup2(trace, STDOUT_FILENO);
     dup2(words, STDERR_FILENO);
+    stdout = fopencookie(&trace, "w", {nullptr, SendText, nullptr, nullptr});
     setvbuf(stdout, nullptr, _IONBF, 0);
     Worker(connection, requests).Run();
 }
@@ -94,6 +110,7 @@ void BalanceProcess::Start(const Request& request) {
     report_ = {};
     report_.request = request;
     hasReport_ = false;
+    answer_ = {};
     busy_ = true;
     if (!SendRequest(requests_.Get(), request)) TakeOutcome();
 }
@@ -108,14 +125,25 @@ void BalanceProcess::Serve() {
 }
 
 void BalanceProcess::TakeTrace() {
-    std::string text(kLargestTrace, '\0');
+    std::string piece(kLargestPiece, '\0');
     for (;;) {
-        const ssize_t length = recv(trace_.Get(), text.data(), text.size(), MSG_DONTWAIT);
+        const ssize_t length = recv(trace_.Get(), piece.data(), piece.size(), MSG_DONTWAIT);
         if (length <= 0) return;
-        report_.trace.push_back(
-            {std::chrono::system_clock::now(), text.substr(0, static_cast<std::size_t>(length))});
-        sink_(report_.trace.back());
+        text_.append(piece, 0, static_cast<std::size_t>(length));
+        if (text_.back() != kEndOfText) continue;
+        text_.pop_back();
+        Keep({std::chrono::system_clock::now(), std::exchange(text_, "")});
     }
+}
+
+void BalanceProcess::Keep(const TraceText& traced) {
+    sink_(traced);
+    if (report_.endless) return;
+    (asking_ ? report_.question : report_.trace).push_back(traced);
+    answer_.Take(traced);
+    if (!answer_.IsEndless()) return;
+    report_.endless = true;
+    kill(child_, SIGKILL);
 }
 
 void BalanceProcess::TakeWords() {
@@ -129,17 +157,32 @@ void BalanceProcess::TakeWords() {
 
 void BalanceProcess::TakeOutcome() {
     if (report_.died) return;
-    const ssize_t length =
-        recv(requests_.Get(), &report_.outcome, sizeof report_.outcome, MSG_DONTWAIT);
+    Outcome outcome;
+    const ssize_t length = recv(requests_.Get(), &outcome, sizeof outcome, MSG_DONTWAIT);
     if (length < 0 && (errno == EAGAIN || errno == EINTR)) return;
-    report_.died = length != static_cast<ssize_t>(sizeof report_.outcome);
-    if (report_.died) report_.signal = SignalThatEndedIt();
     // What was traced before the outcome was sent may have come in after the last look.
     TakeTrace();
+    report_.died = length != static_cast<ssize_t>(sizeof outcome);
+    if (report_.died) report_.signal = SignalThatEndedIt();
+    if (!report_.died && !asking_) report_.outcome = outcome;
+    if (!report_.died && !asking_ && IsInDoubt()) return Ask();
     TakeWords();
     report_.finished = std::chrono::system_clock::now();
-    busy_ = false;
+    busy_ = asking_ = false;
     hasReport_ = true;
+}
+
+bool BalanceProcess::IsInDoubt() const {
+    if (driver_.question.empty() || !WaitsForThePan(report_.request.operation)) return false;
+    const Dialogue dialogue(report_.trace);
+    return dialogue.AnythingSent() && !dialogue.AnythingReceived();
+}
+
+void BalanceProcess::Ask() {
+    Request question;
+    question.operation = Operation::Ask;
+    asking_ = true;
+    if (!SendRequest(requests_.Get(), question)) TakeOutcome();
 }
 
 // Of the child that has ended; it stays to be waited for.

@@ -9,6 +9,7 @@
 
 #include "Descriptor.h"
 #include "Dialogue.h"
+#include "EndlessAnswer.h"
 #include "Worker.h"
 
 namespace tool {
@@ -21,6 +22,9 @@ struct Report {
     int signal = 0;     ///< that ended it; 0: it ended by itself
     std::string words;  ///< what it said on standard error
     std::vector<TraceText> trace;
+    bool endless = false;  ///< it was given up, because the instrument sends without end
+    /// What came of the driver's question, which follows an operation to which nothing was said.
+    std::vector<TraceText> question;
     WallTime finished;
 };
 
@@ -29,13 +33,18 @@ struct Report {
 /// Nothing here waits for the balance: whoever runs several of them polls Watched() and calls
 /// Serve(); Perform() does so for one. The child ends with this object: an idle one closes its
 /// port, a busy one is killed.
+///
+/// An operation to which the instrument says nothing is followed by its driver's question: an
+/// instrument that waits for its pan to come to rest looks like one that is switched off. One that
+/// never stops sending is given up.
 class BalanceProcess {
  public:
     using TraceSink = std::function<void(const TraceText&)>;
     using Tick = std::function<void()>;
 
     /// Forks; the process must have one thread. `sink` is called for each traced text as it comes.
-    /// Throws ToolError where descriptors or memory are short.
+    /// Throws ToolError where descriptors or memory are short, or no lock file can stand for the
+    /// port.
     BalanceProcess(const Connection& connection, TraceSink sink);
     ~BalanceProcess();
     BalanceProcess(const BalanceProcess&) = delete;
@@ -62,18 +71,25 @@ class BalanceProcess {
     void RunChild(const Connection& connection, int requests, int trace, int words) const noexcept;
     bool EndsByItself() const;
     void TakeTrace();
+    void Keep(const TraceText& traced);
     void TakeWords();
     void TakeOutcome();
+    void Ask();
+    bool IsInDoubt() const;
     int SignalThatEndedIt() const;
 
     const TraceSink sink_;
     const std::string device_;
+    const DriverInfo& driver_;
     pid_t child_ = -1;
     Descriptor requests_;
     Descriptor trace_;
     Descriptor words_;
     bool busy_ = false;
+    bool asking_ = false;
     bool hasReport_ = false;
+    std::string text_;  ///< of the trace, as much of it as has come
+    EndlessAnswer answer_;
     Report report_;
 };
 

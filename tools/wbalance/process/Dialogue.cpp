@@ -1,5 +1,6 @@
 #include "Dialogue.h"
 
+#include <algorithm>
 #include <string_view>
 
 namespace tool {
@@ -42,21 +43,41 @@ std::string ReadAnswer(std::string_view text) {
     return std::string(text.substr(kReceived.size(), end - kReceived.size()));
 }
 
+bool HoldsAWait(std::string_view text) {
+    return StartsWith(text, kReceived) && text.rfind(kElapsed) != std::string_view::npos;
+}
+
 }  // namespace
+
+bool IsCommand(const std::string& traced) {
+    return StartsWith(traced, kCommand);
+}
+
+bool IsPause(const std::string& traced) {
+    return HoldsAWait(traced) && ReadAnswer(traced).empty();
+}
+
+std::string AnswerIn(const std::string& traced) {
+    return HoldsAWait(traced) ? ReadAnswer(traced) : "";
+}
 
 Dialogue::Dialogue(const std::vector<TraceText>& trace) {
     for (const auto& traced : trace) {
         const std::string_view text = traced.text;
         if (StartsWith(text, kOpenFailed)) openFailed = true;
         if (StartsWith(text, kSettings) && EndsWith(text, kRefused)) settingsRefused = true;
-        if (StartsWith(text, kCommand)) exchanges.push_back(ReadCommand(traced));
-        if (!StartsWith(text, kReceived)) continue;
-        const std::string answer = ReadAnswer(text);
+        if (IsCommand(traced.text)) exchanges.push_back(ReadCommand(traced));
+        const std::string answer = AnswerIn(traced.text);
         if (answer.empty()) continue;
         if (exchanges.empty()) exchanges.emplace_back();
         exchanges.back().answer += answer;
         exchanges.back().answered = traced.time;
     }
+}
+
+bool Dialogue::AnythingSent() const {
+    return std::any_of(exchanges.begin(), exchanges.end(),
+                       [](const Exchange& exchange) { return exchange.taken; });
 }
 
 bool Dialogue::AnythingReceived() const {

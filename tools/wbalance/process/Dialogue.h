@@ -23,6 +23,13 @@ struct Exchange {
     WallTime answered;  ///< when the last of it had been received; `sent` without an answer
 };
 
+/// Whether a traced text is that of a command.
+bool IsCommand(const std::string& traced);
+/// Whether it is that of a wait to which nothing came.
+bool IsPause(const std::string& traced);
+/// What came according to it; empty for one that is about something else.
+std::string AnswerIn(const std::string& traced);
+
 /// What went over the line during an operation, found again in the library's trace.
 ///
 /// The trace is the only place where a host sees what the instrument answered. A '%' in an answer
@@ -35,6 +42,8 @@ struct Dialogue {
     bool settingsRefused = false;  ///< the port does not take the line settings
     std::vector<Exchange> exchanges;
 
+    /// Whether the port took a whole command.
+    bool AnythingSent() const;
     bool AnythingReceived() const;
     /// What was received, all of it.
     std::string Received() const;

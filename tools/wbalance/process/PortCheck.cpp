@@ -41,6 +41,12 @@ std::string WhyItGaveUp(const Report& report) {
 
 void RequirePort(const Connection& connection, const Report& report) {
     const std::string device = connection.port.Device();
+    if (report.endless) {
+        throw ToolError(ExitCode::NotUnderstood,
+                        device +
+                            ": the balance sends without end, so that no answer can be told from "
+                            "the next; switch its continuous output (auto print) off");
+    }
     if (WasKilled(report)) {
         throw ToolError(ExitCode::Internal,
                         device + ": the process that talked to the balance was killed (" +

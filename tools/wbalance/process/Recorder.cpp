@@ -14,6 +14,7 @@ namespace {
 using record::Entry;
 
 const std::string kWeigh = "weigh";
+const std::string kAsk = "ask";
 // The words for the modes, in their order.
 const std::array<std::string, 3> kModes = {"stable", "auto", "now"};
 
@@ -71,13 +72,22 @@ Recorder::Recorder(const std::string& path, const Connection& connection)
     : start_(std::chrono::system_clock::now()), writer_(path, HeaderOf(connection, start_)) {}
 
 void Recorder::Add(const Request& request, const Report& report) {
-    for (const auto& exchange : Dialogue(report.trace).exchanges) {
+    WriteExchanges(report.trace);
+    Write(report.finished, Entry::Kind::Result, ResultText(request, report.outcome));
+    if (report.question.empty()) return;
+    Request question;
+    question.operation = Operation::Ask;
+    WriteExchanges(report.question);
+    Write(report.finished, Entry::Kind::Result, ResultText(question, {}));
+}
+
+void Recorder::WriteExchanges(const std::vector<TraceText>& trace) {
+    for (const auto& exchange : Dialogue(trace).exchanges) {
         if (!exchange.command.empty())
             Write(exchange.sent, Entry::Kind::FromHost, exchange.command);
         if (!exchange.answer.empty())
             Write(exchange.answered, Entry::Kind::FromInstrument, exchange.answer);
     }
-    Write(report.finished, Entry::Kind::Result, ResultText(request, report.outcome));
 }
 
 void Recorder::Write(WallTime time, Entry::Kind kind, const std::string& bytes) {
@@ -98,6 +108,8 @@ std::vector<Report> WeighingsIn(const record::Record& record) {
         if (!words.empty() && words[0] == kWeigh) {
             if (!TakeResult(words, report)) ThrowNoResult(entry);
             weighings.push_back(std::move(report));
+        } else if (!words.empty() && words[0] == kAsk && !weighings.empty()) {
+            weighings.back().question = report.trace;
         }
         report = {};
     }

@@ -15,6 +15,7 @@ class Recorder {
     void Add(const Request& request, const Report& report);
 
  private:
+    void WriteExchanges(const std::vector<TraceText>& trace);
     void Write(WallTime time, record::Entry::Kind kind, const std::string& bytes);
 
     const WallTime start_;

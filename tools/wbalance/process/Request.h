@@ -4,12 +4,28 @@
 
 namespace tool {
 
-/// What a command asks of a balance.
-enum class Operation { Weigh, Tare, Zero, PresetTare, Display, SwitchOn, SwitchOff, FactoryReset };
+/// What a command asks of a balance. Ask is the driver's question for a sign of life.
+enum class Operation {
+    Weigh,
+    Tare,
+    Zero,
+    PresetTare,
+    Display,
+    SwitchOn,
+    SwitchOff,
+    FactoryReset,
+    Ask
+};
 
 /// The mode in which only a stable weight is one, and that in which a balance does not wait for it.
 constexpr long kStableOnly = 0;
 constexpr long kAtOnce = 2;
+
+/// Whether an instrument may wait for its pan to come to rest before it carries it out.
+constexpr bool WaitsForThePan(Operation operation) {
+    return operation == Operation::Weigh || operation == Operation::Tare ||
+           operation == Operation::Zero || operation == Operation::PresetTare;
+}
 
 /// One operation with its arguments; only those of the operation are looked at.
 struct Request {

@@ -3,6 +3,8 @@
 #include <sys/socket.h>
 #include <wbalance/Cwbalance.h>
 
+#include "drivers/Factory.h"
+
 namespace tool {
 namespace {
 
@@ -42,6 +44,7 @@ void Worker::Run() {
 }
 
 Outcome Worker::Perform(const Request& request) {
+    if (request.operation == Operation::Ask) return AskForASignOfLife();
     Outcome outcome;
     if (connection_.driver->readyFirst && balance_->IsReady() == 0) return outcome;
     if (request.operation == Operation::Weigh) {
@@ -50,6 +53,14 @@ Outcome Worker::Perform(const Request& request) {
     } else {
         outcome.result =
             connection_.driver->operations.at(request.operation).call(*balance_, request);
+    }
+    return outcome;
+}
+
+Outcome Worker::AskForASignOfLife() {
+    Outcome outcome;
+    for (const auto& command : connection_.driver->question) {
+        if (dynamic_cast<Askable&>(*balance_).Ask(command) != 0) outcome.result = 1;
     }
     return outcome;
 }

@@ -29,6 +29,7 @@ class Worker {
 
  private:
     Outcome Perform(const Request& request);
+    Outcome AskForASignOfLife();
 
     const Connection& connection_;
     const int requests_;

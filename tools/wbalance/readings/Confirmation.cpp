@@ -176,6 +176,11 @@ Confirmation NotAtRest() {
 }
 
 Confirmation Confirm(const DriverInfo& driver, Operation operation, const Report& report) {
+    if (!report.question.empty()) {
+        const Reading reading = SignOfLife(driver, report).reading;
+        if (reading.meaning == Meaning::NotStable) return NotAtRest();
+        return {CodeFor(reading.meaning), SentenceFor(reading)};
+    }
     const OperationInfo& info = driver.operations.at(operation);
     const Dialogue dialogue(report.trace);
     const Exchange* setter = info.setter.empty() ? nullptr : ExchangeOf(dialogue, info.setter);

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <cstdio>
 
+#include "Fields.h"
+
 namespace tool {
 namespace {
 
@@ -114,14 +116,33 @@ Reading StableOrNone(Reading reading) {
     return reading;
 }
 
+const Exchange* LastAnswered(const Dialogue& dialogue) {
+    const auto last = std::find_if(dialogue.exchanges.rbegin(), dialogue.exchanges.rend(),
+                                   [](const Exchange& one) { return !one.answer.empty(); });
+    return last == dialogue.exchanges.rend() ? nullptr : &*last;
+}
+
 }  // namespace
+
+Measurement SignOfLife(const DriverInfo& driver, const Report& report) {
+    const Dialogue dialogue(report.question);
+    const Exchange* last = LastAnswered(dialogue);
+    if (last == nullptr) return {NoWeight(Meaning::Silence), "", report.finished};
+    const Meaning meaning = driver.dialect(last->answer).meaning;
+    if (meaning == Meaning::Overload || meaning == Meaning::Underload)
+        return {NoWeight(meaning), last->answer, last->answered};
+    if (!LooksLikeText(last->answer))
+        return {NoWeight(Meaning::NotUnderstood), last->answer, last->answered};
+    return {NoWeight(Meaning::NotStable,
+                     "the balance answers other commands, so the pan moves or it is busy"),
+            last->answer, last->answered};
+}
 
 Measurement Measure(const DriverInfo& driver, const Report& report) {
     const bool stableOnly = report.request.mode == kStableOnly;
     const Dialogue dialogue(report.trace);
-    const auto last = std::find_if(dialogue.exchanges.rbegin(), dialogue.exchanges.rend(),
-                                   [](const Exchange& one) { return !one.answer.empty(); });
-    if (last == dialogue.exchanges.rend()) return {NoWeight(Meaning::Silence), "", report.finished};
+    const Exchange* last = LastAnswered(dialogue);
+    if (last == nullptr) return SignOfLife(driver, report);
     const Reading reading = report.outcome.result != 0
                                 ? Accepted(driver, dialogue, *last, report.outcome.weight)
                                 : Rejected(driver, dialogue, *last);

@@ -20,6 +20,10 @@ struct Measurement {
 /// weight was asked for, when the answer says that it is stable.
 Measurement Measure(const DriverInfo& driver, const Report& report);
 
+/// What the answer to the driver's question says of an instrument that has said nothing before: it
+/// waits for its pan to come to rest. Silence where that was not answered, either.
+Measurement SignOfLife(const DriverInfo& driver, const Report& report);
+
 /// The exit code for a reading.
 ExitCode CodeFor(Meaning meaning);
 
