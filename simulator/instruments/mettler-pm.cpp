@@ -6,6 +6,9 @@
 //   > "SIR"     the same again and again, until S, SI or SIR
 //   > "T"       tare at rest; no answer, or "EL"
 //   > "B 5.00"  preset tare, "B 0" none; no answer, or "EL"
+//   > "SR"      < "S       12.34 g"    and again whenever the pan has come to rest; "SNR" alike
+//   > "CA"      < "CA BEGIN", later "CA END" or "CA ERROR"; "CA 0" ends it without an answer
+//   > "IDX"     < "1126493": 7 characters, as the AT106 of the same family
 //   > "@"       < "ES", as every unknown command
 
 #include "simulator/instruments/mettler-pm.h"
@@ -19,6 +22,7 @@ namespace {
 /// Identifier in two columns, blank, value in ten, blank, unit: "SD      12.34 g".
 constexpr std::size_t identifierColumns = 2;
 constexpr std::size_t valueColumns = 10;
+constexpr std::size_t idColumns = 7;
 
 class StandardPm : public Dialect {
  public:
@@ -31,10 +35,17 @@ class StandardPm : public Dialect {
         onPlain("TI", [this] { tare(); });
         on("B", [this](const std::string& value) { presetTare(value); });
         on("D", [this](const std::string& text) { balance().showText(text); });
-        // Known, with answers that are not documented.
-        for (const char* command : {"SR", "SNR", "U", "M", "ID", "CA"})
+        onPlain("SR", [this] { sendChanges(); });
+        onPlain("SNR", [this] { sendChanges(); });
+        onPlain("IDX", [this] { say(switches_.text("serial-number").substr(0, idColumns)); });
+        on("CA", [this](const std::string& parameters) { adjust(parameters); });
+        // Known: settings without an answer, and commands whose answers are not documented.
+        for (const char* command :
+             {"U", "M", "MI", "ML", "MS", "MZ", "MA", "AD", "ID", "DY", "DX", "W"})
             on(command, [](const std::string&) {});
     }
+
+    void powerUp() override { adjusting_ = false; }
 
  protected:
     void unknown(const std::string& command) override {
@@ -75,6 +86,7 @@ class StandardPm : public Dialect {
 
     void sendStable() {
         stopRepeating();
+        if (adjusting_) return say("SI");
         if (isOutOfRange()) return;
         stableIsAwaited_ = true;
         whenStable(
@@ -94,8 +106,28 @@ class StandardPm : public Dialect {
         sayWeightNow();
     }
 
+    void sendChanges() {
+        stopRepeating();
+        atEachRest([this] { sayWeightNow(); });
+    }
+
+    void adjust(const std::string& parameters) {
+        if (parameters == "0") {
+            cancelAll();
+            adjusting_ = false;
+            return;
+        }
+        if (!parameters.empty() || adjusting_) return say("EL");
+        say("CA BEGIN");
+        adjusting_ = true;
+        after(switches_.time("adjustment-time"), [this] {
+            adjusting_ = false;
+            say(!isBusy() && balance().read().stable ? "CA END" : "CA ERROR");
+        });
+    }
+
     void sayWeightNow() {
-        if (isBusy())
+        if (isBusy() || adjusting_)
             say("SI");
         else if (!isOutOfRange())
             sayWeight();
@@ -124,6 +156,7 @@ class StandardPm : public Dialect {
     Switches switches_;
     bool stableIsAwaited_ = false;
     std::string last_;
+    bool adjusting_ = false;
 };
 
 bool speaksMtSics(const Switches& switches) {

@@ -117,4 +117,43 @@ TEST_F(MettlerPm, Set_to_MT_SICS_it_speaks_that) {
               "I4 A \"0123456\"\r\nS S      12.34 g\r\nTA A       5.00 g\r\n");
 }
 
+// Instructions of the DataPac-M, 5.8 ff.: SR and SNR; the line is that of S.
+TEST_F(MettlerPm, SR_and_SNR_send_a_weight_whenever_the_pan_has_come_to_rest) {
+    for (const char* command : {"SR\r\n", "SNR\r\n"}) {
+        have(5);
+        EXPECT_EQ(ask(command), "S        5.00 g\r\n");
+        putOn(50);
+        EXPECT_EQ(answersUntil(5s), "S       50.00 g\r\n");
+        EXPECT_EQ(ask("SI\r\n", 5s), "S       50.00 g\r\n");
+        putOn(5);
+        EXPECT_EQ(answersUntil(10s), "");
+    }
+}
+
+// An AT106 of the same family: CA begins and ends with a line each, CA 0 ends it without one.
+TEST_F(MettlerPm, CA_adjusts_and_weighs_nothing_meanwhile) {
+    have(5, {"adjustment-time=3s"});
+    EXPECT_EQ(ask("CA\r\nSI\r\nS\r\nCA\r\n"), "CA BEGIN\r\nSI\r\nSI\r\nEL\r\n");
+    EXPECT_EQ(answersUntil(3s), "CA END\r\n");
+    EXPECT_EQ(ask("SI\r\nCA\r\nCA 0\r\nSI\r\n", 4s),
+              "S        5.00 g\r\nCA BEGIN\r\nS        5.00 g\r\n");
+    EXPECT_EQ(answersUntil(10s), "");
+    EXPECT_EQ(ask("CA\r\n", 10s), "CA BEGIN\r\n");
+    addFault("busy");
+    EXPECT_EQ(answersUntil(13s), "CA ERROR\r\n");
+}
+
+// An AT106 of the same family: 7 characters.
+TEST_F(MettlerPm, IDX_says_an_identification_of_7_characters) {
+    have(5);
+    EXPECT_EQ(ask("IDX\r\n"), "1126493\r\n");
+}
+
+// Instructions of the DataPac-M and an AT106: settings without an answer.
+TEST_F(MettlerPm, Settings_are_taken_without_an_answer) {
+    have(5);
+    EXPECT_EQ(ask("MI 1\r\nML 2\r\nMZ 0\r\nAD 0\r\nM\r\nDY\r\nDX\r\nW\r\nSI\r\n"),
+              "S        5.00 g\r\n");
+}
+
 }  // namespace
