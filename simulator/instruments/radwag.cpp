@@ -14,24 +14,14 @@
 #include <algorithm>
 
 #include "simulator/Text.h"
+#include "simulator/instruments/RadwagFrame.h"
 
 namespace simulator {
 namespace {
 
-/// command in 3 columns, stability, blank, sign, mass in 9, blank, unit in 3.
-constexpr std::size_t commandColumns = 3;
-constexpr std::size_t massColumns = 9;
-constexpr std::size_t unitColumns = 3;
-
 /// The working modes that this balance has, by their numbers.
 constexpr int weighing = 1;
 constexpr int counting = 2;
-
-/// The units of UI, in the order of "US next".
-const std::vector<Unit>& units() {
-    static const std::vector<Unit> all = {{"g", 1}, {"mg", 0.001}, {"ct", 0.2}};
-    return all;
-}
 
 std::string quoted(const std::string& text) {
     return '"' + text + '"';
@@ -57,7 +47,7 @@ class Radwag : public Dialect {
     // < "         18.5 g  "   18 bytes with the line end: no command letters
     void printKey() override {
         whenStable(
-            switches_.time("stability-time-out"), [this] { say(mass(readInUnit())); }, [] {});
+            switches_.time("stability-time-out"), [this] { say(radwagMass(readInUnit())); }, [] {});
     }
     bool interrupts(const std::string&) const override {
         return switches_.text("during-wait") == "refuse";
@@ -202,8 +192,8 @@ class Radwag : public Dialect {
     // > "OT"  < "OT     12.50 g   ": without stability and sign, but on the WTC
     void sayTare() {
         const std::string gap = switches_.text("series") == "wtc" ? "   " : "";
-        say("OT " + gap + rightAligned(balance().tareDigits(), massColumns) + " " +
-            leftAligned(balance().data().unit, unitColumns) + (gap.empty() ? " " : ""));
+        say("OT " + gap + rightAligned(balance().tareDigits(), radwagMassColumns) + " " +
+            leftAligned(balance().data().unit, radwagUnitColumns) + (gap.empty() ? " " : ""));
     }
 
     // > "UT 12.5"   < "UT OK", "UT I", and "ES" for no number
@@ -229,8 +219,8 @@ class Radwag : public Dialect {
     void sayLimit(const std::string& name, double limit) {
         Reading reading = balance().read();
         reading.value = limit;
-        say(name + " " + rightAligned(reading.digits(), massColumns) + " " +
-            leftAligned(reading.unit, unitColumns) + " ");
+        say(name + " " + rightAligned(reading.digits(), radwagMassColumns) + " " +
+            leftAligned(reading.unit, radwagUnitColumns) + " ");
     }
 
     // > "K1"  < "K1 OK"  the keys are blocked until "K0" or the next power-off
@@ -260,22 +250,22 @@ class Radwag : public Dialect {
     // > "UI"  < UI "g, mg, ct" OK
     void sayUnits() {
         std::string list;
-        for (const Unit& each : units())
+        for (const Unit& each : radwagUnits())
             list += (list.empty() ? "" : ", ") + each.text;
         say("UI " + quoted(list) + " OK");
     }
 
     // > "US mg"   < "US mg OK", "US E"; > "US next"  steps on
     void chooseUnit(const std::string& text) {
-        const auto chosen = std::find_if(units().begin(), units().end(),
+        const auto chosen = std::find_if(radwagUnits().begin(), radwagUnits().end(),
                                          [&](const Unit& each) { return each.text == text; });
         if (text == "next")
-            unit_ = (unit_ + 1) % units().size();
-        else if (chosen != units().end())
-            unit_ = static_cast<std::size_t>(chosen - units().begin());
+            unit_ = (unit_ + 1) % radwagUnits().size();
+        else if (chosen != radwagUnits().end())
+            unit_ = static_cast<std::size_t>(chosen - radwagUnits().begin());
         else
             return say("US E");
-        say("US " + units()[unit_].text + " OK");
+        say("US " + radwagUnits()[unit_].text + " OK");
     }
 
     // > "UG"  < "UG mg OK"
@@ -326,33 +316,11 @@ class Radwag : public Dialect {
         const Unit basic{balance().data().unit, balance().data().gramsPerUnit};
         const Unit pieces{"pcs", 1, true};
         if (mode_ == counting) return balance().readIn(pieces);
-        return balance().readIn(unit_ == 0 ? basic : units()[unit_]);
+        return balance().readIn(unit_ == 0 ? basic : radwagUnits()[unit_]);
     }
 
     std::string frame(const std::string& command, const Reading& reading) const {
-        return leftAligned(command, commandColumns) + (switches_.text("frame") == "22" ? " " : "") +
-               mass(reading);
-    }
-
-    /// What the frame and the print key's line have in common: stability, sign, mass and unit.
-    static std::string mass(const Reading& reading) {
-        const std::string digits = massOf(reading);
-        const bool isNegative = digits.front() == '-';
-        return markOf(reading) + " " + (isNegative ? "-" : " ") +
-               rightAligned(digits.substr(isNegative), massColumns) + " " +
-               leftAligned(reading.unit == "PCS" ? "pcs" : reading.unit, unitColumns);
-    }
-
-    /// Out of range there is no mass: it reads zero.
-    static std::string massOf(Reading reading) {
-        if (reading.range != Reading::Range::inside) reading.value = 0;
-        return reading.digits();
-    }
-
-    static std::string markOf(const Reading& reading) {
-        if (reading.range == Reading::Range::over) return "^";
-        if (reading.range == Reading::Range::under) return "v";
-        return reading.stable ? " " : "?";
+        return radwagFrame(command, reading, switches_.text("frame") == "22");
     }
 
     Switches switches_;
@@ -362,23 +330,6 @@ class Radwag : public Dialect {
     double lowLimit_ = 0;
     double highLimit_ = 0;
 };
-
-std::vector<SwitchDescription> radwagSwitches() {
-    return {
-        {"series", "ps", {"ps", "hrp", "ma", "wtc"}, "commands: a terminal (wtc) has the fewest"},
-        {"serial-number", "123456", {}, "answer to NB"},
-        {"software", "r.3.0.9", {}, "answer to RV"},
-        {"adjustment-time", "10s", {}, "how long IC takes", true},
-        onOff("confirms-at-once", false, "says A ahead of the frames of SI and SUI, as WPW does"),
-        {"stability-time-out", "10s", {}, "how long S, T and Z wait for the pan to rest", true},
-        {"during-wait",
-         "refuse",
-         {"refuse", "keep"},
-         "whether a command that comes during such a wait gets I, or is carried out after it"},
-        {"frame", "21", {"21", "22"}, "bytes of a frame: some models send a blank more"},
-        {"repeat-interval", "100ms", {}, "time between two frames of C1 and CU1", true},
-    };
-}
 
 }  // namespace
 
