@@ -171,7 +171,7 @@ class Chaos:
             # Whoever is lost now finds no way back until they are there again.
             self.limit(monitor, 6)
             self.kill(monitor, (signal.SIGKILL,))
-            reader.read_for(0.3)
+            reader.read_for(1.5)
             self.limit(monitor, 1024)
         elif what == "sleep":
             reader.awake_at = time.monotonic() + 1.0
