@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "simulator/instruments/Dialect.h"
+
 namespace simulator {
 namespace {
 
@@ -44,6 +46,21 @@ std::vector<std::string> seriesNames() {
 }
 
 }  // namespace
+
+std::string ohausLine(const std::string& layout, const std::string& digits, const std::string& unit,
+                      bool isStable, bool isNet) {
+    const std::string mark = isStable ? " " : "?";
+    const std::string apart = unit.empty() ? "" : " " + unit;
+    if (layout == "explorer-pro")
+        return rightAligned(digits, 9) + (unit.empty() ? "" : " " + leftAligned(unit, 5)) + mark;
+    if (layout == "explorer") return rightAligned(digits, 10) + apart + (isStable ? "" : " ?");
+    if (layout == "scout-pro-narrow")
+        return rightAligned(digits, 11) + apart + (isStable ? "" : " ?");
+    if (layout == "scout")
+        return rightAligned(digits, 10) + apart + " " + mark + (isNet ? " N" : "");
+    const std::string gap = layout == "scout-pro-close-mark" ? "" : " ";
+    return rightAligned(digits, 12) + " " + leftAligned(unit, 5) + gap + mark;
+}
 
 const OhausSeries& ohausSeries(const Switches& switches) {
     const std::string& name = switches.text("series");

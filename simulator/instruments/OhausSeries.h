@@ -31,6 +31,10 @@ struct OhausSeries {
     std::vector<OhausUnit> units;
 };
 
+/// A printed line in one of the layouts of the switch "line"; without unit where that is empty.
+std::string ohausLine(const std::string& layout, const std::string& digits, const std::string& unit,
+                      bool isStable, bool isNet);
+
 const OhausSeries& ohausSeries(const Switches& switches);
 std::vector<SwitchDescription> ohausSwitches();
 

@@ -181,23 +181,8 @@ class OhausPrint : public Dialect {
     }
 
     std::string line(const std::string& digits, const std::string& unit, bool isStable) const {
-        const std::string mark = isStable ? " " : "?";
-        const bool isBare = switches_.isOn("numeric-only");
-        if (layout() == "explorer-pro") {
-            const std::string number = rightAligned(digits, 9);
-            return isBare ? number + mark : number + " " + leftAligned(unit, 5) + mark;
-        }
-        if (layout() == "explorer" || layout() == "scout-pro-narrow") {
-            const std::string number = rightAligned(digits, layout() == "explorer" ? 10 : 11);
-            return number + (isBare ? "" : " " + unit) + (isStable ? "" : " ?");
-        }
-        if (layout() == "scout") {
-            const std::string unitText = isBare ? "" : " " + unit;
-            return rightAligned(digits, 10) + unitText + " " + mark +
-                   (balance().tareWeight() == 0 ? "" : " N");
-        }
-        const std::string gap = layout() == "scout-pro-close-mark" ? "" : " ";
-        return rightAligned(digits, 12) + " " + leftAligned(isBare ? "" : unit, 5) + gap + mark;
+        const std::string shownUnit = switches_.isOn("numeric-only") ? "" : unit;
+        return ohausLine(layout(), digits, shownUnit, isStable, balance().tareWeight() != 0);
     }
 
     // > "T"   older: zero near zero, else tare, and no answer
