@@ -8,41 +8,37 @@
 #include "ToolError.h"
 
 using tool::FindDriver;
-using tool::LineSettings;
 using tool::Operation;
 
 namespace {
 
-/// A driver whose settings can be seen.
 template <class Driver>
-struct Seen : Driver {
-    LineSettings Line() const {
-        return {this->baudRate, this->dataBits, this->parityCode, this->stopBitsCode,
-                this->flowControlCode};
-    }
-};
-
-template <class Driver>
-void ExpectOwnLine(const char* name) {
-    EXPECT_EQ(FindDriver(name).line.Text(), Seen<Driver>().Line().Text()) << name;
-    EXPECT_NE(dynamic_cast<Driver*>(FindDriver(name).construct().get()), nullptr) << name;
+void ExpectRow(const std::string& name, const std::string& driverClass) {
+    const tool::DriverInfo& row = FindDriver(name);
+    EXPECT_EQ(row.driverClass, driverClass) << name;
+    EXPECT_NE(dynamic_cast<Driver*>(row.construct().get()), nullptr) << name;
+    EXPECT_NE(row.dialect, nullptr) << name;
+    EXPECT_NE(row.maker, "") << name;
+    EXPECT_NE(row.models, "") << name;
+    EXPECT_NE(row.modes, "") << name;
+    EXPECT_TRUE(row.Has(Operation::Tare)) << name;
 }
 
-TEST(DriverTable, Every_row_has_its_drivers_class_and_line_settings) {
-    ExpectOwnLine<WbalanceMettlerToledo>("mettler-toledo");
-    ExpectOwnLine<WbalanceMettlerPM>("mettler-pm");
-    ExpectOwnLine<WbalanceMettlerPR2003>("mettler-pr2003");
-    ExpectOwnLine<WbalanceMettlerXS>("mettler-xs");
-    ExpectOwnLine<WbalanceMettlerSB32001>("mettler-sb32001");
-    ExpectOwnLine<WbalanceSartorius>("sartorius");
-    ExpectOwnLine<WbalanceOHAUS_SPU602>("ohaus");
-    ExpectOwnLine<WbalanceRadwag>("radwag");
-    ExpectOwnLine<WbalanceKern_EW_EGN_EWB>("kern");
-    ExpectOwnLine<WbalanceGibertini>("gibertini");
-    ExpectOwnLine<WbalanceDIC_XL1800>("denver-xl1800");
-    ExpectOwnLine<WbalanceSetra_EL_2000S>("setra-el2000s");
-    ExpectOwnLine<WbalanceScaleHouseALD>("scale-house");
-    EXPECT_EQ(tool::Drivers().size(), 13u);
+TEST(DriverTable, Every_instrument_of_the_list_has_a_row_that_makes_its_driver) {
+    std::size_t count = 0;
+#define WBALANCE_EXPECT_ROW(name, Class) \
+    ExpectRow<Class>(name, #Class);      \
+    ++count;
+    WBALANCE_FOR_EACH_INSTRUMENT(WBALANCE_EXPECT_ROW)
+#undef WBALANCE_EXPECT_ROW
+    EXPECT_EQ(tool::Drivers().size(), count);
+}
+
+TEST(DriverTable, The_line_settings_are_those_of_the_driver_itself) {
+    EXPECT_EQ(FindDriver("mettler-pm").line.Text(), "600,7E1");
+    EXPECT_EQ(FindDriver("gibertini").line.Text(), "9600,7-1");
+    EXPECT_EQ(FindDriver("kern").line.Text(), "1200,8N2");
+    EXPECT_EQ(FindDriver("sartorius").line.Text(), "1200,7O1");
 }
 
 TEST(DriverTable, Drivers_that_reset_or_detect_in_their_own_check_keep_it) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Instruments.h>
+
 #include <cstddef>
 #include <functional>
 #include <map>
@@ -12,6 +14,9 @@
 #include "readings/Dialect.h"
 
 class Cwbalance;
+#define WBALANCE_DECLARE_CLASS(name, Class) class Class;
+WBALANCE_FOR_EACH_INSTRUMENT(WBALANCE_DECLARE_CLASS)
+#undef WBALANCE_DECLARE_CLASS
 
 namespace tool {
 
@@ -37,12 +42,9 @@ struct OperationInfo {
 
 /// All that the tool knows of one driver of the library.
 struct DriverInfo {
-    std::string name;         ///< as the command line has it: "mettler-toledo"
-    std::string maker;        ///< "Mettler Toledo"
-    std::string models;       ///< the instruments, for people
-    std::string driverClass;  ///< of the library
-    LineSettings line;        ///< the driver's own defaults
-    Dialect dialect;          ///< how its instrument's answers are to be read
+    std::string maker;   ///< "Mettler Toledo"
+    std::string models;  ///< the instruments, for people
+    Dialect dialect;     ///< how its instrument's answers are to be read
 
     std::function<std::unique_ptr<Cwbalance>()> construct;
     bool readyFirst = false;  ///< some operations need an IsReady before them that opens the port
@@ -57,8 +59,23 @@ struct DriverInfo {
     double greatestPresetTare = 999999.99;  ///< grams
     std::size_t longestText = 57;           ///< characters of a display text
 
+    std::string name = {};         ///< as the command line has it: "mettler-toledo"
+    std::string driverClass = {};  ///< of the library
+    LineSettings line = {};        ///< the driver's own defaults
+
     bool Has(Operation operation) const { return operations.count(operation) != 0; }
 };
+
+/// What is known of a driver, but for its name, class and line settings, which come from the list
+/// of instruments and from the driver itself: instruments/.
+template <class Driver>
+DriverInfo InfoOf();
+
+#define WBALANCE_DECLARE_INFO(name, Class) \
+    template <>                            \
+    DriverInfo InfoOf<Class>();
+WBALANCE_FOR_EACH_INSTRUMENT(WBALANCE_DECLARE_INFO)
+#undef WBALANCE_DECLARE_INFO
 
 /// Every driver of the library, in the order in which they are listed.
 const std::vector<DriverInfo>& Drivers();

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "Operations.h"
+#include "drivers/Factory.h"
+
+/// What the instruments have in common that put a stability mark in front of the number.
+namespace tool {
+
+template <class Driver>
+DriverInfo Marked(const char* maker, const char* models) {
+    // The driver's own check wants a stable weight, also before one that may be moving.
+    DriverInfo driver{maker, models, ReadMarked, Quiet<Driver>};
+    driver.readyFirst = true;
+    driver.modes = "stable and auto: five requests for a stable weight; now: also while moving";
+    driver.operations = {{Operation::Tare, Weighed(Tare)}};
+    return driver;
+}
+
+}  // namespace tool

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "Operations.h"
+#include "drivers/Factory.h"
+
+/// What the instruments of the MT-SICS family have in common.
+namespace tool {
+
+inline constexpr char kMtModes[] = "stable: S; auto: S, else the mean of five SI; now: SI";
+
+// @ ends the waiting of a command that has not been answered; it keeps zero and tare.
+inline const std::vector<std::string> kMtQuestion = {"@\r\n", "SI\r\n"};
+
+template <class Driver>
+DriverInfo MettlerWithPanel(const char* models) {
+    DriverInfo driver{"Mettler Toledo", models, ReadMtSics, Plain<Driver>};
+    driver.modes = kMtModes;
+    driver.question = kMtQuestion;
+    driver.operations = {
+        {Operation::Tare, Trusted(Tare)},
+        {Operation::PresetTare,
+         Answered(PresetTare, "TA ", "TA A",
+                  "tares first, and the tare that this gives is added to the preset")},
+        {Operation::Display,
+         Answered(Display<Driver>, "D \"", "D A", "until the next operation on the balance")}};
+    return driver;
+}
+
+template <class Driver>
+DriverInfo MettlerWithSwitch(const char* models) {
+    DriverInfo driver = MettlerWithPanel<Driver>(models);
+    driver.operations[Operation::SwitchOn] = Answered(SwitchOn<Driver>, "PWR 1", "PWR A");
+    driver.operations[Operation::SwitchOff] = Answered(SwitchOff<Driver>, "PWR 0", "PWR A");
+    return driver;
+}
+
+}  // namespace tool

@@ -1,0 +1,21 @@
+#include <wbalance/WbalanceGibertini.h>
+
+#include "Operations.h"
+#include "drivers/Factory.h"
+
+namespace tool {
+
+template <>
+DriverInfo InfoOf<WbalanceGibertini>() {
+    // The driver's own check weighs, and weighing checks first.
+    DriverInfo driver{"Gibertini", "CRYSTAL, EU-C (CRYSTAL protocol)", ReadGibertini,
+                      Quiet<WbalanceGibertini>};
+    driver.modes =
+        "all alike: B, the first valid record within 20 s; with stable no weight when that record "
+        "is not stable";
+    // Its record says that it is taring (T), and whether the pan is at rest (S) or not yet.
+    driver.operations = {{Operation::Tare, Answered(Tare, "T", "TS")}};
+    return driver;
+}
+
+}  // namespace tool

@@ -1,0 +1,12 @@
+#include <wbalance/WbalanceMettlerXS.h>
+
+#include "MtSics.h"
+
+namespace tool {
+
+template <>
+DriverInfo InfoOf<WbalanceMettlerXS>() {
+    return MettlerWithSwitch<WbalanceMettlerXS>("XS");
+}
+
+}  // namespace tool

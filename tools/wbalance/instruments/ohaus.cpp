@@ -1,0 +1,21 @@
+#include <wbalance/WbalanceOHAUS_SPU602.h>
+
+#include "Operations.h"
+#include "drivers/Factory.h"
+
+namespace tool {
+
+template <>
+DriverInfo InfoOf<WbalanceOHAUS_SPU602>() {
+    DriverInfo driver{"Ohaus", "Scout Pro, Explorer", ReadOhaus,
+                      Plain<Resetting<WbalanceOHAUS_SPU602>>};
+    driver.readyFirst = true;
+    driver.modes = "stable: SP (a Scout Pro may not know it); auto and now: P, also while moving";
+    driver.question = {"P\r\n"};
+    driver.operations = {
+        {Operation::Tare, Weighed(Tare, "its check reads with SP, which a Scout Pro may not know")},
+        {Operation::FactoryReset, Trusted(FactoryReset, "may reset the line settings too")}};
+    return driver;
+}
+
+}  // namespace tool
