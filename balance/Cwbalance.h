@@ -20,8 +20,8 @@ class CSerialObject;
 /// output flushed and one line printed on standard error before; the members name the cases.
 ///
 /// Numbers are read, sent and traced as the "C" locale has them, with a point, whatever the locale
-/// of the process or the thread, which stays as it is. (The C library has that locale ready. One
-/// that has to allocate it, and finds no memory, leaves the host's in force.)
+/// of the process or the thread, which stays as it is. (The GNU C library has that
+/// locale ready. Where another C library finds no memory for it, the host's stays in force.)
 ///
 /// Pointers must not be null unless a member says what null does.
 ///
@@ -78,7 +78,7 @@ class WBALANCE_EXPORT Cwbalance {
     /// Chooses the line settings and the kind of port.
     ///
     /// The arguments are checked and stored one at a time in their order; the first one out of
-    /// range ends the call with 0, the ones before it stay stored and the ones behind it stay as
+    /// range ends the call with 0, the ones before it stay stored and the ones after it stay as
     /// they were. An unknown code is stored and leaves that setting of the port alone.
     ///
     /// @param baud bits per second, 1 or more
@@ -105,9 +105,9 @@ class WBALANCE_EXPORT Cwbalance {
 
     /// The first number in the text of an answer; the answer's form is not checked.
     ///
-    /// A '-' directly before the first digit makes it negative; a '+', or a '-' with blanks before
-    /// the digits, does not count. The number goes on for as long as digits, '.' and '-' follow;
-    /// the value is the longest valid number at its start.
+    /// A '-' directly before the first digit makes it negative. A '+' does not count, nor does a
+    /// '-' with blanks between it and the digits. The number goes on for as long as digits, '.' and
+    /// '-' follow; the value is the longest valid number at its start.
     ///
     /// @param answer fewer than 100 characters; a longer text ends the process. Must not be null.
     /// @param decimals receives how many characters of the number follow its first point; stays as
@@ -122,7 +122,8 @@ class WBALANCE_EXPORT Cwbalance {
 
     /// The start that the drivers' operations share: refuses a negative port number or a missing
     /// serial object, opens the port with the stored settings and discards what was received
-    /// before. When that fails to clear, the port is closed.
+    /// before. When the port refuses to discard it, the port is closed.
+    /// @return 1 when the line can be used, else 0
     int OpenAndClear();
 
     CSerialObject* serialObject;  ///< the transport, owned; null after a configuration that failed

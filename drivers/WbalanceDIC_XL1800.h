@@ -14,7 +14,7 @@
 /// RestoreFactorySettings() is that of Cwbalance: it sends nothing and returns 1.
 ///
 /// Times below count full time-outs t (1 s unless changed), the fixed pauses, and the settle delay
-/// d behind each piece of an answer: 100 ms, or the environment variable WBALANCE_SLEEP, a decimal
+/// d after each piece of an answer: 100 ms, or the environment variable WBALANCE_SLEEP, a decimal
 /// number of milliseconds that every Weight() reads anew. It has no bounds: a text without digits
 /// gives 0, and a negative number waits no time. It has to fit an int.
 class WBALANCE_EXPORT WbalanceDIC_XL1800 : public Cwbalance {
@@ -40,8 +40,9 @@ class WBALANCE_EXPORT WbalanceDIC_XL1800 : public Cwbalance {
     ///
     /// Sends "?1" up to five times until an answer is accepted. Each answer is collected until
     /// nothing comes for t: with one piece d + 2 t at most, so that five that are refused take
-    /// 5 (d + 2 t). Of a balance that never pauses for t the 128th character ends the answer: what
-    /// stands behind it in the same piece is dropped, and what comes later begins the next answer.
+    /// 5 (d + 2 t). At the latest the piece that brings its 128th character ends an answer, so that
+    /// a balance that never stops sending can't hold up the call. What that piece holds beyond the
+    /// 128th character is dropped, and what comes later begins the next answer.
     /// More than some 980 characters at once end the process (CSerialObject::ReceiveAnswer()).
     ///
     /// @param mode 2 accepts an unstable weight, too; any other value only a stable one

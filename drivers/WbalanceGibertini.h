@@ -67,14 +67,14 @@ class WBALANCE_EXPORT WbalanceGibertini : public Cwbalance {
     /// This driver has no preset tare. @return always 0; nothing is sent
     int TareSet(double preset) override;
 
-    /// The weight in an answer of records of 19 characters, one behind the other.
+    /// The weight in an answer of records of 19 characters, one after the other.
     ///
     /// In a record, counted from 0: the value from 0 to 9, 'D' (valid) or 'T' (taring) at 15, 'S'
     /// (stable) or 'I' (unstable) at 16. Every record has to be valid and complete; the first one
     /// counts.
     ///
     /// @param answer a zero-terminated text; null returns 0
-    /// @param weight receives the value of the first record when the ones behind it are valid, also
+    /// @param weight receives the value of the first record when the ones after it are valid, also
     ///   when the first is not; may be null
     /// @param decimals receives 2 when the answer has 19 characters or more; may be null
     /// @return 1 stable, 2 unstable, 0 anything else

@@ -52,8 +52,7 @@ class WBALANCE_EXPORT WbalanceKern_EW_EGN_EWB : public Cwbalance {
     ///     + one reading + 200 ms at most.
     ///   - 1 and any other value: the same, and when that wait was in vain too, stop ("O0") and the
     ///     average of five calls of Weight() with mode 2 (virtual; six readings more).
-    /// @param weight receives grams; must not be null. Stays as it is when no record came or
-    ///   a command could not be sent.
+    /// @param weight receives grams; must not be null. Stays as it is with the result 0.
     /// @param decimals receives 7 when the record's value has a point, whatever its decimals; stays
     ///   as it is without one, and when the weight is an average. May be null.
     /// @return 1, also for a weight that is marked as not stable; 0 failure
@@ -66,7 +65,7 @@ class WBALANCE_EXPORT WbalanceKern_EW_EGN_EWB : public Cwbalance {
     /// The balance has no preset tare. @return always 0; nothing is sent
     int TareSet(double preset) override;
 
-    /// The weight in an answer: a record of 12 characters at its start, or behind the five
+    /// The weight in an answer: a record of 12 characters at its start, or after the five
     /// characters "A00\r\n" when the answer begins with an A.
     ///
     /// In the record, counted from 0: the sign at 0 ('-' or anything else), the value from 1 to 7,

@@ -51,20 +51,21 @@ class WBALANCE_EXPORT WbalanceOHAUS_SPU602 : public Cwbalance {
 
     /// Puts the balance back to its factory settings (ESC R) and turns automatic printing off
     /// ("0A"). No answer is read, and no pause is made: the balance may be at other line settings
-    /// by then. As nothing is waited for, the commands leave with the next operation's answer.
+    /// by then. As nothing is waited for, the commands leave later: while the next operation waits
+    /// for its answer (see CSerialObject::SendCommand()).
     /// @return 1 when the first command was handed to the port, whatever became of the second;
     ///   else 0
     int RestoreFactorySettings() override;
 
     /// Reads a printed line. The weight is its first text between blanks and "g"s.
     ///
-    /// @param answer the line, which is cut behind that text; null or empty returns 0, and nothing
+    /// @param answer the line, which is cut after that text; null or empty returns 0, and nothing
     ///   is written
     /// @param weight receives the number, 0.0 when there is none; must not be null
     /// @param decimals receives 7 for a text with a point, else 2, also when there is no weight;
     ///   may be null
     /// @param unstable receives whether a "?" stands anywhere in the line; may be null
-    /// @return 1 when a "g" stands in the line and a text before or behind it, else 0
+    /// @return 1 when a "g" stands in the line and a text before or after it, else 0
     int ParseWeight(char* answer, double* weight, int* decimals, bool* unstable);
 
  private:

@@ -49,7 +49,7 @@ class WBALANCE_EXPORT WbalanceRadwag : public Cwbalance {
     /// @return 1 a weight, 0 failure. An immediate weight is reported as 1 too, stable or not.
     ///
     /// The stability mark and the unit of the answer are not looked at. A mark "^" or "v" (load
-    /// outside the weighing range) therefore gives the mass that stands behind it, 0.000 on most
+    /// outside the weighing range) therefore gives the mass that follows it, 0.000 on most
     /// models, with result 1; kilograms are passed on as though they were grams.
     int Weight(long mode, double* weight, int* decimals) override;
 
@@ -64,9 +64,9 @@ class WBALANCE_EXPORT WbalanceRadwag : public Cwbalance {
     /// @return 1 or 0. Waits 6 t + 0.6 s.
     int Zero();
 
-    /// The number in an answer to "S" or "SI": of at most 17 characters from the second one behind
-    /// the "S" on, the digits, points and '-' alone. A '-' that is not in front makes the number
-    /// end there, on purpose.
+    /// The number in an answer to "S" or "SI". At most 17 characters are looked at, from the second
+    /// one after the "S" on, and of these only the digits, the points and the '-' make the number.
+    /// A '-' that is not in front ends the number there, on purpose.
     ///
     /// @param answer fewer than 100 characters; a longer text ends the process. Must not be null.
     /// @param weight receives the number, 0.0 when there is none; may be null

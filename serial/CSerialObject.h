@@ -20,8 +20,9 @@ class QSerialPort;
 /// results and the trace on standard output. Numbers in it are those of the "C" locale.
 ///
 /// One object is used by one thread at a time; nothing is locked. All waiting blocks the caller. No
-/// QCoreApplication is needed. In a thread that Qt did not start, Qt prints "QSocketNotifier: Can
-/// only be used with threads started with QThread" on standard error; the line works all the same.
+/// QCoreApplication is needed. In a thread without Qt's event dispatcher (one that Qt did not
+/// start, and that of main() without a QCoreApplication) Qt prints "QSocketNotifier: Can only be
+/// used with threads started with QThread" on standard error; the line works all the same.
 ///
 /// A text that does not fit the buffer that a member names ends the process with SIGABRT: standard
 /// output is flushed and one line printed on standard error before.
@@ -66,8 +67,8 @@ class WBALANCE_EXPORT CSerialObject {
                       int timeoutSeconds);
 
     /// Sets the time that one wait for data may last: `seconds` from 1 to 60, or 0 for 100 ms.
-    /// @return 0, and nothing changes, when the last open or configuration failed or when `seconds`
-    ///   is negative or more than 60.
+    /// @return 1; or 0, and nothing changes, when `seconds` is negative or more than 60, before the
+    ///   first open, after closing, and when the last open or configuration failed.
     int PrivateSetTimeout(int seconds);
 
     /// Closes and deletes the port object, if one is held. Traces the closing in every case.
@@ -83,8 +84,10 @@ class WBALANCE_EXPORT CSerialObject {
     /// is only read. The drivers pass copies of their own, so that a host's transport in the place
     /// of this one may write into what it is given.
     ///
-    /// Nothing is flushed or waited for: the bytes leave while the next answer is waited for, and a
-    /// command that no wait follows never leaves. The trace of the command must fit 1024 bytes.
+    /// Nothing is flushed or waited for: the bytes leave while the next answer is waited for. In a
+    /// thread with a Qt event loop they also leave when the thread comes back to that loop. Without
+    /// one, a command that no wait follows never leaves. The trace of the command must fit 1024
+    /// bytes.
     /// @return 1 when the port took every byte, else 0, also when no port object is held.
     int SendCommand(char* command);
 

@@ -71,9 +71,10 @@ class WBALANCE_EXPORT WbalanceMettlerPM : public Cwbalance {
     /// together. 0 when a command can't be sent or "T" is not answered; otherwise 1, also when the
     /// balance refuses the preset or does not answer. Takes at most R + 2 A.
     ///
-    /// @param preset grams. The command holds 27 characters of it in standard PM and 24 in MT-SICS
-    ///   (two decimals included); a longer text, from 1e21 on in MT-SICS, ends the process. What is
-    ///   not finite is sent as the word nan or inf.
+    /// @param preset grams. Two decimals are sent. What does not fit the command ends the process:
+    ///   in standard PM a preset above 1e24 or below -1e23, in MT-SICS a sum of 1e21 and
+    ///   more or -1e20 and less, after the "T" was sent. What is not finite is sent as the word nan
+    ///   or inf.
     int TareSet(double preset) override;
 
  private:

@@ -15,12 +15,12 @@
 /// is still due (modelFlagC, set at construction) and whether a text stands on the display
 /// (modelFlagB).
 ///
-/// Every operation begins with a virtual call of IsReady(), and the line stays open behind it. A
-/// read ends with the line end of an answer. Times below count such reads: r is 3 time-outs (1 s
-/// each unless changed) when the balance is silent, and at most 6 when it sends something without a
-/// line end. The readiness comes on top: 1 s + 2 r as long as a reset is due; and behind a text on
-/// the display 0.5 s + r more, for Tare(), TareSet() and Weight(), which send "DW" then; without an
-/// answer to it they close the port and return 0.
+/// Every operation begins with IsReady(), through a virtual call, and leaves the line open. A read
+/// ends with the line end of an answer. Times below count such reads: r is 3 time-outs (1 s each
+/// unless changed) when the balance is silent, and at most 6 when it sends something without a line
+/// end. The time of IsReady() is added to them: 1 s + 2 r as long as a reset is due, else none.
+/// While a text stands on the display, Tare(), TareSet() and Weight() first send "DW", which takes
+/// 0.5 s + r more; without an answer to it they close the port and return 0.
 ///
 /// A balance that refuses ("S I" busy or not stable in time, "S +" overload, "S -" underload, "ES",
 /// "EL") is not told apart from one that answers nonsense; only the trace shows the answer. The
@@ -36,8 +36,8 @@ class WBALANCE_EXPORT WbalanceMettlerSB32001 : public Cwbalance {
     ///
     /// @return 1 when the line can be used and the balance is reset. 0 for a negative port number,
     ///   when the port can't be opened or configured, or, with the port closed, when it can't be
-    ///   cleared or a step of the reset fails; the reset then stays due. After a reset 1 does not
-    ///   say that a balance answers.
+    ///   cleared or a step of the reset fails; the reset then stays due. Once it is done, 1
+    ///   does not say that a balance answers.
     int IsReady() override;
 
     /// Tares with "T". The balance waits for stability first, on some models longer than the read.
@@ -49,7 +49,7 @@ class WBALANCE_EXPORT WbalanceMettlerSB32001 : public Cwbalance {
     /// @param mode 0 a stable weight only ("S"; 1 s + r); 1 a stable weight, and without one the
     ///   sum of up to five immediate ones divided by 5, so that a pass without an answer counts as
     ///   zero (r, and 1 s + 5 times 0.5 s + r more); 2 one immediate weight ("SI"; r). Any other
-    ///   value returns 0 after the readiness.
+    ///   value returns 0 after IsReady() and, where it is due, "DW".
     /// @param weight receives grams, 0.0 on failure; must not be null
     /// @param decimals receives the count of decimals of each answer that is parsed and has a
     ///   point; may be null
@@ -68,9 +68,9 @@ class WBALANCE_EXPORT WbalanceMettlerSB32001 : public Cwbalance {
     /// Shows `text` on the balance until the next Tare(), TareSet() or Weight() brings back the
     /// weight.
     ///
-    /// @param text at most 57 characters. Null and a longer text are refused with 0 behind the
-    ///   readiness, nothing sent. Sent as it stands: a '"' ends the text for the balance, and on a
-    ///   line of 7 data bits a character with the 8th bit set arrives as another one.
+    /// @param text at most 57 characters. Null and a longer text are refused with 0 after
+    ///   IsReady(). Sent as it stands: a '"' ends the text for the balance, and on a line of 7 data
+    ///   bits a character with the 8th bit set arrives as another one.
     /// @return 1 when the balance answered, whatever it said, else 0. Waits r.
     int DisplayMessage(char* text);
 
