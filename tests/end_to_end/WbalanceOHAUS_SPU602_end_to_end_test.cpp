@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 #include <wbalance/WbalanceOHAUS_SPU602.h>
 
+#include <QCoreApplication>
+
 #include "simulator/VirtualBench.h"
 
 using simulator::LineSettings;
@@ -90,6 +92,20 @@ TEST_F(WbalanceOHAUS_SPU602EndToEnd, RestoreFactorySettings_leaves_with_the_next
     EXPECT_EQ(balance.sentByHost(), "");
     EXPECT_EQ(driver.Weight(1, &weight, nullptr), 1);
     EXPECT_EQ(balance.sentByHost(), "\x1bR\r\n0A\r\nP\r\n");
+}
+
+TEST_F(WbalanceOHAUS_SPU602EndToEnd, RestoreFactorySettings_leaves_with_the_hosts_event_loop) {
+    auto& balance = bench.place("ohaus", Options().withLoad(12.34).with("line=explorer"));
+    char name[] = "host";
+    char* words[] = {name};
+    int count = 1;
+    QCoreApplication host(count, words);
+    EXPECT_EQ(driver.OpenAndSetDefCommConfig(), 1);
+    EXPECT_EQ(driver.RestoreFactorySettings(), 1);
+    EXPECT_EQ(balance.sentByHost(), "");
+    QCoreApplication::processEvents();
+    EXPECT_EQ(balance.sentByHost(), "\x1bR\r\n0A\r\n");
+    driver.CloseCommPort();
 }
 
 TEST_F(WbalanceOHAUS_SPU602EndToEnd, RestoreFactorySettings_ends_the_automatic_print) {
