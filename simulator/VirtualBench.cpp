@@ -1,32 +1,12 @@
 #include "simulator/VirtualBench.h"
 
-#include <signal.h>
-
 #include <utility>
 
+#include "simulator/HeldSignals.h"
 #include "simulator/line/PlainTerminal.h"
 #include "simulator/line/VirtualLine.h"
 
 namespace simulator {
-namespace {
-
-/// Signals are for the thread that owns the bench.
-class HeldSignals {
- public:
-    HeldSignals() {
-        sigset_t all;
-        sigfillset(&all);
-        pthread_sigmask(SIG_SETMASK, &all, &before_);
-    }
-    ~HeldSignals() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
-    HeldSignals(const HeldSignals&) = delete;
-    HeldSignals& operator=(const HeldSignals&) = delete;
-
- private:
-    sigset_t before_;
-};
-
-}  // namespace
 
 VirtualBench::VirtualBench() {
     const HeldSignals held;

@@ -29,6 +29,12 @@ sigset_t passedOnSignals() {
     return signalSet({SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGUSR1, SIGUSR2});
 }
 
+sigset_t heldSignals() {
+    sigset_t held = passedOnSignals();
+    sigaddset(&held, SIGCHLD);
+    return held;
+}
+
 std::string virtualLineObject() {
     const auto here = std::filesystem::read_symlink("/proc/self/exe").parent_path();
     for (const char* libraries : {WBALANCE_INSTALLED_LIBRARIES, WBALANCE_BUILT_LIBRARIES}) {
@@ -81,8 +87,7 @@ int HostProgram::exitCode() {
                   << "\n";
         return startError_ == ENOENT ? notFound : cannotRun;
     }
-    sigset_t awaited = passedOnSignals();
-    sigaddset(&awaited, SIGCHLD);
+    const sigset_t awaited = heldSignals();
     for (;;) {
         siginfo_t received = {};
         const int signal = ::sigwaitinfo(&awaited, &received);
@@ -97,9 +102,16 @@ int HostProgram::exitCode() {
 }
 
 void HostProgram::holdSignals() {
-    sigset_t held = passedOnSignals();
-    sigaddset(&held, SIGCHLD);
+    const sigset_t held = heldSignals();
     ::sigprocmask(SIG_BLOCK, &held, nullptr);
+}
+
+void HostProgram::releaseSignals() {
+    const sigset_t held = heldSignals();
+    const timespec atOnce = {};
+    while (::sigtimedwait(&held, nullptr, &atOnce) > 0) {  // came before
+    }
+    ::sigprocmask(SIG_UNBLOCK, &held, nullptr);
 }
 
 void HostProgram::waitForEndingSignal() {

@@ -20,6 +20,8 @@ class HostProgram {
     /// Holds back the signals that are to be passed on or waited for. Call before any thread is
     /// started.
     static void holdSignals();
+    /// Lets those that come from now on end this process.
+    static void releaseSignals();
     /// Waits until somebody wants this process to end.
     static void waitForEndingSignal();
 

@@ -8,10 +8,15 @@
 #include <cstring>
 #include <iostream>
 #include <stdexcept>
+#include <utility>
+
+#include "simulator/HeldSignals.h"
 
 using simulator::LineEvent;
 
 namespace {
+
+constexpr std::size_t mostWaitingBytes = 1024 * 1024;
 
 std::string quoted(const std::string& bytes) {
     std::string text = "\"";
@@ -63,27 +68,71 @@ int opened(const std::string& file) {
 }  // namespace
 
 WireLog::WireLog(const std::string& file, bool ofSeveral)
-    : path_(file), descriptor_(opened(file)), namesDevices_(ofSeveral) {}
+    : path_(file), descriptor_(opened(file)), namesDevices_(ofSeveral) {
+    const simulator::HeldSignals held;
+    writer_ = std::thread([this] { writeUntilStopped(); });
+}
 
 WireLog::~WireLog() {
+    waitUntilWritten();
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        stopping_ = true;
+    }
+    changed_.notify_all();
+    writer_.join();
     if (descriptor_ != STDERR_FILENO) ::close(descriptor_);
 }
 
+void WireLog::waitUntilWritten() {
+    std::unique_lock<std::mutex> lock(mutex_);
+    if (withoutRoom_ > 0) waiting_.push_back({"", std::exchange(withoutRoom_, 0)});
+    changed_.notify_all();
+    changed_.wait(lock, [this] { return waiting_.empty(); });
+}
+
 void WireLog::requireWhole() {
-    const std::lock_guard<std::mutex> lock(mutex_);
+    waitUntilWritten();
     if (allMissing_ > 0)
         throw std::runtime_error("the log " + path_ + " is not whole: " +
                                  std::to_string(allMissing_) + " events could not be written");
 }
 
 void WireLog::write(const std::string& device, const LineEvent& event) {
-    const std::lock_guard<std::mutex> lock(mutex_);
     char seconds[32];
     std::snprintf(seconds, sizeof seconds, "%9.3f ",
                   static_cast<double>(event.time.count()) / 1000.0);
+    std::string text = seconds + (namesDevices_ ? device + " " : "") + described(event) + "\n";
+    const std::lock_guard<std::mutex> lock(mutex_);
+    if (waitingBytes_ + text.size() > mostWaitingBytes) {
+        ++withoutRoom_;
+        ++allMissing_;
+        return;
+    }
+    waitingBytes_ += text.size();
+    waiting_.push_back({std::move(text), std::exchange(withoutRoom_, 0)});
+    changed_.notify_all();
+}
+
+void WireLog::writeUntilStopped() {
+    std::unique_lock<std::mutex> lock(mutex_);
+    for (;;) {
+        changed_.wait(lock, [this] { return stopping_ || !waiting_.empty(); });
+        if (waiting_.empty()) return;
+        const Line& line = waiting_.front();  // stays where it is while others come
+        lock.unlock();
+        put(line);
+        lock.lock();
+        waitingBytes_ -= line.text.size();
+        waiting_.pop_front();
+        changed_.notify_all();
+    }
+}
+
+void WireLog::put(const Line& line) {
+    missing_ += line.missingBefore;
     tellMissing();
-    const int error =
-        writeWhole(seconds + (namesDevices_ ? device + " " : "") + described(event) + "\n");
+    const int error = writeWhole(line.text);
     if (error != 0) miss(error);
 }
 

@@ -1,7 +1,11 @@
 #pragma once
 
+#include <atomic>
+#include <condition_variable>
+#include <deque>
 #include <mutex>
 #include <string>
+#include <thread>
 
 #include "simulator/ConnectedInstrument.h"
 
@@ -11,33 +15,53 @@
 ///       0.012 > "@\r\n" 2400,7E1
 ///       0.013 < "I4 A \"1126493049\"\r\n"
 ///
-/// With several instruments the device stands behind the time. Used from any thread. Nothing is
-/// kept in memory; the file grows with what is said, and may be emptied meanwhile.
+/// With several instruments the device stands behind the time. Used from any thread. A thread of
+/// its own writes, so that nobody waits for a slow disk or a pipe whose reader sleeps; 1 MiB at
+/// most waits to be written. The file grows with what is said, and may be emptied meanwhile.
 class WireLog {
  public:
     /// `file` is written anew; "-" is standard error. Throws std::runtime_error when it cannot be.
     WireLog(const std::string& file, bool ofSeveral);
-    ~WireLog();
+    ~WireLog();  ///< waits until all is written
     WireLog(const WireLog&) = delete;
     WireLog& operator=(const WireLog&) = delete;
 
-    /// Throws std::runtime_error when something of what was written did not get into the file.
+    /// Waits until all is written, or could not be.
+    void waitUntilWritten();
+
+    /// The same; throws std::runtime_error when an event did not get into the file.
     void requireWhole();
 
-    /// What can't be written, because the disk is full for example, is missing: that is said on
-    /// standard error when it begins, and in the log when it is over.
+    /// Never waits. An event for which 1 MiB has no room is missing, which the log says in its
+    /// place. So is one that can't be written, because the disk is full for example: that is said
+    /// on standard error when it begins, too.
     void write(const std::string& device, const simulator::LineEvent& event);
 
  private:
+    struct Line {
+        std::string text;
+        std::size_t missingBefore;  ///< events for which there was no room
+    };
+
+    void writeUntilStopped();
+    void put(const Line& line);
     void tellMissing();
     void miss(int error);
     int writeWhole(const std::string& text);
 
-    std::mutex mutex_;
     const std::string path_;
     const int descriptor_;
     const bool namesDevices_;
-    std::size_t missing_ = 0;     ///< events since the last that was written
-    std::size_t allMissing_ = 0;  ///< events since the beginning
-    bool isInLine_ = false;       ///< the last line was cut off
+
+    std::mutex mutex_;  ///< of what waits
+    std::condition_variable changed_;
+    std::deque<Line> waiting_;  ///< the first is being written
+    std::size_t waitingBytes_ = 0;
+    std::size_t withoutRoom_ = 0;  ///< events since the last that waits
+    bool stopping_ = false;
+
+    std::size_t missing_ = 0;                 ///< events since the last that was written
+    bool isInLine_ = false;                   ///< the last line was cut off
+    std::atomic<std::size_t> allMissing_{0};  ///< events since the beginning
+    std::thread writer_;
 };

@@ -147,28 +147,32 @@ void follow(ConnectedInstrument& instrument, const RunOptions& run, WireLog* log
 }
 
 /// Serves the instruments of the row until the program, or without one a signal, ends it.
-int serveRow(const RunOptions& run, const Row& row, const std::vector<std::string>& program) {
-    std::unique_ptr<WireLog> log;
-    if (!run.logFile.empty()) log = std::make_unique<WireLog>(run.logFile, row.size() > 1);
+int serveRow(const RunOptions& run, const Row& row, const std::vector<std::string>& program,
+             WireLog* log) {
     VirtualBench bench;
     for (const auto& each : row)
         follow(run.pty ? bench.placeOnTerminal(each->entry(), each->setUp())
                        : bench.place(each->entry(), each->setUp()),
-               run, log.get());
+               run, log);
     const ControlServer control(bench, run.controlPath);
-    int exitCode = EXIT_SUCCESS;
-    if (run.pty)
-        HostProgram::waitForEndingSignal();
-    else
-        exitCode = HostProgram(program).exitCode();
-    if (log) log->requireWhole();
+    if (!run.pty) return HostProgram(program).exitCode();
+    HostProgram::waitForEndingSignal();
+    return EXIT_SUCCESS;
+}
+
+int serveLogged(const RunOptions& run, const Row& row, const std::vector<std::string>& program) {
+    if (run.logFile.empty()) return serveRow(run, row, program, nullptr);
+    WireLog log(run.logFile, row.size() > 1);
+    const int exitCode = serveRow(run, row, program, &log);
+    HostProgram::releaseSignals();  // the reader of the log may sleep for ever
+    log.requireWhole();
     return exitCode;
 }
 
 int run(const RunOptions& run, const Row& row, const std::vector<std::string>& program) {
     check(run, row, program);
     HostProgram::holdSignals();
-    int exitCode = serveRow(run, row, program);
+    int exitCode = serveLogged(run, row, program);
     for (const auto& each : row)
         if (!each->conclude()) exitCode = departedFromRecord;
     return exitCode;
