@@ -47,7 +47,7 @@ class WBALANCE_EXPORT WbalanceMettlerPM : public Cwbalance {
     ///
     /// @param mode 0 a stable weight only ("S"; 1 s + A); 1 a stable weight, and without one the
     ///   sum of up to five immediate ones divided by 5, so that a pass without an answer counts as
-    ///   zero (A, and 1 s + 5 times 0.5 s + A more); 2 one immediate weight ("SI"; A). Any other
+    ///   zero (A, and 3.5 s + 5 A more); 2 one immediate weight ("SI"; A). Any other
     ///   value returns 0 after IsReady(). The time of IsReady(), R, is added.
     /// @param weight receives grams, 0.0 on failure; must not be null
     /// @param decimals receives the count of decimals of each answer that is parsed and has a

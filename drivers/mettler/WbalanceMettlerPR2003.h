@@ -47,7 +47,7 @@ class WBALANCE_EXPORT WbalanceMettlerPR2003 : public Cwbalance {
     ///
     /// @param mode 0 a stable weight only ("S"; 1 s + r); 1 a stable weight, and without one the
     ///   sum of up to five immediate ones divided by 5, so that a pass without an answer counts as
-    ///   zero (r, and 1 s + 5 times 1 s + r more); 2 one immediate weight ("SI"; r). Any other
+    ///   zero (r, and 6 s + 5 r more); 2 one immediate weight ("SI"; r). Any other
     ///   value returns 0 after IsReady() and, where it is due, "DW".
     /// @param weight receives grams, 0.0 on failure; must not be null
     /// @param decimals never written; may be null

@@ -35,7 +35,7 @@ class WBALANCE_EXPORT WbalanceMettlerToledo : public Cwbalance {
     ///
     /// @param mode 0 a stable weight only ("S"; 1 s + 3 t); 1 a stable weight, and without one the
     ///   sum of up to five immediate ones divided by 5, so that a pass without an answer counts as
-    ///   zero (3 t, and 1 s + 5 times 0.5 s + 3 t more); 2 one immediate weight ("SI"; 3 t). Any
+    ///   zero (3 t, and 3.5 s + 15 t more); 2 one immediate weight ("SI"; 3 t). Any
     ///   other value returns 0 after IsReady().
     /// @param weight receives grams, 0.0 on failure; must not be null
     /// @param decimals receives the count of decimals of each answer that is parsed and has a
