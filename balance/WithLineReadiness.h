@@ -25,7 +25,7 @@
 /// EL-2000S `Weight`) need one IsReady() before them; this one is enough for that.
 ///
 /// Do not use it where the reset is wanted: the PR2003, XS, SB32001 and PM drivers reset or detect
-/// in their own check and keep count of it.
+/// in their own check and remember that it is done.
 ///
 /// A successful IsReady() says that the line is open, not that an instrument answers on it.
 /// Results, threads, ownership: as for the driver.
