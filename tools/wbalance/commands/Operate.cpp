@@ -14,7 +14,6 @@
 #include "output/Stream.h"
 #include "process/Interrupt.h"
 #include "readings/Confirmation.h"
-#include "readings/Measurement.h"
 
 namespace tool {
 namespace {
@@ -124,23 +123,11 @@ std::string Json(const Options& options, const std::string& status, const std::s
     return JsonLine(object);
 }
 
-// A balance that waits for its pan to come to rest is as silent as one that is switched off, but
-// tells what it shows at the moment.
-Confirmation AskedAgain(Session& session, const Confirmation& confirmation) {
-    Request request;
-    request.mode = kAtOnce;
-    const Report report = session.Perform(request, "asking for the weight");
-    const Measurement shown = Measure(*session.Reached().driver, report);
-    return shown.reading.meaning == Meaning::Silence ? confirmation : NotAtRest();
-}
-
 ExitCode OperateAndTell(const Options& options) {
     Check(options);
     Session session = options.balance.Open();
     const Report report = session.Perform(options.request, WordFor(options.request.operation));
-    auto confirmation = Confirm(*session.Reached().driver, options.request.operation, report);
-    if (confirmation.code == ExitCode::Silent && NeedsRest(options.request.operation))
-        confirmation = AskedAgain(session, confirmation);
+    const auto confirmation = Confirm(*session.Reached().driver, options.request.operation, report);
     if (options.json) {
         const bool done = confirmation.code == ExitCode::Done;
         PrintLine(Json(options, done ? "done" : "failed", confirmation.sentence, report.finished));

@@ -57,13 +57,16 @@ Confirmation RefusedWith(const std::string& answer, const OperationInfo& info) {
     return {ExitCode::Refused, "the balance did not confirm it" + sent};
 }
 
+Confirmation NotAtRest() {
+    return {ExitCode::NotStable,
+            "the balance answers, but not this, as it does while its pan moves; it may still carry "
+            "it out when the pan comes to rest"};
+}
+
 // Nothing came for it.
 Confirmation Unanswered(Operation operation, const Dialogue& dialogue) {
-    const bool answeredBefore = LastAnswered(dialogue) != nullptr;
-    if (!answeredBefore)
-        return {ExitCode::Silent,
-                NoAnswer().sentence + (NeedsRest(operation) ? " Or does its pan move?" : "")};
-    if (NeedsRest(operation)) return NotAtRest();
+    if (LastAnswered(dialogue) == nullptr) return NoAnswer();
+    if (WaitsForThePan(operation)) return NotAtRest();
     return {ExitCode::Silent, "the balance did not answer it"};
 }
 
@@ -163,17 +166,6 @@ bool ZeroedInstead(const Dialogue& dialogue) {
 }
 
 }  // namespace
-
-bool NeedsRest(Operation operation) {
-    return operation == Operation::Tare || operation == Operation::Zero ||
-           operation == Operation::PresetTare;
-}
-
-Confirmation NotAtRest() {
-    return {ExitCode::NotStable,
-            "the balance answers, but not this, as it does while its pan moves; it may still carry "
-            "it out when the pan comes to rest"};
-}
 
 Confirmation Confirm(const DriverInfo& driver, Operation operation, const Report& report) {
     if (!report.question.empty()) {

@@ -14,12 +14,6 @@ struct Confirmation {
     std::string sentence;  ///< what was done instead, or what went wrong; may be empty
 };
 
-/// Whether a moving pan keeps a balance from it.
-bool NeedsRest(Operation operation);
-
-/// Of a balance that answers other commands, but not one that needs a pan at rest.
-Confirmation NotAtRest();
-
 /// Weighs the driver's result against what the instrument answered.
 Confirmation Confirm(const DriverInfo& driver, Operation operation, const Report& report);
 
