@@ -27,6 +27,13 @@ Ran MonitorWhile(const std::string& launcher, const std::string& arguments,
         script + "); wait $monitor; code=$?; cat $lines; echo \"$said\"; exit $code");
 }
 
+std::size_t CountOf(const std::string& part, const std::string& text) {
+    std::size_t count = 0;
+    for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1))
+        ++count;
+    return count;
+}
+
 TEST(MonitoredBalance, Is_lost_when_its_idle_process_is_killed) {
     VirtualBench bench;
     bench.place("mettler-toledo", Options().on("/dev/ttyS0").withLoad(10));
@@ -71,6 +78,30 @@ TEST(MonitoredBalance, Waits_for_file_descriptors_where_there_are_none) {
                           "-u)"));
     EXPECT_THAT(ran.output, HasSubstr("10.00"));
     EXPECT_EQ(ran.exitCode, 0) << ran.output;
+}
+
+// An hour's interval is no reason to leave a balance out for an hour.
+TEST(MonitoredBalance, Is_looked_for_soon_however_seldom_it_is_read) {
+    VirtualBench bench;
+    bench.place("mettler-toledo", Options().on("/dev/ttyS0").withLoad(10));
+    const Ran ran = MonitorWhile("env", "mettler-toledo@0 -m now -t 0 -i 3600 --csv",
+                                 "await ,weight,; kill -KILL $(pgrep -P $monitor); await ,back,; "
+                                 "sleep 2; kill $monitor");
+    EXPECT_THAT(ran.output, Not(HasSubstr("never saw")));
+    EXPECT_THAT(ran.errors, HasSubstr(": 2 readings, "));
+}
+
+// More readings than there were starts would be those that were made up for.
+TEST(MonitoredBalance, A_slow_reading_is_followed_by_no_burst_of_readings) {
+    VirtualBench bench;
+    bench.place("mettler-toledo", Options().on("/dev/ttyS0").withLoad(10));
+    const Ran ran = MonitorWhile("env", "mettler-toledo@0 -m now -t 0 -i 0.5 --for 10 --csv",
+                                 "await ,weight,; child=$(pgrep -P $monitor); kill -STOP $child; "
+                                 "sleep 6; kill -CONT $child");
+    const int readings = static_cast<int>(CountOf(",weight,", ran.output));
+    EXPECT_GE(readings, 2) << ran.output;
+    EXPECT_LE(readings, 12) << ran.output;
+    EXPECT_THAT(ran.errors, HasSubstr("lost 0 times"));
 }
 
 }  // namespace

@@ -11,8 +11,10 @@
 namespace tool {
 namespace {
 
-constexpr std::chrono::milliseconds kLook{250};    // between two looks whether the port is there
-constexpr std::chrono::milliseconds kRetry{1000};  // between two tries to find a lost balance
+constexpr std::chrono::milliseconds kLook{250};  // between two looks whether the port is there
+// Between two tries to find a lost balance: as its readings are, but within these.
+constexpr std::chrono::milliseconds kShortestRetry{1000};
+constexpr std::chrono::milliseconds kLongestRetry{5000};
 
 bool IsThere(const std::string& device) {
     struct stat node {};
@@ -113,7 +115,7 @@ void MonitoredBalance::Deliver(const Measurement& measurement) {
 void MonitoredBalance::Lose(const std::string& reason, Clock::time_point now) {
     // A port that was pulled and put back stays dead for who had it open: open it anew.
     process_.reset();
-    next_ = due_ = now + std::max(kRetry, settings_.interval);
+    next_ = now + std::clamp(settings_.interval, kShortestRetry, kLongestRetry);
     if (lost_) return;
     lost_ = true;
     listener_.onLost(*this, reason);
