@@ -202,6 +202,28 @@ TEST(Screen, Comes_back_below_the_shells_lines_after_Ctrl_Z) {
     screen.ExpectAsBefore();
 }
 
+// At the bottom of the screen each moves the picture up.
+TEST(Screen, Keeps_one_picture_however_often_Enter_is_pressed) {
+    const Screen screen(80, 24);
+    const Script monitor(MonitorOf(2));
+    screen.Type(monitor.Call());
+    EXPECT_TRUE(screen.Shows("n 2 ")) << screen.Text();
+    for (int i = 0; i < 40; ++i)
+        screen.Press("Enter");
+    screen.Press("a Enter C-d b Enter");
+    EXPECT_TRUE(screen.Shows([&screen] {
+        int named = 0;
+        for (const auto& line : screen.Lines())
+            named += line.rfind("mettler-toledo", 0) == 0 ? 1 : 0;
+        return named == 1 && screen.Text().find("\nb") == std::string::npos;
+    })) << screen.Text();
+    std::this_thread::sleep_for(std::chrono::seconds(1));
+    EXPECT_EQ(screen.Lines()[0], "mettler-toledo /dev/ttyS0") << screen.Text();
+    screen.Press("C-c");
+    EXPECT_TRUE(screen.Shows("lost 0 times")) << screen.Text();
+    screen.ExpectAsBefore();
+}
+
 TEST(Screen, Is_the_shells_while_the_monitor_runs_in_the_background) {
     const Screen screen(80, 24);
     const Script monitor(MonitorOf(1));

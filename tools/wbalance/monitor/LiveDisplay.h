@@ -19,7 +19,7 @@ class LiveDisplay {
     void Draw(const std::vector<DisplayedBalance>& balances);
 
  private:
-    std::string WayToTheTop(ScreenSize size) const;
+    std::string WayToTheTop(ScreenSize size, std::size_t typedLines) const;
 
     std::vector<std::string> drawn_;
     ScreenSize size_;
