@@ -19,7 +19,7 @@ TEST(Probe, No_question_tares_zeroes_resets_or_sets_anything) {
     std::string questions;
     for (const auto& probe : Probes())
         questions += probe.command + "|";
-    EXPECT_EQ(questions, "SI\r\n|\x1bP\r\n|P\r\n|O8\r\n|?1|#|\rB\r|");
+    EXPECT_EQ(questions, "SI\r\n|\x1bP\r\n|\x1bx1_\r\n|P\r\n|O8\r\n|?1|#|\rB\r|");
 }
 
 TEST(Probe, The_question_that_a_PM_takes_for_a_preset_tare_comes_last) {
@@ -42,6 +42,8 @@ TEST(Probe, An_echo_and_an_error_are_no_instrument) {
     EXPECT_EQ(DriverFor("SI\r\n", "SI\r\n"), "");
     EXPECT_EQ(DriverFor("SI\r\n", "ES\r\n"), "");
     EXPECT_EQ(DriverFor("?1", "?1+   12.34\r\n"), "");
+    EXPECT_EQ(DriverFor("\x1bx1_\r\n", "\x1bx1_\r\n"), "");
+    EXPECT_EQ(DriverFor("\x1bx1_\r\n", "ES\r\n"), "");
 }
 
 TEST(Probe, Print_lines_and_tickets_are_told_apart) {
@@ -52,6 +54,8 @@ TEST(Probe, Print_lines_and_tickets_are_told_apart) {
 
 TEST(Probe, The_others_answer_their_own_questions) {
     EXPECT_EQ(DriverFor("\x1bP\r\n", "+   123.56 g  \r\n"), "sartorius");
+    EXPECT_EQ(DriverFor("\x1bx1_\r\n", "LA620S        \r\n"), "sartorius");
+    EXPECT_EQ(DriverFor("\x1bx1_\r\n", "MSE1203S-100-DR     \r\n"), "sartorius");
     EXPECT_EQ(DriverFor("O8\r\n", "A00\r\n+  12.50 G S\r\n"), "kern");
     EXPECT_EQ(DriverFor("?1", "1+   12.34 g\r\n"), "denver-xl1800");
     EXPECT_EQ(DriverFor("#", "1+   12.34 g\r\n"), "setra-el2000s");

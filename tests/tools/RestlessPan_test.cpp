@@ -80,6 +80,12 @@ TEST(RestlessPan, Of_a_Sartorius_is_known_by_its_model) {
     EXPECT_EQ(ran.exitCode, 8);
 }
 
+TEST(RestlessPan, Of_a_Sartorius_keeps_nobody_from_detecting_it) {
+    const Ran ran = WbalanceWith("sartorius --fault busy", "detect");
+    EXPECT_THAT(ran.output, HasSubstr("Sartorius, balances with SBI print lines, at 1200,7O1"));
+    EXPECT_EQ(ran.exitCode, 0) << ran.errors;
+}
+
 TEST(RestlessPan, Of_an_Ohaus_is_known_by_its_moving_weight) {
     const Ran ran = WbalanceWith("ohaus --fault busy --load 10", "weigh -d ohaus -m stable");
     EXPECT_THAT(ran.errors, HasSubstr(kMoves));

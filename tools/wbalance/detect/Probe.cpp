@@ -1,5 +1,8 @@
 #include "Probe.h"
 
+#include <algorithm>
+#include <cctype>
+
 #include "readings/Dialect.h"
 #include "readings/Fields.h"
 
@@ -36,6 +39,20 @@ std::string DriverForEscape(const std::string& answer) {
     return Knows(ReadSbi, answer) ? "sartorius" : "";
 }
 
+// A name filled up to the length of a print line's text.
+bool IsModel(const std::string& line) {
+    const bool filledUp = line.size() == 14 || line.size() == 20;
+    return filledUp && std::isalpha(static_cast<unsigned char>(line.front())) != 0 &&
+           std::any_of(line.begin(), line.end(),
+                       [](unsigned char one) { return std::isdigit(one) != 0; });
+}
+
+// > ESC "x1_\r\n"  < "LA620S        "  also while a print waits for the pan to come to rest
+std::string DriverForModelQuestion(const std::string& answer) {
+    const auto lines = LinesOf(answer);
+    return lines.size() == 1 && LooksLikeText(answer) && IsModel(lines.front()) ? "sartorius" : "";
+}
+
 // > "P\r\n"  < "       12.73 g    ?"  Ohaus   < " 123.40 g N"  Scale House
 std::string DriverForPrint(const std::string& answer) {
     const auto lines = LinesOf(answer);
@@ -66,16 +83,18 @@ std::string DriverForGibertini(const std::string& answer) {
 }  // namespace
 
 const std::vector<Probe>& Probes() {
-    static const std::vector<Probe> probes = {{"SI\r\n",
-                                               DriverForImmediate,
-                                               {"mettler-toledo", "mettler-pm", "mettler-pr2003",
-                                                "mettler-xs", "mettler-sb32001", "radwag"}},
-                                              {"\x1bP\r\n", DriverForEscape, {"sartorius"}},
-                                              {"P\r\n", DriverForPrint, {"ohaus", "scale-house"}},
-                                              {"O8\r\n", DriverForKern, {"kern"}},
-                                              {"?1", DriverForDenver, {"denver-xl1800"}},
-                                              {"#", DriverForSetra, {"setra-el2000s"}},
-                                              {"\rB\r", DriverForGibertini, {"gibertini"}}};
+    static const std::vector<Probe> probes = {
+        {"SI\r\n",
+         DriverForImmediate,
+         {"mettler-toledo", "mettler-pm", "mettler-pr2003", "mettler-xs", "mettler-sb32001",
+          "radwag"}},
+        {"\x1bP\r\n", DriverForEscape, {"sartorius"}},
+        {"\x1bx1_\r\n", DriverForModelQuestion, {"sartorius"}},
+        {"P\r\n", DriverForPrint, {"ohaus", "scale-house"}},
+        {"O8\r\n", DriverForKern, {"kern"}},
+        {"?1", DriverForDenver, {"denver-xl1800"}},
+        {"#", DriverForSetra, {"setra-el2000s"}},
+        {"\rB\r", DriverForGibertini, {"gibertini"}}};
     return probes;
 }
 
