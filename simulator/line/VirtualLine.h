@@ -56,6 +56,7 @@ class VirtualLine final : public HostLine {
     /// A speed that the adapter cannot do, such as B2400: setting it fails with EINVAL. B0 for
     /// none.
     void refuseSpeed(speed_t speed) { state_->refusedSpeed = speed; }
+    void refuseEverySpeed() { state_->refusedSpeed = VirtualLineState::everySpeed; }
     void setNode(const Node& node);
 
  private:

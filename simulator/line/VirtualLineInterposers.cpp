@@ -179,8 +179,10 @@ bool isHungUp(int descriptor) {
 
 /// A port that has gone refuses by itself, for another reason.
 bool isRefused(const ServedLine& line, int descriptor, tcflag_t control) {
-    return line->refusedSpeed != B0 && line->refusedSpeed == (control & CBAUD) &&
-           !isHungUp(descriptor);
+    const std::uint32_t refused = line->refusedSpeed;
+    const bool cannotDo =
+        refused == simulator::VirtualLineState::everySpeed || refused == (control & CBAUD);
+    return refused != B0 && cannotDo && !isHungUp(descriptor);
 }
 
 int setKernelSettings(const ServedLine& line, int descriptor, unsigned long request,

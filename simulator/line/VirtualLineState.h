@@ -19,6 +19,7 @@ inline constexpr char virtualLinesVariable[] = "WBALANCE_VIRTUAL_LINES";
 /// its own atomic, so that a host killed at any point leaves nothing half written.
 struct VirtualLineState {
     static constexpr std::uint32_t currentLayout = 0x57424C34;  // "WBL4"
+    static constexpr std::uint32_t everySpeed = UINT32_MAX;     // of refusedSpeed
 
     std::atomic<std::uint32_t> layout;     ///< currentLayout once the file is complete
     char name[28];                         ///< device name without directory
@@ -31,7 +32,7 @@ struct VirtualLineState {
     std::atomic<std::int32_t> nextOpenError;  ///< the same, for the next open alone
     std::atomic<std::uint32_t> bare;          ///< the node opens, but no serial port is behind it
     std::atomic<std::uint32_t>
-        refusedSpeed;                  ///< the CBAUD bits that the adapter cannot do, 0: none
+        refusedSpeed;  ///< the CBAUD bits that the adapter cannot do, 0: none, or everySpeed
     std::atomic<std::uint32_t> mode;   ///< permission bits that stat reports
     std::atomic<std::uint32_t> owner;  ///< user that stat reports
     std::atomic<std::uint32_t> group;  ///< group that stat reports

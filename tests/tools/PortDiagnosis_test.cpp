@@ -310,4 +310,38 @@ TEST_F(PortDiagnosis, Detect_goes_on_behind_line_settings_that_the_port_refuses_
     EXPECT_EQ(ran.exitCode, 4);
 }
 
+TEST_F(PortDiagnosis, An_adapter_that_can_do_no_settings_at_all_is_said_to_refuse_them) {
+    OnLine([](VirtualLine& line) { line.refuseEverySpeed(); });
+    const std::string sentence = ": the port refuses all line settings; use another adapter";
+    ExpectSaid(sentence);
+    const Ran told = Wbalance("detect -p 0 --usb");
+    EXPECT_EQ(told.output, "");
+    EXPECT_EQ(told.errors, "trying 2400,7E1\nwbalance: /dev/ttyUSB0" + sentence + "\n");
+    EXPECT_EQ(told.exitCode, 3);
+    const Ran written = Wbalance("detect -p 0 --usb --thorough --json");
+    EXPECT_THAT(written.output, HasSubstr("\"message\":\"/dev/ttyUSB0" + sentence + "\""));
+    EXPECT_THAT(written.output, HasSubstr("\"status\":\"error\""));
+    EXPECT_EQ(written.exitCode, 3);
+}
+
+// Another user's process may be that which made the lock file, or may only have its number.
+TEST_F(ForbiddenPort, A_process_that_cannot_be_looked_into_is_named_but_not_blamed) {
+    if (!IsRoot()) GTEST_SKIP() << "needs root";
+    // As the directory of the locks is: anybody's.
+    RunShell("chmod -R a+rwX " + bench_.directory().string());
+    const Ran first = RunShell("cat /proc/1/comm");
+    const std::string name = first.output.substr(0, first.output.find('\n'));
+    const std::string held = "held by a program that may be " + name +
+                             " (process 1): end that program first, or, where it does not use the "
+                             "port, sudo rm /var/lock/LCK..ttyUSB0\n";
+    const Lock lock(1);
+    const Ran examined =
+        RunShell(As(Group()) + WBALANCE " doctor -d mettler-toledo -p 0 --usb -t 0");
+    EXPECT_THAT(examined.output, EndsWith("\ndiagnosis      /dev/ttyUSB0 is " + held));
+    EXPECT_EQ(examined.exitCode, 3);
+    const Ran detected = RunShell(As(Group()) + WBALANCE " detect -p 0 --usb");
+    EXPECT_EQ(detected.errors, "wbalance: /dev/ttyUSB0 is " + held);
+    EXPECT_EQ(detected.exitCode, 3);
+}
+
 }  // namespace

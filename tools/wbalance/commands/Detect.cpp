@@ -105,12 +105,6 @@ std::string Json(const Options& options, const Detection& found, const std::stri
                             "balance, or the cable picks up noise: " +
                             sent + more);
     }
-    if (found.refused == Detector::Settings(options.thorough)) {
-        throw ToolError(ExitCode::PortFailed,
-                        device +
-                            ": the port refuses all line settings that were tried; use another "
-                            "adapter");
-    }
     throw ToolError(ExitCode::Silent,
                     device +
                         ": nothing comes back: switch the balance on, look at the plugs, try a "

@@ -5,6 +5,7 @@
 #include <grp.h>
 #include <pwd.h>
 #include <sys/stat.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -53,6 +54,32 @@ long OpenHolder(const std::string& device) {
         if (pid != getpid() && LookInto(process->path(), device) == Sight::Open) return pid;
     }
     return 0;
+}
+
+struct Holder {
+    long process = 0;           ///< 0: nobody is seen
+    bool isSeenToHold = false;  ///< else only the lock file tells
+};
+
+// A lock file that was left behind may name a process that has nothing to do with the port.
+Holder FindHolder(const std::string& device) {
+    if (const long process = OpenHolder(device)) return {process, true};
+    const pid_t locker = LockHolder(device);
+    if (locker == 0) return {};
+    const bool hidden = LookInto("/proc/" + std::to_string(locker), device) == Sight::Hidden;
+    return hidden ? Holder{locker, false} : Holder{};
+}
+
+std::string TextOf(const Holder& holder) {
+    if (holder.process == 0) return "";
+    return (holder.isSeenToHold ? "" : "a program that may be ") + ProcessText(holder.process);
+}
+
+std::string TextAndRemedy(const Holder& holder, const std::string& device) {
+    return TextOf(holder) + ": end that program first" +
+           (holder.isSeenToHold
+                ? ""
+                : ", or, where it does not use the port, sudo rm " + LockFile(device));
 }
 
 std::string GroupName(gid_t group) {
@@ -128,9 +155,21 @@ std::string WhyForbidden(const std::string& device) {
 }
 
 std::string WhyBusy(const std::string& device) {
-    const std::string holder = HolderOf(device);
-    return "; " + (holder.empty() ? "another user's program holds it: see sudo fuser -v " + device
-                                  : "it is held by " + holder + ": end that program first");
+    const Holder holder = FindHolder(device);
+    return "; " + (holder.process == 0
+                       ? "another user's program holds it: see sudo fuser -v " + device
+                       : "it is held by " + TextAndRemedy(holder, device));
+}
+
+// Whether the port can't do even the settings with which the library opens it.
+bool RefusesSettings(int port) {
+    termios before{};
+    if (tcgetattr(port, &before) != 0) return true;
+    termios usual = before;
+    cfsetspeed(&usual, B9600);
+    const bool refuses = tcsetattr(port, TCSANOW, &usual) != 0;
+    tcsetattr(port, TCSANOW, &before);
+    return refuses;
 }
 
 std::string Explain(const std::string& device, int error) {
@@ -156,17 +195,12 @@ std::string Explain(const std::string& device, int error) {
 }  // namespace
 
 std::string HolderOf(const std::string& device) {
-    if (const long pid = OpenHolder(device)) return ProcessText(pid);
-    // A lock file that was left behind may name a process that has nothing to do with the port.
-    const pid_t locker = LockHolder(device);
-    const std::string process = "/proc/" + std::to_string(locker);
-    if (locker == 0 || LookInto(process, device) != Sight::Hidden) return "";
-    return "a program that may be " + ProcessText(locker);
+    return TextOf(FindHolder(device));
 }
 
 std::string WhyHeld(const std::string& device) {
-    const std::string holder = HolderOf(device);
-    return holder.empty() ? "" : device + " is held by " + holder + ": end that program first";
+    const Holder holder = FindHolder(device);
+    return holder.process == 0 ? "" : device + " is held by " + TextAndRemedy(holder, device);
 }
 
 std::string WhyLocked(const std::string& device) {
@@ -178,6 +212,7 @@ std::string WhyNotOpened(const std::string& device) {
     const int descriptor = open(device.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
     if (descriptor < 0) return device + Explain(device, errno);
     const bool terminal = isatty(descriptor) != 0;
+    const bool refuses = terminal && RefusesSettings(descriptor);
     close(descriptor);
     if (!terminal)
         return device +
@@ -185,6 +220,7 @@ std::string WhyNotOpened(const std::string& device) {
     if (!HolderOf(device).empty()) return device + Explain(device, EBUSY);
     // Qt takes the lock file of a program that has ended away, unless it is another user's.
     if (access(LockFile(device).c_str(), F_OK) == 0) return WhyLocked(device);
+    if (refuses) return device + ": the port refuses all line settings; use another adapter";
     return device + ": the port could not be opened a moment ago but can be now; try again";
 }
 
