@@ -8,9 +8,10 @@ class CSerialObject;
 /// A balance on a serial line: the abstract base of every driver.
 ///
 /// A host constructs the driver of the instrument that is fitted, may change the port number and
-/// the line settings, and then calls the operations. No explicit open or close is needed: an
-/// operation opens the port itself and leaves it open for the next one. Settings that change take
-/// effect at the next operation that opens; a changed port number or port kind does only after
+/// the line settings, and then calls the operations. No explicit open or close is needed:
+/// IsReady() opens the port and leaves it open, and so do the other operations, except those of
+/// which the driver says that they need an IsReady() before them. Settings that change take effect
+/// at the next operation that opens; a changed port number or port kind does only after
 /// CloseCommPort().
 ///
 /// Results are 1 for success and 0 for failure unless a member says otherwise; weights are in
