@@ -332,7 +332,7 @@ TEST_F(ForbiddenPort, A_process_that_cannot_be_looked_into_is_named_but_not_blam
     const Ran first = RunShell("cat /proc/1/comm");
     const std::string name = first.output.substr(0, first.output.find('\n'));
     const std::string held = "held by a program that may be " + name +
-                             " (process 1): end that program first, or, where it does not use the "
+                             " (process 1): end that program first; or, where it does not use the "
                              "port, sudo rm /var/lock/LCK..ttyUSB0\n";
     const Lock lock(1);
     const Ran examined =

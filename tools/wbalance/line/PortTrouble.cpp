@@ -79,7 +79,7 @@ std::string TextAndRemedy(const Holder& holder, const std::string& device) {
     return TextOf(holder) + ": end that program first" +
            (holder.isSeenToHold
                 ? ""
-                : ", or, where it does not use the port, sudo rm " + LockFile(device));
+                : "; or, where it does not use the port, sudo rm " + LockFile(device));
 }
 
 std::string GroupName(gid_t group) {
