@@ -36,7 +36,7 @@ UNNAMED = {"detect": "radwag", "ports": "radwag"}
 # These go on until Ctrl-C.
 ENDLESS = re.compile(r"wbalance monitor (?!.*(-n|--count) )|--pty$")
 LOAD = "12.5"
-PATIENCE = 60  # seconds; only a hang takes as long
+PATIENCE = 240  # seconds; only a hang takes as long, also where a host is compiled on a busy computer
 RUN_BEFORE_CTRL_C = 3
 
 
@@ -198,6 +198,9 @@ class Bench:
 
     def run(self, command):
         """The exit code, and what came out on standard output and standard error."""
+        record = value_of(command.split(), "--record")
+        if record:  # is not overwritten, and another page's reader has none yet
+            (self.home / record).unlink(missing_ok=True)
         process = subprocess.Popen(["bash", "-o", "pipefail", "-c", self.as_run(command)], cwd=self.home,
                                    env=self.environment, text=True, stdin=subprocess.DEVNULL,
                                    stdout=subprocess.PIPE, stderr=subprocess.PIPE, start_new_session=True)
