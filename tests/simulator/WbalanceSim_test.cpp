@@ -314,6 +314,17 @@ TEST(WbalanceSim, List_and_help_name_instruments_switches_faults_and_examples) {
     EXPECT_THAT(help.output, HasSubstr("Examples:"));
 }
 
+TEST(WbalanceSim, An_output_that_can_not_be_written_is_a_failure) {
+    for (const char* arguments : {"--list", "--help", "control --help"}) {
+        const Ran ran = sim(std::string(arguments) + " >/dev/full");
+        EXPECT_EQ(ran.exitCode, 125) << arguments;
+        EXPECT_THAT(ran.output, StartsWith("wbalance-sim: standard output can't be written"))
+            << arguments;
+    }
+    EXPECT_EQ(sim("--list >&-").exitCode, 125);
+    EXPECT_EQ(sim("kern -- true >&-").exitCode, 0) << "it has nothing to say";
+}
+
 TEST(WbalanceSim, A_pseudo_terminal_serves_any_software_until_it_is_told_to_end) {
     const Ran ran = run("coproc=$(mktemp -u); mkfifo $coproc; " + tool +
                         " mettler-toledo --load 12.34 --pty > $coproc & sim=$!; "
