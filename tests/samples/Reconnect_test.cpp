@@ -66,7 +66,6 @@ class Reconnect {
 
 class ReconnectSample : public testing::Test {
  protected:
-    ReconnectSample() { pointTo("ttyUSB3"); }
     ~ReconnectSample() override { std::filesystem::remove(stableName_); }
 
     /// Where the stable name leads, as udev writes it.
@@ -75,8 +74,15 @@ class ReconnectSample : public testing::Test {
         std::filesystem::create_symlink("../../" + device, stableName_);
     }
 
-    const std::string stableName_ =
-        testing::TempDir() + "usb-FTDI_A1B2-if00-port0." + std::to_string(getpid());
+    /// It is there before the sample begins.
+    std::string stableNameOf(const std::string& device) {
+        const std::string name =
+            testing::TempDir() + "usb-FTDI_A1B2-if00-port0." + std::to_string(getpid());
+        std::filesystem::create_symlink("../../" + device, name);
+        return name;
+    }
+
+    const std::string stableName_ = stableNameOf("ttyUSB3");
     VirtualBench bench_;
     ConnectedInstrument& balance_ =
         bench_.place("mettler-toledo", Options().on("/dev/ttyUSB3").withLoad(12.34));
@@ -85,33 +91,33 @@ class ReconnectSample : public testing::Test {
 
 // The first line is a weight: what Qt would say of the thread is kept away.
 TEST_F(ReconnectSample, Weighs_again_after_each_of_three_unplugs) {
-    EXPECT_EQ(host_.says(), "12.34 g");
+    ASSERT_EQ(host_.says(), "12.34 g");
     for (int i = 0; i < 3; ++i) {
         balance_.unplug();
-        EXPECT_EQ(host_.says(), "lost");
+        ASSERT_EQ(host_.says(), "lost");
         balance_.plugIn();
         std::string next = host_.says();
         if (next == "away") next = host_.says();
-        EXPECT_EQ(next, "12.34 g");
+        ASSERT_EQ(next, "12.34 g");
     }
 }
 
 TEST_F(ReconnectSample, Finds_an_adapter_that_is_back_under_another_number) {
-    EXPECT_EQ(host_.says(), "12.34 g");
+    ASSERT_EQ(host_.says(), "12.34 g");
     balance_.unplug();
-    EXPECT_EQ(host_.says(), "lost");
-    EXPECT_EQ(host_.says(), "away");
+    ASSERT_EQ(host_.says(), "lost");
+    ASSERT_EQ(host_.says(), "away");
     balance_.plugIn("/dev/ttyUSB5");
     pointTo("ttyUSB5");
-    EXPECT_EQ(host_.says(), "12.34 g");
+    ASSERT_EQ(host_.says(), "12.34 g");
 }
 
 TEST_F(ReconnectSample, Calls_a_balance_that_does_not_answer_silent_and_not_lost) {
-    EXPECT_EQ(host_.says(), "12.34 g");
+    ASSERT_EQ(host_.says(), "12.34 g");
     balance_.addFault("silent");
-    EXPECT_EQ(host_.says(), "silent");
+    ASSERT_EQ(host_.says(), "silent");
     balance_.clearFaults();
-    EXPECT_EQ(host_.says(), "12.34 g");
+    ASSERT_EQ(host_.says(), "12.34 g");
 }
 
 }  // namespace

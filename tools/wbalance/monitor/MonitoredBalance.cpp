@@ -6,6 +6,7 @@
 #include <new>
 
 #include "ToolError.h"
+#include "line/PortTrouble.h"
 #include "process/PortCheck.h"
 
 namespace tool {
@@ -65,6 +66,9 @@ void MonitoredBalance::Begin(Clock::time_point now) {
 void MonitoredBalance::Connect() {
     connection_ = {settings_.driver, settings_.port.Resolve(), settings_.line,
                    settings_.timeoutSeconds};
+    // What was never there has not gone.
+    const std::string device = connection_.port.Device();
+    if (!IsThere(device)) throw ToolError(ExitCode::PortFailed, WhyNotOpened(device));
     process_ = std::make_unique<BalanceProcess>(connection_, listener_.onTrace);
 }
 
