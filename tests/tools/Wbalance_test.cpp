@@ -718,4 +718,20 @@ TEST(Wbalance, Both_commands_of_a_factory_reset_go_over_the_line) {
     EXPECT_THAT(log.Text(), HasSubstr("0A\\r\\n"));
 }
 
+// The library's trace takes an answer for a format, so that this one is some 200 times as long there.
+TEST(Wbalance, An_answer_of_wide_directives_is_an_answer) {
+    const TemporaryFile record;
+    std::string text =
+        "# wbalance record 1\n# driver: mettler-toledo\n# port: /dev/ttyS0\n# line: 2400,7E1\n"
+        "# date: 2026-11-21T03:12:00.000+00:00\n0 > SI\\r\\n\n300 < ";
+    for (int i = 0; i < 186; ++i)
+        text += "%999d";
+    record.Write(text + "\n301 = weigh 0 0 now\n");
+    const Ran ran = RunShell(WBALANCE_SIM " replay --fast " + record.Path() +
+                             " -- " WBALANCE " weigh -d mettler-toledo -t 0 -m now --json");
+    EXPECT_THAT(ran.output, HasSubstr("\"status\":\"not-understood\""));
+    EXPECT_GT(ran.output.size(), 186u * 999u);
+    EXPECT_EQ(ran.exitCode, 5) << ran.errors;
+}
+
 }  // namespace
