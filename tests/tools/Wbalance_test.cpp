@@ -718,7 +718,8 @@ TEST(Wbalance, Both_commands_of_a_factory_reset_go_over_the_line) {
     EXPECT_THAT(log.Text(), HasSubstr("0A\\r\\n"));
 }
 
-// The library's trace takes an answer for a format, so that this one is some 200 times as long there.
+// The library's trace takes an answer for a format, so that this one is some 200 times as long
+// there.
 TEST(Wbalance, An_answer_of_wide_directives_is_an_answer) {
     const TemporaryFile record;
     std::string text =
