@@ -11,6 +11,8 @@ namespace {
 constexpr std::size_t mostEvents = 10'000;
 constexpr std::size_t mostLoggedBytes = 1024 * 1024;
 
+constexpr std::size_t mostOtherSettings = 100;
+
 /// What fits on one direction of the line: a side that sends faster than the line carries loses
 /// what comes on top.
 constexpr std::size_t mostInTransit = 65'536;
@@ -328,9 +330,17 @@ void ConnectedInstrument::takeBytes(const HostLine::Arrival& arrival) {
     if (toInstrument_.size() >= mostInTransit)
         return record(LineEvent::Kind::overflow, arrival.bytes);
     settingsOfLastCommand_ = arrival.settings;
+    compareSettings(arrival.settings);
     record(LineEvent::Kind::fromHost, arrival.bytes);
     const auto characters = transmit(arrival.bytes, arrival.settings, settings_);
     hostFree_ = put(toInstrument_, characters, hostFree_, arrival.settings);
+}
+
+/// Only who speaks has made all settings: many hosts open the port first and set it in steps.
+void ConnectedInstrument::compareSettings(const LineSettings& host) {
+    if (host.agreesWith(settings_) || otherSettings_.size() >= mostOtherSettings) return;
+    if (!otherSettings_.insert(host.text()).second) return;
+    record(LineEvent::Kind::otherSettings, settings_.text());
 }
 
 void ConnectedInstrument::serveOpening() {

@@ -7,6 +7,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -58,12 +59,15 @@ struct LineEvent {
         overflow,        ///< bytes, of either side, for which the line had no more room
         unplugged,
         pluggedIn,
-        trouble,  ///< something could not be done, and is tried again
+        otherSettings,  ///< the host speaks at settings that differ, which it has not done yet
+        trouble,        ///< something could not be done, and is tried again
     };
 
     Time time;  ///< since the instrument was set up
     Kind kind;
-    std::string bytes;      ///< of unplugged and pluggedIn: the device; of trouble: a sentence
+    /// Of unplugged and pluggedIn the device, of otherSettings the instrument's settings, of
+    /// trouble a sentence.
+    std::string bytes;
     LineSettings settings;  ///< the host's at that time
 };
 
@@ -155,6 +159,7 @@ class ConnectedInstrument {
     const Fault* unplugFault() const;
     void takeArrival(const HostLine::Arrival& arrival);
     void takeBytes(const HostLine::Arrival& arrival);
+    void compareSettings(const LineSettings& host);
     void passToInstrument();
     void takeAnswers();
     void passToHost();
@@ -188,6 +193,7 @@ class ConnectedInstrument {
     std::deque<LineEvent> log_;
     std::size_t loggedBytes_ = 0;
     std::optional<LineSettings> settingsOfLastCommand_;
+    std::set<std::string> otherSettings_;  ///< at which the host has spoken
     Listener listener_;
     std::function<void()> changed_;
 };

@@ -51,6 +51,44 @@ std::size_t bytesIn(const std::vector<LineEvent>& log) {
 
 }  // namespace
 
+namespace {
+
+/// A host that tries every speed from 1 baud on.
+class SeekingHost final : public HostLine {
+ public:
+    const std::string& device() const override { return device_; }
+    std::vector<int> descriptors() const override { return {}; }
+    void serve(const std::function<void(const Arrival&)>& arrived) override {
+        ++settings_.baudRate;
+        arrived({"S", settings_, 0});
+    }
+    void deliver(const std::vector<Character>&) override {}
+    bool isOpen() const override { return true; }
+    LineSettings hostSettings() const override { return settings_; }
+    void unplug() override {}
+    void plugIn(const std::string&) override {}
+
+ private:
+    const std::string device_ = "/dev/ttyS0";
+    LineSettings settings_ = *LineSettings::parse("1,8N1");
+};
+
+}  // namespace
+
+TEST(ConnectedInstrument, Says_of_a_hundred_settings_at_most_that_they_are_not_its_own) {
+    ConnectedInstrument balance(simulator::findInstrument("mettler-toledo"), {},
+                                std::make_unique<SeekingHost>());
+    for (int i = 0; i < 1000; ++i)
+        balance.serve();
+    const auto log = balance.log();
+    std::vector<std::string> said;
+    for (const LineEvent& event : log)
+        if (event.kind == LineEvent::Kind::otherSettings) said.push_back(event.settings.text());
+    ASSERT_EQ(said.size(), 100u);
+    EXPECT_EQ(said.front(), "2,8N1");
+    EXPECT_EQ(said.back(), "101,8N1");
+}
+
 TEST(ConnectedInstrument, Keeps_the_last_ten_thousand_events) {
     const auto balance = balanceFor("x");
     for (int i = 0; i < 12'000; ++i)

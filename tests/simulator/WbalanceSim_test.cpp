@@ -10,6 +10,7 @@
 #include <fstream>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "TemporaryFile.h"
 
@@ -146,6 +147,57 @@ TEST(WbalanceSim, The_instruments_own_settings_can_be_chosen) {
     const Ran ran =
         sim("mettler-toledo --line 9600,8N1 --load 3 -- " + host + " /dev/ttyS0 9600,8N1 S");
     EXPECT_THAT(ran.output, HasSubstr("S S       3.00 g"));
+}
+
+namespace {
+
+const std::string otherSettings =
+    "wbalance-sim: the host speaks at 9600,8N1 on /dev/ttyS0, but mettler-toledo listens at "
+    "2400,7E1; set the host to 2400,7E1, or the instrument to what the host has with --line "
+    "9600,8N1\n";
+
+/// Runs a shell that sends S at each of the settings, which are words of stty.
+Ran saySAt(const std::string& instrument, const std::vector<std::string>& settings) {
+    std::string words;
+    for (const auto& each : settings)
+        words += "stty -F /dev/ttyS0 raw -echo " + each + "; printf \"S\\r\\n\" >/dev/ttyS0; ";
+    return sim(instrument + " -- sh -c '" + words + "'");
+}
+
+}  // namespace
+
+TEST(WbalanceSim, A_host_at_other_settings_is_told_once_what_to_do) {
+    const std::string at9600 = "9600 cs8 -parenb -cstopb";
+    EXPECT_EQ(saySAt("mettler-toledo", {at9600, at9600, at9600}).output, otherSettings);
+}
+
+TEST(WbalanceSim, A_host_that_agrees_or_is_not_known_to_differ_gets_no_hint) {
+    const std::string at9600 = "9600 cs8 -parenb -cstopb";
+    EXPECT_EQ(saySAt("mettler-toledo", {"2400 cs7 parenb -parodd -cstopb"}).output, "");
+    EXPECT_EQ(saySAt("mettler-toledo --line 9600,8N1", {at9600}).output, "");
+    EXPECT_EQ(sim("mettler-toledo -- stty -F /dev/ttyS0 raw -echo " + at9600).output, "");
+    EXPECT_EQ(run("paths=$(mktemp -u); mkfifo $paths; " + tool +
+                  " mettler-toledo --load 3 --pty >$paths & sim=$!; read path <$paths; rm $paths; "
+                  "stty -F $path raw -echo 9600; exec 3<>$path; printf 'S\\r\\n' >&3; "
+                  "head -n 1 <&3; kill -INT $sim; wait $sim")
+                  .output,
+              "S S       3.00 g\r\n");
+}
+
+TEST(WbalanceSim, The_hint_comes_again_for_other_wrong_settings_alone) {
+    const std::string at9600 = "9600 cs8 -parenb -cstopb";
+    const std::string right = "2400 cs7 parenb -parodd -cstopb";
+    const std::string at4800 = "4800 cs7 parenb -parodd -cstopb";
+    EXPECT_EQ(saySAt("mettler-toledo", {at9600, right, at9600, at4800, at9600}).output,
+              otherSettings +
+                  "wbalance-sim: the host speaks at 4800,7E1 on /dev/ttyS0, but mettler-toledo "
+                  "listens at 2400,7E1; set the host to 2400,7E1, or the instrument to what the "
+                  "host has with --line 4800,7E1\n");
+}
+
+TEST(WbalanceSim, The_log_says_that_the_host_is_at_other_settings) {
+    EXPECT_THAT(saySAt("mettler-toledo --log -", {"9600 cs8 -parenb -cstopb"}).output,
+                HasSubstr(" ! the host speaks at 9600,8N1, the instrument listens at 2400,7E1\n"));
 }
 
 TEST(WbalanceSim, Loads_and_faults_have_their_times) {

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <regex>
 
 #include "RunProgram.h"
 
@@ -26,6 +27,12 @@ std::string NameOf(const testing::TestParamInfo<Case>& info) {
     return info.param.name;
 }
 
+/// What the command itself says on standard error: beside it the simulator says that the settings
+/// differ.
+std::string WithoutHints(const std::string& errors) {
+    return std::regex_replace(errors, std::regex("wbalance-sim: the host speaks at [^\n]*\n"), "");
+}
+
 class Doctor : public testing::TestWithParam<Case> {};
 
 TEST_P(Doctor, Ends_with_the_diagnosis) {
@@ -33,7 +40,7 @@ TEST_P(Doctor, Ends_with_the_diagnosis) {
         WbalanceWith(GetParam().instrument, std::string("doctor ") + GetParam().arguments);
     EXPECT_THAT(ran.output,
                 EndsWith(std::string("\ndiagnosis      /dev/ttyS0: ") + GetParam().said + "\n"));
-    EXPECT_EQ(ran.errors, "");
+    EXPECT_EQ(WithoutHints(ran.errors), "");
     EXPECT_EQ(ran.exitCode, GetParam().exitCode);
 }
 

@@ -49,6 +49,9 @@ std::string described(const LineEvent& event) {
             return "- " + event.bytes + " unplugged";
         case LineEvent::Kind::pluggedIn:
             return "+ " + event.bytes + " plugged in";
+        case LineEvent::Kind::otherSettings:
+            return "! the host speaks at " + event.settings.text() +
+                   ", the instrument listens at " + event.bytes;
         case LineEvent::Kind::trouble:
             return "! " + event.bytes;
     }

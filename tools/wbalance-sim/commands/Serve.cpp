@@ -23,7 +23,8 @@ namespace {
 
 const char* const description =
     "Runs a program against simulated balances on /dev/ttyS0 or other serial ports, or serves\n"
-    "pseudo-terminals. No hardware, no root, nothing is created in /dev.";
+    "pseudo-terminals. No hardware, no root, nothing is created in /dev.\n"
+    "Says on standard error when the program's line settings are not those of an instrument.";
 
 const char* const replayDescription =
     "Serves a record of wbalance --record again: answers what the instrument answered to what the\n"
@@ -133,14 +134,24 @@ void check(const RunOptions& run, const Row& row, const std::vector<std::string>
             "nothing to run: put -- PROGRAM behind the options, or use --pty");
 }
 
+/// For those who wonder why they get no answer, or none that they can read.
+std::string settingsHint(ConnectedInstrument& from, const LineEvent& event) {
+    const std::string host = event.settings.text();
+    return "the host speaks at " + host + " on " + from.device() + ", but " + from.name() +
+           " listens at " + event.bytes + "; set the host to " + event.bytes +
+           ", or the instrument to what the host has with --line " + host;
+}
+
 /// Follows an instrument: its bytes go into the log, new paths of its terminal to standard output,
-/// what can't be done to standard error.
+/// what can't be done, and settings at which nobody understands the other, to standard error.
 void follow(ConnectedInstrument& instrument, const RunOptions& run, WireLog* log) {
     if (run.pty) std::cout << instrument.device() << std::endl;
     instrument.onEvent([&run, log](ConnectedInstrument& from, const LineEvent& event) {
         if (log) log->write(from.device(), event);
         if (run.pty && event.kind == LineEvent::Kind::pluggedIn)
             std::cout << event.bytes << std::endl;
+        if (event.kind == LineEvent::Kind::otherSettings)
+            std::cerr << "wbalance-sim: " + settingsHint(from, event) + "\n";
         if (event.kind == LineEvent::Kind::trouble)
             std::cerr << "wbalance-sim: " + event.bytes + "\n";
     });
