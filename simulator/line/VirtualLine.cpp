@@ -159,6 +159,7 @@ void VirtualLine::plugIn(const std::string& device) {
     state_->ptsCreated = 0;
     state_->settings = newPortSettings;
     state_->controlLines = readyInstrument;
+    state_->lowLatency = 0;
     breaksSeen_ = state_->breaks;
     state_->layout = VirtualLineState::currentLayout;
     state_->present = 1;

@@ -7,6 +7,7 @@
 #include <errno.h>
 #include <fcntl.h>
 #include <limits.h>
+#include <linux/serial.h>
 #include <stdarg.h>
 #include <stddef.h>
 #include <stdio.h>
@@ -224,6 +225,22 @@ int controlLines(const ServedLine& line, unsigned long request, void* argument) 
     return 0;
 }
 
+/// What setserial shows. Of what it sets, low latency alone is kept: for speeds that have no name
+/// there are better ways than divisors.
+int portParameters(const ServedLine& line, unsigned long request, void* argument) {
+    if (request == TIOCSSERIAL) {
+        const int flags = static_cast<const serial_struct*>(argument)->flags;
+        line->lowLatency = static_cast<std::uint32_t>(flags) & ASYNC_LOW_LATENCY;
+        return 0;
+    }
+    serial_struct parameters = {};
+    parameters.type = PORT_16550A;
+    parameters.baud_base = 115200;
+    parameters.flags = static_cast<int>(line->lowLatency.load());
+    memcpy(argument, &parameters, sizeof parameters);
+    return 0;
+}
+
 int sendBreak(const ServedLine& line) {
     line.rendezvous();
     ++line->breaks;
@@ -245,6 +262,8 @@ bool isAnsweredHere(unsigned long request) {
         case TIOCMSET:
         case TIOCMBIS:
         case TIOCMBIC:
+        case TIOCGSERIAL:
+        case TIOCSSERIAL:
         case TIOCSBRK:
         case TIOCCBRK:
         case TCSBRKP:
@@ -277,6 +296,9 @@ int requestServed(const ServedLine& line, int descriptor, unsigned long request,
         case TIOCMBIS:
         case TIOCMBIC:
             return controlLines(line, request, argument);
+        case TIOCGSERIAL:
+        case TIOCSSERIAL:
+            return portParameters(line, request, argument);
         case TIOCSBRK:
         case TCSBRKP:
             return sendBreak(line);

@@ -18,7 +18,7 @@ inline constexpr char virtualLinesVariable[] = "WBALANCE_VIRTUAL_LINES";
 /// What host and serving side of one virtual line tell each other: a mapped file, every field on
 /// its own atomic, so that a host killed at any point leaves nothing half written.
 struct VirtualLineState {
-    static constexpr std::uint32_t currentLayout = 0x57424C34;  // "WBL4"
+    static constexpr std::uint32_t currentLayout = 0x57424C35;  // "WBL5"
     static constexpr std::uint32_t everySpeed = UINT32_MAX;     // of refusedSpeed
 
     std::atomic<std::uint32_t> layout;     ///< currentLayout once the file is complete
@@ -39,9 +39,10 @@ struct VirtualLineState {
 
     std::atomic<std::uint64_t> settings;      ///< the host's line settings, packed by packSettings
     std::atomic<std::uint32_t> controlLines;  ///< TIOCM_ bits of both directions
-    std::atomic<std::uint32_t> exclusive;     ///< TIOCEXCL in force
-    std::atomic<std::uint32_t> hostOpen;      ///< at least one descriptor is open
-    std::atomic<std::uint32_t> breaks;        ///< break conditions sent by the host so far
+    std::atomic<std::uint32_t> lowLatency;  ///< ASYNC_LOW_LATENCY, where the host has asked for it
+    std::atomic<std::uint32_t> exclusive;   ///< TIOCEXCL in force
+    std::atomic<std::uint32_t> hostOpen;    ///< at least one descriptor is open
+    std::atomic<std::uint32_t> breaks;      ///< break conditions sent by the host so far
 
     /// Rendezvous: the host counts requests up and rings; the serving side takes over every byte
     /// that was sent before, then stores the count it saw in acknowledged and wakes the waiters. So

@@ -4,6 +4,7 @@
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
+#include <linux/serial.h>
 #include <sys/ioctl.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
@@ -480,6 +481,30 @@ TEST(VirtualBench, Control_lines_go_both_ways) {
     EXPECT_TRUE(port->pinoutSignals() & QSerialPort::DataSetReadySignal);
     port->close();
     ASSERT_TRUE(eventually([&] { return look(), (seen & TIOCM_RTS) == 0; })) << "dropped by close";
+}
+
+TEST(VirtualBench, Low_latency_can_be_asked_for_until_the_adapter_is_pulled) {
+    VirtualBench bench;
+    auto& balance = bench.place("mettler-xs", Options().on("/dev/ttyUSB0"));
+    const int port = ::open("/dev/ttyUSB0", O_RDWR | O_NOCTTY);
+    serial_struct parameters = {};
+    ASSERT_EQ(::ioctl(port, TIOCGSERIAL, &parameters), 0);
+    EXPECT_EQ(parameters.type, PORT_16550A);
+    EXPECT_EQ(parameters.flags, 0);
+    parameters.flags |= ASYNC_LOW_LATENCY;
+    EXPECT_EQ(::ioctl(port, TIOCSSERIAL, &parameters), 0);
+    parameters.flags = 0;
+    EXPECT_EQ(::ioctl(port, TIOCGSERIAL, &parameters), 0);
+    EXPECT_EQ(parameters.flags, ASYNC_LOW_LATENCY);
+    balance.unplug();
+    EXPECT_EQ(::ioctl(port, TIOCGSERIAL, &parameters), -1);
+    EXPECT_EQ(errno, EIO);
+    ::close(port);
+    balance.plugIn();
+    const int again = ::open("/dev/ttyUSB0", O_RDWR | O_NOCTTY);
+    EXPECT_EQ(::ioctl(again, TIOCGSERIAL, &parameters), 0);
+    EXPECT_EQ(parameters.flags, 0);
+    ::close(again);
 }
 
 TEST(VirtualBench, A_break_reaches_the_instrument) {
