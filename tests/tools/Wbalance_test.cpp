@@ -709,6 +709,18 @@ TEST(Wbalance, A_log_on_a_full_disk_ends_the_monitor_and_is_no_loss_of_the_balan
     EXPECT_EQ(ran.exitCode, 70);
 }
 
+TEST(Wbalance, A_log_at_the_limit_of_its_size_ends_the_monitor_with_a_sentence_and_no_lock_file) {
+    const TemporaryFile log;
+    const Ran ran =
+        RunShell("ulimit -f 4; " WBALANCE_SIM " mettler-toledo --load 12.34 -- sh -c '" WBALANCE
+                 " monitor mettler-toledo@0 -m now -i 0 -t 0 --log " +
+                 log.Path() + " >/dev/null; echo $?; ls /var/lock'");
+    EXPECT_EQ(ran.output.substr(0, 3), "70\n");
+    EXPECT_THAT(ran.output, Not(HasSubstr("LCK..ttyS0")));
+    EXPECT_EQ(ran.errors,
+              "wbalance: " + log.Path() + ": the log can't be written: File too large\n");
+}
+
 TEST(Wbalance, Both_commands_of_a_factory_reset_go_over_the_line) {
     const TemporaryFile log;
     const Ran ran = WbalanceWith("mettler-toledo --line 2400,7N1 --log " + log.Path(),

@@ -64,6 +64,8 @@ void CatchInterrupts() {
     Catch(SIGINT, NoteInterrupt);
     Catch(SIGTERM, NoteInterrupt);
     if (!IsIgnored(SIGHUP)) Catch(SIGHUP, NoteInterrupt);
+    // A file that may not grow is told by the write that fails.
+    signal(SIGXFSZ, SIG_IGN);
 }
 
 bool Interrupted() {

@@ -8,7 +8,8 @@
 namespace tool {
 
 /// Lets Ctrl-C, SIGTERM and a closed terminal end the tool's waits instead of the tool, so that it
-/// can end cleanly. A closed terminal stays ignored where nohup has said so.
+/// can end cleanly. A closed terminal stays ignored where nohup has said so. A file at its limit of
+/// size is a write that fails, and no end either.
 void CatchInterrupts();
 
 /// Whether one of them has come.
