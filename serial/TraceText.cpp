@@ -10,8 +10,8 @@
 namespace trace_text {
 namespace {
 
-// A width or precision beyond this counts as this: no trace text is longer, and "%999999999d" in a
-// line of noise shall not print a gigabyte of blanks.
+// The largest width or precision; a larger one is reduced to it. No trace text is longer, and
+// "%999999999d" in a line of noise must not print a gigabyte of blanks.
 constexpr int kMostDigits = 1023;
 
 constexpr int kNotGiven = -1;

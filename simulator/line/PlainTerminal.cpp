@@ -11,7 +11,7 @@ std::vector<int> PlainTerminal::descriptors() const {
     return {terminal_->descriptor()};
 }
 
-/// Nothing rings when somebody opens a bare terminal.
+/// A bare terminal gives no notice when a program opens it, so it is looked at again and again.
 std::optional<std::chrono::milliseconds> PlainTerminal::lookEvery() const {
     if (open_) return std::nullopt;
     return std::chrono::milliseconds(20);

@@ -260,7 +260,8 @@ HostLine::Arrival VirtualLine::takeBytes() {
     return arrival;
 }
 
-/// Whoever rings has the port open, at least for the moment. Opening raises DTR and RTS.
+/// A program that writes to the bell has the port open, at least for the moment. Opening raises DTR
+/// and RTS.
 void VirtualLine::opened() {
     if (state_->hostOpen) return;
     state_->controlLines |= hostControlLines;

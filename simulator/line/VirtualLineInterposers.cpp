@@ -432,7 +432,7 @@ int statx(int directory, const char* path, int flags, unsigned mask,
     return next<::statx>("statx")(directory, PassedOn(path), flags, mask, result);
 }
 
-/// Who looks in /proc at what a process has open sees the device.
+/// A program that looks in /proc at what a process has open sees the device.
 ssize_t readlink(const char* path, char* target, size_t size) noexcept {
     const ssize_t length = next<::readlink>("readlink")(path, target, size);
     char device[PATH_MAX] = {};

@@ -5,7 +5,7 @@ namespace tool {
 /// The exit codes of `wbalance`. They are part of its interface: scripts branch on them.
 enum class ExitCode {
     Done = 0,           ///< the weight, or the operation, is there
-    Usage = 2,          ///< the command line asks for something that is not to be had
+    Usage = 2,          ///< the command line asks for something that does not exist
     PortFailed = 3,     ///< the port is missing, held, forbidden, or refuses the settings
     Silent = 4,         ///< nothing came back
     NotUnderstood = 5,  ///< bytes came back, but no weight or confirmation that can be relied on

@@ -18,7 +18,7 @@ namespace {
 namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
 
-/// Who accepts nobody for so long does not work.
+/// A server that accepts no client for so long does not work.
 constexpr timeval longestConnecting{5, 0};
 
 /// Of the answer to a status of some thousand instruments.

@@ -52,7 +52,8 @@ std::array<Descriptor, 2> PacketSockets() {
     return {Descriptor(pair[0]), Descriptor(pair[1])};
 }
 
-// Who ends the process that holds the port means the program.
+// A signal that is sent to the process that holds the port, as fuser -k does, is meant for the
+// program.
 void EndTheProgram(int signal) {
     kill(getppid(), signal);
 }

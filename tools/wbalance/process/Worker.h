@@ -16,8 +16,8 @@ struct Connection {
 
 /// The library's side of a BalanceProcess: constructs the driver and performs what is asked.
 ///
-/// Runs in a process of its own, because the library traces on standard output, of which a process
-/// has one, and because a text that does not fit one of its buffers ends the process.
+/// Runs in a process of its own: the library traces on standard output, so two balances in one
+/// process would mix their traces, and it ends its process when a text does not fit a buffer.
 class Worker {
  public:
     /// @param requests a packet socket: requests come in, outcomes go out
