@@ -256,7 +256,6 @@ class Chaos:
         log = os.path.join(self.log, "full.csv")
 
         def limit_files():
-            signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
             resource.setrlimit(resource.RLIMIT_FSIZE, (3000, 3000))
 
         monitor = self.start("--csv", "--log", log, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
