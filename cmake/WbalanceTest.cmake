@@ -21,7 +21,7 @@ function(wbalance_add_unit_test NAME)
     add_executable(${NAME} ${ARGN})
     wbalance_quick_to_compile(${NAME})
     target_precompile_headers(${NAME} REUSE_FROM test_headers)
-    gtest_discover_tests(${NAME} DISCOVERY_MODE PRE_TEST NO_PRETTY_VALUES PROPERTIES TIMEOUT 120)
+    gtest_discover_tests(${NAME} DISCOVERY_MODE PRE_TEST NO_PRETTY_VALUES PROPERTIES TIMEOUT 600)
 endfunction()
 
 # Runs a test program a second time as a host in a locale with a decimal comma. The locale is made for the
@@ -29,7 +29,7 @@ endfunction()
 function(wbalance_also_in_a_german_locale NAME)
     target_link_libraries(${NAME} PRIVATE scripted-locale)
     add_test(NAME ${NAME}.In_a_German_locale COMMAND ${NAME} --gtest_brief=1)
-    set_tests_properties(${NAME}.In_a_German_locale PROPERTIES TIMEOUT 120 FIXTURES_REQUIRED german_locale
+    set_tests_properties(${NAME}.In_a_German_locale PROPERTIES TIMEOUT 600 FIXTURES_REQUIRED german_locale
         ENVIRONMENT "LOCPATH=${SCRIPTED_LOCALES};WBALANCE_TEST_LOCALE=de_DE.UTF-8")
 endfunction()
 

@@ -1,12 +1,13 @@
-// Feeds a corpus to a fuzz target once, and then a few thousand changes of it: words of the
-// target's dictionary put in, bytes changed, inputs joined. Always the same changes, so that what
-// fails once fails again.
+// Feeds a corpus to a fuzz target once, and then many changes of it: words of the target's
+// dictionary put in, bytes changed, inputs joined. Always the same changes, so that what fails once
+// fails again.
 //
-//   TARGET CORPUS [DICTIONARY]
+//   TARGET CORPUS CHANGES [DICTIONARY]
 
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -18,7 +19,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
 namespace {
 
-constexpr int kChanged = 2000;
 constexpr std::size_t kLongest = 400;
 
 void Feed(const std::string& input) {
@@ -111,14 +111,15 @@ class Changes {
 }  // namespace
 
 int main(int count, char** arguments) {
-    if (count < 2) return 1;
+    if (count < 3) return 1;
     const auto inputs = Corpus(arguments[1]);
     if (inputs.empty()) return 1;
     for (const auto& input : inputs)
         Feed(input);
-    Changes changes(inputs, count > 2 ? Dictionary(arguments[2]) : std::vector<std::string>());
-    for (int i = 0; i < kChanged; ++i)
+    Changes changes(inputs, count > 3 ? Dictionary(arguments[3]) : std::vector<std::string>());
+    const int changed = std::atoi(arguments[2]);
+    for (int i = 0; i < changed; ++i)
         Feed(changes.Next());
-    std::printf("%zu inputs, %d changes of them\n", inputs.size(), kChanged);
+    std::printf("%zu inputs, %d changes of them\n", inputs.size(), changed);
     return 0;
 }

@@ -2,10 +2,12 @@
 
 #include <unistd.h>
 
+#include <chrono>
 #include <cmath>
 #include <cstdio>
 #include <iostream>
 #include <memory>
+#include <vector>
 
 #include "BalanceOptions.h"
 #include "ToolError.h"
@@ -89,14 +91,22 @@ void RequireText(const DriverInfo& driver, const std::string& text) {
     }
 }
 
+// A Ctrl-C that comes just before a read would not end it; here it is noticed at the next look.
+void AwaitReply() {
+    std::vector<pollfd> input = {{STDIN_FILENO, POLLIN, 0}};
+    while (!Interrupted() && input.front().revents == 0)
+        Await(input, std::chrono::milliseconds(200));
+}
+
 void RequireConsent(const Options& options) {
     if (options.request.operation != Operation::FactoryReset || options.yes) return;
     if (isatty(STDIN_FILENO) == 0)
         throw ToolError(ExitCode::Usage, "factory-reset asks first; without a terminal add --yes");
     Say("This puts the balance back to its factory settings, perhaps its line settings too.\n"
         "Continue? [y/N] ");
+    AwaitReply();
     std::string reply;
-    std::getline(std::cin, reply);
+    if (!Interrupted()) std::getline(std::cin, reply);
     if (Interrupted()) throw ToolError(ExitCode::Interrupted, "interrupted; nothing was sent");
     if (reply != "y" && reply != "Y" && reply != "yes")
         throw ToolError(ExitCode::Usage, "nothing was sent");

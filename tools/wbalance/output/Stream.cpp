@@ -22,10 +22,12 @@ constexpr std::size_t kLargestPiece = PIPE_BUF;
 // False when there is none and the user wants an end.
 bool AwaitRoom(int descriptor) {
     pollfd output{descriptor, POLLOUT, 0};
-    while (poll(&output, 1, kPatienceMs) <= 0) {
-        if (Interrupted()) return false;
+    for (;;) {
+        const int ready = poll(&output, 1, kPatienceMs);
+        if (ready > 0) return true;
+        // A signal ends the wait before it has seen whether there is room.
+        if (ready == 0 && Interrupted()) return false;
     }
-    return true;
 }
 
 // A closed pipe, or a terminal whose window was closed.
