@@ -276,6 +276,17 @@ TEST(WbalanceSim, A_log_on_a_full_disk_is_a_failure) {
     EXPECT_EQ(ran.exitCode, 125);
 }
 
+TEST(WbalanceSim, A_log_at_the_limit_of_its_size_is_a_failure_and_the_instrument_goes_on) {
+    const TemporaryFile log;
+    // Ten exchanges are more than the 1,024 bytes that a file may have.
+    const Ran ran = run("ulimit -f 1; " + tool + " mettler-toledo --load 3 --log " + log.Path() +
+                        " -- " WBALANCE " monitor mettler-toledo@0 -m now -i 0 -t 0 -n 10");
+    EXPECT_THAT(ran.output, HasSubstr("3.00 g"));
+    EXPECT_THAT(ran.output, HasSubstr("can't be written: File too large"));
+    EXPECT_THAT(ran.output, HasSubstr("10 readings"));
+    EXPECT_EQ(ran.exitCode, 125);
+}
+
 TEST(WbalanceSim, The_pace_goes_with_any_port_and_takes_no_word_that_is_not_its_own) {
     for (const char* pace : {"--pace", "--pace=16550:14", "--pace=ftdi", "--pace=ch341"}) {
         const Ran ran = sim(std::string(pace) + " mettler-toledo --load 3 -- " + host +

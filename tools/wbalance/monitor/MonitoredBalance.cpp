@@ -66,9 +66,7 @@ void MonitoredBalance::Begin(Clock::time_point now) {
 void MonitoredBalance::Connect() {
     connection_ = {settings_.driver, settings_.port.Resolve(), settings_.line,
                    settings_.timeoutSeconds};
-    // What was never there has not gone.
-    const std::string device = connection_.port.Device();
-    if (!IsThere(device)) throw ToolError(ExitCode::PortFailed, WhyNotOpened(device));
+    wasThere_ = IsThere(connection_.port.Device());
     process_ = std::make_unique<BalanceProcess>(connection_, listener_.onTrace);
 }
 
@@ -81,6 +79,7 @@ void MonitoredBalance::Watch(Clock::time_point now) {
 void MonitoredBalance::RequireDevice() const {
     const std::string device = connection_.port.Device();
     if (IsThere(device)) return;
+    if (!wasThere_) throw ToolError(ExitCode::PortFailed, WhyNotOpened(device));
     const bool stable = settings_.port.Text() != device;
     throw ToolError(ExitCode::PortFailed,
                     device + " has gone" +

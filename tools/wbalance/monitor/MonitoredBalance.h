@@ -73,6 +73,7 @@ class MonitoredBalance {
     std::unique_ptr<BalanceProcess> process_;
     Clock::time_point next_ = Clock::now();
     Clock::time_point due_ = next_;  ///< when the last reading was to start
+    bool wasThere_ = false;          ///< the device, when the process that talks to it began
     bool lost_ = false;
 };
 
