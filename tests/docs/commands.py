@@ -219,8 +219,10 @@ class Bench:
             return 1, "", f"not ended after {PATIENCE} s"
 
 
-def reason_to_skip(command):
+def reason_to_skip(command, compiler):
     """Why a command can't be run on this machine; empty when it can."""
+    if "libasan.so" in command.text and "-fsanitize" in compiler:
+        return "these programs bring a sanitizer's runtime of their own"
     port = re.search(r"sigrok-cli .*conn=/dev/(\w+)", command.text)
     if port and not shutil.which("sigrok-cli"):
         return "sigrok-cli is not installed"
@@ -252,8 +254,8 @@ def try_all(name, arguments, commands_of):
         for command in commands_of(home):
             if any((command.text + " ").startswith(start) for start in NOT_RUN):
                 continue
-            if reason_to_skip(command):
-                print(f"{name}:{command.line}: not run: {reason_to_skip(command)}")
+            if reason_to_skip(command, arguments.compiler):
+                print(f"{name}:{command.line}: not run: {reason_to_skip(command, arguments.compiler)}")
                 continue
             ran += 1
             wrong = complaint(command, *bench.run(command.text))
