@@ -3,6 +3,13 @@
 wbalance_require(GTest libgmock-dev)
 include(GoogleTest)
 
+# Tests that leave no descriptor are not for a sanitizer: its checks need some themselves, and without them
+# report what is not so. Such a test asks WBALANCE_SANITIZED.
+set(SANITIZED false)
+if(WBALANCE_SANITIZE)
+    set(SANITIZED true)
+endif()
+
 # What takes time with tests is the compiling: matchers are large templates. So their headers are
 # compiled once, and nothing is optimised, which also means that no call is fortified.
 function(wbalance_quick_to_compile TARGET)
