@@ -1,5 +1,4 @@
-#ifndef WBALANCE_CWBALANCE_H
-#define WBALANCE_CWBALANCE_H
+#pragma once
 
 #include "wbalance_export.h"
 
@@ -142,5 +141,3 @@ class WBALANCE_EXPORT Cwbalance {
     signed char modelFlagB;       ///< the driver's own
     signed char modelFlagC;       ///< the driver's own
 };
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef WBALANCE_WITHLINEREADINESS_H
-#define WBALANCE_WITHLINEREADINESS_H
+#pragma once
 
 /// Any driver with a readiness check that is the line's alone: open, configure and clear, and
 /// nothing sent.
@@ -37,5 +36,3 @@ class WithLineReadiness : public Driver {
     /// 1 when the port is open, configured and cleared. Nothing is sent and nothing waited for.
     int IsReady() override { return Driver::OpenAndClear(); }
 };
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef WBALANCE_WBALANCE_H
-#define WBALANCE_WBALANCE_H
+#pragma once
 
 /// @file
 /// Everything that libwbalance offers: the drivers, the class behind which they stand, the
@@ -21,5 +20,3 @@
 #include "WbalanceScaleHouseALD.h"
 #include "WbalanceSetra_EL_2000S.h"
 #include "WithLineReadiness.h"
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef WBALANCE_BENCH_BYHAND_H
-#define WBALANCE_BENCH_BYHAND_H
+#pragma once
 
 #include <QtSerialPort/QSerialPort>
 
@@ -14,5 +13,3 @@ inline bool Configure(QSerialPort& port) {
 }
 
 }  // namespace bench
-
-#endif

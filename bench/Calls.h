@@ -1,5 +1,4 @@
-#ifndef WBALANCE_BENCH_CALLS_H
-#define WBALANCE_BENCH_CALLS_H
+#pragma once
 
 #include <QtCore/QJsonArray>
 #include <QtSerialPort/QSerialPort>
@@ -26,5 +25,3 @@ class Calls {
 };
 
 }  // namespace bench
-
-#endif

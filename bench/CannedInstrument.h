@@ -1,5 +1,4 @@
-#ifndef WBALANCE_BENCH_CANNEDINSTRUMENT_H
-#define WBALANCE_BENCH_CANNEDINSTRUMENT_H
+#pragma once
 
 #include "Operations.h"
 #include "simulator/Catalog.h"
@@ -10,5 +9,3 @@ namespace bench {
 simulator::CatalogEntry CannedInstrument(const Operation& operation);
 
 }  // namespace bench
-
-#endif

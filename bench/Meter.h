@@ -1,5 +1,4 @@
-#ifndef WBALANCE_BENCH_METER_H
-#define WBALANCE_BENCH_METER_H
+#pragma once
 
 #include <ctime>
 #include <vector>
@@ -33,5 +32,3 @@ double Quantile(std::vector<double> values, double share);
 Cost Median(const std::vector<Cost>& costs);
 
 }  // namespace bench
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef WBALANCE_BENCH_OPERATIONS_H
-#define WBALANCE_BENCH_OPERATIONS_H
+#pragma once
 
 #include <wbalance/wbalance.h>
 
@@ -32,5 +31,3 @@ struct Operation {
 const std::vector<Operation>& Operations();
 
 }  // namespace bench
-
-#endif

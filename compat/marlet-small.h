@@ -1,5 +1,4 @@
-#ifndef WBALANCE_COMPAT_MARLET_SMALL_H
-#define WBALANCE_COMPAT_MARLET_SMALL_H
+#pragma once
 
 /// @file
 /// The two platform functions on which the balance library stands. They are a shared library of
@@ -20,5 +19,3 @@ MARLET_SMALL_API void Sleep(int ms);
 /// 2^32 - 1 (about 49.7 days); differences taken in `unsigned int` stay right across the wrap.
 MARLET_SMALL_API unsigned int GetTickCount(void);
 }
-
-#endif

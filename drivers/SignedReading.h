@@ -1,5 +1,4 @@
-#ifndef WBALANCE_SIGNEDREADING_H
-#define WBALANCE_SIGNEDREADING_H
+#pragma once
 
 class CSerialObject;
 
@@ -26,5 +25,3 @@ int Read(CSerialObject& serial, const char* displayName, const char* command, lo
 int Parse(const char* answer, double* weight);
 
 }  // namespace signed_reading
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef WBALANCE_WBALANCEDIC_XL1800_H
-#define WBALANCE_WBALANCEDIC_XL1800_H
+#pragma once
 
 #include "Cwbalance.h"
 
@@ -70,5 +69,3 @@ class WBALANCE_EXPORT WbalanceDIC_XL1800 : public Cwbalance {
     /// @return 1 stable, 2 unstable, 0 an answer without a mark
     int ParseWeight(char* answer, double* weight, int* decimals);
 };
-
-#endif

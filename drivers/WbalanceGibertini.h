@@ -1,5 +1,4 @@
-#ifndef WBALANCE_WBALANCEGIBERTINI_H
-#define WBALANCE_WBALANCEGIBERTINI_H
+#pragma once
 
 #include "Cwbalance.h"
 
@@ -80,5 +79,3 @@ class WBALANCE_EXPORT WbalanceGibertini : public Cwbalance {
     /// @return 1 stable, 2 unstable, 0 anything else
     int ParseWeight(char* answer, double* weight, int* decimals);
 };
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef WBALANCE_WBALANCEKERN_EW_EGN_EWB_H
-#define WBALANCE_WBALANCEKERN_EW_EGN_EWB_H
+#pragma once
 
 #include "Cwbalance.h"
 
@@ -83,5 +82,3 @@ class WBALANCE_EXPORT WbalanceKern_EW_EGN_EWB : public Cwbalance {
     WBALANCE_LOCAL bool AwaitRecord(double* weight, int* decimals);
     WBALANCE_LOCAL int AveragedWeight(double* weight);
 };
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef WBALANCE_WBALANCEOHAUS_SPU602_H
-#define WBALANCE_WBALANCEOHAUS_SPU602_H
+#pragma once
 
 #include "Cwbalance.h"
 
@@ -71,5 +70,3 @@ class WBALANCE_EXPORT WbalanceOHAUS_SPU602 : public Cwbalance {
  private:
     WBALANCE_LOCAL int ReadLine(const char* command, double* weight, int* decimals, bool* unstable);
 };
-
-#endif

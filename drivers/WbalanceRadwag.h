@@ -1,5 +1,4 @@
-#ifndef WBALANCE_WBALANCERADWAG_H
-#define WBALANCE_WBALANCERADWAG_H
+#pragma once
 
 #include "Cwbalance.h"
 
@@ -81,5 +80,3 @@ class WBALANCE_EXPORT WbalanceRadwag : public Cwbalance {
     WBALANCE_LOCAL int ImmediateWeight(double* weight, int* decimals);
     WBALANCE_LOCAL int Conclude(char* answer, double* weight, int* decimals);
 };
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef WBALANCE_WBALANCESARTORIUS_H
-#define WBALANCE_WBALANCESARTORIUS_H
+#pragma once
 
 #include "Cwbalance.h"
 
@@ -77,5 +76,3 @@ class WBALANCE_EXPORT WbalanceSartorius : public Cwbalance {
  private:
     WBALANCE_LOCAL int CancelAndTare();
 };
-
-#endif

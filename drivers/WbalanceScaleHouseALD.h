@@ -1,5 +1,4 @@
-#ifndef WBALANCE_WBALANCESCALEHOUSEALD_H
-#define WBALANCE_WBALANCESCALEHOUSEALD_H
+#pragma once
 
 #include "Cwbalance.h"
 
@@ -66,5 +65,3 @@ class WBALANCE_EXPORT WbalanceScaleHouseALD : public Cwbalance {
  private:
     WBALANCE_LOCAL int ReadTicket(double* weight, int* decimals);
 };
-
-#endif

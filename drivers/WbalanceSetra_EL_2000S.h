@@ -1,5 +1,4 @@
-#ifndef WBALANCE_WBALANCESETRA_EL_2000S_H
-#define WBALANCE_WBALANCESETRA_EL_2000S_H
+#pragma once
 
 #include "Cwbalance.h"
 
@@ -71,5 +70,3 @@ class WBALANCE_EXPORT WbalanceSetra_EL_2000S : public Cwbalance {
     /// @return 1 stable, 2 unstable, 0 an answer without a mark
     int ParseWeight(char* answer, double* weight, int* decimals);
 };
-
-#endif

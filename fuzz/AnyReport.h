@@ -1,5 +1,4 @@
-#ifndef WBALANCE_FUZZ_ANY_REPORT_H
-#define WBALANCE_FUZZ_ANY_REPORT_H
+#pragma once
 
 #include "Harness.h"
 #include "readings/Measurement.h"
@@ -17,5 +16,3 @@ std::string AnyText(Input& input);
 tool::Report AnyReport(Input& input, const tool::DriverInfo& driver);
 
 }  // namespace fuzz
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef WBALANCE_FUZZ_HARNESS_H
-#define WBALANCE_FUZZ_HARNESS_H
+#pragma once
 
 #include <cstddef>
 #include <cstdint>
@@ -38,5 +37,3 @@ void Require(bool holds, const std::string& what);
 std::optional<std::string> LineOfProcessEnd(const std::function<void()>& act);
 
 }  // namespace fuzz
-
-#endif

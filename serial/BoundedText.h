@@ -1,5 +1,4 @@
-#ifndef WBALANCE_BOUNDEDTEXT_H
-#define WBALANCE_BOUNDEDTEXT_H
+#pragma once
 
 #include <cstdarg>
 #include <cstddef>
@@ -31,5 +30,3 @@ void Copy(char (&buffer)[Size], const char* text, const char* what) {
 [[noreturn]] void EndProcess(const char* what, std::size_t size);
 
 }  // namespace bounded_text
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef WBALANCE_CLOCALE_H
-#define WBALANCE_CLOCALE_H
+#pragma once
 
 #include <clocale>
 
@@ -27,5 +26,3 @@ class InForce {
 double NumberIn(const char* text);
 
 }  // namespace c_locale
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef WBALANCE_CSERIALOBJECT_H
-#define WBALANCE_CSERIALOBJECT_H
+#pragma once
 
 #include <cstddef>
 #include <cstdint>
@@ -161,5 +160,3 @@ class WBALANCE_EXPORT CSerialObject {
     WBALANCE_LOCAL Attempt PollForTerminator(QByteArray& answer, const char* terminator);
     WBALANCE_LOCAL int GatherAnswer(char* buffer, std::size_t most, long size, char endChar);
 };
-
-#endif

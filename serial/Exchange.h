@@ -1,5 +1,4 @@
-#ifndef WBALANCE_EXCHANGE_H
-#define WBALANCE_EXCHANGE_H
+#pragma once
 
 #include <wbalance/CSerialObject.h>
 
@@ -75,5 +74,3 @@ class CollectedAnswer {
 };
 
 }  // namespace exchange
-
-#endif

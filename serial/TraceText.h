@@ -1,5 +1,4 @@
-#ifndef WBALANCE_TRACETEXT_H
-#define WBALANCE_TRACETEXT_H
+#pragma once
 
 #include <string>
 
@@ -11,5 +10,3 @@ namespace trace_text {
 std::string Interpret(const char* format);
 
 }  // namespace trace_text
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef WBALANCE_WBALANCEMETTLERPM_H
-#define WBALANCE_WBALANCEMETTLERPM_H
+#pragma once
 
 #include "Cwbalance.h"
 
@@ -87,5 +86,3 @@ class WBALANCE_EXPORT WbalanceMettlerPM : public Cwbalance {
     WBALANCE_LOCAL int PresetInSics(double preset);
     WBALANCE_LOCAL int SendPreset(const char* commandFormat, double preset);
 };
-
-#endif

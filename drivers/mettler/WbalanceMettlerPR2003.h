@@ -1,5 +1,4 @@
-#ifndef WBALANCE_WBALANCEMETTLERPR2003_H
-#define WBALANCE_WBALANCEMETTLERPR2003_H
+#pragma once
 
 #include "Cwbalance.h"
 
@@ -97,5 +96,3 @@ class WBALANCE_EXPORT WbalanceMettlerPR2003 : public Cwbalance {
     WBALANCE_LOCAL int AveragedWeight(double* weight);
     WBALANCE_LOCAL int Conclude(double value, double* weight, int status);
 };
-
-#endif

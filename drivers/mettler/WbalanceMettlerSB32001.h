@@ -1,5 +1,4 @@
-#ifndef WBALANCE_WBALANCEMETTLERSB32001_H
-#define WBALANCE_WBALANCEMETTLERSB32001_H
+#pragma once
 
 #include "Cwbalance.h"
 
@@ -84,5 +83,3 @@ class WBALANCE_EXPORT WbalanceMettlerSB32001 : public Cwbalance {
     WBALANCE_LOCAL int AveragedWeight(double* weight, int* decimals);
     WBALANCE_LOCAL int Conclude(double value, double* weight, int status);
 };
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef WBALANCE_WBALANCEMETTLERTOLEDO_H
-#define WBALANCE_WBALANCEMETTLERTOLEDO_H
+#pragma once
 
 #include "Cwbalance.h"
 
@@ -53,5 +52,3 @@ class WBALANCE_EXPORT WbalanceMettlerToledo : public Cwbalance {
     WBALANCE_LOCAL int AveragedWeight(double* weight, int* decimals);
     WBALANCE_LOCAL int Conclude(double value, double* weight, int status);
 };
-
-#endif

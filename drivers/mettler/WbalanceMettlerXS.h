@@ -1,5 +1,4 @@
-#ifndef WBALANCE_WBALANCEMETTLERXS_H
-#define WBALANCE_WBALANCEMETTLERXS_H
+#pragma once
 
 #include "WbalanceMettlerPR2003.h"
 
@@ -12,5 +11,3 @@ class WBALANCE_EXPORT WbalanceMettlerXS : public WbalanceMettlerPR2003 {
     WbalanceMettlerXS();
     ~WbalanceMettlerXS() override;
 };
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef WBALANCE_TESTS_BALANCE_PLAINBALANCE_H
-#define WBALANCE_TESTS_BALANCE_PLAINBALANCE_H
+#pragma once
 
 #include "ScriptedTest.h"
 
@@ -14,5 +13,3 @@ class PlainBalance : public Cwbalance {
     int IsReady() override { return OpenAndClear(); }
     int Tare() override { return 2; }
 };
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef WBALANCE_TESTS_DRIVERS_DIALOGUE_H
-#define WBALANCE_TESTS_DRIVERS_DIALOGUE_H
+#pragma once
 
 #include <algorithm>
 #include <string>
@@ -68,5 +67,3 @@ class Dialogue {
 };
 
 }  // namespace scripted
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef WBALANCE_TESTS_DRIVERS_FAILINGCALLS_H
-#define WBALANCE_TESTS_DRIVERS_FAILINGCALLS_H
+#pragma once
 
 #include <functional>
 #include <string>
@@ -50,5 +49,3 @@ void ExpectWhenEachCallFails(const std::vector<FailingCall>& calls,
 }
 
 }  // namespace scripted
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef WBALANCE_TESTS_FAULTS_MATRIX_H
-#define WBALANCE_TESTS_FAULTS_MATRIX_H
+#pragma once
 
 #include <wbalance/wbalance.h>
 
@@ -130,5 +129,3 @@ MakeSubject Make() {
 void ExpectEveryFaultMet(const Matrix& matrix);
 
 }  // namespace faults
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef WBALANCE_TESTS_FAULTS_METTLERPR2003_DIALOGUES_H
-#define WBALANCE_TESTS_FAULTS_METTLERPR2003_DIALOGUES_H
+#pragma once
 
 #include "Matrix.h"
 
@@ -9,5 +8,3 @@ namespace faults {
 std::vector<Dialogue> MettlerPR2003Dialogues();
 
 }  // namespace faults
-
-#endif

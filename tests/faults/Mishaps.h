@@ -1,5 +1,4 @@
-#ifndef WBALANCE_TESTS_FAULTS_MISHAPS_H
-#define WBALANCE_TESTS_FAULTS_MISHAPS_H
+#pragma once
 
 #include <functional>
 #include <string>
@@ -22,5 +21,3 @@ void AddCallMishaps(int number, const std::string& call, std::vector<Mishap>& mi
 void AddAnswerMishaps(const Script& script, std::vector<Mishap>& mishaps);
 
 }  // namespace faults
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef WBALANCE_TESTS_FAULTS_ORACLE_H
-#define WBALANCE_TESTS_FAULTS_ORACLE_H
+#pragma once
 
 #include <functional>
 #include <map>
@@ -147,5 +146,3 @@ __attribute__((format(printf, 3, 4))) std::string Formatted(std::size_t size, co
                                                             const char* format, ...);
 
 }  // namespace faults
-
-#endif

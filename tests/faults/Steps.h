@@ -1,5 +1,4 @@
-#ifndef WBALANCE_TESTS_FAULTS_STEPS_H
-#define WBALANCE_TESTS_FAULTS_STEPS_H
+#pragma once
 
 #include <cmath>
 #include <cstdlib>
@@ -259,5 +258,3 @@ inline Step ParseWith(Parser parser) {
 }
 
 }  // namespace faults
-
-#endif

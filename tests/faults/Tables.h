@@ -1,5 +1,4 @@
-#ifndef WBALANCE_TESTS_FAULTS_TABLES_H
-#define WBALANCE_TESTS_FAULTS_TABLES_H
+#pragma once
 
 #include <Instruments.h>
 
@@ -28,5 +27,3 @@ Description Endless(Description description);
 Description WithReadinessOfTheLine(Description description);
 
 }  // namespace faults
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef WBALANCE_TESTS_LOAD_USAGE_H
-#define WBALANCE_TESTS_LOAD_USAGE_H
+#pragma once
 
 #include <cstdio>
 #include <cstdlib>
@@ -43,5 +42,3 @@ inline bool Steady(const Usage& before, const Usage& after) {
 }
 
 }  // namespace load
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef WBALANCE_TESTS_SCRIPTED_LINE_H
-#define WBALANCE_TESTS_SCRIPTED_LINE_H
+#pragma once
 
 #include <cstdio>
 #include <functional>
@@ -168,5 +167,3 @@ class TraceCapture {
 };
 
 }  // namespace scripted
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef WBALANCE_TESTS_SCRIPTED_SCRIPTEDTEST_H
-#define WBALANCE_TESTS_SCRIPTED_SCRIPTEDTEST_H
+#pragma once
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -62,5 +61,3 @@ class Open : public Driver {
 };
 
 }  // namespace scripted
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef WBALANCE_TESTS_SERIAL_OPENSERIALOBJECT_H
-#define WBALANCE_TESTS_SERIAL_OPENSERIALOBJECT_H
+#pragma once
 
 #include "ScriptedTest.h"
 
@@ -11,5 +10,3 @@ class OpenSerialObject : public CSerialObject {
     using CSerialObject::status;
     using CSerialObject::timeoutMs;
 };
-
-#endif
