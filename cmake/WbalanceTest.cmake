@@ -15,6 +15,7 @@ endif()
 function(wbalance_quick_to_compile TARGET)
     wbalance_compile_settings(${TARGET})
     target_compile_options(${TARGET} PRIVATE -O0 -g1 "SHELL:-U _FORTIFY_SOURCE" -fPIC)
+    target_include_directories(${TARGET} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
     target_link_libraries(${TARGET} PRIVATE GTest::gmock_main wbalance_instruments)
 endfunction()
 

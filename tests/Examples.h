@@ -1,0 +1,36 @@
+#pragma once
+
+#include <string>
+
+class WbalanceMettlerToledo;
+class WbalanceRadwag;
+class WbalanceKern_EW_EGN_EWB;
+
+/// Instruments for tests in which any instrument would do. Such a test names none itself:
+///
+///     WbalanceWith(kBalance + " --load 12.5", "weigh --driver " + kBalance);
+///
+/// What holds of one instrument alone stands in that instrument's own files.
+namespace examples {
+
+/// Answers "S\r\n" with "S S      12.50 g\r\n". Its line is 2400,7E1.
+inline const std::string kBalance = "mettler-toledo";
+inline const std::string kBalanceLine = "2400,7E1";
+inline const std::string kBalanceClass = "WbalanceMettlerToledo";
+using Balance = WbalanceMettlerToledo;
+
+/// Another maker's beside it. It answers "S\r\n", too, but first with "S A\r\n": the command is in
+/// progress. Its line is 9600,7E1.
+inline const std::string kOtherBalance = "radwag";
+inline const std::string kOtherBalanceLine = "9600,7E1";
+inline const std::string kOtherBalanceClass = "WbalanceRadwag";
+using OtherBalance = WbalanceRadwag;
+
+/// A third one, whose commands no other instrument knows: it answers "O9\r\n" with
+/// "A00\r\n+  12.50 G S\r\n". Its line is 1200,8N2.
+inline const std::string kThirdBalance = "kern";
+inline const std::string kThirdBalanceLine = "1200,8N2";
+inline const std::string kThirdBalanceClass = "WbalanceKern_EW_EGN_EWB";
+using ThirdBalance = WbalanceKern_EW_EGN_EWB;
+
+}  // namespace examples
