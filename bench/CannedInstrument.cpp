@@ -11,7 +11,7 @@ class CannedDialect : public simulator::Dialect {
         : Dialect(balance, ""), answers_(std::move(answers)) {}
 
  protected:
-    std::optional<std::string> cutCommand(std::string& received) override {
+    std::optional<std::string> CutCommand(std::string& received) override {
         // Commands that nothing answers go by with what follows them.
         for (; !received.empty(); received.erase(0, 1)) {
             bool mayBecomeOne = false;
@@ -27,14 +27,14 @@ class CannedDialect : public simulator::Dialect {
         return std::nullopt;
     }
 
-    void execute(const std::string& command) override {
+    void Execute(const std::string& command) override {
         for (const auto& answer : answers_) {
-            if (answer.command == command) send(answer.bytes);
+            if (answer.command == command) Send(answer.bytes);
         }
     }
 
-    void unknown(const std::string& /*command*/) override {}
-    void printKey() override {}
+    void Unknown(const std::string& /*command*/) override {}
+    void PrintKey() override {}
 
  private:
     std::vector<Operation::Answer> answers_;
@@ -45,7 +45,7 @@ class CannedDialect : public simulator::Dialect {
 simulator::CatalogEntry CannedInstrument(const Operation& operation) {
     simulator::CatalogEntry entry;
     entry.name = operation.driver;
-    entry.line = simulator::LineSettings::parse(operation.line).value();
+    entry.line = simulator::LineSettings::Parse(operation.line).value();
     entry.createDialect = [answers = operation.answers](simulator::BalanceModel& balance,
                                                         const simulator::Switches&) {
         return std::make_unique<CannedDialect>(balance, answers);

@@ -66,7 +66,7 @@ void Add(std::vector<Operation>& operations, const std::string& driver) {
     std::vector<Operation::Answer> canned;
     for (const auto& answer : instrument.answers)
         canned.push_back({answer.command, answers::BytesOf(answer, 0.0)});
-    const std::string line = simulator::findInstrument(driver).line.text();
+    const std::string line = simulator::FindInstrument(driver).line.Text();
     for (const auto& words : instrument.operations) {
         operations.push_back(
             {driver, NameOf(words), line, canned, Make<Driver>,

@@ -62,7 +62,7 @@ void PrintFloor(const char* part, const Cost& cost, double scheduleMs) {
 
 void PrintFloors() {
     simulator::VirtualBench bench;
-    bench.place(bench::CannedInstrument(bench::Operations().front()));
+    bench.Place(bench::CannedInstrument(bench::Operations().front()));
     QSerialPort port("/dev/ttyS0");
     if (!port.open(QIODevice::ReadWrite) || !bench::Configure(port)) std::abort();
     PrintFloor("exchange", MedianOf(kExchanges, [&port] { return Exchange(port); }), 0);
@@ -105,8 +105,8 @@ Schedules ReadSchedules(const char* path) {
 
 void Print(const Operation& operation, const ByHand& byHand, int repetitions) {
     simulator::VirtualBench bench;
-    bench.place(bench::CannedInstrument(operation));
-    bench.place(bench::CannedInstrument(operation), simulator::Options().on("/dev/ttyS1"));
+    bench.Place(bench::CannedInstrument(operation));
+    bench.Place(bench::CannedInstrument(operation), simulator::Options().On("/dev/ttyS1"));
     const auto balance = operation.make();
     operation.prepare(*balance);
     QSerialPort port("/dev/ttyS1");

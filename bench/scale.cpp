@@ -149,7 +149,7 @@ int Bench(int balances, char** arguments) {
     simulator::VirtualBench bench;
     const simulator::CatalogEntry entry = bench::CannedInstrument(ImmediateWeight());
     for (int i = 0; i < balances; ++i) {
-        bench.place(entry, simulator::Options().on("/dev/ttyS" + std::to_string(i)));
+        bench.Place(entry, simulator::Options().On("/dev/ttyS" + std::to_string(i)));
     }
     const pid_t host = fork();
     if (host == 0) {

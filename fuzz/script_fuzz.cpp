@@ -11,7 +11,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::istringstream text(std::string(reinterpret_cast<const char*>(data), size));
     try {
         simulator::Time last(0);
-        for (const auto& step : simulator::readScript(text, "bench.script")) {
+        for (const auto& step : simulator::ReadScript(text, "bench.script")) {
             fuzz::Require(step.at >= last, "the order of the times");
             fuzz::Require(step.place.rfind("bench.script:", 0) == 0, "the place: " + step.place);
             last = step.at;

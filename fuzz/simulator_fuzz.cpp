@@ -22,15 +22,15 @@ void Try(const Parse& parse) {
 }
 
 void SetUp(simulator::Instrument& instrument, const std::string& text) {
-    Try([&] { instrument.balance().setLoad(simulator::LoadStep::parse(text).grams); });
+    Try([&] { instrument.Balance().SetLoad(simulator::LoadStep::Parse(text).grams); });
     Try([&] {
-        const auto fault = simulator::Fault::parse(text);
+        const auto fault = simulator::Fault::Parse(text);
         fuzz::Require(fault.from >= Time(0), "no fault before the start");
         fuzz::Require(!fault.until || *fault.until >= fault.from, "no fault ends before it begins");
-        instrument.addFault(fault);
+        instrument.AddFault(fault);
     });
-    if (const auto line = simulator::LineSettings::parse(text))
-        fuzz::Require(simulator::LineSettings::parse(line->text()) == line,
+    if (const auto line = simulator::LineSettings::Parse(text))
+        fuzz::Require(simulator::LineSettings::Parse(line->Text()) == line,
                       "the line settings as they are written");
 }
 
@@ -42,7 +42,7 @@ std::string Line(fuzz::Input& input) {
 }
 
 std::unique_ptr<simulator::Instrument> Make(fuzz::Input& input) {
-    const auto& catalog = simulator::catalog();
+    const auto& catalog = simulator::Catalog();
     const auto& entry =
         catalog[static_cast<std::size_t>(input.Below(static_cast<int>(catalog.size())))];
     try {
@@ -64,14 +64,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::size_t sent = 0;
     while (!input.Empty()) {
         now += Time(input.Below(4) == 0 ? 10 * input.Byte() : 0);
-        const auto event = instrument->nextEvent();
-        fuzz::Require(!event || *event >= instrument->balance().now(),
+        const auto event = instrument->NextEvent();
+        fuzz::Require(!event || *event >= instrument->Balance().Now(),
                       "nothing is due in the past");
-        if (input.Below(16) == 0) instrument->receiveBreak(now);
+        if (input.Below(16) == 0) instrument->ReceiveBreak(now);
         const bool damaged = input.Below(8) == 0;
         const auto byte = static_cast<char>(input.Byte());
-        instrument->receive(simulator::Character{byte, damaged, false}, now);
-        sent += instrument->takeOutput().size();
+        instrument->Receive(simulator::Character{byte, damaged, false}, now);
+        sent += instrument->TakeOutput().size();
     }
     // Rubbish of up to 9,999 characters may come ahead of each of a few hundred answers.
     fuzz::Require(sent <= 10'000 * (size + 1) * 8, "no endless answers");

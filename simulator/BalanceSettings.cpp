@@ -8,17 +8,17 @@
 namespace simulator {
 namespace {
 
-void apply(const Switches& switches, const std::string& name, double& value) {
-    const std::string& text = switches.text(name);
+void Apply(const Switches& switches, const std::string& name, double& value) {
+    const std::string& text = switches.Text(name);
     if (text.empty()) return;
-    const auto number = parseNumber(text);
+    const auto number = ParseNumber(text);
     if (!number || *number < 0)
         throw std::invalid_argument("the switch " + name +
                                     " takes a number that is not below zero, not \"" + text + "\"");
     value = *number;
 }
 
-void applyUnit(const std::string& unit, BalanceData& data) {
+void ApplyUnit(const std::string& unit, BalanceData& data) {
     static const std::map<std::string, double> gramsPerUnit = {
         {"g", 1}, {"kg", 1000}, {"mg", 0.001}, {"oz", 28.349523125}, {"PCS", 1}};
     if (unit.empty()) return;
@@ -29,7 +29,7 @@ void applyUnit(const std::string& unit, BalanceData& data) {
 
 }  // namespace
 
-const std::vector<SwitchDescription>& balanceSwitches() {
+const std::vector<SwitchDescription>& BalanceSwitches() {
     static const std::vector<SwitchDescription> all = {
         {"capacity", "", {}, "largest load in grams; above it comes overload"},
         {"readability", "", {}, "step of the display in grams"},
@@ -41,13 +41,13 @@ const std::vector<SwitchDescription>& balanceSwitches() {
     return all;
 }
 
-void applyBalanceSwitches(const Switches& switches, BalanceData& data) {
-    apply(switches, "capacity", data.capacity);
-    apply(switches, "readability", data.readability);
-    applyUnit(switches.text("unit"), data);
-    apply(switches, "noise", data.noise);
-    apply(switches, "drift", data.driftPerHour);
-    data.settling = switches.time("settling");
+void ApplyBalanceSwitches(const Switches& switches, BalanceData& data) {
+    Apply(switches, "capacity", data.capacity);
+    Apply(switches, "readability", data.readability);
+    ApplyUnit(switches.Text("unit"), data);
+    Apply(switches, "noise", data.noise);
+    Apply(switches, "drift", data.driftPerHour);
+    data.settling = switches.TimeOf("settling");
     if (data.readability <= 0) throw std::invalid_argument("the readability must be above zero");
     if (data.settling <= Time(0)) throw std::invalid_argument("the settling time is above zero");
 }

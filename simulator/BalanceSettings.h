@@ -10,10 +10,10 @@ namespace simulator {
 
 /// The switches that every instrument has because it is a balance: capacity, readability, unit,
 /// noise, drift and settling.
-const std::vector<SwitchDescription>& balanceSwitches();
+const std::vector<SwitchDescription>& BalanceSwitches();
 
 /// Takes one of them over into `data`; does nothing for the empty value, which stands for what the
 /// instrument is by itself. Throws std::invalid_argument for a value that is no number.
-void applyBalanceSwitches(const Switches& switches, BalanceData& data);
+void ApplyBalanceSwitches(const Switches& switches, BalanceData& data);
 
 }  // namespace simulator

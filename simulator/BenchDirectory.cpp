@@ -19,60 +19,60 @@ namespace {
 namespace fs = std::filesystem;
 
 /// Opening a port makes and removes a lock file, which takes milliseconds on some disks.
-constexpr char inMemory[] = "/dev/shm";
+constexpr char kInMemory[] = "/dev/shm";
 
 /// A line takes a page; some hundreds of instruments have room.
-constexpr unsigned long long roomOfABench = 1024 * 1024;
+constexpr unsigned long long kRoomOfABench = 1024 * 1024;
 
-constexpr char prefix[] = "wbalance-lines-";
-constexpr char claimName[] = "claim";
+constexpr char kPrefix[] = "wbalance-lines-";
+constexpr char kClaimName[] = "claim";
 
-[[noreturn]] void failWith(const std::string& what) {
+[[noreturn]] void FailWith(const std::string& what) {
     throw std::system_error(errno, std::generic_category(), what);
 }
 
-bool hasRoom(const fs::path& place) {
+bool HasRoom(const fs::path& place) {
     struct statvfs about = {};
     if (::statvfs(place.c_str(), &about) != 0) return false;
-    return static_cast<unsigned long long>(about.f_bavail) * about.f_frsize >= roomOfABench;
+    return static_cast<unsigned long long>(about.f_bavail) * about.f_frsize >= kRoomOfABench;
 }
 
-fs::path placeWithRoom() {
-    const auto places = BenchDirectory::places();
+fs::path PlaceWithRoom() {
+    const auto places = BenchDirectory::Places();
     for (const auto& place : places)
-        if (hasRoom(place)) return place;
+        if (HasRoom(place)) return place;
     return places.back();
 }
 
-fs::path create() {
-    std::string name = (placeWithRoom() / (std::string(prefix) + "XXXXXX")).string();
-    if (!::mkdtemp(name.data())) failWith("cannot create " + name);
+fs::path Create() {
+    std::string name = (PlaceWithRoom() / (std::string(kPrefix) + "XXXXXX")).string();
+    if (!::mkdtemp(name.data())) FailWith("cannot create " + name);
     return name;
 }
 
 /// The file gets its name when it is locked: who finds it unlocked knows that the bench is dead.
-int claim(const fs::path& directory) {
-    const fs::path unlocked = directory / (std::string(claimName) + ".new");
+int Claim(const fs::path& directory) {
+    const fs::path unlocked = directory / (std::string(kClaimName) + ".new");
     const int descriptor = ::open(unlocked.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
     if (descriptor >= 0 && ::flock(descriptor, LOCK_EX | LOCK_NB) == 0 &&
-        ::rename(unlocked.c_str(), (directory / claimName).c_str()) == 0)
+        ::rename(unlocked.c_str(), (directory / kClaimName).c_str()) == 0)
         return descriptor;
     const int error = errno;
     if (descriptor >= 0) ::close(descriptor);
     std::error_code ignored;
     fs::remove_all(directory, ignored);
     errno = error;
-    failWith("cannot claim " + directory.string());
+    FailWith("cannot claim " + directory.string());
 }
 
-bool isOfThisUser(const fs::path& directory) {
+bool IsOfThisUser(const fs::path& directory) {
     struct stat found = {};
     return ::lstat(directory.c_str(), &found) == 0 && S_ISDIR(found.st_mode) &&
            found.st_uid == ::geteuid();
 }
 
-void removeIfDead(const fs::path& directory) {
-    const int descriptor = ::open((directory / claimName).c_str(), O_RDWR | O_CLOEXEC);
+void RemoveIfDead(const fs::path& directory) {
+    const int descriptor = ::open((directory / kClaimName).c_str(), O_RDWR | O_CLOEXEC);
     if (descriptor < 0) return;
     std::error_code ignored;
     if (::flock(descriptor, LOCK_EX | LOCK_NB) == 0) fs::remove_all(directory, ignored);
@@ -82,38 +82,38 @@ void removeIfDead(const fs::path& directory) {
 }  // namespace
 
 BenchDirectory::BenchDirectory() {
-    for (const auto& directory : all())
-        removeIfDead(directory);
-    path_ = create();
-    claim_ = claim(path_);
-    ::setenv(virtualLinesVariable, path_.c_str(), 1);
+    for (const auto& directory : All())
+        RemoveIfDead(directory);
+    path_ = Create();
+    claim_ = Claim(path_);
+    ::setenv(kVirtualLinesVariable, path_.c_str(), 1);
 }
 
 BenchDirectory::~BenchDirectory() {
-    ::unsetenv(virtualLinesVariable);
+    ::unsetenv(kVirtualLinesVariable);
     ::close(claim_);  // first: removing takes a descriptor, which may be the last
     std::error_code ignored;
     fs::remove_all(path_, ignored);
 }
 
-std::vector<fs::path> BenchDirectory::places() {
+std::vector<fs::path> BenchDirectory::Places() {
     const char* chosen = ::getenv("TMPDIR");
     if (chosen && *chosen) return {fs::absolute(chosen)};
-    if (::access(inMemory, R_OK | W_OK | X_OK) != 0) return {fs::temp_directory_path()};
-    return {inMemory, fs::temp_directory_path()};
+    if (::access(kInMemory, R_OK | W_OK | X_OK) != 0) return {fs::temp_directory_path()};
+    return {kInMemory, fs::temp_directory_path()};
 }
 
-std::vector<fs::path> BenchDirectory::all() {
+std::vector<fs::path> BenchDirectory::All() {
     std::vector<fs::path> found;
     std::error_code ignored;
-    for (const auto& place : places())
+    for (const auto& place : Places())
         for (const auto& entry : fs::directory_iterator(place, ignored))
-            if (isName(entry.path()) && isOfThisUser(entry.path())) found.push_back(entry.path());
+            if (IsName(entry.path()) && IsOfThisUser(entry.path())) found.push_back(entry.path());
     return found;
 }
 
-bool BenchDirectory::isName(const fs::path& directory) {
-    return directory.filename().string().rfind(prefix, 0) == 0;
+bool BenchDirectory::IsName(const fs::path& directory) {
+    return directory.filename().string().rfind(kPrefix, 0) == 0;
 }
 
 }  // namespace simulator

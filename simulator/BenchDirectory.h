@@ -15,17 +15,17 @@ class BenchDirectory {
     BenchDirectory(const BenchDirectory&) = delete;
     BenchDirectory& operator=(const BenchDirectory&) = delete;
 
-    const std::filesystem::path& path() const { return path_; }
+    const std::filesystem::path& Path() const { return path_; }
 
     /// Where benches make their directories: in TMPDIR, or else in memory, or else, also when there
     /// is no room in memory, in /tmp.
-    static std::vector<std::filesystem::path> places();
+    static std::vector<std::filesystem::path> Places();
 
     /// The directories of this user's benches, also of killed ones.
-    static std::vector<std::filesystem::path> all();
+    static std::vector<std::filesystem::path> All();
 
     /// Whether a directory is named as those of benches are.
-    static bool isName(const std::filesystem::path& directory);
+    static bool IsName(const std::filesystem::path& directory);
 
  private:
     std::filesystem::path path_;

@@ -17,7 +17,7 @@
 namespace simulator {
 namespace {
 
-std::vector<CatalogEntry> sortedByName(std::vector<CatalogEntry> entries) {
+std::vector<CatalogEntry> SortedByName(std::vector<CatalogEntry> entries) {
     std::sort(entries.begin(), entries.end(),
               [](const CatalogEntry& a, const CatalogEntry& b) { return a.name < b.name; });
     return entries;
@@ -25,28 +25,28 @@ std::vector<CatalogEntry> sortedByName(std::vector<CatalogEntry> entries) {
 
 }  // namespace
 
-const std::vector<CatalogEntry>& catalog() {
-    static const std::vector<CatalogEntry> entries = sortedByName({
-        denverXl1800(),
-        gibertini(),
-        kern(),
-        mettlerToledo(),
-        mettlerPr2003(),
-        mettlerXs(),
-        mettlerSb32001(),
-        mettlerPm(),
-        ohaus(),
-        radwag(),
-        sartorius(),
-        scaleHouse(),
-        setraEl2000s(),
+const std::vector<CatalogEntry>& Catalog() {
+    static const std::vector<CatalogEntry> entries = SortedByName({
+        DenverXl1800Entry(),
+        GibertiniEntry(),
+        KernEntry(),
+        MettlerToledoEntry(),
+        MettlerPr2003Entry(),
+        MettlerXsEntry(),
+        MettlerSb32001Entry(),
+        MettlerPmEntry(),
+        OhausEntry(),
+        RadwagEntry(),
+        SartoriusEntry(),
+        ScaleHouseEntry(),
+        SetraEl2000sEntry(),
     });
     return entries;
 }
 
-const CatalogEntry& findInstrument(const std::string& name) {
+const CatalogEntry& FindInstrument(const std::string& name) {
     std::string names;
-    for (const auto& entry : catalog()) {
+    for (const auto& entry : Catalog()) {
         if (entry.name == name) return entry;
         names += (names.empty() ? "" : ", ") + entry.name;
     }

@@ -27,9 +27,9 @@ struct CatalogEntry {
 };
 
 /// All instruments, in alphabetical order of their names.
-const std::vector<CatalogEntry>& catalog();
+const std::vector<CatalogEntry>& Catalog();
 
 /// The entry of this name. Throws std::invalid_argument, listing the names, when there is none.
-const CatalogEntry& findInstrument(const std::string& name);
+const CatalogEntry& FindInstrument(const std::string& name);
 
 }  // namespace simulator

@@ -11,19 +11,19 @@ namespace simulator {
 /// `wbalance-sim control`.
 struct Change {
     enum class Kind {
-        load,       ///< `grams` lie on the pan
-        setting,    ///< `text` is a switch, "name=value"
-        fault,      ///< `fault` begins; its times count from the change
-        endFaults,  ///< the faults named `text` that are in force end; empty: all of them
-        plugIn,     ///< the unplugged adapter is back as `text`; empty: under its old name
-        press,      ///< someone presses `key`
+        Load,       ///< `grams` lie on the pan
+        Setting,    ///< `text` is a switch, "name=value"
+        Fault,      ///< `fault` begins; its times count from the change
+        EndFaults,  ///< the faults named `text` that are in force end; empty: all of them
+        PlugIn,     ///< the unplugged adapter is back as `text`; empty: under its old name
+        Press,      ///< someone presses `key`
     };
 
-    Kind kind = Kind::load;
+    Kind kind = Kind::Load;
     double grams = 0;
     std::string text;
     Fault fault;
-    Key key = Key::print;
+    Key key = Key::Print;
 
     /// Reads one of
     ///   load GRAMS
@@ -36,7 +36,7 @@ struct Change {
     ///   press print|tare|zero
     /// with blanks and tabs between the words. Throws std::invalid_argument, saying what is
     /// allowed, for other text. Whether the instrument has the switch shows when it is set.
-    static Change parse(const std::string& text);
+    static Change Parse(const std::string& text);
 };
 
 }  // namespace simulator

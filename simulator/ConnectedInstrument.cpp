@@ -8,32 +8,32 @@ namespace simulator {
 namespace {
 
 // What is kept of a run that lasts for weeks.
-constexpr std::size_t mostEvents = 10'000;
-constexpr std::size_t mostLoggedBytes = 1024 * 1024;
+constexpr std::size_t kMostEvents = 10'000;
+constexpr std::size_t kMostLoggedBytes = 1024 * 1024;
 
-constexpr std::size_t mostOtherSettings = 100;
+constexpr std::size_t kMostOtherSettings = 100;
 
 /// What fits on one direction of the line: a side that sends faster than the line carries loses
 /// what comes on top.
-constexpr std::size_t mostInTransit = 65'536;
+constexpr std::size_t kMostInTransit = 65'536;
 
 /// After such a time without anything due the balance's time is brought up to date, so that nobody
 /// waits for the weeks that a host was silent.
-constexpr auto longestRest = std::chrono::minutes(1);
+constexpr auto kLongestRest = std::chrono::minutes(1);
 
-constexpr auto plugRetry = std::chrono::seconds(1);
+constexpr auto kPlugRetry = std::chrono::seconds(1);
 
 }  // namespace
 
-Options& Options::at(const std::string& settings) {
-    line = LineSettings::parse(settings);
+Options& Options::At(const std::string& settings) {
+    line = LineSettings::Parse(settings);
     if (!line)
         throw std::invalid_argument("\"" + settings + "\" are no line settings such as 2400,7E1");
     return *this;
 }
 
-Options& Options::withScript(const std::string& path) {
-    const Script read = readScriptFile(path);
+Options& Options::WithScript(const std::string& path) {
+    const Script read = ReadScriptFile(path);
     script.insert(script.end(), read.begin(), read.end());
     return *this;
 }
@@ -45,21 +45,21 @@ ConnectedInstrument::ConnectedInstrument(const CatalogEntry& entry, const Option
       settings_(options.line.value_or(entry.line)),
       pace_(options.pace),
       line_(std::move(line)),
-      returnsAs_(line_->device()) {
+      returnsAs_(line_->Device()) {
     for (const Fault& fault : options.faults)
-        instrument_.addFault(fault);
+        instrument_.AddFault(fault);
     for (const LoadStep& load : options.loads)
-        putOn(load);
-    prepare(options.script);
-    serve();
+        PutOn(load);
+    Prepare(options.script);
+    Serve();
 }
 
 /// What the instrument can't do shows now, not in the middle of a run.
-void ConnectedInstrument::prepare(const Script& script) {
+void ConnectedInstrument::Prepare(const Script& script) {
     for (const ScriptStep& step : script) {
         try {
-            if (step.change.kind == Change::Kind::setting)
-                instrument_.checkSwitch(step.change.text);
+            if (step.change.kind == Change::Kind::Setting)
+                instrument_.CheckSwitch(step.change.text);
         } catch (const std::invalid_argument& error) {
             throw std::invalid_argument(step.place + ": " + error.what());
         }
@@ -69,351 +69,351 @@ void ConnectedInstrument::prepare(const Script& script) {
                      [](const ScriptStep& a, const ScriptStep& b) { return a.at < b.at; });
 }
 
-void ConnectedInstrument::putOn(const LoadStep& load) {
+void ConnectedInstrument::PutOn(const LoadStep& load) {
     if (load.at == Time(0))
-        instrument_.balance().startWithLoad(load.grams);
+        instrument_.Balance().StartWithLoad(load.grams);
     else
-        instrument_.balance().scheduleLoad(load.at, load.grams);
+        instrument_.Balance().ScheduleLoad(load.at, load.grams);
 }
 
 /// Changes come into force at the present time: what was due before is done first.
 template <typename Work>
-void ConnectedInstrument::change(const Work& work) {
+void ConnectedInstrument::DoNow(const Work& work) {
     const Lock lock(mutex_);
-    serveLocked();
+    ServeLocked();
     work();
-    catchUp();
+    CatchUp();
 }
 
 /// What is taken over on another thread than the bench's may be due later: the bench has to know.
-void ConnectedInstrument::catchUp() {
-    serveLocked();
+void ConnectedInstrument::CatchUp() {
+    ServeLocked();
     if (changed_) changed_();
 }
 
-void ConnectedInstrument::apply(const Change& words) {
-    change([&] { applyAt(words, now()); });
+void ConnectedInstrument::Apply(const Change& words) {
+    DoNow([&] { ApplyAt(words, Now()); });
     Lock lock(mutex_);
-    while (isPlugDue() && plugTrouble_.empty())  // which may also pass by itself
+    while (IsPlugDue() && plugTrouble_.empty())  // which may also pass by itself
         plugServed_.wait_for(lock, 20ms);
-    if (isPlugDue()) throw std::runtime_error(plugTrouble_);
+    if (IsPlugDue()) throw std::runtime_error(plugTrouble_);
 }
 
-void ConnectedInstrument::applyAt(const Change& change, Time at) {
+void ConnectedInstrument::ApplyAt(const Change& change, Time at) {
     switch (change.kind) {
-        case Change::Kind::load:
-            return putOn({change.grams, at});
-        case Change::Kind::setting:
-            return instrument_.choose(change.text);
-        case Change::Kind::fault:
-            return instrument_.addFault(change.fault.shiftedBy(at));
-        case Change::Kind::endFaults:
-            return instrument_.endFaults(change.text);
-        case Change::Kind::plugIn:
+        case Change::Kind::Load:
+            return PutOn({change.grams, at});
+        case Change::Kind::Setting:
+            return instrument_.Choose(change.text);
+        case Change::Kind::Fault:
+            return instrument_.AddFault(change.fault.ShiftedBy(at));
+        case Change::Kind::EndFaults:
+            return instrument_.EndFaults(change.text);
+        case Change::Kind::PlugIn:
             if (!change.text.empty()) returnsAs_ = change.text;
-            return instrument_.endFaults("unplug");
-        case Change::Kind::press:
-            return instrument_.press(change.key);
+            return instrument_.EndFaults("unplug");
+        case Change::Kind::Press:
+            return instrument_.Press(change.key);
     }
 }
 
-void ConnectedInstrument::serveScript() {
-    while (!script_.empty() && script_.front().at <= now()) {
+void ConnectedInstrument::ServeScript() {
+    while (!script_.empty() && script_.front().at <= Now()) {
         const ScriptStep step = script_.front();
         script_.pop_front();
-        instrument_.advance(step.at);
+        instrument_.Advance(step.at);
         try {
-            applyAt(step.change, step.at);
+            ApplyAt(step.change, step.at);
         } catch (const std::invalid_argument& error) {  // what was possible when the run began
-            record(LineEvent::Kind::trouble, step.place + ": " + error.what());
+            Record(LineEvent::Kind::Trouble, step.place + ": " + error.what());
         }
     }
 }
 
-void ConnectedInstrument::setLoad(double grams) {
-    change([&] { instrument_.balance().setLoad(grams); });
+void ConnectedInstrument::SetLoad(double grams) {
+    DoNow([&] { instrument_.Balance().SetLoad(grams); });
 }
 
-void ConnectedInstrument::addFault(const std::string& fault) {
-    const Fault parsed = Fault::parse(fault);
-    change([&] { instrument_.addFault(parsed); });
+void ConnectedInstrument::AddFault(const std::string& fault) {
+    const Fault parsed = Fault::Parse(fault);
+    DoNow([&] { instrument_.AddFault(parsed); });
 }
 
-void ConnectedInstrument::clearFaults() {
-    change([&] { instrument_.clearFaults(); });
+void ConnectedInstrument::ClearFaults() {
+    DoNow([&] { instrument_.ClearFaults(); });
 }
 
-std::vector<std::string> ConnectedInstrument::faultsInForce() {
+std::vector<std::string> ConnectedInstrument::FaultsInForce() {
     const Lock lock(mutex_);
-    catchUp();
+    CatchUp();
     std::vector<std::string> names;
-    for (const Fault& fault : instrument_.faults())
-        if (fault.isActive(now())) names.push_back(fault.name);
+    for (const Fault& fault : instrument_.Faults())
+        if (fault.IsActive(Now())) names.push_back(fault.name);
     return names;
 }
 
-void ConnectedInstrument::unplug() {
-    apply(Change::parse("unplug"));
+void ConnectedInstrument::Unplug() {
+    Apply(Change::Parse("unplug"));
 }
 
-void ConnectedInstrument::plugIn() {
-    apply(Change::parse("plug-in"));
+void ConnectedInstrument::PlugIn() {
+    Apply(Change::Parse("plug-in"));
 }
 
-void ConnectedInstrument::plugIn(const std::string& device) {
-    apply(Change::parse("plug-in as " + device));
+void ConnectedInstrument::PlugIn(const std::string& device) {
+    Apply(Change::Parse("plug-in as " + device));
 }
 
-std::string ConnectedInstrument::sentByHost() {
-    return sent(LineEvent::Kind::fromHost);
+std::string ConnectedInstrument::SentByHost() {
+    return Sent(LineEvent::Kind::FromHost);
 }
 
-std::string ConnectedInstrument::sentByInstrument() {
-    return sent(LineEvent::Kind::fromInstrument);
+std::string ConnectedInstrument::SentByInstrument() {
+    return Sent(LineEvent::Kind::FromInstrument);
 }
 
-std::string ConnectedInstrument::sent(LineEvent::Kind kind) {
+std::string ConnectedInstrument::Sent(LineEvent::Kind kind) {
     std::string bytes;
-    for (const LineEvent& event : log())
+    for (const LineEvent& event : Log())
         if (event.kind == kind) bytes += event.bytes;
     return bytes;
 }
 
-std::vector<LineEvent> ConnectedInstrument::log() {
+std::vector<LineEvent> ConnectedInstrument::Log() {
     const Lock lock(mutex_);
-    catchUp();
+    CatchUp();
     return {log_.begin(), log_.end()};
 }
 
-void ConnectedInstrument::clearLog() {
+void ConnectedInstrument::ClearLog() {
     const Lock lock(mutex_);
-    catchUp();
+    CatchUp();
     log_.clear();
     loggedBytes_ = 0;
     settingsOfLastCommand_.reset();
 }
 
-void ConnectedInstrument::onEvent(Listener listener) {
+void ConnectedInstrument::OnEvent(Listener listener) {
     const Lock lock(mutex_);
     listener_ = std::move(listener);
 }
 
-std::optional<LineSettings> ConnectedInstrument::settingsOfLastCommand() {
+std::optional<LineSettings> ConnectedInstrument::SettingsOfLastCommand() {
     const Lock lock(mutex_);
-    catchUp();
+    CatchUp();
     return settingsOfLastCommand_;
 }
 
-LineSettings ConnectedInstrument::hostSettings() {
+LineSettings ConnectedInstrument::HostSettings() {
     const Lock lock(mutex_);
-    return line_->hostSettings();
+    return line_->HostSettings();
 }
 
-bool ConnectedInstrument::isOpenedByHost() {
+bool ConnectedInstrument::IsOpenedByHost() {
     const Lock lock(mutex_);
-    catchUp();
-    return line_->isOpen();
+    CatchUp();
+    return line_->IsOpen();
 }
 
-std::string ConnectedInstrument::device() {
+std::string ConnectedInstrument::Device() {
     const Lock lock(mutex_);
-    return line_->device();
+    return line_->Device();
 }
 
-void ConnectedInstrument::withLine(const std::function<void(HostLine&)>& work) {
-    change([&] { work(*line_); });
+void ConnectedInstrument::WithLine(const std::function<void(HostLine&)>& work) {
+    DoNow([&] { work(*line_); });
 }
 
-void ConnectedInstrument::withBalance(const std::function<void(BalanceModel&)>& work) {
-    change([&] { work(instrument_.balance()); });
+void ConnectedInstrument::WithBalance(const std::function<void(BalanceModel&)>& work) {
+    DoNow([&] { work(instrument_.Balance()); });
 }
 
-void ConnectedInstrument::serve() {
+void ConnectedInstrument::Serve() {
     const Lock lock(mutex_);
-    servePlug();
-    serveLocked();
+    ServePlug();
+    ServeLocked();
 }
 
-std::vector<int> ConnectedInstrument::descriptors() {
+std::vector<int> ConnectedInstrument::Descriptors() {
     const Lock lock(mutex_);
-    return line_->descriptors();
+    return line_->Descriptors();
 }
 
-ConnectedInstrument::Clock::time_point ConnectedInstrument::deadline() {
+ConnectedInstrument::Clock::time_point ConnectedInstrument::Deadline() {
     const Lock lock(mutex_);
-    Moment first = moment() + longestRest;
+    Moment first = SinceSetUp() + kLongestRest;
     const auto consider = [&](Moment due) { first = std::min(first, due); };
-    if (const auto event = instrument_.nextEvent()) consider(*event);
-    if (isPlugDue()) consider(std::max(moment(), plugAgainAt_));
+    if (const auto event = instrument_.NextEvent()) consider(*event);
+    if (IsPlugDue()) consider(std::max(SinceSetUp(), plugAgainAt_));
     if (!script_.empty()) consider(script_.front().at);
     if (!toInstrument_.empty()) consider(toInstrument_.front().due);
     if (!toHost_.empty()) consider(toHost_.front().due);
-    if (pace_ && pace_->due()) consider(*pace_->due());
-    if (const auto interval = line_->lookEvery()) consider(moment() + *interval);
+    if (pace_ && pace_->Due()) consider(*pace_->Due());
+    if (const auto interval = line_->LookEvery()) consider(SinceSetUp() + *interval);
     return start_ + first;
 }
 
-ConnectedInstrument::Moment ConnectedInstrument::moment() const {
+ConnectedInstrument::Moment ConnectedInstrument::SinceSetUp() const {
     return std::chrono::duration_cast<Moment>(Clock::now() - start_);
 }
 
-void ConnectedInstrument::serveLocked() {
-    serveScript();
-    line_->serve([this](const HostLine::Arrival& arrival) { takeArrival(arrival); });
-    serveOpening();
-    passToInstrument();
-    instrument_.advance(now());
-    takeAnswers();
-    passToHost();
+void ConnectedInstrument::ServeLocked() {
+    ServeScript();
+    line_->Serve([this](const HostLine::Arrival& arrival) { TakeArrival(arrival); });
+    ServeOpening();
+    PassToInstrument();
+    instrument_.Advance(Now());
+    TakeAnswers();
+    PassToHost();
 }
 
-const Fault* ConnectedInstrument::unplugFault() const {
-    for (const Fault& fault : instrument_.faults())
-        if (fault.name == "unplug" && fault.isActive(now())) return &fault;
+const Fault* ConnectedInstrument::UnplugFault() const {
+    for (const Fault& fault : instrument_.Faults())
+        if (fault.name == "unplug" && fault.IsActive(Now())) return &fault;
     return nullptr;
 }
 
 /// Only the serving thread pulls a terminal out: while it polled one that another thread closes,
 /// the host would not be hung up until that poll had ended.
-void ConnectedInstrument::servePlug() {
-    const Fault* fault = unplugFault();
+void ConnectedInstrument::ServePlug() {
+    const Fault* fault = UnplugFault();
     if (fault && !fault->value.empty()) returnsAs_ = fault->value;
-    if (!isPlugDue()) return plugTrouble_.clear();
-    if (moment() < plugAgainAt_) return;
-    plugged_ ? pullOut() : putBack();
+    if (!IsPlugDue()) return plugTrouble_.clear();
+    if (SinceSetUp() < plugAgainAt_) return;
+    plugged_ ? PullOut() : PutBack();
     plugServed_.notify_all();
 }
 
-void ConnectedInstrument::pullOut() {
+void ConnectedInstrument::PullOut() {
     plugged_ = false;
-    record(LineEvent::Kind::unplugged, line_->device());
-    line_->unplug();
+    Record(LineEvent::Kind::Unplugged, line_->Device());
+    line_->Unplug();
 }
 
 /// The system may be short of descriptors, terminals or space; what is wrong is said once.
-void ConnectedInstrument::putBack() {
+void ConnectedInstrument::PutBack() {
     try {
-        plugInAs(returnsAs_);
+        PlugInAs(returnsAs_);
     } catch (const std::system_error& error) {
         const std::string trouble = returnsAs_ + " can't be plugged in: " + error.what() +
                                     "; it is tried again each second";
-        plugAgainAt_ = moment() + plugRetry;
+        plugAgainAt_ = SinceSetUp() + kPlugRetry;
         if (trouble == plugTrouble_) return;
         plugTrouble_ = trouble;
-        return record(LineEvent::Kind::trouble, trouble);
+        return Record(LineEvent::Kind::Trouble, trouble);
     }
     plugged_ = true;
     plugTrouble_.clear();
     plugAgainAt_ = Moment(0);
-    record(LineEvent::Kind::pluggedIn, line_->device());
+    Record(LineEvent::Kind::PluggedIn, line_->Device());
 }
 
-void ConnectedInstrument::plugInAs(const std::string& device) {
+void ConnectedInstrument::PlugInAs(const std::string& device) {
     try {
-        line_->plugIn(device);
+        line_->PlugIn(device);
     } catch (const std::invalid_argument&) {  // another instrument is there
-        returnsAs_ = line_->device();
-        line_->plugIn(returnsAs_);
+        returnsAs_ = line_->Device();
+        line_->PlugIn(returnsAs_);
     }
 }
 
-void ConnectedInstrument::takeArrival(const HostLine::Arrival& arrival) {
-    serveOpening();
-    takeBytes(arrival);
-    passToInstrument();
+void ConnectedInstrument::TakeArrival(const HostLine::Arrival& arrival) {
+    ServeOpening();
+    TakeBytes(arrival);
+    PassToInstrument();
     for (unsigned i = 0; i < arrival.breaks; ++i)
-        instrument_.receiveBreak(now());
+        instrument_.ReceiveBreak(Now());
 }
 
-void ConnectedInstrument::takeBytes(const HostLine::Arrival& arrival) {
+void ConnectedInstrument::TakeBytes(const HostLine::Arrival& arrival) {
     if (arrival.bytes.empty()) return;
-    if (toInstrument_.size() >= mostInTransit)
-        return record(LineEvent::Kind::overflow, arrival.bytes);
+    if (toInstrument_.size() >= kMostInTransit)
+        return Record(LineEvent::Kind::Overflow, arrival.bytes);
     settingsOfLastCommand_ = arrival.settings;
-    compareSettings(arrival.settings);
-    record(LineEvent::Kind::fromHost, arrival.bytes);
-    const auto characters = transmit(arrival.bytes, arrival.settings, settings_);
-    hostFree_ = put(toInstrument_, characters, hostFree_, arrival.settings);
+    CompareSettings(arrival.settings);
+    Record(LineEvent::Kind::FromHost, arrival.bytes);
+    const auto characters = Transmit(arrival.bytes, arrival.settings, settings_);
+    hostFree_ = Put(toInstrument_, characters, hostFree_, arrival.settings);
 }
 
 /// Only who speaks has made all settings: many hosts open the port first and set it in steps.
-void ConnectedInstrument::compareSettings(const LineSettings& host) {
-    if (host.agreesWith(settings_) || otherSettings_.size() >= mostOtherSettings) return;
-    if (!otherSettings_.insert(host.text()).second) return;
-    record(LineEvent::Kind::otherSettings, settings_.text());
+void ConnectedInstrument::CompareSettings(const LineSettings& host) {
+    if (host.AgreesWith(settings_) || otherSettings_.size() >= kMostOtherSettings) return;
+    if (!otherSettings_.insert(host.Text()).second) return;
+    Record(LineEvent::Kind::OtherSettings, settings_.Text());
 }
 
-void ConnectedInstrument::serveOpening() {
-    const bool isOpen = line_->isOpen();
-    if (isOpen && !wasOpen_) instrument_.portOpened(now());
+void ConnectedInstrument::ServeOpening() {
+    const bool isOpen = line_->IsOpen();
+    if (isOpen && !wasOpen_) instrument_.PortOpened(Now());
     wasOpen_ = isOpen;
 }
 
-void ConnectedInstrument::passToInstrument() {
-    for (; !toInstrument_.empty() && toInstrument_.front().due <= moment();
+void ConnectedInstrument::PassToInstrument() {
+    for (; !toInstrument_.empty() && toInstrument_.front().due <= SinceSetUp();
          toInstrument_.pop_front())
-        instrument_.receive(toInstrument_.front().character, now());
+        instrument_.Receive(toInstrument_.front().character, Now());
 }
 
-void ConnectedInstrument::takeAnswers() {
-    for (const std::string& bytes : instrument_.takeAnswers()) {
-        if (!line_->isOpen()) {
-            record(LineEvent::Kind::lost, bytes);
+void ConnectedInstrument::TakeAnswers() {
+    for (const std::string& bytes : instrument_.TakeAnswers()) {
+        if (!line_->IsOpen()) {
+            Record(LineEvent::Kind::Lost, bytes);
             continue;
         }
-        if (toHost_.size() >= mostInTransit) {
-            record(LineEvent::Kind::overflow, bytes);
+        if (toHost_.size() >= kMostInTransit) {
+            Record(LineEvent::Kind::Overflow, bytes);
             continue;
         }
-        record(LineEvent::Kind::fromInstrument, bytes);
-        const auto characters = transmit(bytes, settings_, line_->hostSettings());
-        instrumentFree_ = put(toHost_, characters, instrumentFree_, settings_);
+        Record(LineEvent::Kind::FromInstrument, bytes);
+        const auto characters = Transmit(bytes, settings_, line_->HostSettings());
+        instrumentFree_ = Put(toHost_, characters, instrumentFree_, settings_);
     }
 }
 
-void ConnectedInstrument::passToHost() {
-    if (pace_) return passPiecesToHost();
+void ConnectedInstrument::PassToHost() {
+    if (pace_) return PassPiecesToHost();
     std::vector<Character> arrived;
-    for (; !toHost_.empty() && toHost_.front().due <= moment(); toHost_.pop_front())
+    for (; !toHost_.empty() && toHost_.front().due <= SinceSetUp(); toHost_.pop_front())
         arrived.push_back(toHost_.front().character);
-    if (!arrived.empty()) line_->deliver(arrived);
+    if (!arrived.empty()) line_->Deliver(arrived);
 }
 
-void ConnectedInstrument::passPiecesToHost() {
-    for (auto due = nextPiece(); due; due = nextPiece()) {
-        const Moment handedOver = moment();
-        line_->deliver(pace_->handOver(handedOver));
-        keepDistance(handedOver - *due);
+void ConnectedInstrument::PassPiecesToHost() {
+    for (auto due = NextPiece(); due; due = NextPiece()) {
+        const Moment handedOver = SinceSetUp();
+        line_->Deliver(pace_->HandOver(handedOver));
+        KeepDistance(handedOver - *due);
     }
 }
 
 /// Lets the adapter receive what is on the wire; returns when it hands over what it has by then,
 /// empty when it goes on collecting.
-std::optional<ConnectedInstrument::Moment> ConnectedInstrument::nextPiece() {
-    for (; !toHost_.empty() && toHost_.front().due <= moment(); toHost_.pop_front()) {
-        if (pace_->due() && *pace_->due() < toHost_.front().due) break;
-        pace_->receive(toHost_.front().character, toHost_.front().due, line_->hostSettings());
+std::optional<ConnectedInstrument::Moment> ConnectedInstrument::NextPiece() {
+    for (; !toHost_.empty() && toHost_.front().due <= SinceSetUp(); toHost_.pop_front()) {
+        if (pace_->Due() && *pace_->Due() < toHost_.front().due) break;
+        pace_->Receive(toHost_.front().character, toHost_.front().due, line_->HostSettings());
     }
-    if (!pace_->due() || *pace_->due() > moment()) return std::nullopt;
-    return pace_->due();
+    if (!pace_->Due() || *pace_->Due() > SinceSetUp()) return std::nullopt;
+    return pace_->Due();
 }
 
 /// On a busy computer a piece may be handed over so late that the next one is due, too: the whole
 /// line is late then, so that pieces never come together for want of processor time.
-void ConnectedInstrument::keepDistance(Moment late) {
-    if (toHost_.empty() || toHost_.front().due > moment()) return;
+void ConnectedInstrument::KeepDistance(Moment late) {
+    if (toHost_.empty() || toHost_.front().due > SinceSetUp()) return;
     for (InTransit& each : toHost_)
         each.due += late;
     instrumentFree_ += late;
 }
 
 /// Puts characters on the line behind those that are on it already; returns when it is free again.
-ConnectedInstrument::Moment ConnectedInstrument::put(std::deque<InTransit>& way,
+ConnectedInstrument::Moment ConnectedInstrument::Put(std::deque<InTransit>& way,
                                                      const std::vector<Character>& characters,
                                                      Moment free,
                                                      const LineSettings& sender) const {
-    const Moment perCharacter = pace_ ? sender.characterTime() : Moment(0);
-    free = std::max(free, moment());
+    const Moment perCharacter = pace_ ? sender.CharacterTime() : Moment(0);
+    free = std::max(free, SinceSetUp());
     for (const Character& character : characters) {
         free += perCharacter;
         way.push_back({free, character});
@@ -421,15 +421,15 @@ ConnectedInstrument::Moment ConnectedInstrument::put(std::deque<InTransit>& way,
     return free;
 }
 
-void ConnectedInstrument::record(LineEvent::Kind kind, const std::string& bytes) {
-    log_.push_back({now(), kind, bytes, line_->hostSettings()});
+void ConnectedInstrument::Record(LineEvent::Kind kind, const std::string& bytes) {
+    log_.push_back({Now(), kind, bytes, line_->HostSettings()});
     loggedBytes_ += bytes.size();
-    forgetOldEvents();
+    ForgetOldEvents();
     if (listener_) listener_(*this, log_.back());
 }
 
-void ConnectedInstrument::forgetOldEvents() {
-    while (log_.size() > mostEvents || (log_.size() > 1 && loggedBytes_ > mostLoggedBytes)) {
+void ConnectedInstrument::ForgetOldEvents() {
+    while (log_.size() > kMostEvents || (log_.size() > 1 && loggedBytes_ > kMostLoggedBytes)) {
         loggedBytes_ -= log_.front().bytes.size();
         log_.pop_front();
     }

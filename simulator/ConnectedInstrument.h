@@ -29,44 +29,44 @@ struct Options {
     std::optional<LineSettings> line;   ///< the instrument's settings; empty: as delivered
     std::optional<Adapter> pace;        ///< characters take their time on the line, to this port
 
-    Options& on(const std::string& path) { return device = path, *this; }
+    Options& On(const std::string& path) { return device = path, *this; }
     /// The load in grams at the beginning, or from a time on.
-    Options& withLoad(double grams, Time from = Time(0)) {
+    Options& WithLoad(double grams, Time from = Time(0)) {
         return loads.push_back({grams, from}), *this;
     }
-    Options& with(const std::string& setting) { return switches.push_back(setting), *this; }
+    Options& With(const std::string& setting) { return switches.push_back(setting), *this; }
     /// A fault as Fault::parse reads it; throws std::invalid_argument for other text.
-    Options& withFault(const std::string& text) {
-        return faults.push_back(Fault::parse(text)), *this;
+    Options& WithFault(const std::string& text) {
+        return faults.push_back(Fault::Parse(text)), *this;
     }
-    /// The script in a file, beside what there is; throws as readScriptFile does.
-    Options& withScript(const std::string& path);
+    /// The script in a file, beside what there is; throws as ReadScriptFile does.
+    Options& WithScript(const std::string& path);
     /// `settings` as LineSettings::parse reads them; throws std::invalid_argument for other text.
-    Options& at(const std::string& settings);
+    Options& At(const std::string& settings);
     /// Characters take their time on the line, and the host gets them as its `port` hands them
     /// over, in the words of Adapter::parse; throws as that does.
-    Options& withPacing(const std::string& port = "character") {
-        return pace = Adapter::parse(port), *this;
+    Options& WithPacing(const std::string& port = "character") {
+        return pace = Adapter::Parse(port), *this;
     }
 };
 
 /// Something that happened on the line, for the log.
 struct LineEvent {
     enum class Kind {
-        fromHost,        ///< bytes as the host sent them
-        fromInstrument,  ///< bytes as the instrument sent them
-        lost,            ///< bytes of the instrument that nobody listened to
-        overflow,        ///< bytes, of either side, for which the line had no more room
-        unplugged,
-        pluggedIn,
-        otherSettings,  ///< the host speaks at settings that differ, which it has not done yet
-        trouble,        ///< something could not be done, and is tried again
+        FromHost,        ///< bytes as the host sent them
+        FromInstrument,  ///< bytes as the instrument sent them
+        Lost,            ///< bytes of the instrument that nobody listened to
+        Overflow,        ///< bytes, of either side, for which the line had no more room
+        Unplugged,
+        PluggedIn,
+        OtherSettings,  ///< the host speaks at settings that differ, which it has not done yet
+        Trouble,        ///< something could not be done, and is tried again
     };
 
     Time time;  ///< since the instrument was set up
     Kind kind;
-    /// Of unplugged and pluggedIn the device, of otherSettings the instrument's settings, of
-    /// trouble a sentence.
+    /// Of Unplugged and PluggedIn the device, of OtherSettings the instrument's settings, of
+    /// Trouble a sentence.
     std::string bytes;
     LineSettings settings;  ///< the host's at that time
 };
@@ -82,52 +82,52 @@ class ConnectedInstrument {
                         std::unique_ptr<HostLine> line);
 
     /// Does one thing now, and returns when it is done; not to be called by a listener or by the
-    /// work given to withLine and withBalance. Throws std::invalid_argument for a switch that the
+    /// work given to WithLine and WithBalance. Throws std::invalid_argument for a switch that the
     /// instrument lacks, std::runtime_error when the system lets no adapter be plugged in; that is
     /// then tried again each second.
-    void apply(const Change& change);
+    void Apply(const Change& change);
 
     /// The load in grams; the pan settles towards it from now on.
-    void setLoad(double grams);
+    void SetLoad(double grams);
     /// A fault as Fault::parse reads it; its times count from the set-up of the instrument.
-    void addFault(const std::string& fault);
-    void clearFaults();
-    std::vector<std::string> faultsInForce();  ///< their names, at this moment
+    void AddFault(const std::string& fault);
+    void ClearFaults();
+    std::vector<std::string> FaultsInForce();  ///< their names, at this moment
     /// The line's adapter is pulled out; it is back under the same name or as `device`, or still
     /// under the same name when another instrument is at `device`.
-    void unplug();
-    void plugIn();
-    void plugIn(const std::string& device);
+    void Unplug();
+    void PlugIn();
+    void PlugIn(const std::string& device);
 
     /// What has happened: the last 10,000 events, and of them not more than hold 1 MiB.
-    std::vector<LineEvent> log();
-    void clearLog();
+    std::vector<LineEvent> Log();
+    void ClearLog();
     /// All bytes that the host has sent, and that the instrument has sent to it, in that log.
-    std::string sentByHost();
-    std::string sentByInstrument();
+    std::string SentByHost();
+    std::string SentByInstrument();
     /// Called for each event as it happens, on the thread on which it happens. It must not throw.
     using Listener = std::function<void(ConnectedInstrument& from, const LineEvent& event)>;
-    void onEvent(Listener listener);
+    void OnEvent(Listener listener);
 
     /// The line settings in force when the host sent its last bytes; empty before the first.
-    std::optional<LineSettings> settingsOfLastCommand();
-    LineSettings hostSettings();  ///< the host's line settings now
-    LineSettings ownSettings() const { return settings_; }
-    bool isOpenedByHost();
-    std::string device();                              ///< the device's present name
-    const std::string& name() const { return name_; }  ///< of the catalog
+    std::optional<LineSettings> SettingsOfLastCommand();
+    LineSettings HostSettings();  ///< the host's line settings now
+    LineSettings OwnSettings() const { return settings_; }
+    bool IsOpenedByHost();
+    std::string Device();                              ///< the device's present name
+    const std::string& Name() const { return name_; }  ///< of the catalog
 
     /// Works with the line or the model themselves, for what has no function here.
-    void withLine(const std::function<void(HostLine&)>& work);
-    void withBalance(const std::function<void(BalanceModel&)>& work);
+    void WithLine(const std::function<void(HostLine&)>& work);
+    void WithBalance(const std::function<void(BalanceModel&)>& work);
 
     /// Does everything that is due; called by the bench when a descriptor is readable or the
     /// deadline has come.
-    void serve();
-    std::vector<int> descriptors();
-    Clock::time_point deadline();
+    void Serve();
+    std::vector<int> Descriptors();
+    Clock::time_point Deadline();
     /// How the bench learns that descriptors or deadline have changed on another thread.
-    void onChange(std::function<void()> listener) { changed_ = std::move(listener); }
+    void OnChange(std::function<void()> listener) { changed_ = std::move(listener); }
 
  private:
     using Lock = std::unique_lock<std::recursive_mutex>;
@@ -139,38 +139,38 @@ class ConnectedInstrument {
         Character character;
     };
 
-    Moment moment() const;
-    Time now() const { return std::chrono::duration_cast<Time>(moment()); }
+    Moment SinceSetUp() const;
+    Time Now() const { return std::chrono::duration_cast<Time>(SinceSetUp()); }
     template <typename Work>
-    void change(const Work& work);
+    void DoNow(const Work& work);
 
-    void putOn(const LoadStep& load);
-    void prepare(const Script& script);
-    void applyAt(const Change& change, Time at);
-    void serveScript();
-    void serveOpening();
-    void serveLocked();
-    void catchUp();
-    void servePlug();
-    void pullOut();
-    void putBack();
-    void plugInAs(const std::string& device);
-    bool isPlugDue() const { return plugged_ == (unplugFault() != nullptr); }
-    const Fault* unplugFault() const;
-    void takeArrival(const HostLine::Arrival& arrival);
-    void takeBytes(const HostLine::Arrival& arrival);
-    void compareSettings(const LineSettings& host);
-    void passToInstrument();
-    void takeAnswers();
-    void passToHost();
-    void passPiecesToHost();
-    std::optional<Moment> nextPiece();
-    void keepDistance(Moment late);
-    Moment put(std::deque<InTransit>& way, const std::vector<Character>& characters, Moment free,
+    void PutOn(const LoadStep& load);
+    void Prepare(const Script& script);
+    void ApplyAt(const Change& change, Time at);
+    void ServeScript();
+    void ServeOpening();
+    void ServeLocked();
+    void CatchUp();
+    void ServePlug();
+    void PullOut();
+    void PutBack();
+    void PlugInAs(const std::string& device);
+    bool IsPlugDue() const { return plugged_ == (UnplugFault() != nullptr); }
+    const Fault* UnplugFault() const;
+    void TakeArrival(const HostLine::Arrival& arrival);
+    void TakeBytes(const HostLine::Arrival& arrival);
+    void CompareSettings(const LineSettings& host);
+    void PassToInstrument();
+    void TakeAnswers();
+    void PassToHost();
+    void PassPiecesToHost();
+    std::optional<Moment> NextPiece();
+    void KeepDistance(Moment late);
+    Moment Put(std::deque<InTransit>& way, const std::vector<Character>& characters, Moment free,
                const LineSettings& sender) const;
-    void record(LineEvent::Kind kind, const std::string& bytes);
-    void forgetOldEvents();
-    std::string sent(LineEvent::Kind kind);
+    void Record(LineEvent::Kind kind, const std::string& bytes);
+    void ForgetOldEvents();
+    std::string Sent(LineEvent::Kind kind);
 
     std::recursive_mutex mutex_;
     Clock::time_point start_ = Clock::now();

@@ -18,12 +18,12 @@ struct Fault {
     /// Reads NAME[=VALUE][@START[+DURATION]], such as "silent", "late=1500ms", "truncated=5@2s" or
     /// "unplug=ttyUSB1@5s+2s", or the same in words: "silent at 8s for 2s", "unplug at 5s for 2s as
     /// ttyUSB1". Throws std::invalid_argument, saying what is allowed.
-    static Fault parse(const std::string& text);
+    static Fault Parse(const std::string& text);
 
     /// The same fault when its times count from `start`.
-    Fault shiftedBy(Time start) const;
+    Fault ShiftedBy(Time start) const;
 
-    bool isActive(Time now) const { return now >= from && (!until || now < *until); }
+    bool IsActive(Time now) const { return now >= from && (!until || now < *until); }
 };
 
 struct FaultDescription {
@@ -33,6 +33,6 @@ struct FaultDescription {
 };
 
 /// All faults.
-const std::vector<FaultDescription>& faults();
+const std::vector<FaultDescription>& Faults();
 
 }  // namespace simulator

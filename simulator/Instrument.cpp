@@ -9,125 +9,125 @@ namespace simulator {
 namespace {
 
 /// Late answers that are kept; an instrument that goes on sending loses what it says on top.
-constexpr std::size_t mostLateAnswers = 10'000;
+constexpr std::size_t kMostLateAnswers = 10'000;
 
-Switches chosen(const CatalogEntry& entry, const std::vector<std::string>& settings) {
+Switches Chosen(const CatalogEntry& entry, const std::vector<std::string>& settings) {
     std::vector<SwitchDescription> descriptions = entry.switches;
-    descriptions.insert(descriptions.end(), balanceSwitches().begin(), balanceSwitches().end());
+    descriptions.insert(descriptions.end(), BalanceSwitches().begin(), BalanceSwitches().end());
     Switches switches(descriptions);
     for (const auto& setting : settings)
-        switches.choose(setting);
+        switches.Choose(setting);
     return switches;
 }
 
-bool isBalanceSwitch(const std::string& setting) {
-    const auto& all = balanceSwitches();
+bool IsBalanceSwitch(const std::string& setting) {
+    const auto& all = BalanceSwitches();
     return std::any_of(all.begin(), all.end(), [&](const SwitchDescription& each) {
-        return each.name == cutAt(setting, '=').first;
+        return each.name == CutAt(setting, '=').first;
     });
 }
 
-BalanceData fitted(const CatalogEntry& entry, const Switches& switches) {
+BalanceData Fitted(const CatalogEntry& entry, const Switches& switches) {
     BalanceData balance = entry.modelBalance ? entry.modelBalance(switches) : entry.balance;
-    applyBalanceSwitches(switches, balance);
+    ApplyBalanceSwitches(switches, balance);
     return balance;
 }
 
 }  // namespace
 
 Instrument::Instrument(const CatalogEntry& entry, const std::vector<std::string>& switches)
-    : Instrument(entry, chosen(entry, switches)) {}
+    : Instrument(entry, Chosen(entry, switches)) {}
 
 Instrument::Instrument(const CatalogEntry& entry, const Switches& switches)
     : entry_(entry),
       switches_(switches),
-      balance_(fitted(entry, switches)),
+      balance_(Fitted(entry, switches)),
       dialect_(entry.createDialect(balance_, switches)) {}
 
-Switches Instrument::switchesWith(const std::string& setting) const {
+Switches Instrument::SwitchesWith(const std::string& setting) const {
     Switches switches = switches_;
-    switches.choose(setting);
+    switches.Choose(setting);
     return switches;
 }
 
-void Instrument::checkSwitch(const std::string& setting) const {
-    fitted(entry_, switchesWith(setting));
+void Instrument::CheckSwitch(const std::string& setting) const {
+    Fitted(entry_, SwitchesWith(setting));
 }
 
-void Instrument::choose(const std::string& setting) {
-    const Switches switches = switchesWith(setting);
-    const BalanceData data = fitted(entry_, switches);
-    balance_.change(data);
-    if (cutAt(setting, '=').first == "unit")
-        balance_.showUnit(data.unit, data.gramsPerUnit, data.countsPieces);
+void Instrument::Choose(const std::string& setting) {
+    const Switches switches = SwitchesWith(setting);
+    const BalanceData data = Fitted(entry_, switches);
+    balance_.Change(data);
+    if (CutAt(setting, '=').first == "unit")
+        balance_.ShowUnit(data.unit, data.gramsPerUnit, data.countsPieces);
     switches_ = switches;
-    if (isBalanceSwitch(setting)) return;
-    collectAnswers();
+    if (IsBalanceSwitch(setting)) return;
+    CollectAnswers();
     dialect_ = entry_.createDialect(balance_, switches_);
-    if (!hasPower_) dialect_->forgetEverything();
+    if (!hasPower_) dialect_->ForgetEverything();
 }
 
-void Instrument::press(Key key) {
-    if (hasPower_) dialect_->press(key);
-    collectAnswers();
+void Instrument::Press(Key key) {
+    if (hasPower_) dialect_->Press(key);
+    CollectAnswers();
 }
 
-void Instrument::portOpened(Time now) {
-    advance(now);
-    if (hasPower_) dialect_->portOpened();
-    collectAnswers();
+void Instrument::PortOpened(Time now) {
+    Advance(now);
+    if (hasPower_) dialect_->PortOpened();
+    CollectAnswers();
 }
 
-void Instrument::addFault(const Fault& fault) {
+void Instrument::AddFault(const Fault& fault) {
     const auto isOver = [&](const Fault& each) {
-        return each.until && *each.until <= balance_.now();
+        return each.until && *each.until <= balance_.Now();
     };
     faults_.erase(std::remove_if(faults_.begin(), faults_.end(), isOver), faults_.end());
     faults_.push_back(fault);
 }
 
-void Instrument::endFaults(const std::string& name) {
+void Instrument::EndFaults(const std::string& name) {
     const auto ends = [&](const Fault& fault) {
-        return (name.empty() || fault.name == name) && fault.isActive(balance_.now());
+        return (name.empty() || fault.name == name) && fault.IsActive(balance_.Now());
     };
     faults_.erase(std::remove_if(faults_.begin(), faults_.end(), ends), faults_.end());
 }
 
-void Instrument::receive(const Character& character, Time now) {
-    advance(now);
-    if (hasPower_) dialect_->receive(character);
-    collectAnswers();
+void Instrument::Receive(const Character& character, Time now) {
+    Advance(now);
+    if (hasPower_) dialect_->Receive(character);
+    CollectAnswers();
 }
 
-void Instrument::receive(const std::string& bytes, Time now) {
+void Instrument::Receive(const std::string& bytes, Time now) {
     for (const char byte : bytes)
-        receive(Character{byte}, now);
+        Receive(Character{byte}, now);
 }
 
-void Instrument::receiveBreak(Time now) {
-    advance(now);
-    if (hasPower_) dialect_->receiveBreak();
-    collectAnswers();
+void Instrument::ReceiveBreak(Time now) {
+    Advance(now);
+    if (hasPower_) dialect_->ReceiveBreak();
+    CollectAnswers();
 }
 
-void Instrument::advance(Time now) {
-    for (auto next = nextChange(); next && *next <= now; next = nextChange())
-        advanceTo(*next);
-    advanceTo(now);
+void Instrument::Advance(Time now) {
+    for (auto next = NextChange(); next && *next <= now; next = NextChange())
+        AdvanceTo(*next);
+    AdvanceTo(now);
 }
 
-void Instrument::advanceTo(Time now) {
-    balance_.advance(now);
-    applyFaults();
-    dialect_->runDueTasks();
-    collectAnswers();
+void Instrument::AdvanceTo(Time now) {
+    balance_.Advance(now);
+    ApplyFaults();
+    dialect_->RunDueTasks();
+    CollectAnswers();
 }
 
 /// The next task of the dialect or the next beginning or end of a fault.
-std::optional<Time> Instrument::nextChange() const {
-    auto next = dialect_->nextTask();
+std::optional<Time> Instrument::NextChange() const {
+    auto next = dialect_->NextTask();
     const auto consider = [&](Time time) {
-        if (time > balance_.now() && (!next || time < *next)) next = time;
+        if (time > balance_.Now() && (!next || time < *next)) next = time;
     };
     for (const Fault& fault : faults_) {
         consider(fault.from);
@@ -136,70 +136,70 @@ std::optional<Time> Instrument::nextChange() const {
     return next;
 }
 
-std::vector<std::string> Instrument::takeAnswers() {
+std::vector<std::string> Instrument::TakeAnswers() {
     std::vector<std::string> answers;
-    while (!answers_.empty() && answers_.front().due <= balance_.now()) {
+    while (!answers_.empty() && answers_.front().due <= balance_.Now()) {
         answers.push_back(std::move(answers_.front().bytes));
         answers_.pop_front();
     }
     return answers;
 }
 
-std::string Instrument::takeOutput() {
+std::string Instrument::TakeOutput() {
     std::string output;
-    for (const auto& answer : takeAnswers())
+    for (const auto& answer : TakeAnswers())
         output += answer;
     return output;
 }
 
-std::optional<Time> Instrument::nextEvent() const {
-    const auto change = nextChange();
+std::optional<Time> Instrument::NextEvent() const {
+    const auto change = NextChange();
     if (answers_.empty()) return change;
     return change ? std::min(*change, answers_.front().due) : answers_.front().due;
 }
 
-const Fault* Instrument::activeFault(const std::string& name) const {
+const Fault* Instrument::ActiveFault(const std::string& name) const {
     const auto found = std::find_if(faults_.begin(), faults_.end(), [&](const Fault& fault) {
-        return fault.name == name && fault.isActive(balance_.now());
+        return fault.name == name && fault.IsActive(balance_.Now());
     });
     return found == faults_.end() ? nullptr : &*found;
 }
 
-void Instrument::applyFaults() {
-    applyPower(!activeFault("power-cut"));
-    const bool busy = activeFault("busy");
-    dialect_->setBusy(busy);
-    balance_.forceUnstable(busy);
-    auto range = Reading::Range::inside;
-    if (activeFault("overload")) range = Reading::Range::over;
-    if (activeFault("underload")) range = Reading::Range::under;
-    balance_.forceRange(range);
+void Instrument::ApplyFaults() {
+    ApplyPower(!ActiveFault("power-cut"));
+    const bool busy = ActiveFault("busy");
+    dialect_->SetBusy(busy);
+    balance_.ForceUnstable(busy);
+    auto range = Reading::Range::Inside;
+    if (ActiveFault("overload")) range = Reading::Range::Over;
+    if (ActiveFault("underload")) range = Reading::Range::Under;
+    balance_.ForceRange(range);
 }
 
-void Instrument::applyPower(bool hasPower) {
+void Instrument::ApplyPower(bool hasPower) {
     if (hasPower == hasPower_) return;
     hasPower_ = hasPower;
-    dialect_->forgetEverything();
+    dialect_->ForgetEverything();
     if (!hasPower_) return answers_.clear();
-    balance_.restart();
-    dialect_->powerUp();
+    balance_.Restart();
+    dialect_->PowerUp();
 }
 
-void Instrument::collectAnswers() {
-    for (std::string& bytes : dialect_->takeAnswers()) {
-        if (activeFault("silent") || answers_.size() >= mostLateAnswers) continue;
-        spoil(bytes);
-        const Fault* late = activeFault("late");
-        Time due = balance_.now() + (late ? *parseTime(late->value) : Time(0));
+void Instrument::CollectAnswers() {
+    for (std::string& bytes : dialect_->TakeAnswers()) {
+        if (ActiveFault("silent") || answers_.size() >= kMostLateAnswers) continue;
+        Spoil(bytes);
+        const Fault* late = ActiveFault("late");
+        Time due = balance_.Now() + (late ? *ParseTime(late->value) : Time(0));
         if (!answers_.empty()) due = std::max(due, answers_.back().due);
         answers_.push_back({due, bytes});
     }
 }
 
-void Instrument::spoil(std::string& bytes) {
-    if (const Fault* truncated = activeFault("truncated"))
+void Instrument::Spoil(std::string& bytes) {
+    if (const Fault* truncated = ActiveFault("truncated"))
         bytes.resize(std::min<std::size_t>(bytes.size(), std::stoul(truncated->value)));
-    if (const Fault* noise = activeFault("noise")) {
+    if (const Fault* noise = ActiveFault("noise")) {
         std::uniform_int_distribution<int> anyByte(0, 255);
         std::string rubbish(std::stoul(noise->value), '\0');
         for (char& byte : rubbish)

@@ -17,61 +17,61 @@ namespace simulator {
 /// from one thread.
 class Instrument {
  public:
-    /// `switches` are "name=value" texts, of the entry or of balanceSwitches(); throws
+    /// `switches` are "name=value" texts, of the entry or of BalanceSwitches(); throws
     /// std::invalid_argument for one that does not exist.
     explicit Instrument(const CatalogEntry& entry, const std::vector<std::string>& switches = {});
 
     Instrument(const Instrument&) = delete;
     Instrument& operator=(const Instrument&) = delete;
 
-    BalanceModel& balance() { return balance_; }
+    BalanceModel& Balance() { return balance_; }
     /// Faults that are over are forgotten then.
-    void addFault(const Fault& fault);
+    void AddFault(const Fault& fault);
     /// The faults of this name that are in force now end; with an empty name all that are.
-    void endFaults(const std::string& name);
-    void clearFaults() { faults_.clear(); }
-    const std::vector<Fault>& faults() const { return faults_; }
+    void EndFaults(const std::string& name);
+    void ClearFaults() { faults_.clear(); }
+    const std::vector<Fault>& Faults() const { return faults_; }
 
     /// Sets a switch while the instrument runs, as someone does at its menu: one of its own, not of
-    /// balanceSwitches(), ends what it waits for and repeats. Throws as the constructor does, and
-    /// then nothing has changed; checkSwitch only throws.
-    void choose(const std::string& setting);
-    void checkSwitch(const std::string& setting) const;
+    /// BalanceSwitches(), ends what it waits for and repeats. Throws as the constructor does, and
+    /// then nothing has changed; CheckSwitch only throws.
+    void Choose(const std::string& setting);
+    void CheckSwitch(const std::string& setting) const;
     /// Somebody presses a key at the time of the last call.
-    void press(Key key);
+    void Press(Key key);
     /// The host has opened its port.
-    void portOpened(Time now);
+    void PortOpened(Time now);
 
     /// Something has arrived from the host at `now`.
-    void receive(const Character& character, Time now);
-    void receive(const std::string& bytes, Time now);
-    void receiveBreak(Time now);
+    void Receive(const Character& character, Time now);
+    void Receive(const std::string& bytes, Time now);
+    void ReceiveBreak(Time now);
 
     /// Lets time pass up to `now`, which never goes back.
-    void advance(Time now);
+    void Advance(Time now);
     /// The answers that have left the instrument until the time of the last call, in order.
-    std::vector<std::string> takeAnswers();
+    std::vector<std::string> TakeAnswers();
     /// The same as one string.
-    std::string takeOutput();
+    std::string TakeOutput();
     /// When advance is to be called next, if nothing arrives before.
-    std::optional<Time> nextEvent() const;
+    std::optional<Time> NextEvent() const;
 
  private:
     Instrument(const CatalogEntry& entry, const Switches& switches);
-    Switches switchesWith(const std::string& setting) const;
+    Switches SwitchesWith(const std::string& setting) const;
 
     struct Answer {
         Time due;
         std::string bytes;
     };
 
-    const Fault* activeFault(const std::string& name) const;
-    void advanceTo(Time now);
-    std::optional<Time> nextChange() const;
-    void applyFaults();
-    void applyPower(bool hasPower);
-    void collectAnswers();
-    void spoil(std::string& bytes);
+    const Fault* ActiveFault(const std::string& name) const;
+    void AdvanceTo(Time now);
+    std::optional<Time> NextChange() const;
+    void ApplyFaults();
+    void ApplyPower(bool hasPower);
+    void CollectAnswers();
+    void Spoil(std::string& bytes);
 
     CatalogEntry entry_;
     Switches switches_;

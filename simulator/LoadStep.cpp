@@ -6,10 +6,10 @@
 
 namespace simulator {
 
-LoadStep LoadStep::parse(const std::string& text) {
-    const auto [load, time] = cutAt(text, '@');
-    const auto grams = parseNumber(load);
-    const auto at = time ? parseTime(*time) : Time(0);
+LoadStep LoadStep::Parse(const std::string& text) {
+    const auto [load, time] = CutAt(text, '@');
+    const auto grams = ParseNumber(load);
+    const auto at = time ? ParseTime(*time) : Time(0);
     if (!grams || !at)
         throw std::invalid_argument("load \"" + text +
                                     "\": a load is written GRAMS[@TIME], such as 12.34 or 100@5s");

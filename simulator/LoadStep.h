@@ -12,7 +12,7 @@ struct LoadStep {
     Time at{0};  ///< since the instrument was set up; 0: has always been there
 
     /// Reads GRAMS[@TIME], such as "12.34" or "100@5s". Throws std::invalid_argument.
-    static LoadStep parse(const std::string& text);
+    static LoadStep Parse(const std::string& text);
 };
 
 }  // namespace simulator

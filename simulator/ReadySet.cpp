@@ -13,13 +13,13 @@
 namespace simulator {
 namespace {
 
-int valid(int descriptor) {
+int Valid(int descriptor) {
     if (descriptor < 0)
         throw std::system_error(errno, std::generic_category(), "cannot serve instruments");
     return descriptor;
 }
 
-itimerspec at(ConnectedInstrument::Clock::time_point time) {
+itimerspec At(ConnectedInstrument::Clock::time_point time) {
     const auto sinceBoot = time.time_since_epoch();
     const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(sinceBoot);
     itimerspec timer = {};
@@ -31,11 +31,11 @@ itimerspec at(ConnectedInstrument::Clock::time_point time) {
 }  // namespace
 
 ReadySet::ReadySet()
-    : epoll_(valid(::epoll_create1(EPOLL_CLOEXEC))),
-      wakeUp_(valid(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))),
-      timer_(valid(::timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK))) {
-    watchForever(wakeUp_);
-    watchForever(timer_);
+    : epoll_(Valid(::epoll_create1(EPOLL_CLOEXEC))),
+      wakeUp_(Valid(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))),
+      timer_(Valid(::timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK))) {
+    WatchForever(wakeUp_);
+    WatchForever(timer_);
 }
 
 ReadySet::~ReadySet() {
@@ -43,14 +43,14 @@ ReadySet::~ReadySet() {
         ::close(descriptor);
 }
 
-void ReadySet::watch(ConnectedInstrument& instrument) {
-    for (const int descriptor : instrument.descriptors())
-        watchOnce(descriptor, instrument);
-    setDeadline(instrument, instrument.deadline());
+void ReadySet::Watch(ConnectedInstrument& instrument) {
+    for (const int descriptor : instrument.Descriptors())
+        WatchOnce(descriptor, instrument);
+    SetDeadline(instrument, instrument.Deadline());
 }
 
-std::vector<ConnectedInstrument*> ReadySet::wait() {
-    setTimer();
+std::vector<ConnectedInstrument*> ReadySet::Wait() {
+    SetTimer();
     std::array<epoll_event, 64> events;
     const int count = ::epoll_wait(epoll_, events.data(), events.size(), -1);
     std::vector<ConnectedInstrument*> ready;
@@ -73,19 +73,19 @@ std::vector<ConnectedInstrument*> ReadySet::wait() {
     return ready;
 }
 
-void ReadySet::wake() const {
+void ReadySet::Wake() const {
     ::eventfd_write(wakeUp_, 1);
 }
 
-void ReadySet::watchForever(int descriptor) const {
+void ReadySet::WatchForever(int descriptor) const {
     epoll_event event = {};
     event.events = EPOLLIN;
-    valid(::epoll_ctl(epoll_, EPOLL_CTL_ADD, descriptor, &event));
+    Valid(::epoll_ctl(epoll_, EPOLL_CTL_ADD, descriptor, &event));
 }
 
 /// Once, because a closed terminal is always ready. So it does not matter either whether a
 /// descriptor is still the one that was watched before.
-void ReadySet::watchOnce(int descriptor, ConnectedInstrument& instrument) const {
+void ReadySet::WatchOnce(int descriptor, ConnectedInstrument& instrument) const {
     epoll_event event = {};
     event.events = EPOLLIN | EPOLLONESHOT;
     event.data.ptr = &instrument;
@@ -93,7 +93,7 @@ void ReadySet::watchOnce(int descriptor, ConnectedInstrument& instrument) const 
         ::epoll_ctl(epoll_, EPOLL_CTL_ADD, descriptor, &event);
 }
 
-void ReadySet::setDeadline(ConnectedInstrument& instrument, TimePoint deadline) {
+void ReadySet::SetDeadline(ConnectedInstrument& instrument, TimePoint deadline) {
     TimePoint& known = deadlines_.try_emplace(&instrument, TimePoint::max()).first->second;
     if (known == deadline) return;
     byDeadline_.erase({known, &instrument});
@@ -101,11 +101,11 @@ void ReadySet::setDeadline(ConnectedInstrument& instrument, TimePoint deadline) 
     known = deadline;
 }
 
-void ReadySet::setTimer() {
+void ReadySet::SetTimer() {
     const TimePoint first = byDeadline_.empty() ? TimePoint::max() : byDeadline_.begin()->first;
     if (first == timerSet_) return;
     timerSet_ = first;
-    const itimerspec timer = first == TimePoint::max() ? itimerspec{} : at(first);
+    const itimerspec timer = first == TimePoint::max() ? itimerspec{} : At(first);
     ::timerfd_settime(timer_, TFD_TIMER_ABSTIME, &timer, nullptr);
 }
 

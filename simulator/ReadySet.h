@@ -20,22 +20,22 @@ class ReadySet {
 
     /// Watches the instrument's present descriptors and deadline, until wait has named it once.
     /// Call again when it was served and when they have changed.
-    void watch(ConnectedInstrument& instrument);
+    void Watch(ConnectedInstrument& instrument);
 
     /// Sleeps until an instrument is ready or somebody wakes; returns the instruments that are
     /// ready.
-    std::vector<ConnectedInstrument*> wait();
+    std::vector<ConnectedInstrument*> Wait();
 
     /// Ends the wait that is going on, or else the next one; from any thread.
-    void wake() const;
+    void Wake() const;
 
  private:
     using TimePoint = ConnectedInstrument::Clock::time_point;
 
-    void watchForever(int descriptor) const;
-    void watchOnce(int descriptor, ConnectedInstrument& instrument) const;
-    void setDeadline(ConnectedInstrument& instrument, TimePoint deadline);
-    void setTimer();
+    void WatchForever(int descriptor) const;
+    void WatchOnce(int descriptor, ConnectedInstrument& instrument) const;
+    void SetDeadline(ConnectedInstrument& instrument, TimePoint deadline);
+    void SetTimer();
 
     int epoll_ = -1;
     int wakeUp_ = -1;

@@ -11,9 +11,9 @@
 namespace simulator {
 namespace {
 
-Time timeIn(const std::string& word, Time before) {
+Time TimeIn(const std::string& word, Time before) {
     const bool isRelative = word[0] == '+';
-    const auto time = parseTime(word.substr(isRelative ? 1 : 0));
+    const auto time = ParseTime(word.substr(isRelative ? 1 : 0));
     if (!time)
         throw std::invalid_argument("\"" + word +
                                     "\" is no time; a line begins with a time such as 500ms, 2s "
@@ -23,18 +23,18 @@ Time timeIn(const std::string& word, Time before) {
 
 }  // namespace
 
-Script readScript(std::istream& text, const std::string& name) {
+Script ReadScript(std::istream& text, const std::string& name) {
     Script script;
     std::string line;
     Time before{0};
     for (int number = 1; std::getline(text, line); ++number) {
-        const std::string words = singleSpaced(cutAt(line, '#').first);
+        const std::string words = SingleSpaced(CutAt(line, '#').first);
         if (words.empty()) continue;
         const std::string place = name + ":" + std::to_string(number);
         try {
-            const auto [time, change] = firstWord(words);
-            before = timeIn(time, before);
-            script.push_back({before, Change::parse(change), place});
+            const auto [time, change] = FirstWord(words);
+            before = TimeIn(time, before);
+            script.push_back({before, Change::Parse(change), place});
         } catch (const std::invalid_argument& error) {
             throw std::invalid_argument(place + ": " + error.what());
         }
@@ -44,10 +44,10 @@ Script readScript(std::istream& text, const std::string& name) {
     return script;
 }
 
-Script readScriptFile(const std::string& path) {
+Script ReadScriptFile(const std::string& path) {
     std::ifstream file(path);
     if (!file) throw std::runtime_error("the script " + path + ": " + std::strerror(errno));
-    Script script = readScript(file, path);
+    Script script = ReadScript(file, path);
     if (file.bad()) throw std::runtime_error("the script " + path + " cannot be read");
     return script;
 }

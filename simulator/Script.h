@@ -31,9 +31,9 @@ using Script = std::vector<ScriptStep>;
 
 /// Reads a script, called `name` in complaints; its steps come in the order of their times. Throws
 /// std::invalid_argument with the number of the line and what to write instead.
-Script readScript(std::istream& text, const std::string& name);
+Script ReadScript(std::istream& text, const std::string& name);
 
 /// Reads the script in a file. Throws std::runtime_error as well, when it can't be read.
-Script readScriptFile(const std::string& path);
+Script ReadScriptFile(const std::string& path);
 
 }  // namespace simulator

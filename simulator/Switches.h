@@ -24,21 +24,21 @@ class Switches {
 
     /// Sets one switch from "name=value"; "name" alone means "name=on". Throws
     /// std::invalid_argument, saying what is allowed, for an unknown name or value.
-    void choose(const std::string& setting);
+    void Choose(const std::string& setting);
 
     /// The value of a switch; the name must be one of the descriptions.
-    const std::string& text(const std::string& name) const { return values_.at(name); }
-    bool isOn(const std::string& name) const { return text(name) == "on"; }
-    Time time(const std::string& name) const { return *parseTime(text(name)); }
+    const std::string& Text(const std::string& name) const { return values_.at(name); }
+    bool IsOn(const std::string& name) const { return Text(name) == "on"; }
+    Time TimeOf(const std::string& name) const { return *ParseTime(Text(name)); }
 
  private:
-    const SwitchDescription& describe(const std::string& name) const;
+    const SwitchDescription& Describe(const std::string& name) const;
 
     std::vector<SwitchDescription> descriptions_;
     std::map<std::string, std::string> values_;
 };
 
 /// A switch that is on or off.
-SwitchDescription onOff(const std::string& name, bool initiallyOn, const std::string& sentence);
+SwitchDescription OnOff(const std::string& name, bool initiallyOn, const std::string& sentence);
 
 }  // namespace simulator

@@ -7,19 +7,19 @@
 namespace simulator {
 
 /// The number that is the whole of `text`, such as "12", "-0.5" or "+100.25"; empty for other text.
-std::optional<double> parseNumber(const std::string& text);
+std::optional<double> ParseNumber(const std::string& text);
 
 /// The whole number of digits only that is the whole of `text`; empty for other text and for
 /// numbers outside `least` to `most`.
-std::optional<int> parseWholeNumber(const std::string& text, int least, int most);
+std::optional<int> ParseWholeNumber(const std::string& text, int least, int most);
 
 /// What stands before and behind the first `separator`; nothing behind when there is none.
-std::pair<std::string, std::optional<std::string>> cutAt(const std::string& text, char separator);
+std::pair<std::string, std::optional<std::string>> CutAt(const std::string& text, char separator);
 
-/// The first word and what stands behind the blank after it, of text as singleSpaced gives it.
-std::pair<std::string, std::string> firstWord(const std::string& text);
+/// The first word and what stands behind the blank after it, of text as SingleSpaced gives it.
+std::pair<std::string, std::string> FirstWord(const std::string& text);
 
 /// The words of `text` with one blank between them: blanks, tabs and line ends are alike.
-std::string singleSpaced(const std::string& text);
+std::string SingleSpaced(const std::string& text);
 
 }  // namespace simulator

@@ -13,6 +13,6 @@ using Time = std::chrono::milliseconds;
 using namespace std::chrono_literals;
 
 /// Reads "500ms", "2s" or "1.5s"; empty for other text.
-std::optional<Time> parseTime(const std::string& text);
+std::optional<Time> ParseTime(const std::string& text);
 
 }  // namespace simulator

@@ -10,50 +10,50 @@ namespace simulator {
 
 VirtualBench::VirtualBench() {
     const HeldSignals held;
-    thread_ = std::thread([this] { serveUntilStopped(); });
+    thread_ = std::thread([this] { ServeUntilStopped(); });
 }
 
 VirtualBench::~VirtualBench() {
     stopping_ = true;
-    ready_.wake();
+    ready_.Wake();
     thread_.join();
     for (const auto& instrument : instruments_)
-        instrument->serve();  // what a host has sent at the very end
+        instrument->Serve();  // what a host has sent at the very end
     instruments_.clear();
 }
 
-ConnectedInstrument& VirtualBench::place(const std::string& instrument, const Options& options) {
-    return place(findInstrument(instrument), options);
+ConnectedInstrument& VirtualBench::Place(const std::string& instrument, const Options& options) {
+    return Place(FindInstrument(instrument), options);
 }
 
-ConnectedInstrument& VirtualBench::place(const CatalogEntry& entry, const Options& options) {
-    return add(std::make_unique<ConnectedInstrument>(
-        entry, options, std::make_unique<VirtualLine>(directory(), options.device)));
+ConnectedInstrument& VirtualBench::Place(const CatalogEntry& entry, const Options& options) {
+    return Add(std::make_unique<ConnectedInstrument>(
+        entry, options, std::make_unique<VirtualLine>(Directory(), options.device)));
 }
 
-ConnectedInstrument& VirtualBench::placeOnTerminal(const std::string& instrument,
+ConnectedInstrument& VirtualBench::PlaceOnTerminal(const std::string& instrument,
                                                    const Options& options) {
-    return placeOnTerminal(findInstrument(instrument), options);
+    return PlaceOnTerminal(FindInstrument(instrument), options);
 }
 
-ConnectedInstrument& VirtualBench::placeOnTerminal(const CatalogEntry& entry,
+ConnectedInstrument& VirtualBench::PlaceOnTerminal(const CatalogEntry& entry,
                                                    const Options& options) {
-    return add(std::make_unique<ConnectedInstrument>(
+    return Add(std::make_unique<ConnectedInstrument>(
         entry, options, std::make_unique<PlainTerminal>(options.line.value_or(entry.line))));
 }
 
-ConnectedInstrument& VirtualBench::add(std::unique_ptr<ConnectedInstrument> instrument) {
+ConnectedInstrument& VirtualBench::Add(std::unique_ptr<ConnectedInstrument> instrument) {
     ConnectedInstrument& added = *instrument;
-    added.onChange([this, &added] { noteChange(added); });
+    added.OnChange([this, &added] { NoteChange(added); });
     {
         const std::lock_guard<std::mutex> lock(mutex_);
         instruments_.push_back(std::move(instrument));
     }
-    noteChange(added);
+    NoteChange(added);
     return added;
 }
 
-std::vector<ConnectedInstrument*> VirtualBench::instruments() {
+std::vector<ConnectedInstrument*> VirtualBench::Instruments() {
     const std::lock_guard<std::mutex> lock(mutex_);
     std::vector<ConnectedInstrument*> all;
     for (const auto& instrument : instruments_)
@@ -61,26 +61,26 @@ std::vector<ConnectedInstrument*> VirtualBench::instruments() {
     return all;
 }
 
-void VirtualBench::noteChange(ConnectedInstrument& instrument) {
+void VirtualBench::NoteChange(ConnectedInstrument& instrument) {
     {
         const std::lock_guard<std::mutex> lock(mutex_);
         changed_.insert(&instrument);
     }
-    ready_.wake();
+    ready_.Wake();
 }
 
-std::set<ConnectedInstrument*> VirtualBench::takeChanged() {
+std::set<ConnectedInstrument*> VirtualBench::TakeChanged() {
     const std::lock_guard<std::mutex> lock(mutex_);
     return std::exchange(changed_, {});
 }
 
-void VirtualBench::serveUntilStopped() {
+void VirtualBench::ServeUntilStopped() {
     while (!stopping_) {
-        for (ConnectedInstrument* instrument : takeChanged())
-            ready_.watch(*instrument);
-        for (ConnectedInstrument* instrument : ready_.wait()) {
-            instrument->serve();
-            ready_.watch(*instrument);
+        for (ConnectedInstrument* instrument : TakeChanged())
+            ready_.Watch(*instrument);
+        for (ConnectedInstrument* instrument : ready_.Wait()) {
+            instrument->Serve();
+            ready_.Watch(*instrument);
         }
     }
 }

@@ -20,9 +20,9 @@ namespace simulator {
 /// their devices; so does this very process when it is linked to that object:
 ///
 ///     VirtualBench bench;
-///     auto& balance = bench.place("mettler-toledo", Options().on("/dev/ttyS0").withLoad(12.34));
+///     auto& balance = bench.Place("mettler-toledo", Options().On("/dev/ttyS0").WithLoad(12.34));
 ///     ... any serial port code, such as a driver that opens /dev/ttyS0 ...
-///     EXPECT_EQ(balance.sentByHost(), "@\r\nS\r\n");
+///     EXPECT_EQ(balance.SentByHost(), "@\r\nS\r\n");
 ///
 /// The bench owns its directory of lines and names it in WBALANCE_VIRTUAL_LINES for as long as it
 /// lives; so there is one bench at a time in a process.
@@ -35,27 +35,27 @@ class VirtualBench {
 
     /// Sets up the instrument of this catalog name on a virtual line. The instrument belongs to the
     /// bench. Throws std::invalid_argument for unknown names, switches, faults and devices.
-    ConnectedInstrument& place(const std::string& instrument, const Options& options = {});
+    ConnectedInstrument& Place(const std::string& instrument, const Options& options = {});
 
     /// The same for an instrument that is in no catalog.
-    ConnectedInstrument& place(const CatalogEntry& entry, const Options& options = {});
+    ConnectedInstrument& Place(const CatalogEntry& entry, const Options& options = {});
 
     /// The same on a bare pseudo-terminal, whose path is the instrument's device().
-    ConnectedInstrument& placeOnTerminal(const std::string& instrument,
+    ConnectedInstrument& PlaceOnTerminal(const std::string& instrument,
                                          const Options& options = {});
-    ConnectedInstrument& placeOnTerminal(const CatalogEntry& entry, const Options& options = {});
+    ConnectedInstrument& PlaceOnTerminal(const CatalogEntry& entry, const Options& options = {});
 
     /// What stands on the bench, in the order in which it was placed.
-    std::vector<ConnectedInstrument*> instruments();
+    std::vector<ConnectedInstrument*> Instruments();
 
     /// Where the lines' files are: the value of WBALANCE_VIRTUAL_LINES.
-    const std::filesystem::path& directory() const { return directory_.path(); }
+    const std::filesystem::path& Directory() const { return directory_.Path(); }
 
  private:
-    ConnectedInstrument& add(std::unique_ptr<ConnectedInstrument> instrument);
-    void noteChange(ConnectedInstrument& instrument);
-    std::set<ConnectedInstrument*> takeChanged();
-    void serveUntilStopped();
+    ConnectedInstrument& Add(std::unique_ptr<ConnectedInstrument> instrument);
+    void NoteChange(ConnectedInstrument& instrument);
+    std::set<ConnectedInstrument*> TakeChanged();
+    void ServeUntilStopped();
 
     BenchDirectory directory_;
     std::mutex mutex_;  ///< taken under an instrument's own, never around it

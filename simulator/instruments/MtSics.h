@@ -23,15 +23,15 @@ class MtSics : public Dialect {
  public:
     MtSics(BalanceModel& model, const Switches& switches);
 
-    void powerUp() override;
-    void receiveBreak() override { say("ET"); }
+    void PowerUp() override;
+    void ReceiveBreak() override { Say("ET"); }
 
  protected:
-    void unknown(const std::string& command) override;
-    void refuse(const std::string&) override { say("EL"); }
-    void spoiled() override { say("ET"); }
-    bool interrupts(const std::string& command) const override { return command == "@"; }
-    void printKey() override;
+    void Unknown(const std::string& command) override;
+    void Refuse(const std::string&) override { Say("EL"); }
+    void Spoiled() override { Say("ET"); }
+    bool Interrupts(const std::string& command) const override { return command == "@"; }
+    void PrintKey() override;
 
  private:
     struct Command {
@@ -41,64 +41,64 @@ class MtSics : public Dialect {
         bool isAnswered;
     };
     /// Every command there is, in the order of I0, and whether this model answers it.
-    std::vector<Command> commands() const;
+    std::vector<Command> Commands() const;
 
     // What it is (mt-sics-identity.cpp).
-    void sayCommands();
-    void sayLevels();
-    void sayType();
-    void saySoftware();
-    void sendSerialNumber();
-    void saySerialNumber();
-    void saySoftwareNumber();
-    void sayModel();
-    void reset();
-    void answer(const std::string& id, const std::string& texts);
+    void SayCommands();
+    void SayLevels();
+    void SayType();
+    void SaySoftware();
+    void SendSerialNumber();
+    void SaySerialNumber();
+    void SaySoftwareNumber();
+    void SayModel();
+    void Reset();
+    void Answer(const std::string& id, const std::string& texts);
 
     // Weighing (mt-sics.cpp).
-    void sendStable();
-    void sendImmediately();
-    void sendRepeatedly();
-    void sendChanges(const std::string& step);
-    void sendStableChanges(const std::string& step);
-    void sendInTime(const std::string& milliseconds);
-    void zero();
-    void zeroImmediately();
-    void zeroInTime(const std::string& milliseconds);
-    void tare();
-    void tareImmediately();
-    void tareInTime(const std::string& milliseconds);
-    void tareValue(const std::string& parameters);
-    void clearTare(const std::string& parameters);
-    void sayStatus();
-    void sayWeightNow();
+    void SendStable();
+    void SendImmediately();
+    void SendRepeatedly();
+    void SendChanges(const std::string& step);
+    void SendStableChanges(const std::string& step);
+    void SendInTime(const std::string& milliseconds);
+    void Zero();
+    void ZeroImmediately();
+    void ZeroInTime(const std::string& milliseconds);
+    void Tare();
+    void TareImmediately();
+    void TareInTime(const std::string& milliseconds);
+    void TareValue(const std::string& parameters);
+    void ClearTare(const std::string& parameters);
+    void SayStatus();
+    void SayWeightNow();
 
     // Settings and service (mt-sics-settings.cpp).
-    void showText(const std::string& parameters);
-    void showWeight();
-    void power(const std::string& parameters);
-    void identify(const std::string& parameters);
-    void chooseUnit(const std::string& parameters);
-    void setDate(const std::string& parameters);
-    void setTime(const std::string& parameters);
-    void setRate(const std::string& parameters);
-    void adjustAsSet();
-    void adjustInternally();
-    void adjust(const std::string& id);
+    void ShowText(const std::string& parameters);
+    void ShowWeight();
+    void Power(const std::string& parameters);
+    void Identify(const std::string& parameters);
+    void ChooseUnit(const std::string& parameters);
+    void SetDate(const std::string& parameters);
+    void SetTime(const std::string& parameters);
+    void SetRate(const std::string& parameters);
+    void AdjustAsSet();
+    void AdjustInternally();
+    void Adjust(const std::string& id);
 
-    bool isOutOfRange(const std::string& id);
+    bool IsOutOfRange(const std::string& id);
     /// Switched off or occupied: it weighs nothing now.
-    bool isUnable() const { return isBusy() || adjusting_ || !balance().isOn(); }
-    void atRest(const std::string& id, Action then);
-    void inTime(const std::string& id, const std::string& milliseconds, Action then);
-    void watch(const std::string& id, const std::string& step);
-    void followChange(std::optional<double> step, bool saysMoving);
-    bool hasChanged(const Reading& reading, std::optional<double> step) const;
-    void tareNow(const std::string& id);
-    static std::optional<std::string> quotedText(const std::string& parameters);
-    std::optional<double> grams(const std::string& weight) const;
-    void sayOutcome(const std::string& id, Outcome outcome, const std::string& done);
-    std::string weightLine(const std::string& id, const std::string& digits) const;
+    bool IsUnable() const { return IsBusy() || adjusting_ || !Balance().IsOn(); }
+    void AtRest(const std::string& id, Action then);
+    void InTime(const std::string& id, const std::string& milliseconds, Action then);
+    void Watch(const std::string& id, const std::string& step);
+    void FollowChange(std::optional<double> step, bool saysMoving);
+    bool HasChanged(const Reading& reading, std::optional<double> step) const;
+    void TareNow(const std::string& id);
+    static std::optional<std::string> QuotedText(const std::string& parameters);
+    std::optional<double> Grams(const std::string& weight) const;
+    void SayOutcome(const std::string& id, Outcome outcome, const std::string& done);
+    std::string WeightLine(const std::string& id, const std::string& digits) const;
 
     Switches switches_;
     const MtSicsModel& model_;

@@ -5,89 +5,89 @@
 namespace simulator {
 namespace {
 
-std::string quoted(const std::string& text) {
+std::string Quoted(const std::string& text) {
     return '"' + text + '"';
 }
 
 }  // namespace
 
-void MtSics::powerUp() {
+void MtSics::PowerUp() {
     adjusting_ = false;
-    if (switches_.isOn("power-on-line")) saySerialNumber();
+    if (switches_.IsOn("power-on-line")) SaySerialNumber();
 }
 
 // > "@"   < I4 A "1126493049"; what is waited for and repeated ends, the tare stays
-void MtSics::reset() {
-    cancelAll();
+void MtSics::Reset() {
+    CancelAll();
     adjusting_ = false;
-    balance().showWeight();
-    if (switches_.isOn("reset-answer")) saySerialNumber();
+    Balance().ShowWeight();
+    if (switches_.IsOn("reset-answer")) SaySerialNumber();
 }
 
 /// "I2 A" and the texts, "I2 I" while it is busy.
-void MtSics::answer(const std::string& id, const std::string& texts) {
-    say(id + (isBusy() || adjusting_ ? " I" : " A " + texts));
+void MtSics::Answer(const std::string& id, const std::string& texts) {
+    Say(id + (IsBusy() || adjusting_ ? " I" : " A " + texts));
 }
 
 // > "I0"  < a line I0 B 0 "I0" for each command; the last one is I0 A 2 "UPD"
-void MtSics::sayCommands() {
-    if (isBusy() || adjusting_) return say("I0 I");
+void MtSics::SayCommands() {
+    if (IsBusy() || adjusting_) return Say("I0 I");
     std::vector<std::string> rows;
-    for (const Command& command : commands())
+    for (const Command& command : Commands())
         if (command.isAnswered)
-            rows.push_back(std::to_string(command.level) + " " + quoted(command.name));
+            rows.push_back(std::to_string(command.level) + " " + Quoted(command.name));
     for (const std::string& row : rows)
-        say((&row == &rows.back() ? "I0 A " : "I0 B ") + row);
+        Say((&row == &rows.back() ? "I0 A " : "I0 B ") + row);
 }
 
 // > "I1"  < I1 A "0123" "2.30" "2.22" "2.33" "2.20": the levels, then the version of each
-void MtSics::sayLevels() {
-    answer("I1", model_.levels);
+void MtSics::SayLevels() {
+    Answer("I1", model_.levels);
 }
 
 // > "I2"  < I2 A "XS204 Excellence 220.0090 g": type, capacity with the overrange, unit
-void MtSics::sayType() {
-    BalanceData data = balance().data();
+void MtSics::SayType() {
+    BalanceData data = Balance().Data();
     data.gramsPerUnit = 1;
     data.countsPieces = false;
-    Reading full = BalanceModel(data).read();
+    Reading full = BalanceModel(data).Read();
     full.value = data.capacity;
-    answer("I2", quoted(model_.type + " " + full.digits() + " g"));
+    Answer("I2", Quoted(model_.type + " " + full.Digits() + " g"));
 }
 
 // > "I3"  < I3 A "1.10 18.6.4.1361.772": version of the software, number of the type
-void MtSics::saySoftware() {
-    answer("I3", quoted(model_.software));
+void MtSics::SaySoftware() {
+    Answer("I3", Quoted(model_.software));
 }
 
 // > "I4"  < I4 A "1126493049"
-void MtSics::sendSerialNumber() {
-    answer("I4", quoted(switches_.text("serial-number")));
+void MtSics::SendSerialNumber() {
+    Answer("I4", Quoted(switches_.Text("serial-number")));
 }
 
 /// Unasked, too: after the reset and when the power comes.
-void MtSics::saySerialNumber() {
-    say("I4 A " + quoted(switches_.text("serial-number")));
+void MtSics::SaySerialNumber() {
+    Say("I4 A " + Quoted(switches_.Text("serial-number")));
 }
 
 // > "I5"  < I5 A "11671158C": 8 digits and an index
-void MtSics::saySoftwareNumber() {
-    answer("I5", quoted(model_.softwareNumber));
+void MtSics::SaySoftwareNumber() {
+    Answer("I5", Quoted(model_.softwareNumber));
 }
 
 // > "I11" < I11 A "WXS205SDU"
-void MtSics::sayModel() {
-    answer("I11", quoted(model_.designation));
+void MtSics::SayModel() {
+    Answer("I11", Quoted(model_.designation));
 }
 
 // > I10 "LINE 4"   < "I10 A";  > "I10"   < I10 A "LINE 4"; it outlasts the mains
-void MtSics::identify(const std::string& parameters) {
+void MtSics::Identify(const std::string& parameters) {
     constexpr std::size_t longestName = 20;
-    if (parameters.empty()) return answer("I10", quoted(name_));
-    const auto text = quotedText(parameters);
-    if (!text || text->size() > longestName) return say("I10 L");
+    if (parameters.empty()) return Answer("I10", Quoted(name_));
+    const auto text = QuotedText(parameters);
+    if (!text || text->size() > longestName) return Say("I10 L");
     name_ = *text;
-    say("I10 A");
+    Say("I10 A");
 }
 
 }  // namespace simulator

@@ -7,7 +7,7 @@ namespace {
 
 // Texts of the XS204 (I2) and of the WXS205SDU (I2, I3, I5, I11) are those of such balances. The
 // others have their form.
-const std::vector<MtSicsModel>& models() {
+const std::vector<MtSicsModel>& Models() {
     static const std::vector<MtSicsModel> all = {
         {"level-1", "MT-SICS", "MT-SICS", R"("01" "2.30" "2.22")", "1.20 34.28.3.4485.1729",
          "11671158C", 610, 0.01, true, false, false},
@@ -23,23 +23,23 @@ const std::vector<MtSicsModel>& models() {
     return all;
 }
 
-std::vector<std::string> modelNames() {
+std::vector<std::string> ModelNames() {
     std::vector<std::string> names;
-    for (const MtSicsModel& each : models())
+    for (const MtSicsModel& each : Models())
         names.push_back(each.name);
     return names;
 }
 
 }  // namespace
 
-const MtSicsModel& mtSicsModel(const Switches& switches) {
-    const std::string& name = switches.text("model");
-    return *std::find_if(models().begin(), models().end(),
+const MtSicsModel& ChosenMtSicsModel(const Switches& switches) {
+    const std::string& name = switches.Text("model");
+    return *std::find_if(Models().begin(), Models().end(),
                          [&](const MtSicsModel& each) { return each.name == name; });
 }
 
-BalanceData mtSicsBalance(const Switches& switches) {
-    const MtSicsModel& model = mtSicsModel(switches);
+BalanceData MtSicsBalance(const Switches& switches) {
+    const MtSicsModel& model = ChosenMtSicsModel(switches);
     BalanceData data;
     data.capacity = model.capacity;
     data.readability = model.readability;
@@ -48,11 +48,11 @@ BalanceData mtSicsBalance(const Switches& switches) {
     return data;
 }
 
-std::vector<SwitchDescription> mtSicsSwitches(const std::string& model) {
+std::vector<SwitchDescription> MtSicsSwitches(const std::string& model) {
     return {
-        {"model", model, modelNames(), "texts, capacity, readability and commands"},
-        onOff("reset-answer", true, "answers @ with its serial number"),
-        onOff("power-on-line", true, "sends its serial number unasked when the mains come on"),
+        {"model", model, ModelNames(), "texts, capacity, readability and commands"},
+        OnOff("reset-answer", true, "answers @ with its serial number"),
+        OnOff("power-on-line", true, "sends its serial number unasked when the mains come on"),
         {"serial-number", "1126493049", {}, "serial number, 7 to 10 characters"},
         {"stability-time-out", "10s", {}, "how long S, T and Z wait for the pan to rest", true},
         {"repeat-interval", "200ms", {}, "time between two weights of SIR, until UPD", true},
@@ -60,7 +60,7 @@ std::vector<SwitchDescription> mtSicsSwitches(const std::string& model) {
         {"display-width", "14", {"7", "14", "20", "60"}, "characters that the display holds"},
         {"cut-text", "R", {"A", "R", "L"}, "status answered for a text that was cut to fit"},
         {"tare-query", "A", {"A", "S"}, "status in the answer to TA without a weight"},
-        onOff("timed-commands", false, "knows SC, TC and ZC, as some weigh modules do"),
+        OnOff("timed-commands", false, "knows SC, TC and ZC, as some weigh modules do"),
     };
 }
 

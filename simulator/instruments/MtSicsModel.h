@@ -24,12 +24,12 @@ struct MtSicsModel {
 };
 
 /// The model that is chosen.
-const MtSicsModel& mtSicsModel(const Switches& switches);
+const MtSicsModel& ChosenMtSicsModel(const Switches& switches);
 
 /// The switches of a balance that speaks MT-SICS, which is `model` unless another is chosen.
-std::vector<SwitchDescription> mtSicsSwitches(const std::string& model);
+std::vector<SwitchDescription> MtSicsSwitches(const std::string& model);
 
 /// The ranges and the step of the model that is chosen.
-BalanceData mtSicsBalance(const Switches& switches);
+BalanceData MtSicsBalance(const Switches& switches);
 
 }  // namespace simulator

@@ -7,80 +7,83 @@
 namespace simulator {
 namespace {
 
-constexpr double ounce = 28.349523125;
-constexpr double troyOunce = 31.1034768;
-constexpr double pennyweight = 1.55517384;
-constexpr double pound = 453.59237;
-constexpr double grain = 0.06479891;
+constexpr double kOunce = 28.349523125;
+constexpr double kTroyOunce = 31.1034768;
+constexpr double kPennyweight = 1.55517384;
+constexpr double kPound = 453.59237;
+constexpr double kGrain = 0.06479891;
 
 /// The numbers of xU.
-std::vector<OhausUnit> unitsOfTheExplorer() {
-    return {{0, "mg", 0.001}, {1, "g", 1},           {2, "kg", 1000},  {3, "ct", 0.2},
-            {4, "oz", ounce}, {5, "ozt", troyOunce}, {6, "lb", pound}, {7, "dwt", pennyweight},
-            {8, "GN", grain}};
+std::vector<OhausUnit> UnitsOfTheExplorer() {
+    return {{0, "mg", 0.001},  {1, "g", 1},
+            {2, "kg", 1000},   {3, "ct", 0.2},
+            {4, "oz", kOunce}, {5, "ozt", kTroyOunce},
+            {6, "lb", kPound}, {7, "dwt", kPennyweight},
+            {8, "GN", kGrain}};
 }
 
 /// The numbers of xM on the Scout Pro, which chooses the unit and the counting alike.
-std::vector<OhausUnit> unitsOfTheScoutPro() {
-    return {{0, "g", 1},         {1, "oz", ounce}, {2, "ozt", troyOunce}, {3, "dwt", pennyweight},
-            {4, "PCS", 1, true}, {5, "lb", pound}};
+std::vector<OhausUnit> UnitsOfTheScoutPro() {
+    return {
+        {0, "g", 1},         {1, "oz", kOunce}, {2, "ozt", kTroyOunce}, {3, "dwt", kPennyweight},
+        {4, "PCS", 1, true}, {5, "lb", kPound}};
 }
 
-const std::vector<OhausSeries>& allSeries() {
+const std::vector<OhausSeries>& AllSeries() {
     static const std::vector<OhausSeries> all = {
         {"scout-pro", "scout-pro", false, false, false, false, false, false, false, 0, -1,
-         unitsOfTheScoutPro()},
+         UnitsOfTheScoutPro()},
         {"explorer", "explorer", true, true, true, true, true, true, false, 0, 1,
-         unitsOfTheExplorer()},
+         UnitsOfTheExplorer()},
         {"discovery", "explorer", false, true, true, true, true, false, false, 0, -1, {}},
-        {"scout", "scout", true, true, true, false, false, true, true, 1, -1, unitsOfTheExplorer()},
+        {"scout", "scout", true, true, true, false, false, true, true, 1, -1, UnitsOfTheExplorer()},
     };
     return all;
 }
 
-std::vector<std::string> seriesNames() {
+std::vector<std::string> SeriesNames() {
     std::vector<std::string> names;
-    for (const OhausSeries& each : allSeries())
+    for (const OhausSeries& each : AllSeries())
         names.push_back(each.name);
     return names;
 }
 
 }  // namespace
 
-std::string ohausLine(const std::string& layout, const std::string& digits, const std::string& unit,
+std::string OhausLine(const std::string& layout, const std::string& digits, const std::string& unit,
                       bool isStable, bool isNet) {
     const std::string mark = isStable ? " " : "?";
     const std::string apart = unit.empty() ? "" : " " + unit;
     if (layout == "explorer-pro")
-        return rightAligned(digits, 9) + (unit.empty() ? "" : " " + leftAligned(unit, 5)) + mark;
-    if (layout == "explorer") return rightAligned(digits, 10) + apart + (isStable ? "" : " ?");
+        return RightAligned(digits, 9) + (unit.empty() ? "" : " " + LeftAligned(unit, 5)) + mark;
+    if (layout == "explorer") return RightAligned(digits, 10) + apart + (isStable ? "" : " ?");
     if (layout == "scout-pro-narrow")
-        return rightAligned(digits, 11) + apart + (isStable ? "" : " ?");
+        return RightAligned(digits, 11) + apart + (isStable ? "" : " ?");
     if (layout == "scout")
-        return rightAligned(digits, 10) + apart + " " + mark + (isNet ? " N" : "");
+        return RightAligned(digits, 10) + apart + " " + mark + (isNet ? " N" : "");
     const std::string gap = layout == "scout-pro-close-mark" ? "" : " ";
-    return rightAligned(digits, 12) + " " + leftAligned(unit, 5) + gap + mark;
+    return RightAligned(digits, 12) + " " + LeftAligned(unit, 5) + gap + mark;
 }
 
-const OhausSeries& ohausSeries(const Switches& switches) {
-    const std::string& name = switches.text("series");
-    return *std::find_if(allSeries().begin(), allSeries().end(),
+const OhausSeries& ChosenOhausSeries(const Switches& switches) {
+    const std::string& name = switches.Text("series");
+    return *std::find_if(AllSeries().begin(), AllSeries().end(),
                          [&](const OhausSeries& each) { return each.name == name; });
 }
 
-std::vector<SwitchDescription> ohausSwitches() {
+std::vector<SwitchDescription> OhausSwitches() {
     return {
-        {"series", "scout-pro", seriesNames(), "commands; scout is the new Scout"},
+        {"series", "scout-pro", SeriesNames(), "commands; scout is the new Scout"},
         {"line",
          "of-series",
          {"of-series", "scout-pro", "scout-pro-close-mark", "scout-pro-narrow", "explorer",
           "explorer-pro", "scout"},
          "layout of a printed line"},
-        onOff("stable-print", true, "knows SP; a Scout Pro may not, and stays silent"),
-        onOff("stable-only", false, "P waits for the pan to rest, as after 1S"),
-        onOff("numeric-only", false, "prints no unit"),
-        onOff("factory-auto-print", false, "prints continuously after ESC R, until 0A"),
-        onOff("reset-changes-line", false, "understands nothing after ESC R: other line settings"),
+        OnOff("stable-print", true, "knows SP; a Scout Pro may not, and stays silent"),
+        OnOff("stable-only", false, "P waits for the pan to rest, as after 1S"),
+        OnOff("numeric-only", false, "prints no unit"),
+        OnOff("factory-auto-print", false, "prints continuously after ESC R, until 0A"),
+        OnOff("reset-changes-line", false, "understands nothing after ESC R: other line settings"),
         {"stability-time-out", "40s", {}, "how long SP and P wait for the pan to rest", true},
         {"wake-up-time", "2s", {}, "how long the balance needs after ON", true},
         {"serial-number", "B717693125", {}, "answer to PSN"},

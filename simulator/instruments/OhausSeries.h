@@ -32,10 +32,10 @@ struct OhausSeries {
 };
 
 /// A printed line in one of the layouts of the switch "line"; without unit where that is empty.
-std::string ohausLine(const std::string& layout, const std::string& digits, const std::string& unit,
+std::string OhausLine(const std::string& layout, const std::string& digits, const std::string& unit,
                       bool isStable, bool isNet);
 
-const OhausSeries& ohausSeries(const Switches& switches);
-std::vector<SwitchDescription> ohausSwitches();
+const OhausSeries& ChosenOhausSeries(const Switches& switches);
+std::vector<SwitchDescription> OhausSwitches();
 
 }  // namespace simulator

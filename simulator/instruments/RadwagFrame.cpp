@@ -5,46 +5,46 @@
 namespace simulator {
 namespace {
 
-constexpr std::size_t commandColumns = 3;
+constexpr std::size_t kCommandColumns = 3;
 
 /// Out of range there is no mass: it reads zero.
-std::string massOf(Reading reading) {
-    if (reading.range != Reading::Range::inside) reading.value = 0;
-    return reading.digits();
+std::string MassOf(Reading reading) {
+    if (reading.range != Reading::Range::Inside) reading.value = 0;
+    return reading.Digits();
 }
 
-std::string markOf(const Reading& reading) {
-    if (reading.range == Reading::Range::over) return "^";
-    if (reading.range == Reading::Range::under) return "v";
+std::string MarkOf(const Reading& reading) {
+    if (reading.range == Reading::Range::Over) return "^";
+    if (reading.range == Reading::Range::Under) return "v";
     return reading.stable ? " " : "?";
 }
 
 }  // namespace
 
-std::string radwagFrame(const std::string& command, const Reading& reading, bool isWide) {
-    return leftAligned(command, commandColumns) + (isWide ? " " : "") + radwagMass(reading);
+std::string RadwagFrame(const std::string& command, const Reading& reading, bool isWide) {
+    return LeftAligned(command, kCommandColumns) + (isWide ? " " : "") + RadwagMass(reading);
 }
 
-std::string radwagMass(const Reading& reading) {
-    const std::string digits = massOf(reading);
+std::string RadwagMass(const Reading& reading) {
+    const std::string digits = MassOf(reading);
     const bool isNegative = digits.front() == '-';
-    return markOf(reading) + " " + (isNegative ? "-" : " ") +
-           rightAligned(digits.substr(isNegative), radwagMassColumns) + " " +
-           leftAligned(reading.unit == "PCS" ? "pcs" : reading.unit, radwagUnitColumns);
+    return MarkOf(reading) + " " + (isNegative ? "-" : " ") +
+           RightAligned(digits.substr(isNegative), kRadwagMassColumns) + " " +
+           LeftAligned(reading.unit == "PCS" ? "pcs" : reading.unit, kRadwagUnitColumns);
 }
 
-const std::vector<Unit>& radwagUnits() {
+const std::vector<Unit>& RadwagUnits() {
     static const std::vector<Unit> all = {{"g", 1}, {"mg", 0.001}, {"ct", 0.2}};
     return all;
 }
 
-std::vector<SwitchDescription> radwagSwitches() {
+std::vector<SwitchDescription> RadwagSwitches() {
     return {
         {"series", "ps", {"ps", "hrp", "ma", "wtc"}, "commands: a terminal (wtc) has the fewest"},
         {"serial-number", "123456", {}, "answer to NB"},
         {"software", "r.3.0.9", {}, "answer to RV"},
         {"adjustment-time", "10s", {}, "how long IC takes", true},
-        onOff("confirms-at-once", false, "says A ahead of the frames of SI and SUI, as WPW does"),
+        OnOff("confirms-at-once", false, "says A ahead of the frames of SI and SUI, as WPW does"),
         {"stability-time-out", "10s", {}, "how long S, T and Z wait for the pan to rest", true},
         {"during-wait",
          "refuse",

@@ -9,18 +9,18 @@
 namespace simulator {
 
 // A frame: command in 3 columns, stability, blank, sign, mass in 9, blank, unit in 3.
-constexpr std::size_t radwagMassColumns = 9;
-constexpr std::size_t radwagUnitColumns = 3;
+constexpr std::size_t kRadwagMassColumns = 9;
+constexpr std::size_t kRadwagUnitColumns = 3;
 
 /// "SI ?       18.5 g  "; a wide one has a blank more behind the command.
-std::string radwagFrame(const std::string& command, const Reading& reading, bool isWide);
+std::string RadwagFrame(const std::string& command, const Reading& reading, bool isWide);
 
 /// What the frame and the print key's line have in common: stability, sign, mass and unit.
-std::string radwagMass(const Reading& reading);
+std::string RadwagMass(const Reading& reading);
 
 /// The units that a host can choose for the frames, in the order of "US next".
-const std::vector<Unit>& radwagUnits();
+const std::vector<Unit>& RadwagUnits();
 
-std::vector<SwitchDescription> radwagSwitches();
+std::vector<SwitchDescription> RadwagSwitches();
 
 }  // namespace simulator

@@ -7,7 +7,7 @@ namespace {
 
 using Print = SbiSeries::Print;
 
-SbiSeries seriesNamed(const std::string& name, const std::string& model) {
+SbiSeries SeriesNamed(const std::string& name, const std::string& model) {
     SbiSeries series{};
     series.name = name;
     series.model = model;
@@ -19,57 +19,57 @@ SbiSeries seriesNamed(const std::string& name, const std::string& model) {
     return series;
 }
 
-SbiSeries la() {
-    SbiSeries series = seriesNamed("la", "LA620S");
+SbiSeries La() {
+    SbiSeries series = SeriesNamed("la", "LA620S");
     series.hasFunctionKeys = true;
     series.hasSoftKeys = true;
     return series;
 }
 
-SbiSeries cp() {
-    SbiSeries series = seriesNamed("cp", "CP622S");
+SbiSeries Cp() {
+    SbiSeries series = SeriesNamed("cp", "CP622S");
     series.saysSoftware = false;
-    series.print = Print::stopsAndStarts;
+    series.print = Print::StopsAndStarts;
     return series;
 }
 
-SbiSeries extend() {
-    SbiSeries series = seriesNamed("extend", "ED623S");
+SbiSeries Extend() {
+    SbiSeries series = SeriesNamed("extend", "ED623S");
     series.takesBareCommands = true;
-    series.print = Print::stopsAndStarts;
+    series.print = Print::StopsAndStarts;
     return series;
 }
 
-SbiSeries mse() {
-    SbiSeries series = seriesNamed("mse", "MSE1203S-100-DR");
+SbiSeries Mse() {
+    SbiSeries series = SeriesNamed("mse", "MSE1203S-100-DR");
     series.hasTareAlone = true;
     series.printsToAll = "p";
-    series.print = Print::ends;
+    series.print = Print::Ends;
     series.signsZero = false;
     return series;
 }
 
-SbiSeries entris() {
-    SbiSeries series = seriesNamed("entris2", "BCE124I-1CEU");
+SbiSeries Entris() {
+    SbiSeries series = SeriesNamed("entris2", "BCE124I-1CEU");
     series.hasTareAlone = true;
     series.hasFunctionKeys = true;
     series.printsToAll = "kP";
     series.takesBareCommands = true;
-    series.print = Print::stopsAndStarts;
+    series.print = Print::StopsAndStarts;
     series.word = "Model  ";
     return series;
 }
 
-SbiSeries quintix() {
-    SbiSeries series = seriesNamed("quintix", "QUINTIX612-1S");
+SbiSeries Quintix() {
+    SbiSeries series = SeriesNamed("quintix", "QUINTIX612-1S");
     series.hasTareAlone = true;
     series.printsToAll = "kP";
     series.endsWithBlankLine = true;
     return series;
 }
 
-SbiSeries cubis() {
-    SbiSeries series = seriesNamed("cubis2", "MCA5201S");
+SbiSeries Cubis() {
+    SbiSeries series = SeriesNamed("cubis2", "MCA5201S");
     series.grossWord = "G";
     series.signsZero = false;
     series.waitsForRest = false;
@@ -77,30 +77,30 @@ SbiSeries cubis() {
     return series;
 }
 
-const std::vector<SbiSeries>& allSeries() {
-    static const std::vector<SbiSeries> all = {la(),     cp(),      extend(), mse(),
-                                               entris(), quintix(), cubis()};
+const std::vector<SbiSeries>& AllSeries() {
+    static const std::vector<SbiSeries> all = {La(),     Cp(),      Extend(), Mse(),
+                                               Entris(), Quintix(), Cubis()};
     return all;
 }
 
-std::vector<std::string> seriesNames() {
+std::vector<std::string> SeriesNames() {
     std::vector<std::string> names;
-    for (const SbiSeries& each : allSeries())
+    for (const SbiSeries& each : AllSeries())
         names.push_back(each.name);
     return names;
 }
 
 }  // namespace
 
-const SbiSeries& sbiSeries(const Switches& switches) {
-    const std::string& name = switches.text("series");
-    return *std::find_if(allSeries().begin(), allSeries().end(),
+const SbiSeries& ChosenSbiSeries(const Switches& switches) {
+    const std::string& name = switches.Text("series");
+    return *std::find_if(AllSeries().begin(), AllSeries().end(),
                          [&](const SbiSeries& each) { return each.name == name; });
 }
 
-std::vector<SwitchDescription> sbiSwitches() {
+std::vector<SwitchDescription> SbiSwitches() {
     return {
-        {"series", "la", seriesNames(), "commands and lines: la with ME, LP, FB, GPC and Combics"},
+        {"series", "la", SeriesNames(), "commands and lines: la with ME, LP, FB, GPC and Combics"},
         {"serial-number", "37454321", {}, "answer to ESC x2_"},
         {"software", "00-37-09", {}, "answer to ESC x3_"},
         {"adjustment-time", "10s", {}, "how long an adjustment takes", true},
@@ -110,15 +110,15 @@ std::vector<SwitchDescription> sbiSwitches() {
          "off",
          {"off", "TP1", "T1"},
          "identifier of a line ahead with the stored tare"},
-        onOff("store-key", true, "soft key 4 stores what was typed as the tare"),
-        onOff("verified", false, "the last digit stands in brackets"),
-        onOff("words", false, "prints High and Low in place of H and L"),
+        OnOff("store-key", true, "soft key 4 stores what was typed as the tare"),
+        OnOff("verified", false, "the last digit stands in brackets"),
+        OnOff("words", false, "prints High and Low in place of H and L"),
         {"display",
          "weight",
          {"weight", "blank", "calibration", "external-calibration", "final", "error", "error-054",
           "standby"},
          "what is shown and printed"},
-        onOff("auto-print", false, "prints 10 lines a second unasked"),
+        OnOff("auto-print", false, "prints 10 lines a second unasked"),
     };
 }
 

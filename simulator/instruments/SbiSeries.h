@@ -10,7 +10,7 @@ namespace simulator {
 /// A series of Sartorius balances: which commands it has and how its lines differ.
 struct SbiSeries {
     /// What ESC P does to lines that are printed unasked.
-    enum class Print { goesBetween, stopsAndStarts, ends };
+    enum class Print { GoesBetween, StopsAndStarts, Ends };
 
     std::string name;         ///< of the switch
     std::string model;        ///< in the answer to ESC x1_
@@ -29,7 +29,7 @@ struct SbiSeries {
     bool canRestart;         ///< ESC S
 };
 
-const SbiSeries& sbiSeries(const Switches& switches);
-std::vector<SwitchDescription> sbiSwitches();
+const SbiSeries& ChosenSbiSeries(const Switches& switches);
+std::vector<SwitchDescription> SbiSwitches();
 
 }  // namespace simulator

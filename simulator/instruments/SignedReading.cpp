@@ -3,55 +3,55 @@
 namespace simulator {
 namespace {
 
-constexpr Time patience = 60s;
-constexpr std::size_t numberColumns = 9;
+constexpr Time kPatience = 60s;
+constexpr std::size_t kNumberColumns = 9;
 
 }  // namespace
 
 SignedReading::SignedReading(BalanceModel& model, const Switches& switches,
                              const std::string& request, const std::string& tareCommand)
     : Dialect(model, "\r\n"), switches_(switches) {
-    on(request, [this](const std::string&) { sayReading(); });
-    on(tareCommand, [this](const std::string&) { tare(); });
+    On(request, [this](const std::string&) { SayReading(); });
+    On(tareCommand, [this](const std::string&) { Tare(); });
 }
 
-std::optional<std::string> SignedReading::cutCommand(std::string& received) {
-    return cutKey(received);
+std::optional<std::string> SignedReading::CutCommand(std::string& received) {
+    return CutKey(received);
 }
 
-void SignedReading::execute(const std::string& command) {
-    if (switches_.isOn("echo")) send(command);
-    Dialect::execute(command);
+void SignedReading::Execute(const std::string& command) {
+    if (switches_.IsOn("echo")) Send(command);
+    Dialect::Execute(command);
 }
 
-void SignedReading::sayReading() {
-    const std::string text = line(balance().read());
-    const Time gap = switches_.time("gap");
-    if (gap == Time(0)) return say(text);
-    send(text.substr(0, 1));
-    after(gap, [this, text] { say(text.substr(1)); });
+void SignedReading::SayReading() {
+    const std::string text = Line(Balance().Read());
+    const Time gap = switches_.TimeOf("gap");
+    if (gap == Time(0)) return Say(text);
+    Send(text.substr(0, 1));
+    After(gap, [this, text] { Say(text.substr(1)); });
 }
 
-void SignedReading::tare() {
-    whenStable(
-        patience, [this] { balance().tare(); }, [] {});
+void SignedReading::Tare() {
+    WhenStable(
+        kPatience, [this] { Balance().Tare(); }, [] {});
 }
 
 // "1+    12.34 g" at rest, "U-     0.50 g" while the pan moves
-std::string SignedReading::line(const Reading& reading) const {
-    return (reading.stable ? "1" : "U") + sign(reading) +
-           rightAligned(number(reading), numberColumns) + " " + reading.unit;
+std::string SignedReading::Line(const Reading& reading) const {
+    return (reading.stable ? "1" : "U") + Sign(reading) +
+           RightAligned(Number(reading), kNumberColumns) + " " + reading.unit;
 }
 
-std::string SignedReading::number(const Reading& reading) {
-    if (reading.range == Reading::Range::over) return "HHH";
-    if (reading.range == Reading::Range::under) return "LLL";
-    return reading.digits().substr(reading.value < 0 ? 1 : 0);
+std::string SignedReading::Number(const Reading& reading) {
+    if (reading.range == Reading::Range::Over) return "HHH";
+    if (reading.range == Reading::Range::Under) return "LLL";
+    return reading.Digits().substr(reading.value < 0 ? 1 : 0);
 }
 
-std::vector<SwitchDescription> signedReadingSwitches() {
+std::vector<SwitchDescription> SignedReadingSwitches() {
     return {
-        onOff("echo", false, "sends back what it receives"),
+        OnOff("echo", false, "sends back what it receives"),
         {"gap", "0ms", {}, "pause within a line, behind its first character", true},
     };
 }

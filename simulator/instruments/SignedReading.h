@@ -10,34 +10,34 @@ namespace simulator {
 /// that is not answered. What is in no row of the command table is ignored.
 class SignedReading : public Dialect {
  public:
-    /// `request` and `tare` are the command texts; `switches` are those of signedReadingSwitches().
+    /// `request` and `tare` are the command texts; `switches` are those of SignedReadingSwitches().
     SignedReading(BalanceModel& model, const Switches& switches, const std::string& request,
                   const std::string& tare);
 
  protected:
-    std::optional<std::string> cutCommand(std::string& received) override;
-    void execute(const std::string& command) override;
-    void unknown(const std::string&) override {}
-    void printKey() override { sayReading(); }
-    bool interrupts(const std::string&) const override { return true; }
+    std::optional<std::string> CutCommand(std::string& received) override;
+    void Execute(const std::string& command) override;
+    void Unknown(const std::string&) override {}
+    void PrintKey() override { SayReading(); }
+    bool Interrupts(const std::string&) const override { return true; }
 
     /// The line of a reading, without its end.
-    virtual std::string line(const Reading& reading) const;
+    virtual std::string Line(const Reading& reading) const;
 
     /// "-": the sign of a reading, also of a positive one.
-    static std::string sign(const Reading& reading) { return reading.value < 0 ? "-" : "+"; }
+    static std::string Sign(const Reading& reading) { return reading.value < 0 ? "-" : "+"; }
     /// The number without its sign; letters in its place out of range.
-    static std::string number(const Reading& reading);
-    const Switches& switches() const { return switches_; }
+    static std::string Number(const Reading& reading);
+    const Switches& ChosenSwitches() const { return switches_; }
 
  private:
-    void sayReading();
-    void tare();
+    void SayReading();
+    void Tare();
 
     Switches switches_;
 };
 
 /// The switches that both instruments have.
-std::vector<SwitchDescription> signedReadingSwitches();
+std::vector<SwitchDescription> SignedReadingSwitches();
 
 }  // namespace simulator

@@ -16,35 +16,35 @@ class DenverXl1800 : public SignedReading {
         : SignedReading(model, switches, "?1", "T") {}
 
  protected:
-    std::string line(const Reading& reading) const override {
-        const std::string timeLine = switches().isOn("time-line") ? "09:10:37\r\n" : "";
-        const std::string& form = switches().text("form");
-        const std::string signAndNumber = sign(reading) + rightAligned(number(reading), 10);
+    std::string Line(const Reading& reading) const override {
+        const std::string timeLine = ChosenSwitches().IsOn("time-line") ? "09:10:37\r\n" : "";
+        const std::string& form = ChosenSwitches().Text("form");
+        const std::string signAndNumber = Sign(reading) + RightAligned(Number(reading), 10);
         if (form == "spaced") return timeLine + (reading.stable ? "1 " : "U ") + signAndNumber;
         if (form == "bare") return timeLine + signAndNumber;
-        return timeLine + SignedReading::line(reading);
+        return timeLine + SignedReading::Line(reading);
     }
 };
 
-std::vector<SwitchDescription> denverSwitches() {
-    auto switches = signedReadingSwitches();
+std::vector<SwitchDescription> DenverSwitches() {
+    auto switches = SignedReadingSwitches();
     switches.push_back(
         {"form",
          "marked",
          {"marked", "spaced", "bare"},
          "the line: \"1+ 12.34 g\", \"1 + 12.34\" as a relative sends it, or \"+ 12.34\""});
-    switches.push_back(onOff("time-line", false, "sends the time of day ahead of every reading"));
+    switches.push_back(OnOff("time-line", false, "sends the time of day ahead of every reading"));
     return switches;
 }
 
 }  // namespace
 
-CatalogEntry denverXl1800() {
+CatalogEntry DenverXl1800Entry() {
     BalanceData data;
     data.capacity = 1800;
     data.lowestLoad = -180;
     data.zeroRange = 36;
-    const LineSettings line{2400, 8, Parity::none, 1, FlowControl::none};
+    const LineSettings line{2400, 8, Parity::None, 1, FlowControl::None};
     const auto create = [](BalanceModel& model, const Switches& switches) {
         return std::unique_ptr<Dialect>(new DenverXl1800(model, switches));
     };
@@ -54,7 +54,7 @@ CatalogEntry denverXl1800() {
             "WbalanceDIC_XL1800",
             line,
             data,
-            denverSwitches(),
+            DenverSwitches(),
             create};
 }
 

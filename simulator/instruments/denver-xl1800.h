@@ -4,6 +4,6 @@
 
 namespace simulator {
 
-CatalogEntry denverXl1800();  ///< "denver-xl1800"
+CatalogEntry DenverXl1800Entry();  ///< "denver-xl1800"
 
 }  // namespace simulator

@@ -13,102 +13,102 @@
 namespace simulator {
 namespace {
 
-constexpr Time patience = 60s;
+constexpr Time kPatience = 60s;
 
 class Gibertini : public Dialect {
  public:
     Gibertini(BalanceModel& model, const Switches& switches)
         : Dialect(model, "\r"), switches_(switches) {
-        setAnswerEnd("\r\n");
-        if (isProtocol("printer")) {
-            pressPrintKey();
+        SetAnswerEnd("\r\n");
+        if (IsProtocol("printer")) {
+            PressPrintKey();
             return;
         }
-        onPlain("B", [this] { sayMeasure(); });
-        onPlain("T", [this] { tare(); });
-        onPlain("C", [this] { sayMeasure('C'); });
-        onPlain("I", [this] { repeat(); });
-        onPlain("F", [this] { stop(); });
-        if (switches_.isOn("continuous")) repeat();
+        OnPlain("B", [this] { SayMeasure(); });
+        OnPlain("T", [this] { Tare(); });
+        OnPlain("C", [this] { SayMeasure('C'); });
+        OnPlain("I", [this] { Repeat(); });
+        OnPlain("F", [this] { Stop(); });
+        if (switches_.IsOn("continuous")) Repeat();
     }
 
-    void powerUp() override {
-        testedAt_ = now() + switches_.time("initial-test");
-        if (isProtocol("printer"))
-            pressPrintKey();
-        else if (switches_.isOn("continuous"))
-            repeat();
+    void PowerUp() override {
+        testedAt_ = Now() + switches_.TimeOf("initial-test");
+        if (IsProtocol("printer"))
+            PressPrintKey();
+        else if (switches_.IsOn("continuous"))
+            Repeat();
     }
 
  protected:
-    std::optional<std::string> cutCommand(std::string& received) override {
+    std::optional<std::string> CutCommand(std::string& received) override {
         received.erase(std::remove(received.begin(), received.end(), '\n'), received.end());
-        return Dialect::cutCommand(received);
+        return Dialect::CutCommand(received);
     }
-    void unknown(const std::string&) override {}
+    void Unknown(const std::string&) override {}
     /// Also where PRINT is said to belong to the printer protocol: the line of the protocol.
-    void printKey() override {
-        whenStable(
-            patience, [this] { isProtocol("printer") ? say(measureAndUnit()) : sayMeasure(); },
+    void PrintKey() override {
+        WhenStable(
+            kPatience, [this] { IsProtocol("printer") ? Say(MeasureAndUnit()) : SayMeasure(); },
             [] {});
     }
     /// A tare that waits for the pan holds nothing back.
-    bool interrupts(const std::string&) const override { return true; }
+    bool Interrupts(const std::string&) const override { return true; }
 
  private:
-    bool isProtocol(const std::string& name) const { return switches_.text("protocol") == name; }
+    bool IsProtocol(const std::string& name) const { return switches_.Text("protocol") == name; }
 
-    void sayMeasure(char state = 'D') {
-        say(isProtocol("euro") ? rightAligned(balance().read().digits(), 9) : record(state));
+    void SayMeasure(char state = 'D') {
+        Say(IsProtocol("euro") ? RightAligned(Balance().Read().Digits(), 9) : Record(state));
     }
 
-    void tare() {
-        sayMeasure('T');
+    void Tare() {
+        SayMeasure('T');
         const auto done = [this] {
-            balance().tare();
-            if (switches_.isOn("tare-done")) sayMeasure();
+            Balance().Tare();
+            if (switches_.IsOn("tare-done")) SayMeasure();
         };
-        whenStable(patience, done, [] {});
+        WhenStable(kPatience, done, [] {});
     }
 
-    void repeat() {
-        stopRepeating();
-        every(switches_.time("interval"), [this] { sayMeasure(); });
+    void Repeat() {
+        StopRepeating();
+        Every(switches_.TimeOf("interval"), [this] { SayMeasure(); });
     }
 
-    void stop() {
-        stopRepeating();
-        sayMeasure();
+    void Stop() {
+        StopRepeating();
+        SayMeasure();
     }
 
-    void pressPrintKey() {
-        after(switches_.time("print-key"), [this] {
-            printKey();
-            pressPrintKey();
+    void PressPrintKey() {
+        After(switches_.TimeOf("print-key"), [this] {
+            PrintKey();
+            PressPrintKey();
         });
     }
 
-    std::string measureAndUnit() const {
-        const Reading reading = balance().read();
-        return rightAligned(reading.digits(), 10) + " " + leftAligned(reading.unit, 3);
+    std::string MeasureAndUnit() const {
+        const Reading reading = Balance().Read();
+        return RightAligned(reading.Digits(), 10) + " " + LeftAligned(reading.unit, 3);
     }
 
     /// Measure, unit, two flags: "    123.45 g   DS".
-    std::string record(char state) const {
-        const Reading reading = balance().read();
+    std::string Record(char state) const {
+        const Reading reading = Balance().Read();
         std::string flags = {state, reading.stable ? 'S' : 'I'};
-        if (state == 'D') flags[0] = switches_.text("flag").front();
-        if (now() < testedAt_) flags[0] = 'I';
-        if (reading.range == Reading::Range::over) flags = "OE";
-        if (reading.range == Reading::Range::under) flags = "UE";
-        return measureAndUnit() + " " + flags;
+        if (state == 'D') flags[0] = switches_.Text("flag").front();
+        if (Now() < testedAt_) flags[0] = 'I';
+        if (reading.range == Reading::Range::Over) flags = "OE";
+        if (reading.range == Reading::Range::Under) flags = "UE";
+        return MeasureAndUnit() + " " + flags;
     }
 
     Switches switches_;
     Time testedAt_{0};
 };
 
-std::vector<SwitchDescription> gibertiniSwitches() {
+std::vector<SwitchDescription> GibertiniSwitches() {
     return {
         {"protocol",
          "crystal",
@@ -118,8 +118,8 @@ std::vector<SwitchDescription> gibertiniSwitches() {
          "D",
          {"D", "C", "Z", "I"},
          "of a record: valid, calibration, zero acquisition, initial test"},
-        onOff("tare-done", false, "sends a second record when the taring that T began is done"),
-        onOff("continuous", false, "sends records from the switching on, as I does, until F"),
+        OnOff("tare-done", false, "sends a second record when the taring that T began is done"),
+        OnOff("continuous", false, "sends records from the switching on, as I does, until F"),
         {"interval", "200ms", {}, "time between two records of I", true},
         {"initial-test", "2s", {}, "for how long records say I after the mains came on", true},
         {"print-key", "1s", {}, "in the printer protocol: time between two presses of PRINT", true},
@@ -128,17 +128,17 @@ std::vector<SwitchDescription> gibertiniSwitches() {
 
 }  // namespace
 
-CatalogEntry gibertini() {
+CatalogEntry GibertiniEntry() {
     BalanceData data;
     data.capacity = 610;
     data.lowestLoad = -61;
     data.zeroRange = 12.2;
-    const LineSettings line{9600, 7, Parity::none, 1, FlowControl::none};
+    const LineSettings line{9600, 7, Parity::None, 1, FlowControl::None};
     const auto create = [](BalanceModel& model, const Switches& switches) {
         return std::unique_ptr<Dialect>(new Gibertini(model, switches));
     };
     return {"gibertini", "Gibertini", "CRYSTAL protocol, 610 g", "WbalanceGibertini",
-            line,        data,        gibertiniSwitches(),       create};
+            line,        data,        GibertiniSwitches(),       create};
 }
 
 }  // namespace simulator

@@ -4,6 +4,6 @@
 
 namespace simulator {
 
-CatalogEntry gibertini();  ///< "gibertini"
+CatalogEntry GibertiniEntry();  ///< "gibertini"
 
 }  // namespace simulator

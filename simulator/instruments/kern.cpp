@@ -19,151 +19,151 @@ namespace simulator {
 namespace {
 
 /// A pan that does not come to rest is waited for as long as it takes.
-constexpr Time patience = std::chrono::hours(24);
+constexpr Time kPatience = std::chrono::hours(24);
 
 class Kern : public Dialect {
  public:
     Kern(BalanceModel& model, const Switches& switches)
         : Dialect(model, "\r\n"), switches_(switches) {
-        on("T", [this](const std::string&) { tare(); });
-        on("O0", [this](const std::string&) { output([] {}); });
-        on("O1", [this](const std::string&) { output([this] { repeat(); }); });
-        on("O2", [this](const std::string&) { output([this] { repeatAtRest(); }); });
-        on("O8", [this](const std::string&) { outputOnce([this] { sayRecord(); }); });
-        on("O9", [this](const std::string&) { outputOnce([this] { sayRecordAtRest(); }); });
-        on("O3", [this](const std::string&) { output([this] { key_ = KeyOutput::atOnce; }); });
-        on("O4", [this](const std::string&) { output([this] { repeatForEachLoad(); }); });
-        on("O5", [this](const std::string&) { output([this] { repeatForEachRest(); }); });
-        on("O6", [this](const std::string&) { output([this] { repeatWhileMoving(); }); });
-        on("O7", [this](const std::string&) { output([this] { key_ = KeyOutput::atRest; }); });
+        On("T", [this](const std::string&) { Tare(); });
+        On("O0", [this](const std::string&) { Output([] {}); });
+        On("O1", [this](const std::string&) { Output([this] { Repeat(); }); });
+        On("O2", [this](const std::string&) { Output([this] { RepeatAtRest(); }); });
+        On("O8", [this](const std::string&) { OutputOnce([this] { SayRecord(); }); });
+        On("O9", [this](const std::string&) { OutputOnce([this] { SayRecordAtRest(); }); });
+        On("O3", [this](const std::string&) { Output([this] { key_ = KeyOutput::AtOnce; }); });
+        On("O4", [this](const std::string&) { Output([this] { RepeatForEachLoad(); }); });
+        On("O5", [this](const std::string&) { Output([this] { RepeatForEachRest(); }); });
+        On("O6", [this](const std::string&) { Output([this] { RepeatWhileMoving(); }); });
+        On("O7", [this](const std::string&) { Output([this] { key_ = KeyOutput::AtRest; }); });
         // Known by name only.
         for (const char* command : {"OA", "OB"})
-            on(command, [this](const std::string&) { output([] {}); });
+            On(command, [this](const std::string&) { Output([] {}); });
     }
 
-    void powerUp() override { key_ = KeyOutput::atOnce; }
+    void PowerUp() override { key_ = KeyOutput::AtOnce; }
 
  protected:
-    void execute(const std::string& command) override {
+    void Execute(const std::string& command) override {
         const bool isComplete = command.size() == 2;  // the blank of "T " belongs to it
         if (isComplete)
-            Dialect::execute(command);
+            Dialect::Execute(command);
         else
-            unknown(command);
+            Unknown(command);
     }
-    void unknown(const std::string&) override { say("E01"); }
-    void spoiled() override { say("E01"); }
-    void printKey() override {
-        if (key_ == KeyOutput::atOnce) say(record());
-        if (key_ == KeyOutput::atRest)
-            whenStable(
-                patience, [this] { say(record()); }, [] {});
+    void Unknown(const std::string&) override { Say("E01"); }
+    void Spoiled() override { Say("E01"); }
+    void PrintKey() override {
+        if (key_ == KeyOutput::AtOnce) Say(Record());
+        if (key_ == KeyOutput::AtRest)
+            WhenStable(
+                kPatience, [this] { Say(Record()); }, [] {});
     }
     /// A record that is waited for holds nothing back.
-    bool interrupts(const std::string&) const override { return true; }
+    bool Interrupts(const std::string&) const override { return true; }
 
  private:
     /// What the print key sends: as delivered a record, after most output commands nothing.
-    enum class KeyOutput { nothing, atOnce, atRest };
+    enum class KeyOutput { Nothing, AtOnce, AtRest };
 
-    void acknowledge() { say("A00"); }
+    void Acknowledge() { Say("A00"); }
 
-    void tare() {
-        if (balance().tare() == Outcome::done)
-            acknowledge();
+    void Tare() {
+        if (Balance().Tare() == Outcome::Done)
+            Acknowledge();
         else
-            say("E01");
+            Say("E01");
     }
 
     /// Begins an output in place of the one before.
-    void output(const Action& begin) {
-        cancelAll();
-        acknowledge();
-        key_ = KeyOutput::nothing;
+    void Output(const Action& begin) {
+        CancelAll();
+        Acknowledge();
+        key_ = KeyOutput::Nothing;
         begin();
     }
 
     /// The same for a single record, which some balances acknowledge in another way.
-    void outputOnce(const Action& begin) {
-        cancelAll();
-        if (switches_.text("acknowledgement") == "first") acknowledge();
+    void OutputOnce(const Action& begin) {
+        CancelAll();
+        if (switches_.Text("acknowledgement") == "first") Acknowledge();
         begin();
     }
 
-    void repeat() {
-        every(switches_.time("interval"), [this] { say(record()); });
+    void Repeat() {
+        Every(switches_.TimeOf("interval"), [this] { Say(Record()); });
     }
 
-    void repeatAtRest() {
-        every(switches_.time("interval"), [this] {
-            if (balance().read().stable) say(record());
+    void RepeatAtRest() {
+        Every(switches_.TimeOf("interval"), [this] {
+            if (Balance().Read().stable) Say(Record());
         });
     }
 
-    void repeatForEachRest() {
-        atEachRest([this] { say(record()); });
+    void RepeatForEachRest() {
+        AtEachRest([this] { Say(Record()); });
     }
 
-    void repeatWhileMoving() {
-        repeatForEachRest();
-        every(switches_.time("interval"), [this] {
-            if (!balance().read().stable) say(record());
+    void RepeatWhileMoving() {
+        RepeatForEachRest();
+        Every(switches_.TimeOf("interval"), [this] {
+            if (!Balance().Read().stable) Say(Record());
         });
     }
 
-    void repeatForEachLoad() {
+    void RepeatForEachLoad() {
         wasEmpty_ = true;
-        every(balance().data().refresh, [this] {
-            const Reading reading = balance().read();
+        Every(Balance().Data().refresh, [this] {
+            const Reading reading = Balance().Read();
             const bool isLoaded = reading.value > 0;
             if (!isLoaded) wasEmpty_ = true;
             if (!isLoaded || !wasEmpty_ || !reading.stable) return;
-            say(record());
+            Say(Record());
             wasEmpty_ = false;
         });
     }
 
-    void sayRecordAtRest() {
-        whenStable(
-            patience, [this] { sayRecord(); }, [] {});
+    void SayRecordAtRest() {
+        WhenStable(
+            kPatience, [this] { SayRecord(); }, [] {});
     }
 
-    void sayRecord() {
-        say(record());
-        if (switches_.text("acknowledgement") == "last") acknowledge();
+    void SayRecord() {
+        Say(Record());
+        if (switches_.Text("acknowledgement") == "last") Acknowledge();
     }
 
     /// Sign, digits, unit, tolerance, status: "+  12.50 G S". In error the digits mean nothing.
-    std::string record() {
-        const Reading reading = balance().read();
+    std::string Record() {
+        const Reading reading = Balance().Read();
         const bool isNegative = reading.value < 0;
-        return (isNegative ? "-" : "+") + columns(reading.digits().substr(isNegative)) +
-               unitText(reading.unit) + " " + status(reading);
+        return (isNegative ? "-" : "+") + Columns(reading.Digits().substr(isNegative)) +
+               UnitText(reading.unit) + " " + Status(reading);
     }
 
-    static std::string unitText(const std::string& unit) {
+    static std::string UnitText(const std::string& unit) {
         static const std::map<std::string, std::string> texts = {
             {"g", " G"}, {"kg", "KG"}, {"mg", "MG"}, {"oz", "OZ"}, {"PCS", "PC"}};
         return texts.at(unit);
     }
 
-    std::string columns(const std::string& digits) const {
-        const std::size_t width = switches_.text("digits") == "7" ? 8 : 7;
-        const char fill = switches_.text("fill") == "zero" ? '0' : ' ';
+    std::string Columns(const std::string& digits) const {
+        const std::size_t width = switches_.Text("digits") == "7" ? 8 : 7;
+        const char fill = switches_.Text("fill") == "zero" ? '0' : ' ';
         return std::string(width - std::min(width, digits.size()), fill) + digits;
     }
 
-    static std::string status(const Reading& reading) {
-        if (reading.range != Reading::Range::inside) return "E";
+    static std::string Status(const Reading& reading) {
+        if (reading.range != Reading::Range::Inside) return "E";
         return reading.stable ? "S" : "U";
     }
 
     Switches switches_;
-    KeyOutput key_ = KeyOutput::atOnce;
+    KeyOutput key_ = KeyOutput::AtOnce;
     bool wasEmpty_ = true;  ///< since the last record of O4
 };
 
-std::vector<SwitchDescription> kernSwitches() {
+std::vector<SwitchDescription> KernSwitches() {
     return {
         {"acknowledgement",
          "first",
@@ -177,17 +177,17 @@ std::vector<SwitchDescription> kernSwitches() {
 
 }  // namespace
 
-CatalogEntry kern() {
+CatalogEntry KernEntry() {
     BalanceData data;
     data.capacity = 620;
     data.lowestLoad = -62;
     data.zeroRange = 12.4;
-    const LineSettings line{1200, 8, Parity::none, 2, FlowControl::none};
+    const LineSettings line{1200, 8, Parity::None, 2, FlowControl::None};
     const auto create = [](BalanceModel& model, const Switches& switches) {
         return std::unique_ptr<Dialect>(new Kern(model, switches));
     };
     return {"kern", "Kern", "EW/EG-N/EWB, 620 g", "WbalanceKern_EW_EGN_EWB",
-            line,   data,   kernSwitches(),       create};
+            line,   data,   KernSwitches(),       create};
 }
 
 }  // namespace simulator

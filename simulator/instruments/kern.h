@@ -4,6 +4,6 @@
 
 namespace simulator {
 
-CatalogEntry kern();  ///< "kern"
+CatalogEntry KernEntry();  ///< "kern"
 
 }  // namespace simulator

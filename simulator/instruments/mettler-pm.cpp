@@ -20,137 +20,137 @@ namespace simulator {
 namespace {
 
 /// Identifier in two columns, blank, value in ten, blank, unit: "SD      12.34 g".
-constexpr std::size_t identifierColumns = 2;
-constexpr std::size_t valueColumns = 10;
-constexpr std::size_t idColumns = 7;
+constexpr std::size_t kIdentifierColumns = 2;
+constexpr std::size_t kValueColumns = 10;
+constexpr std::size_t kIdColumns = 7;
 
 class StandardPm : public Dialect {
  public:
     StandardPm(BalanceModel& model, const Switches& switches)
         : Dialect(model, "\r\n"), switches_(switches) {
-        onPlain("S", [this] { sendStable(); });
-        onPlain("SI", [this] { sendImmediately(); });
-        onPlain("SIR", [this] { sendRepeatedly(); });
-        onPlain("T", [this] { tareAtRest(); });
-        onPlain("TI", [this] { tare(); });
-        on("B", [this](const std::string& value) { presetTare(value); });
-        on("D", [this](const std::string& text) { balance().showText(text); });
-        onPlain("SR", [this] { sendChanges(); });
-        onPlain("SNR", [this] { sendChanges(); });
-        onPlain("IDX", [this] { say(switches_.text("serial-number").substr(0, idColumns)); });
-        on("CA", [this](const std::string& parameters) { adjust(parameters); });
+        OnPlain("S", [this] { SendStable(); });
+        OnPlain("SI", [this] { SendImmediately(); });
+        OnPlain("SIR", [this] { SendRepeatedly(); });
+        OnPlain("T", [this] { TareAtRest(); });
+        OnPlain("TI", [this] { Tare(); });
+        On("B", [this](const std::string& value) { PresetTare(value); });
+        On("D", [this](const std::string& text) { Balance().ShowText(text); });
+        OnPlain("SR", [this] { SendChanges(); });
+        OnPlain("SNR", [this] { SendChanges(); });
+        OnPlain("IDX", [this] { Say(switches_.Text("serial-number").substr(0, kIdColumns)); });
+        On("CA", [this](const std::string& parameters) { Adjust(parameters); });
         // Known: settings without an answer, and commands whose answers are not documented.
         for (const char* command :
              {"U", "M", "MI", "ML", "MS", "MZ", "MA", "AD", "ID", "DY", "DX", "W"})
-            on(command, [](const std::string&) {});
+            On(command, [](const std::string&) {});
     }
 
-    void powerUp() override { adjusting_ = false; }
+    void PowerUp() override { adjusting_ = false; }
 
  protected:
-    void unknown(const std::string& command) override {
-        if (!command.empty()) say("ES");
+    void Unknown(const std::string& command) override {
+        if (!command.empty()) Say("ES");
     }
-    void refuse(const std::string&) override { say("EL"); }
-    void spoiled() override { say("ET"); }
+    void Refuse(const std::string&) override { Say("EL"); }
+    void Spoiled() override { Say("ET"); }
 
     /// S that waits does not keep SI.
-    bool interrupts(const std::string& command) const override {
+    bool Interrupts(const std::string& command) const override {
         return command == "SI" && stableIsAwaited_;
     }
 
-    void printKey() override {
-        whenStable(
-            switches_.time("stability-time-out"), [this] { sayWeightNow(); }, [] {});
+    void PrintKey() override {
+        WhenStable(
+            switches_.TimeOf("stability-time-out"), [this] { SayWeightNow(); }, [] {});
     }
 
     /// An empty line repeats the last command on some balances of the family.
-    void execute(const std::string& command) override {
+    void Execute(const std::string& command) override {
         if (!command.empty()) last_ = command;
-        Dialect::execute(switches_.isOn("empty-line-repeats") ? last_ : command);
+        Dialect::Execute(switches_.IsOn("empty-line-repeats") ? last_ : command);
     }
 
  private:
-    bool isOutOfRange() {
-        const auto range = balance().read().range;
-        if (range == Reading::Range::inside) return false;
-        say(range == Reading::Range::over ? "SI+" : "SI-");
+    bool IsOutOfRange() {
+        const auto range = Balance().Read().range;
+        if (range == Reading::Range::Inside) return false;
+        Say(range == Reading::Range::Over ? "SI+" : "SI-");
         return true;
     }
 
-    void sayWeight() {
-        const Reading reading = balance().read();
-        say(leftAligned(reading.stable ? "S" : "SD", identifierColumns) + " " +
-            rightAligned(reading.digits(), valueColumns) + " " + reading.unit);
+    void SayWeight() {
+        const Reading reading = Balance().Read();
+        Say(LeftAligned(reading.stable ? "S" : "SD", kIdentifierColumns) + " " +
+            RightAligned(reading.Digits(), kValueColumns) + " " + reading.unit);
     }
 
-    void sendStable() {
-        stopRepeating();
-        if (adjusting_) return say("SI");
-        if (isOutOfRange()) return;
+    void SendStable() {
+        StopRepeating();
+        if (adjusting_) return Say("SI");
+        if (IsOutOfRange()) return;
         stableIsAwaited_ = true;
-        whenStable(
-            switches_.time("stability-time-out"),
+        WhenStable(
+            switches_.TimeOf("stability-time-out"),
             [this] {
                 stableIsAwaited_ = false;
-                if (!isOutOfRange()) sayWeight();
+                if (!IsOutOfRange()) SayWeight();
             },
             [this] {
                 stableIsAwaited_ = false;
-                say("SI");
+                Say("SI");
             });
     }
 
-    void sendImmediately() {
-        stopRepeating();
-        sayWeightNow();
+    void SendImmediately() {
+        StopRepeating();
+        SayWeightNow();
     }
 
-    void sendChanges() {
-        stopRepeating();
-        atEachRest([this] { sayWeightNow(); });
+    void SendChanges() {
+        StopRepeating();
+        AtEachRest([this] { SayWeightNow(); });
     }
 
-    void adjust(const std::string& parameters) {
+    void Adjust(const std::string& parameters) {
         if (parameters == "0") {
-            cancelAll();
+            CancelAll();
             adjusting_ = false;
             return;
         }
-        if (!parameters.empty() || adjusting_) return say("EL");
-        say("CA BEGIN");
+        if (!parameters.empty() || adjusting_) return Say("EL");
+        Say("CA BEGIN");
         adjusting_ = true;
-        after(switches_.time("adjustment-time"), [this] {
+        After(switches_.TimeOf("adjustment-time"), [this] {
             adjusting_ = false;
-            say(!isBusy() && balance().read().stable ? "CA END" : "CA ERROR");
+            Say(!IsBusy() && Balance().Read().stable ? "CA END" : "CA ERROR");
         });
     }
 
-    void sayWeightNow() {
-        if (isBusy() || adjusting_)
-            say("SI");
-        else if (!isOutOfRange())
-            sayWeight();
+    void SayWeightNow() {
+        if (IsBusy() || adjusting_)
+            Say("SI");
+        else if (!IsOutOfRange())
+            SayWeight();
     }
 
-    void sendRepeatedly() {
-        stopRepeating();
-        every(switches_.time("repeat-interval"), [this] { sayWeightNow(); });
+    void SendRepeatedly() {
+        StopRepeating();
+        Every(switches_.TimeOf("repeat-interval"), [this] { SayWeightNow(); });
     }
 
-    void tareAtRest() {
-        whenStable(
-            switches_.time("stability-time-out"), [this] { tare(); }, [this] { say("EL"); });
+    void TareAtRest() {
+        WhenStable(
+            switches_.TimeOf("stability-time-out"), [this] { Tare(); }, [this] { Say("EL"); });
     }
 
-    void tare() {
-        if (balance().tare() != Outcome::done) say("EL");
+    void Tare() {
+        if (Balance().Tare() != Outcome::Done) Say("EL");
     }
 
-    void presetTare(const std::string& text) {
-        const auto value = parseNumber(text);
-        if (!value || balance().presetTare(*value * balance().data().gramsPerUnit) != Outcome::done)
-            say("EL");
+    void PresetTare(const std::string& text) {
+        const auto value = ParseNumber(text);
+        if (!value || Balance().PresetTare(*value * Balance().Data().gramsPerUnit) != Outcome::Done)
+            Say("EL");
     }
 
     Switches switches_;
@@ -159,32 +159,32 @@ class StandardPm : public Dialect {
     bool adjusting_ = false;
 };
 
-bool speaksMtSics(const Switches& switches) {
-    return switches.text("protocol") == "mt-sics";
+bool SpeaksMtSics(const Switches& switches) {
+    return switches.Text("protocol") == "mt-sics";
 }
 
 }  // namespace
 
-CatalogEntry mettlerPm() {
+CatalogEntry MettlerPmEntry() {
     CatalogEntry entry;
     entry.name = "mettler-pm";
     entry.maker = "Mettler";
     entry.model = "PM, 610 g";
     entry.driverClass = "WbalanceMettlerPM";
-    entry.line = {600, 7, Parity::even, 1, FlowControl::none};
-    entry.switches = mtSicsSwitches("level-1");
+    entry.line = {600, 7, Parity::Even, 1, FlowControl::None};
+    entry.switches = MtSicsSwitches("level-1");
     entry.switches.insert(
         entry.switches.begin(),
         {{"protocol",
           "standard",
           {"standard", "mt-sics"},
           "language; some switches are of MT-SICS only"},
-         onOff("empty-line-repeats", false, "repeats the last command on an empty line")});
+         OnOff("empty-line-repeats", false, "repeats the last command on an empty line")});
     entry.modelBalance = [](const Switches& switches) {
-        return speaksMtSics(switches) ? mtSicsBalance(switches) : BalanceData();
+        return SpeaksMtSics(switches) ? MtSicsBalance(switches) : BalanceData();
     };
     entry.createDialect = [](BalanceModel& model, const Switches& switches) {
-        if (speaksMtSics(switches)) return std::unique_ptr<Dialect>(new MtSics(model, switches));
+        if (SpeaksMtSics(switches)) return std::unique_ptr<Dialect>(new MtSics(model, switches));
         return std::unique_ptr<Dialect>(new StandardPm(model, switches));
     };
     return entry;

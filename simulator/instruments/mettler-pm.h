@@ -4,6 +4,6 @@
 
 namespace simulator {
 
-CatalogEntry mettlerPm();  ///< "mettler-pm"
+CatalogEntry MettlerPmEntry();  ///< "mettler-pm"
 
 }  // namespace simulator

@@ -5,7 +5,7 @@
 namespace simulator {
 namespace {
 
-CatalogEntry entry(const std::string& name, const std::string& sicsModel, const std::string& model,
+CatalogEntry Entry(const std::string& name, const std::string& sicsModel, const std::string& model,
                    const std::string& driverClass, const LineSettings& line) {
     CatalogEntry entry;
     entry.name = name;
@@ -13,36 +13,36 @@ CatalogEntry entry(const std::string& name, const std::string& sicsModel, const 
     entry.model = model;
     entry.driverClass = driverClass;
     entry.line = line;
-    entry.switches = mtSicsSwitches(sicsModel);
-    entry.modelBalance = mtSicsBalance;
+    entry.switches = MtSicsSwitches(sicsModel);
+    entry.modelBalance = MtSicsBalance;
     entry.createDialect = [](BalanceModel& balance, const Switches& switches) {
         return std::unique_ptr<Dialect>(new MtSics(balance, switches));
     };
     return entry;
 }
 
-constexpr LineSettings sevenEven2400{2400, 7, Parity::even, 1, FlowControl::none};
-constexpr LineSettings eightNone9600{9600, 8, Parity::none, 1, FlowControl::none};
+constexpr LineSettings kSevenEven2400{2400, 7, Parity::Even, 1, FlowControl::None};
+constexpr LineSettings kEightNone9600{9600, 8, Parity::None, 1, FlowControl::None};
 
 }  // namespace
 
-CatalogEntry mettlerToledo() {
-    return entry("mettler-toledo", "level-1", "MT-SICS balance, 610 g", "WbalanceMettlerToledo",
-                 sevenEven2400);
+CatalogEntry MettlerToledoEntry() {
+    return Entry("mettler-toledo", "level-1", "MT-SICS balance, 610 g", "WbalanceMettlerToledo",
+                 kSevenEven2400);
 }
 
-CatalogEntry mettlerPr2003() {
-    return entry("mettler-pr2003", "pr2003", "PR2003, 2100 g", "WbalanceMettlerPR2003",
-                 sevenEven2400);
+CatalogEntry MettlerPr2003Entry() {
+    return Entry("mettler-pr2003", "pr2003", "PR2003, 2100 g", "WbalanceMettlerPR2003",
+                 kSevenEven2400);
 }
 
-CatalogEntry mettlerXs() {
-    return entry("mettler-xs", "xs204", "XS204, 220 g", "WbalanceMettlerXS", eightNone9600);
+CatalogEntry MettlerXsEntry() {
+    return Entry("mettler-xs", "xs204", "XS204, 220 g", "WbalanceMettlerXS", kEightNone9600);
 }
 
-CatalogEntry mettlerSb32001() {
-    return entry("mettler-sb32001", "sb32001", "SB32001, 32.1 kg", "WbalanceMettlerSB32001",
-                 sevenEven2400);
+CatalogEntry MettlerSb32001Entry() {
+    return Entry("mettler-sb32001", "sb32001", "SB32001, 32.1 kg", "WbalanceMettlerSB32001",
+                 kSevenEven2400);
 }
 
 }  // namespace simulator

@@ -5,9 +5,9 @@
 namespace simulator {
 
 // The balances that speak MT-SICS; they differ in their models and line settings only.
-CatalogEntry mettlerToledo();   ///< "mettler-toledo"
-CatalogEntry mettlerPr2003();   ///< "mettler-pr2003"
-CatalogEntry mettlerXs();       ///< "mettler-xs"
-CatalogEntry mettlerSb32001();  ///< "mettler-sb32001"
+CatalogEntry MettlerToledoEntry();   ///< "mettler-toledo"
+CatalogEntry MettlerPr2003Entry();   ///< "mettler-pr2003"
+CatalogEntry MettlerXsEntry();       ///< "mettler-xs"
+CatalogEntry MettlerSb32001Entry();  ///< "mettler-sb32001"
 
 }  // namespace simulator

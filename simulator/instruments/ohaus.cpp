@@ -21,50 +21,50 @@
 namespace simulator {
 namespace {
 
-constexpr Time continuousPrintInterval = 200ms;
-constexpr int longestInterval = 3600;
+constexpr Time kContinuousPrintInterval = 200ms;
+constexpr int kLongestInterval = 3600;
 
 /// How long the work of T and Z may take behind its acknowledgement.
-constexpr Time workTime = 10s;
+constexpr Time kWorkTime = 10s;
 
 class OhausPrint : public Dialect {
  public:
     OhausPrint(BalanceModel& model, const Switches& switches)
-        : Dialect(model, "\r"), switches_(switches), series_(ohausSeries(switches)) {
-        setAnswerEnd("\r\n");
-        for (const Command& command : commands())
-            if (command.isKnown) on(command.name, this, command.does);
-        stableOnly_ = switches_.isOn("stable-only");
+        : Dialect(model, "\r"), switches_(switches), series_(ChosenOhausSeries(switches)) {
+        SetAnswerEnd("\r\n");
+        for (const Command& command : Commands())
+            if (command.isKnown) On(command.name, this, command.does);
+        stableOnly_ = switches_.IsOn("stable-only");
     }
 
-    void powerUp() override { awake_ = true; }
+    void PowerUp() override { awake_ = true; }
 
  protected:
-    void unknown(const std::string&) override {
-        if (series_.refuses) say("ES");
+    void Unknown(const std::string&) override {
+        if (series_.refuses) Say("ES");
     }
 
     /// A line feed behind the carriage return is dropped.
-    std::optional<std::string> cutCommand(std::string& received) override {
+    std::optional<std::string> CutCommand(std::string& received) override {
         if (!received.empty() && received.front() == '\n') received.erase(0, 1);
-        return Dialect::cutCommand(received);
+        return Dialect::CutCommand(received);
     }
 
     /// What SP waits for does not keep P, unless that waits, too.
-    bool interrupts(const std::string& command) const override {
+    bool Interrupts(const std::string& command) const override {
         return command == "P" && !stableOnly_;
     }
 
-    void printKey() override { print(); }
+    void PrintKey() override { Print(); }
 
     /// A number in front of a command is its parameter: "5A" is looked up as "#A".
-    void execute(const std::string& command) override {
+    void Execute(const std::string& command) override {
         if (lost_ || command.empty()) return;
-        if (isAsleep() && command != "ON") return say("ES");
+        if (IsAsleep() && command != "ON") return Say("ES");
         const std::size_t end = command.find_first_not_of("0123456789.");
-        if (end == 0 || end == std::string::npos) return Dialect::execute(command);
-        if (command.find(' ') != std::string::npos) return unknown(command);
-        Dialect::execute("#" + command.substr(end) + " " + command.substr(0, end));
+        if (end == 0 || end == std::string::npos) return Dialect::Execute(command);
+        if (command.find(' ') != std::string::npos) return Unknown(command);
+        Dialect::Execute("#" + command.substr(end) + " " + command.substr(0, end));
     }
 
  private:
@@ -74,246 +74,246 @@ class OhausPrint : public Dialect {
         bool isKnown;
     };
 
-    std::vector<Command> commands() const {
+    std::vector<Command> Commands() const {
         const bool isNew = series_.hasPrintCommands;
         const bool isOld = !isNew;
         const bool prints = series_.hasAutoPrintCommands;
-        const bool hasStablePrint = isOld ? switches_.isOn("stable-print") : prints;
+        const bool hasStablePrint = isOld ? switches_.IsOn("stable-print") : prints;
         const bool says = series_.saysSettings;
         const bool chooses = series_.choosesModeAndUnit;
         return {
-            {"P", &OhausPrint::print, true},
-            {"SP", &OhausPrint::printAtRest, hasStablePrint},
-            {"IP", &OhausPrint::sayReading, isNew},
-            {"T", &OhausPrint::tare, true},
-            {"Z", &OhausPrint::zero, isNew},
-            {"#T", &OhausPrint::presetTare, says},
-            {"V", &OhausPrint::saySoftware, true},
-            {"PV", &OhausPrint::saySoftware, isNew},
-            {"PSN", &OhausPrint::saySerialNumber, isNew},
-            {"PM", &OhausPrint::sayMode, says},
-            {"PU", &OhausPrint::sayUnit, says},
-            {"PT", &OhausPrint::sayTare, says},
-            {"#M", &OhausPrint::chooseMode, chooses},
-            {"M", &OhausPrint::nextMode, chooses},
-            {"#U", &OhausPrint::chooseUnit, chooses},
-            {"U", &OhausPrint::nextUnit, chooses},
-            {"#P", &OhausPrint::setInterval, isNew},
-            {"CP", &OhausPrint::printContinuously, prints},
-            {"SLP", &OhausPrint::printEachLoad, prints},
-            {"SLZP", &OhausPrint::printEachRest, prints},
-            {"#FMT", &OhausPrint::chooseFormat, series_.hasFormats},
-            {"ON", &OhausPrint::wakeUp, isNew},
-            {"OFF", &OhausPrint::fallAsleep, isNew},
-            {"#M", &OhausPrint::chooseUnit, isOld},
-            {"CA", &OhausPrint::printContinuously, isOld},
-            {"SA", &OhausPrint::printEachRest, isOld},
-            {"#A", &OhausPrint::setInterval, isOld},
-            {"#S", &OhausPrint::setStability, isOld},
-            {"?", &OhausPrint::sayStability, isOld},
-            {"LE", &OhausPrint::sayLastError, isOld},
-            {"\x1bR", &OhausPrint::restoreFactorySettings, isOld},
+            {"P", &OhausPrint::Print, true},
+            {"SP", &OhausPrint::PrintAtRest, hasStablePrint},
+            {"IP", &OhausPrint::SayReading, isNew},
+            {"T", &OhausPrint::Tare, true},
+            {"Z", &OhausPrint::Zero, isNew},
+            {"#T", &OhausPrint::PresetTare, says},
+            {"V", &OhausPrint::SaySoftware, true},
+            {"PV", &OhausPrint::SaySoftware, isNew},
+            {"PSN", &OhausPrint::SaySerialNumber, isNew},
+            {"PM", &OhausPrint::SayMode, says},
+            {"PU", &OhausPrint::SayUnit, says},
+            {"PT", &OhausPrint::SayTare, says},
+            {"#M", &OhausPrint::ChooseMode, chooses},
+            {"M", &OhausPrint::NextMode, chooses},
+            {"#U", &OhausPrint::ChooseUnit, chooses},
+            {"U", &OhausPrint::NextUnit, chooses},
+            {"#P", &OhausPrint::SetInterval, isNew},
+            {"CP", &OhausPrint::PrintContinuously, prints},
+            {"SLP", &OhausPrint::PrintEachLoad, prints},
+            {"SLZP", &OhausPrint::PrintEachRest, prints},
+            {"#FMT", &OhausPrint::ChooseFormat, series_.hasFormats},
+            {"ON", &OhausPrint::WakeUp, isNew},
+            {"OFF", &OhausPrint::FallAsleep, isNew},
+            {"#M", &OhausPrint::ChooseUnit, isOld},
+            {"CA", &OhausPrint::PrintContinuously, isOld},
+            {"SA", &OhausPrint::PrintEachRest, isOld},
+            {"#A", &OhausPrint::SetInterval, isOld},
+            {"#S", &OhausPrint::SetStability, isOld},
+            {"?", &OhausPrint::SayStability, isOld},
+            {"LE", &OhausPrint::SayLastError, isOld},
+            {"\x1bR", &OhausPrint::RestoreFactorySettings, isOld},
         };
     }
 
-    const std::string& layout() const {
-        const std::string& chosen = switches_.text("line");
+    const std::string& Layout() const {
+        const std::string& chosen = switches_.Text("line");
         return chosen == "of-series" ? series_.line : chosen;
     }
-    bool isExplorer() const { return layout().rfind("explorer", 0) == 0; }
+    bool IsExplorer() const { return Layout().rfind("explorer", 0) == 0; }
 
-    void acknowledge() {
-        if (series_.acknowledges) say("OK!");
+    void Acknowledge() {
+        if (series_.acknowledges) Say("OK!");
     }
 
-    void print() { stableOnly_ ? printAtRest() : sayReading(); }
+    void Print() { stableOnly_ ? PrintAtRest() : SayReading(); }
 
-    void printEvery(Time period) {
-        stopRepeating();
-        every(period, [this] { sayReading(); });
+    void PrintEvery(Time period) {
+        StopRepeating();
+        Every(period, [this] { SayReading(); });
     }
-    void printContinuously() { printEvery(continuousPrintInterval); }
+    void PrintContinuously() { PrintEvery(kContinuousPrintInterval); }
 
     // > "5A" or "5P"   prints every 5 s; > "0A", "0P"   < "OK!"  no more
-    void setInterval(const std::string& text) {
-        const auto seconds = parseWholeNumber(text, 0, longestInterval);
-        const bool isWithout = seconds && *seconds > 0 && !mayPrintEvery();
-        if (!seconds || isWithout) return unknown(text);
-        if (*seconds > 0) return printEvery(std::chrono::seconds(*seconds));
-        stopRepeating();
-        acknowledge();
+    void SetInterval(const std::string& text) {
+        const auto seconds = ParseWholeNumber(text, 0, kLongestInterval);
+        const bool isWithout = seconds && *seconds > 0 && !MayPrintEvery();
+        if (!seconds || isWithout) return Unknown(text);
+        if (*seconds > 0) return PrintEvery(std::chrono::seconds(*seconds));
+        StopRepeating();
+        Acknowledge();
     }
-    bool mayPrintEvery() const { return !series_.hasPrintCommands || series_.hasAutoPrintCommands; }
+    bool MayPrintEvery() const { return !series_.hasPrintCommands || series_.hasAutoPrintCommands; }
 
     /// Prints what is put on the pan, once it is at rest.
-    void printEachLoad() {
-        stopRepeating();
-        atEachRest([this] {
-            if (balance().read().value != 0) sayReading();
+    void PrintEachLoad() {
+        StopRepeating();
+        AtEachRest([this] {
+            if (Balance().Read().value != 0) SayReading();
         });
     }
-    void printEachRest() {
-        stopRepeating();
-        atEachRest([this] { sayReading(); });
+    void PrintEachRest() {
+        StopRepeating();
+        AtEachRest([this] { SayReading(); });
     }
 
     // > "1S"   stable weights only; > "0S"   others, too
-    void setStability(const std::string& text) {
+    void SetStability(const std::string& text) {
         if (text == "0" || text == "1")
             stableOnly_ = text == "1";
         else
-            unknown(text);
+            Unknown(text);
     }
 
-    void printAtRest() {
-        const auto patience = switches_.time("stability-time-out");
-        whenStable(
-            patience, [this] { sayReading(); },
+    void PrintAtRest() {
+        const auto patience = switches_.TimeOf("stability-time-out");
+        WhenStable(
+            patience, [this] { SayReading(); },
             [this] {
-                if (series_.refuses || isExplorer()) say("ES");
+                if (series_.refuses || IsExplorer()) Say("ES");
             });
     }
 
-    void sayReading() {
-        const Reading reading = balance().read();
-        if (reading.range != Reading::Range::inside || !balance().isOn()) return;
-        say(line(reading.digits(), reading.unit, reading.stable && !isBusy()));
+    void SayReading() {
+        const Reading reading = Balance().Read();
+        if (reading.range != Reading::Range::Inside || !Balance().IsOn()) return;
+        Say(Line(reading.Digits(), reading.unit, reading.stable && !IsBusy()));
     }
 
-    std::string line(const std::string& digits, const std::string& unit, bool isStable) const {
-        const std::string shownUnit = switches_.isOn("numeric-only") ? "" : unit;
-        return ohausLine(layout(), digits, shownUnit, isStable, balance().tareWeight() != 0);
+    std::string Line(const std::string& digits, const std::string& unit, bool isStable) const {
+        const std::string shownUnit = switches_.IsOn("numeric-only") ? "" : unit;
+        return OhausLine(Layout(), digits, shownUnit, isStable, Balance().TareWeight() != 0);
     }
 
     // > "T"   older: zero near zero, else tare, and no answer
-    void tare() {
+    void Tare() {
         if (series_.hasPrintCommands)
-            return work([this] {
-                const bool isEmpty = balance().read().value <= 0 && balance().tareWeight() == 0;
-                return isEmpty ? Outcome::tooLow : balance().tare();
+            return Work([this] {
+                const bool isEmpty = Balance().Read().value <= 0 && Balance().TareWeight() == 0;
+                return isEmpty ? Outcome::TooLow : Balance().Tare();
             });
-        const auto patience = switches_.time("stability-time-out");
-        whenStable(
+        const auto patience = switches_.TimeOf("stability-time-out");
+        WhenStable(
             patience,
             [this] {
-                if (balance().zero() != Outcome::done) balance().tare();
+                if (Balance().Zero() != Outcome::Done) Balance().Tare();
             },
             [] {});
     }
 
     // > "Z"   < "OK!", and the work is done when the pan is at rest; "ES" when that is in vain
-    void zero() {
-        work([this] { return balance().zero(); });
+    void Zero() {
+        Work([this] { return Balance().Zero(); });
     }
 
-    void work(const std::function<Outcome()>& outcome) {
-        const bool isMoving = isBusy() || !balance().read().stable;
+    void Work(const std::function<Outcome()>& outcome) {
+        const bool isMoving = IsBusy() || !Balance().Read().stable;
         if (isMoving) {
-            acknowledge();
-            return whenStable(
-                workTime, [outcome] { outcome(); }, [] {});
+            Acknowledge();
+            return WhenStable(
+                kWorkTime, [outcome] { outcome(); }, [] {});
         }
-        if (outcome() == Outcome::done)
-            acknowledge();
+        if (outcome() == Outcome::Done)
+            Acknowledge();
         else if (series_.acknowledges)
-            say("ES");
+            Say("ES");
     }
 
     // > "12.5T"   < "OK!"  in the unit that is shown, on the Discovery in g; "0T" clears it
-    void presetTare(const std::string& text) {
-        const auto value = parseNumber(text);
-        const double grams = series_.choosesModeAndUnit ? balance().data().gramsPerUnit : 1;
-        if (!value || balance().presetTare(*value * grams) != Outcome::done) return unknown(text);
-        acknowledge();
+    void PresetTare(const std::string& text) {
+        const auto value = ParseNumber(text);
+        const double grams = series_.choosesModeAndUnit ? Balance().Data().gramsPerUnit : 1;
+        if (!value || Balance().PresetTare(*value * grams) != Outcome::Done) return Unknown(text);
+        Acknowledge();
     }
 
-    void saySoftware() { say(switches_.text("software")); }
-    void saySerialNumber() { say(switches_.text("serial-number")); }
-    void sayMode() { say(balance().data().countsPieces ? "Counting" : "Weighing"); }
-    void sayUnit() { say(balance().data().unit); }
-    void sayTare() { say(line(balance().tareDigits(), balance().data().unit, true)); }
+    void SaySoftware() { Say(switches_.Text("software")); }
+    void SaySerialNumber() { Say(switches_.Text("serial-number")); }
+    void SayMode() { Say(Balance().Data().countsPieces ? "Counting" : "Weighing"); }
+    void SayUnit() { Say(Balance().Data().unit); }
+    void SayTare() { Say(Line(Balance().TareDigits(), Balance().Data().unit, true)); }
 
     // > "?"   < "g      "  unit in five columns, blank, "?" while the pan moves
-    void sayStability() {
-        const bool isStable = balance().read().stable && !isBusy();
-        say(leftAligned(balance().data().unit, 5) + " " + (isStable ? " " : "?"));
+    void SayStability() {
+        const bool isStable = Balance().Read().stable && !IsBusy();
+        Say(LeftAligned(Balance().Data().unit, 5) + " " + (isStable ? " " : "?"));
     }
-    void sayLastError() { say("[Err 0]"); }
+    void SayLastError() { Say("[Err 0]"); }
 
     // > "1M"   < "OK!"
-    void chooseMode(const std::string& text) {
-        const auto mode = parseWholeNumber(text, 0, 99);
+    void ChooseMode(const std::string& text) {
+        const auto mode = ParseWholeNumber(text, 0, 99);
         const bool isWeighing = mode == series_.weighingMode;
         const bool isCounting = mode == series_.countingMode;
-        if (!mode || !(isWeighing || isCounting)) return unknown(text);
-        isCounting ? countPieces() : weigh();
-        acknowledge();
+        if (!mode || !(isWeighing || isCounting)) return Unknown(text);
+        isCounting ? CountPieces() : Weigh();
+        Acknowledge();
     }
-    void nextMode() {
-        const bool canCount = series_.countingMode >= 0 && !balance().data().countsPieces;
-        canCount ? countPieces() : weigh();
-        acknowledge();
+    void NextMode() {
+        const bool canCount = series_.countingMode >= 0 && !Balance().Data().countsPieces;
+        canCount ? CountPieces() : Weigh();
+        Acknowledge();
     }
-    void weigh() {
-        if (balance().data().countsPieces) balance().showUnit("g", 1);
+    void Weigh() {
+        if (Balance().Data().countsPieces) Balance().ShowUnit("g", 1);
     }
-    void countPieces() { balance().showUnit("PCS", 1, true); }
+    void CountPieces() { Balance().ShowUnit("PCS", 1, true); }
 
     // > "2U"   < "OK!", and weights come in kg; on the Scout Pro "1M" for oz, and no answer
-    void chooseUnit(const std::string& text) {
-        const auto number = parseWholeNumber(text, 0, 99);
-        if (!number || !showUnit(*number)) return unknown(text);
-        acknowledge();
+    void ChooseUnit(const std::string& text) {
+        const auto number = ParseWholeNumber(text, 0, 99);
+        if (!number || !ShowUnit(*number)) return Unknown(text);
+        Acknowledge();
     }
 
-    void nextUnit() {
+    void NextUnit() {
         const auto& units = series_.units;
         const auto shown = std::find_if(units.begin(), units.end(), [this](const OhausUnit& each) {
-            return each.text == balance().data().unit;
+            return each.text == Balance().Data().unit;
         });
         const bool isLast = shown == units.end() || shown + 1 == units.end();
-        showUnit(isLast ? units.front().number : (shown + 1)->number);
-        acknowledge();
+        ShowUnit(isLast ? units.front().number : (shown + 1)->number);
+        Acknowledge();
     }
 
-    bool showUnit(int number) {
+    bool ShowUnit(int number) {
         const auto& units = series_.units;
         const auto unit = std::find_if(units.begin(), units.end(), [number](const OhausUnit& each) {
             return each.number == number;
         });
         if (unit == units.end()) return false;
-        balance().showUnit(unit->text, unit->grams, unit->countsPieces);
+        Balance().ShowUnit(unit->text, unit->grams, unit->countsPieces);
         return true;
     }
 
     // > "0FMT"   < "OK!"  the format that it has anyway
-    void chooseFormat(const std::string& text) {
-        if (text != "0") return unknown(text);
-        acknowledge();
+    void ChooseFormat(const std::string& text) {
+        if (text != "0") return Unknown(text);
+        Acknowledge();
     }
 
-    bool isAsleep() const { return !awake_ || !balance().isOn(); }
+    bool IsAsleep() const { return !awake_ || !Balance().IsOn(); }
 
     // > "ON"   < "OK!", and "ES" to everything until it is awake
-    void wakeUp() {
-        acknowledge();
-        if (balance().isOn()) return;
-        balance().switchOn();
+    void WakeUp() {
+        Acknowledge();
+        if (Balance().IsOn()) return;
+        Balance().SwitchOn();
         awake_ = false;
-        after(switches_.time("wake-up-time"), [this] { awake_ = true; });
+        After(switches_.TimeOf("wake-up-time"), [this] { awake_ = true; });
     }
 
-    void fallAsleep() {
-        acknowledge();
-        cancelAll();
-        balance().switchOff();
+    void FallAsleep() {
+        Acknowledge();
+        CancelAll();
+        Balance().SwitchOff();
     }
 
-    void restoreFactorySettings() {
-        cancelAll();
+    void RestoreFactorySettings() {
+        CancelAll();
         stableOnly_ = false;
-        lost_ = switches_.isOn("reset-changes-line");
-        if (switches_.isOn("factory-auto-print")) printEvery(continuousPrintInterval);
+        lost_ = switches_.IsOn("reset-changes-line");
+        if (switches_.IsOn("factory-auto-print")) PrintEvery(kContinuousPrintInterval);
     }
 
     Switches switches_;
@@ -325,14 +325,14 @@ class OhausPrint : public Dialect {
 
 }  // namespace
 
-CatalogEntry ohaus() {
+CatalogEntry OhausEntry() {
     CatalogEntry entry;
     entry.name = "ohaus";
     entry.maker = "Ohaus";
     entry.model = "Scout Pro or Explorer, 610 g";
     entry.driverClass = "WbalanceOHAUS_SPU602";
-    entry.line = {2400, 7, Parity::none, 1, FlowControl::none};
-    entry.switches = ohausSwitches();
+    entry.line = {2400, 7, Parity::None, 1, FlowControl::None};
+    entry.switches = OhausSwitches();
     entry.createDialect = [](BalanceModel& model, const Switches& switches) {
         return std::unique_ptr<Dialect>(new OhausPrint(model, switches));
     };

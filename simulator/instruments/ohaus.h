@@ -4,6 +4,6 @@
 
 namespace simulator {
 
-CatalogEntry ohaus();  ///< "ohaus"
+CatalogEntry OhausEntry();  ///< "ohaus"
 
 }  // namespace simulator

@@ -20,10 +20,10 @@ namespace simulator {
 namespace {
 
 /// The working modes that this balance has, by their numbers.
-constexpr int weighing = 1;
-constexpr int counting = 2;
+constexpr int kWeighing = 1;
+constexpr int kCounting = 2;
 
-std::string quoted(const std::string& text) {
+std::string Quoted(const std::string& text) {
     return '"' + text + '"';
 }
 
@@ -31,32 +31,33 @@ class Radwag : public Dialect {
  public:
     Radwag(BalanceModel& model, const Switches& switches)
         : Dialect(model, "\r\n"), switches_(switches) {
-        for (const Command& command : commands())
-            if (command.isKnown) on(command.name, this, command.does);
+        for (const Command& command : Commands())
+            if (command.isKnown) On(command.name, this, command.does);
     }
 
-    void powerUp() override {
+    void PowerUp() override {
         occupied_ = false;
-        freeKeys();
+        FreeKeys();
     }
 
  protected:
-    void unknown(const std::string& command) override {
-        if (!command.empty()) say("ES");
+    void Unknown(const std::string& command) override {
+        if (!command.empty()) Say("ES");
     }
     // < "         18.5 g  "   18 bytes with the line end: no command letters
-    void printKey() override {
-        whenStable(
-            switches_.time("stability-time-out"), [this] { say(radwagMass(readInUnit())); }, [] {});
+    void PrintKey() override {
+        WhenStable(
+            switches_.TimeOf("stability-time-out"), [this] { Say(RadwagMass(ReadInUnit())); },
+            [] {});
     }
-    bool interrupts(const std::string&) const override {
-        return switches_.text("during-wait") == "refuse";
+    bool Interrupts(const std::string&) const override {
+        return switches_.Text("during-wait") == "refuse";
     }
     /// While it waits for the pan or adjusts, nothing else is accessible.
-    void execute(const std::string& command) override {
-        const std::string name = firstWord(command).first;
-        if (occupied_ && knows(name)) return say(name + " I");
-        Dialect::execute(command);
+    void Execute(const std::string& command) override {
+        const std::string name = FirstWord(command).first;
+        if (occupied_ && Knows(name)) return Say(name + " I");
+        Dialect::Execute(command);
     }
 
  private:
@@ -67,284 +68,284 @@ class Radwag : public Dialect {
     };
 
     /// Every command there is, in the order of PC, and whether this series knows it.
-    std::vector<Command> commands() const {
-        const std::string& series = switches_.text("series");
+    std::vector<Command> Commands() const {
+        const std::string& series = switches_.Text("series");
         const bool isTerminal = series == "wtc";
         const bool isAnalyser = series == "ma";
         const bool hasUnits = series == "ps" || series == "hrp";
         const bool adjusts = isAnalyser || series == "hrp";
         return {
-            {"Z", &Radwag::zero, true},
-            {"T", &Radwag::tare, true},
-            {"OT", &Radwag::sayTare, true},
-            {"UT", &Radwag::presetTare, true},
-            {"S", &Radwag::sendStable, true},
-            {"SI", &Radwag::sendImmediately, true},
-            {"SU", &Radwag::sendStableInUnit, true},
-            {"SUI", &Radwag::sendImmediatelyInUnit, true},
-            {"C1", &Radwag::start, true},
-            {"C0", &Radwag::stop, true},
-            {"CU1", &Radwag::startInUnit, true},
-            {"CU0", &Radwag::stopInUnit, true},
-            {"DH", &Radwag::setLowLimit, !isTerminal},
-            {"UH", &Radwag::setHighLimit, !isTerminal},
-            {"ODH", &Radwag::sayLowLimit, !isTerminal},
-            {"OUH", &Radwag::sayHighLimit, !isTerminal},
-            {"K1", &Radwag::block, isTerminal || isAnalyser},
-            {"K0", &Radwag::unblock, isTerminal || isAnalyser},
-            {"NB", &Radwag::saySerialNumber, true},
-            {"BN", &Radwag::saySeries, !isTerminal},
-            {"FS", &Radwag::sayCapacity, !isTerminal},
-            {"RV", &Radwag::saySoftware, !isTerminal},
-            {"UI", &Radwag::sayUnits, hasUnits},
-            {"US", &Radwag::chooseUnit, hasUnits},
-            {"UG", &Radwag::sayUnit, hasUnits},
-            {"OMI", &Radwag::sayModes, hasUnits},
-            {"OMS", &Radwag::chooseMode, hasUnits},
-            {"OMG", &Radwag::sayMode, hasUnits},
-            {"BP", &Radwag::beep, hasUnits},
-            {"SS", &Radwag::pressPrint, isAnalyser},
-            {"IC", &Radwag::adjust, adjusts},
-            {"PC", &Radwag::sayCommands, true},
+            {"Z", &Radwag::Zero, true},
+            {"T", &Radwag::Tare, true},
+            {"OT", &Radwag::SayTare, true},
+            {"UT", &Radwag::PresetTare, true},
+            {"S", &Radwag::SendStable, true},
+            {"SI", &Radwag::SendImmediately, true},
+            {"SU", &Radwag::SendStableInUnit, true},
+            {"SUI", &Radwag::SendImmediatelyInUnit, true},
+            {"C1", &Radwag::Start, true},
+            {"C0", &Radwag::Stop, true},
+            {"CU1", &Radwag::StartInUnit, true},
+            {"CU0", &Radwag::StopInUnit, true},
+            {"DH", &Radwag::SetLowLimit, !isTerminal},
+            {"UH", &Radwag::SetHighLimit, !isTerminal},
+            {"ODH", &Radwag::SayLowLimit, !isTerminal},
+            {"OUH", &Radwag::SayHighLimit, !isTerminal},
+            {"K1", &Radwag::Block, isTerminal || isAnalyser},
+            {"K0", &Radwag::Unblock, isTerminal || isAnalyser},
+            {"NB", &Radwag::SaySerialNumber, true},
+            {"BN", &Radwag::SaySeries, !isTerminal},
+            {"FS", &Radwag::SayCapacity, !isTerminal},
+            {"RV", &Radwag::SaySoftware, !isTerminal},
+            {"UI", &Radwag::SayUnits, hasUnits},
+            {"US", &Radwag::ChooseUnit, hasUnits},
+            {"UG", &Radwag::SayUnit, hasUnits},
+            {"OMI", &Radwag::SayModes, hasUnits},
+            {"OMS", &Radwag::ChooseMode, hasUnits},
+            {"OMG", &Radwag::SayMode, hasUnits},
+            {"BP", &Radwag::Beep, hasUnits},
+            {"SS", &Radwag::PressPrint, isAnalyser},
+            {"IC", &Radwag::Adjust, adjusts},
+            {"PC", &Radwag::SayCommands, true},
         };
     }
 
-    bool knows(const std::string& name) const {
-        const auto all = commands();
+    bool Knows(const std::string& name) const {
+        const auto all = Commands();
         return std::any_of(all.begin(), all.end(),
                            [&](const Command& each) { return each.isKnown && name == each.name; });
     }
 
     // > "PC"  < PC A "Z,T,OT,...", on the WTC "PC -> Z,T,OT,..."
-    void sayCommands() {
+    void SayCommands() {
         std::string list;
-        for (const Command& command : commands())
+        for (const Command& command : Commands())
             if (command.isKnown) list += (list.empty() ? "" : ",") + std::string(command.name);
-        say(switches_.text("series") == "wtc" ? "PC -> " + list : "PC A " + quoted(list));
+        Say(switches_.Text("series") == "wtc" ? "PC -> " + list : "PC A " + Quoted(list));
     }
 
     /// Confirms a command and runs `then` with the pan at rest.
-    void atRest(const std::string& command, Action then) {
-        say(command + " A");
+    void AtRest(const std::string& command, Action then) {
+        Say(command + " A");
         occupied_ = true;
-        whenStable(
-            switches_.time("stability-time-out"),
+        WhenStable(
+            switches_.TimeOf("stability-time-out"),
             [this, then = std::move(then)] {
                 occupied_ = false;
                 then();
             },
             [this, command] {
                 occupied_ = false;
-                say(command + " E");
+                Say(command + " E");
             });
     }
 
     // > "T"   < "T A" "T D"; neither below zero nor above the capacity
-    void tare() {
-        atRest("T", [this] { say(balance().tare() == Outcome::done ? "T D" : "T v"); });
+    void Tare() {
+        AtRest("T", [this] { Say(Balance().Tare() == Outcome::Done ? "T D" : "T v"); });
     }
 
     // > "Z"   < "Z A" "Z D"
-    void zero() {
-        atRest("Z", [this] { say(balance().zero() == Outcome::done ? "Z D" : "Z ^"); });
+    void Zero() {
+        AtRest("Z", [this] { Say(Balance().Zero() == Outcome::Done ? "Z D" : "Z ^"); });
     }
 
     // > "S"   < "S A" "S    -      8.5 g  "
-    void sendStable() {
-        atRest("S", [this] { say(frame("S", balance().read())); });
+    void SendStable() {
+        AtRest("S", [this] { Say(Frame("S", Balance().Read())); });
     }
 
     // > "SU"  < "SU A" "SU   -     8500 mg "
-    void sendStableInUnit() {
-        atRest("SU", [this] { say(frame("SU", readInUnit())); });
+    void SendStableInUnit() {
+        AtRest("SU", [this] { Say(Frame("SU", ReadInUnit())); });
     }
 
     // > "SI"  < "SI ?       18.5 g  "
-    void sendImmediately() { sayNow("SI", balance().read()); }
-    void sendImmediatelyInUnit() { sayNow("SUI", readInUnit()); }
+    void SendImmediately() { SayNow("SI", Balance().Read()); }
+    void SendImmediatelyInUnit() { SayNow("SUI", ReadInUnit()); }
 
-    void sayNow(const std::string& command, const Reading& reading) {
-        if (isBusy()) return say(command + " I");
-        if (switches_.isOn("confirms-at-once")) say(command + " A");
-        say(frame(command, reading));
+    void SayNow(const std::string& command, const Reading& reading) {
+        if (IsBusy()) return Say(command + " I");
+        if (switches_.IsOn("confirms-at-once")) Say(command + " A");
+        Say(Frame(command, reading));
     }
 
     // > "C1"  < "C1 A" and the frames of SI, until "C0"; "CU1" those of SUI
-    void start() {
-        begin("C1 A", [this] { say(frame("SI", balance().read())); });
+    void Start() {
+        Begin("C1 A", [this] { Say(Frame("SI", Balance().Read())); });
     }
-    void startInUnit() {
-        begin("CU1 A", [this] { say(frame("SUI", readInUnit())); });
+    void StartInUnit() {
+        Begin("CU1 A", [this] { Say(Frame("SUI", ReadInUnit())); });
     }
-    void begin(const std::string& confirmation, const Action& sendFrame) {
-        say(confirmation);
-        stopRepeating();
-        every(switches_.time("repeat-interval"), sendFrame);
+    void Begin(const std::string& confirmation, const Action& sendFrame) {
+        Say(confirmation);
+        StopRepeating();
+        Every(switches_.TimeOf("repeat-interval"), sendFrame);
     }
 
-    void stop() { end("C0 A"); }
-    void stopInUnit() { end("CU0 A"); }
-    void end(const std::string& confirmation) {
-        stopRepeating();
-        say(confirmation);
+    void Stop() { End("C0 A"); }
+    void StopInUnit() { End("CU0 A"); }
+    void End(const std::string& confirmation) {
+        StopRepeating();
+        Say(confirmation);
     }
 
     // > "OT"  < "OT     12.50 g   ": without stability and sign, but on the WTC
-    void sayTare() {
-        const std::string gap = switches_.text("series") == "wtc" ? "   " : "";
-        say("OT " + gap + rightAligned(balance().tareDigits(), radwagMassColumns) + " " +
-            leftAligned(balance().data().unit, radwagUnitColumns) + (gap.empty() ? " " : ""));
+    void SayTare() {
+        const std::string gap = switches_.Text("series") == "wtc" ? "   " : "";
+        Say("OT " + gap + RightAligned(Balance().TareDigits(), kRadwagMassColumns) + " " +
+            LeftAligned(Balance().Data().unit, kRadwagUnitColumns) + (gap.empty() ? " " : ""));
     }
 
     // > "UT 12.5"   < "UT OK", "UT I", and "ES" for no number
-    void presetTare(const std::string& text) {
-        const auto value = parseNumber(text);
-        if (!value) return unknown("UT");
-        const Outcome outcome = balance().presetTare(*value * balance().data().gramsPerUnit);
-        say(outcome == Outcome::done ? "UT OK" : "UT I");
+    void PresetTare(const std::string& text) {
+        const auto value = ParseNumber(text);
+        if (!value) return Unknown("UT");
+        const Outcome outcome = Balance().PresetTare(*value * Balance().Data().gramsPerUnit);
+        Say(outcome == Outcome::Done ? "UT OK" : "UT I");
     }
 
     // > "DH 12.5"   < "DH OK"; > "ODH"  < "DH     12.50 g   "
-    void setLowLimit(const std::string& text) { setLimit("DH", text, lowLimit_); }
-    void setHighLimit(const std::string& text) { setLimit("UH", text, highLimit_); }
-    void setLimit(const std::string& name, const std::string& text, double& limit) {
-        const auto value = parseNumber(text);
-        if (!value) return unknown(name);
+    void SetLowLimit(const std::string& text) { SetLimit("DH", text, lowLimit_); }
+    void SetHighLimit(const std::string& text) { SetLimit("UH", text, highLimit_); }
+    void SetLimit(const std::string& name, const std::string& text, double& limit) {
+        const auto value = ParseNumber(text);
+        if (!value) return Unknown(name);
         limit = *value;
-        say(name + " OK");
+        Say(name + " OK");
     }
 
-    void sayLowLimit() { sayLimit("DH", lowLimit_); }
-    void sayHighLimit() { sayLimit("UH", highLimit_); }
-    void sayLimit(const std::string& name, double limit) {
-        Reading reading = balance().read();
+    void SayLowLimit() { SayLimit("DH", lowLimit_); }
+    void SayHighLimit() { SayLimit("UH", highLimit_); }
+    void SayLimit(const std::string& name, double limit) {
+        Reading reading = Balance().Read();
         reading.value = limit;
-        say(name + " " + rightAligned(reading.digits(), radwagMassColumns) + " " +
-            leftAligned(reading.unit, radwagUnitColumns) + " ");
+        Say(name + " " + RightAligned(reading.Digits(), kRadwagMassColumns) + " " +
+            LeftAligned(reading.unit, kRadwagUnitColumns) + " ");
     }
 
     // > "K1"  < "K1 OK"  the keys are blocked until "K0" or the next power-off
-    void block() {
-        blockKeys();
-        say("K1 OK");
+    void Block() {
+        BlockKeys();
+        Say("K1 OK");
     }
-    void unblock() {
-        freeKeys();
-        say("K0 OK");
+    void Unblock() {
+        FreeKeys();
+        Say("K0 OK");
     }
 
     // > "NB"  < NB A "123456"
-    void saySerialNumber() { say("NB A " + quoted(switches_.text("serial-number"))); }
-    void saySoftware() { say("RV A " + quoted(switches_.text("software"))); }
-    void saySeries() {
-        std::string name = switches_.text("series");
+    void SaySerialNumber() { Say("NB A " + Quoted(switches_.Text("serial-number"))); }
+    void SaySoftware() { Say("RV A " + Quoted(switches_.Text("software"))); }
+    void SaySeries() {
+        std::string name = switches_.Text("series");
         std::transform(name.begin(), name.end(), name.begin(), ::toupper);
-        say("BN A " + quoted(name));
+        Say("BN A " + Quoted(name));
     }
-    void sayCapacity() {
-        Reading full = balance().read();
-        full.value = balance().data().capacity / balance().data().gramsPerUnit;
-        say("FS A " + quoted(full.digits()));
+    void SayCapacity() {
+        Reading full = Balance().Read();
+        full.value = Balance().Data().capacity / Balance().Data().gramsPerUnit;
+        Say("FS A " + Quoted(full.Digits()));
     }
 
     // > "UI"  < UI "g, mg, ct" OK
-    void sayUnits() {
+    void SayUnits() {
         std::string list;
-        for (const Unit& each : radwagUnits())
+        for (const Unit& each : RadwagUnits())
             list += (list.empty() ? "" : ", ") + each.text;
-        say("UI " + quoted(list) + " OK");
+        Say("UI " + Quoted(list) + " OK");
     }
 
     // > "US mg"   < "US mg OK", "US E"; > "US next"  steps on
-    void chooseUnit(const std::string& text) {
-        const auto chosen = std::find_if(radwagUnits().begin(), radwagUnits().end(),
+    void ChooseUnit(const std::string& text) {
+        const auto chosen = std::find_if(RadwagUnits().begin(), RadwagUnits().end(),
                                          [&](const Unit& each) { return each.text == text; });
         if (text == "next")
-            unit_ = (unit_ + 1) % radwagUnits().size();
-        else if (chosen != radwagUnits().end())
-            unit_ = static_cast<std::size_t>(chosen - radwagUnits().begin());
+            unit_ = (unit_ + 1) % RadwagUnits().size();
+        else if (chosen != RadwagUnits().end())
+            unit_ = static_cast<std::size_t>(chosen - RadwagUnits().begin());
         else
-            return say("US E");
-        say("US " + radwagUnits()[unit_].text + " OK");
+            return Say("US E");
+        Say("US " + RadwagUnits()[unit_].text + " OK");
     }
 
     // > "UG"  < "UG mg OK"
-    void sayUnit() { say("UG " + readInUnit().unit + " OK"); }
+    void SayUnit() { Say("UG " + ReadInUnit().unit + " OK"); }
 
     // > "OMI" < a line for each mode, between "OMI" and "OK"
-    void sayModes() {
-        say("OMI");
-        say(std::to_string(weighing) + " \"Weighing\"");
-        say(std::to_string(counting) + " \"Parts counting\"");
-        say("OK");
+    void SayModes() {
+        Say("OMI");
+        Say(std::to_string(kWeighing) + " \"Weighing\"");
+        Say(std::to_string(kCounting) + " \"Parts counting\"");
+        Say("OK");
     }
 
     // > "OMS 2"   < "OMS OK", "OMS E"
-    void chooseMode(const std::string& text) {
-        const auto mode = parseWholeNumber(text, weighing, counting);
-        if (!mode) return say("OMS E");
+    void ChooseMode(const std::string& text) {
+        const auto mode = ParseWholeNumber(text, kWeighing, kCounting);
+        if (!mode) return Say("OMS E");
         mode_ = *mode;
-        say("OMS OK");
+        Say("OMS OK");
     }
-    void sayMode() { say("OMG " + std::to_string(mode_) + " OK"); }
+    void SayMode() { Say("OMG " + std::to_string(mode_) + " OK"); }
 
     // > "BP 350"  < "BP OK"; times above the longest are cut
-    void beep(const std::string& text) {
+    void Beep(const std::string& text) {
         constexpr int shortest = 50;
-        const auto milliseconds = parseWholeNumber(text, shortest, 1'000'000);
-        say(milliseconds ? "BP OK" : "BP E");
+        const auto milliseconds = ParseWholeNumber(text, shortest, 1'000'000);
+        Say(milliseconds ? "BP OK" : "BP E");
     }
 
     // > "SS"  < "SS OK" and what the print key sends
-    void pressPrint() {
-        say("SS OK");
-        printKey();
+    void PressPrint() {
+        Say("SS OK");
+        PrintKey();
     }
 
     // > "IC"  < "IC A", and "IC D" when it has adjusted, "IC E" when the pan did not rest
-    void adjust() {
-        say("IC A");
+    void Adjust() {
+        Say("IC A");
         occupied_ = true;
-        after(switches_.time("adjustment-time"), [this] {
+        After(switches_.TimeOf("adjustment-time"), [this] {
             occupied_ = false;
-            say(!isBusy() && balance().read().stable ? "IC D" : "IC E");
+            Say(!IsBusy() && Balance().Read().stable ? "IC D" : "IC E");
         });
     }
 
     /// In the unit that a host has chosen for the display; S and SI keep to the basic unit.
-    Reading readInUnit() const {
-        const Unit basic{balance().data().unit, balance().data().gramsPerUnit};
+    Reading ReadInUnit() const {
+        const Unit basic{Balance().Data().unit, Balance().Data().gramsPerUnit};
         const Unit pieces{"pcs", 1, true};
-        if (mode_ == counting) return balance().readIn(pieces);
-        return balance().readIn(unit_ == 0 ? basic : radwagUnits()[unit_]);
+        if (mode_ == kCounting) return Balance().ReadIn(pieces);
+        return Balance().ReadIn(unit_ == 0 ? basic : RadwagUnits()[unit_]);
     }
 
-    std::string frame(const std::string& command, const Reading& reading) const {
-        return radwagFrame(command, reading, switches_.text("frame") == "22");
+    std::string Frame(const std::string& command, const Reading& reading) const {
+        return RadwagFrame(command, reading, switches_.Text("frame") == "22");
     }
 
     Switches switches_;
     bool occupied_ = false;  ///< waits for the pan to rest, or adjusts
     std::size_t unit_ = 0;   ///< of the display, by its place in UI
-    int mode_ = weighing;
+    int mode_ = kWeighing;
     double lowLimit_ = 0;
     double highLimit_ = 0;
 };
 
 }  // namespace
 
-CatalogEntry radwag() {
+CatalogEntry RadwagEntry() {
     BalanceData balance;
     balance.capacity = 3000;
     balance.readability = 0.01;
     balance.lowestLoad = -300;
     balance.zeroRange = 60;
-    const LineSettings line{9600, 7, Parity::even, 1, FlowControl::none};
+    const LineSettings line{9600, 7, Parity::Even, 1, FlowControl::None};
     const auto create = [](BalanceModel& model, const Switches& switches) {
         return std::unique_ptr<Dialect>(new Radwag(model, switches));
     };
     return {"radwag", "Radwag", "PS, 3000 g",     "WbalanceRadwag",
-            line,     balance,  radwagSwitches(), create};
+            line,     balance,  RadwagSwitches(), create};
 }
 
 }  // namespace simulator

@@ -4,6 +4,6 @@
 
 namespace simulator {
 
-CatalogEntry radwag();  ///< "radwag"
+CatalogEntry RadwagEntry();  ///< "radwag"
 
 }  // namespace simulator

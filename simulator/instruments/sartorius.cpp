@@ -26,46 +26,46 @@
 namespace simulator {
 namespace {
 
-constexpr char escape = '\x1b';
+constexpr char kEscape = '\x1b';
 
 /// As delivered, the balance waits for stability for as long as it takes.
-constexpr Time forAsLongAsItTakes = 24h;
+constexpr Time kForAsLongAsItTakes = 24h;
 
-constexpr Time autoPrintInterval = 100ms;
+constexpr Time kAutoPrintInterval = 100ms;
 
-constexpr std::size_t identifierColumns = 6;
-constexpr std::size_t valueColumns = 9;
-constexpr std::size_t unitColumns = 3;
-constexpr std::size_t lineColumns = 14;
-constexpr std::size_t longestWord = lineColumns + identifierColumns;
+constexpr std::size_t kIdentifierColumns = 6;
+constexpr std::size_t kValueColumns = 9;
+constexpr std::size_t kUnitColumns = 3;
+constexpr std::size_t kLineColumns = 14;
+constexpr std::size_t kLongestWord = kLineColumns + kIdentifierColumns;
 
 class Sbi : public Dialect {
  public:
     Sbi(BalanceModel& model, const Switches& switches)
-        : Dialect(model, "\r\n"), switches_(switches), series_(sbiSeries(switches)) {
-        for (const Command& command : commands())
-            if (command.isKnown) on(command.name, this, command.does);
-        printUnasked();
+        : Dialect(model, "\r\n"), switches_(switches), series_(ChosenSbiSeries(switches)) {
+        for (const Command& command : Commands())
+            if (command.isKnown) On(command.name, this, command.does);
+        PrintUnasked();
     }
 
-    void powerUp() override {
+    void PowerUp() override {
         typed_.clear();
         storedTare_.clear();
         adjusting_ = false;
-        freeKeys();
-        balance().filter(1);
-        printUnasked();
+        FreeKeys();
+        Balance().Filter(1);
+        PrintUnasked();
     }
 
  protected:
-    void unknown(const std::string&) override {}
-    bool interrupts(const std::string& command) const override {
+    void Unknown(const std::string&) override {}
+    bool Interrupts(const std::string& command) const override {
         return command == "s3" || command[0] == 'x';
     }
 
-    std::optional<std::string> cutCommand(std::string& received) override {
-        received.erase(0, beginOfCommand(received));
-        const std::size_t first = !received.empty() && received[0] == escape ? 1 : 0;
+    std::optional<std::string> CutCommand(std::string& received) override {
+        received.erase(0, BeginOfCommand(received));
+        const std::size_t first = !received.empty() && received[0] == kEscape ? 1 : 0;
         if (received.size() <= first) return std::nullopt;
         const bool isLetterAlone = std::isupper(static_cast<unsigned char>(received[first])) != 0;
         const std::size_t end = isLetterAlone ? first + 1 : received.find('_');
@@ -82,43 +82,43 @@ class Sbi : public Dialect {
         bool isKnown;
     };
 
-    std::vector<Command> commands() const {
+    std::vector<Command> Commands() const {
         const bool isApart = series_.hasTareAlone;
         const bool hasKeys = series_.hasFunctionKeys;
         return {
-            {"P", &Sbi::printOrSwitch, true},
-            {"T", &Sbi::tareAndZero, true},
-            {"U", &Sbi::tareAlone, isApart},
-            {"V", &Sbi::zeroAlone, isApart},
-            {"f3", &Sbi::zeroAlone, hasKeys},
-            {"f4", &Sbi::tareAlone, hasKeys},
-            {"s3", &Sbi::cancel, true},
-            {"t", &Sbi::type, series_.hasSoftKeys},
-            {"kF4", &Sbi::pressSoftKey4, series_.hasSoftKeys},
-            {"x1", &Sbi::sayModel, true},
-            {"x2", &Sbi::saySerialNumber, true},
-            {"x3", &Sbi::saySoftware, series_.saysSoftware},
-            {"x0", &Sbi::adjust, hasKeys},
-            {"Z", &Sbi::adjust, true},
-            {"W", &Sbi::adjust, true},
-            {"K", &Sbi::filterVeryStable, true},
-            {"L", &Sbi::filterStable, true},
-            {"M", &Sbi::filterUnstable, true},
-            {"N", &Sbi::filterVeryUnstable, true},
-            {"O", &Sbi::blockKeys, true},
-            {"R", &Sbi::freeKeys, true},
-            {"S", &Sbi::restart, series_.canRestart},
-            {"p", &Sbi::print, series_.printsToAll == "p"},
-            {"kP", &Sbi::print, series_.printsToAll == "kP"},
+            {"P", &Sbi::PrintOrSwitch, true},
+            {"T", &Sbi::TareAndZero, true},
+            {"U", &Sbi::TareAlone, isApart},
+            {"V", &Sbi::ZeroAlone, isApart},
+            {"f3", &Sbi::ZeroAlone, hasKeys},
+            {"f4", &Sbi::TareAlone, hasKeys},
+            {"s3", &Sbi::Cancel, true},
+            {"t", &Sbi::Type, series_.hasSoftKeys},
+            {"kF4", &Sbi::PressSoftKey4, series_.hasSoftKeys},
+            {"x1", &Sbi::SayModel, true},
+            {"x2", &Sbi::SaySerialNumber, true},
+            {"x3", &Sbi::SaySoftware, series_.saysSoftware},
+            {"x0", &Sbi::Adjust, hasKeys},
+            {"Z", &Sbi::Adjust, true},
+            {"W", &Sbi::Adjust, true},
+            {"K", &Sbi::FilterVeryStable, true},
+            {"L", &Sbi::FilterStable, true},
+            {"M", &Sbi::FilterUnstable, true},
+            {"N", &Sbi::FilterVeryUnstable, true},
+            {"O", &Sbi::BlockKeys, true},
+            {"R", &Sbi::FreeKeys, true},
+            {"S", &Sbi::Restart, series_.canRestart},
+            {"p", &Sbi::Print, series_.printsToAll == "p"},
+            {"kP", &Sbi::Print, series_.printsToAll == "kP"},
         };
     }
 
     /// Where ESC stands, or the first letter where ESC may be left out.
-    std::size_t beginOfCommand(const std::string& received) const {
+    std::size_t BeginOfCommand(const std::string& received) const {
         std::size_t at = 0;
         const auto begins = [this](char each) {
             const bool isLetter = std::isalpha(static_cast<unsigned char>(each)) != 0;
-            return each == escape || (series_.takesBareCommands && isLetter);
+            return each == kEscape || (series_.takesBareCommands && isLetter);
         };
         while (at < received.size() && !begins(received[at]))
             ++at;
@@ -126,93 +126,93 @@ class Sbi : public Dialect {
     }
 
     // > ESC "x1_"   < "MSE1203S-100-DR     ", 14 characters in lines of 16
-    void sayModel() { sayWord(series_.word + series_.model); }
-    void saySerialNumber() { sayWord(switches_.text("serial-number")); }
-    void saySoftware() { sayWord(switches_.text("software")); }
+    void SayModel() { SayWord(series_.word + series_.model); }
+    void SaySerialNumber() { SayWord(switches_.Text("serial-number")); }
+    void SaySoftware() { SayWord(switches_.Text("software")); }
 
-    void sayWord(const std::string& word) {
-        const std::size_t columns = hasIdentifiers() ? longestWord : lineColumns;
-        say(leftAligned(word, columns).substr(0, columns));
+    void SayWord(const std::string& word) {
+        const std::size_t columns = HasIdentifiers() ? kLongestWord : kLineColumns;
+        Say(LeftAligned(word, columns).substr(0, columns));
     }
 
-    void filterVeryStable() { balance().filter(4); }
-    void filterStable() { balance().filter(1); }
-    void filterUnstable() { balance().filter(0.5); }
-    void filterVeryUnstable() { balance().filter(0.25); }
+    void FilterVeryStable() { Balance().Filter(4); }
+    void FilterStable() { Balance().Filter(1); }
+    void FilterUnstable() { Balance().Filter(0.5); }
+    void FilterVeryUnstable() { Balance().Filter(0.25); }
 
-    void atRest(Action then) {
-        whenStable(forAsLongAsItTakes, std::move(then), [] {});
+    void AtRest(Action then) {
+        WhenStable(kForAsLongAsItTakes, std::move(then), [] {});
     }
 
-    void printUnasked() {
-        stopRepeating();
-        printsUnasked_ = switches_.isOn("auto-print");
-        if (printsUnasked_) every(autoPrintInterval, [this] { sayReading(); });
+    void PrintUnasked() {
+        StopRepeating();
+        printsUnasked_ = switches_.IsOn("auto-print");
+        if (printsUnasked_) Every(kAutoPrintInterval, [this] { SayReading(); });
     }
 
     /// ESC P: in some series it ends what is printed unasked, or stops and starts it.
-    void printOrSwitch() {
-        const bool isAutomatic = switches_.isOn("auto-print");
-        if (!isAutomatic || series_.print == SbiSeries::Print::goesBetween) return print();
-        if (!printsUnasked_ && series_.print == SbiSeries::Print::stopsAndStarts)
-            return printUnasked();
-        stopRepeating();
+    void PrintOrSwitch() {
+        const bool isAutomatic = switches_.IsOn("auto-print");
+        if (!isAutomatic || series_.print == SbiSeries::Print::GoesBetween) return Print();
+        if (!printsUnasked_ && series_.print == SbiSeries::Print::StopsAndStarts)
+            return PrintUnasked();
+        StopRepeating();
         printsUnasked_ = false;
-        if (series_.print == SbiSeries::Print::ends) print();
+        if (series_.print == SbiSeries::Print::Ends) Print();
     }
 
-    void printKey() override {
-        const bool isStopped = switches_.isOn("auto-print") && !printsUnasked_;
-        isStopped ? printUnasked() : printOrSwitch();
+    void PrintKey() override {
+        const bool isStopped = switches_.IsOn("auto-print") && !printsUnasked_;
+        isStopped ? PrintUnasked() : PrintOrSwitch();
     }
 
-    void print() {
-        const std::string when = series_.waitsForRest ? switches_.text("print") : "at-once";
-        const bool isStable = !isBusy() && balance().read().stable;
+    void Print() {
+        const std::string when = series_.waitsForRest ? switches_.Text("print") : "at-once";
+        const bool isStable = !IsBusy() && Balance().Read().stable;
         if (when == "stable")
-            atRest([this] { sayPrint(); });
+            AtRest([this] { SayPrint(); });
         else if (when == "at-once" || isStable)
-            sayPrint();
+            SayPrint();
     }
 
-    void sayPrint() {
-        sayReading();
-        if (series_.endsWithBlankLine) say("");
+    void SayPrint() {
+        SayReading();
+        if (series_.endsWithBlankLine) Say("");
     }
 
-    void sayReading() {
-        const std::string special = specialText();
-        if (!special.empty()) return sayLine("Stat", special);
-        const Reading reading = balance().read();
-        if (!storedTare_.empty() && switches_.text("tare-line") != "off" && hasIdentifiers())
-            sayLine(switches_.text("tare-line"), weight("+", storedTare_, reading.stable));
-        std::string digits = reading.digits();
-        const std::string sign = signOf(reading);
+    void SayReading() {
+        const std::string special = SpecialText();
+        if (!special.empty()) return SayLine("Stat", special);
+        const Reading reading = Balance().Read();
+        if (!storedTare_.empty() && switches_.Text("tare-line") != "off" && HasIdentifiers())
+            SayLine(switches_.Text("tare-line"), Weight("+", storedTare_, reading.stable));
+        std::string digits = reading.Digits();
+        const std::string sign = SignOf(reading);
         if (sign == "-") digits.erase(0, 1);
-        if (switches_.isOn("verified"))
+        if (switches_.IsOn("verified"))
             digits = digits.substr(0, digits.size() - 1) + "[" + digits.back() + "]";
-        sayLine(identifier(), weight(sign, digits, reading.stable));
+        SayLine(Identifier(), Weight(sign, digits, reading.stable));
     }
 
-    std::string signOf(const Reading& reading) const {
+    std::string SignOf(const Reading& reading) const {
         if (reading.value == 0 && !series_.signsZero) return " ";
         return reading.value < 0 ? "-" : "+";
     }
 
-    std::string identifier() const {
-        if (balance().data().countsPieces) return "Qnt";
+    std::string Identifier() const {
+        if (Balance().Data().countsPieces) return "Qnt";
         if (!storedTare_.empty()) return "N1";
-        return balance().tareWeight() == 0 ? series_.grossWord : "N";
+        return Balance().TareWeight() == 0 ? series_.grossWord : "N";
     }
 
     /// What the display shows in place of a weight, from its third column on; empty for a weight.
-    std::string specialText() const {
-        const bool words = switches_.isOn("words");
+    std::string SpecialText() const {
+        const bool words = switches_.IsOn("words");
         if (adjusting_) return words ? "      Cal." : "      C";
-        switch (balance().read().range) {
-            case Reading::Range::over:
+        switch (Balance().Read().range) {
+            case Reading::Range::Over:
                 return words ? "      High" : "      H";
-            case Reading::Range::under:
+            case Reading::Range::Under:
                 return words ? "      Low" : "      L";
             default:
                 break;
@@ -226,88 +226,88 @@ class Sbi : public Dialect {
             {"standby", "     OFF"},
             {"error-054", "   Err 054"},
             {"external-calibration", "   Cal. Ext."}};
-        return texts.at(switches_.text("display"));
+        return texts.at(switches_.Text("display"));
     }
 
-    std::string weight(const std::string& sign, const std::string& digits, bool isStable) const {
-        const BalanceData& data = balance().data();
+    std::string Weight(const std::string& sign, const std::string& digits, bool isStable) const {
+        const BalanceData& data = Balance().Data();
         const std::string unit = !isStable ? "" : data.countsPieces ? "pcs" : data.unit;
-        return sign + rightAligned(digits, valueColumns) + " " + leftAligned(unit, unitColumns);
+        return sign + RightAligned(digits, kValueColumns) + " " + LeftAligned(unit, kUnitColumns);
     }
 
-    bool hasIdentifiers() const { return switches_.text("line") == "22"; }
+    bool HasIdentifiers() const { return switches_.Text("line") == "22"; }
 
-    void sayLine(const std::string& identifier, const std::string& text) {
-        say((hasIdentifiers() ? leftAligned(identifier, identifierColumns) : "") +
-            leftAligned(text, lineColumns));
+    void SayLine(const std::string& identifier, const std::string& text) {
+        Say((HasIdentifiers() ? LeftAligned(identifier, kIdentifierColumns) : "") +
+            LeftAligned(text, kLineColumns));
     }
 
-    void tareAndZero() {
-        atRest([this] {
+    void TareAndZero() {
+        AtRest([this] {
             storedTare_.clear();
-            if (balance().zero() != Outcome::done) balance().tare();
-            startAgain();
+            if (Balance().Zero() != Outcome::Done) Balance().Tare();
+            StartAgain();
         });
     }
 
-    void tareAlone() {
-        atRest([this] {
+    void TareAlone() {
+        AtRest([this] {
             storedTare_.clear();
-            balance().tare();
+            Balance().Tare();
         });
     }
 
-    void zeroAlone() {
-        atRest([this] {
+    void ZeroAlone() {
+        AtRest([this] {
             storedTare_.clear();
-            balance().zero();
-            if (series_.print == SbiSeries::Print::ends && printsUnasked_) sayLine("Stat", "");
-            startAgain();
+            Balance().Zero();
+            if (series_.print == SbiSeries::Print::Ends && printsUnasked_) SayLine("Stat", "");
+            StartAgain();
         });
     }
 
     /// What ESC P has ended goes on after taring and zeroing.
-    void startAgain() {
-        if (series_.print == SbiSeries::Print::ends) printUnasked();
+    void StartAgain() {
+        if (series_.print == SbiSeries::Print::Ends) PrintUnasked();
     }
 
-    void adjust() {
+    void Adjust() {
         if (adjusting_) return;
         adjusting_ = true;
-        after(switches_.time("adjustment-time"), [this] { adjusting_ = false; });
+        After(switches_.TimeOf("adjustment-time"), [this] { adjusting_ = false; });
     }
 
-    void restart() {
-        cancelAll();
-        balance().restart();
-        powerUp();
+    void Restart() {
+        CancelAll();
+        Balance().Restart();
+        PowerUp();
     }
 
-    void cancel() {
-        cancelAll();
+    void Cancel() {
+        CancelAll();
         adjusting_ = false;
         typed_.clear();
-        balance().showWeight();
-        printUnasked();
+        Balance().ShowWeight();
+        PrintUnasked();
     }
 
-    void type(const std::string& text) {
+    void Type(const std::string& text) {
         typed_ = text;
-        balance().showText(text);
+        Balance().ShowText(text);
     }
 
     /// Adds the typed number to the tare, where that is what the key does in this application.
-    void pressSoftKey4() {
-        const auto value = parseNumber(typed_);
+    void PressSoftKey4() {
+        const auto value = ParseNumber(typed_);
         typed_.clear();
-        balance().showWeight();
-        if (!switches_.isOn("store-key") || !value) return;
-        const double before = balance().tareWeight();
-        if (balance().presetTare(before + *value * balance().data().gramsPerUnit) != Outcome::done)
+        Balance().ShowWeight();
+        if (!switches_.IsOn("store-key") || !value) return;
+        const double before = Balance().TareWeight();
+        if (Balance().PresetTare(before + *value * Balance().Data().gramsPerUnit) != Outcome::Done)
             return;
-        Reading stored = balance().read();
+        Reading stored = Balance().Read();
         stored.value = *value;
-        storedTare_ = stored.digits();
+        storedTare_ = stored.Digits();
     }
 
     Switches switches_;
@@ -320,14 +320,14 @@ class Sbi : public Dialect {
 
 }  // namespace
 
-CatalogEntry sartorius() {
+CatalogEntry SartoriusEntry() {
     CatalogEntry entry;
     entry.name = "sartorius";
     entry.maker = "Sartorius";
     entry.model = "balance with 16- or 22-character lines, 610 g";
     entry.driverClass = "WbalanceSartorius";
-    entry.line = {1200, 7, Parity::odd, 1, FlowControl::none};
-    entry.switches = sbiSwitches();
+    entry.line = {1200, 7, Parity::Odd, 1, FlowControl::None};
+    entry.switches = SbiSwitches();
     entry.createDialect = [](BalanceModel& model, const Switches& switches) {
         return std::unique_ptr<Dialect>(new Sbi(model, switches));
     };

@@ -4,6 +4,6 @@
 
 namespace simulator {
 
-CatalogEntry sartorius();  ///< "sartorius"
+CatalogEntry SartoriusEntry();  ///< "sartorius"
 
 }  // namespace simulator

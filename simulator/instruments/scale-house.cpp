@@ -14,46 +14,46 @@ class ScaleHouseTicket : public Dialect {
  public:
     ScaleHouseTicket(BalanceModel& model, const Switches& switches)
         : Dialect(model, "\r\n"), switches_(switches) {
-        onPlain("P", [this] { print(); });
-        onPlain("Z", [this] {
-            balance().zero();
-            printUnasked();
+        OnPlain("P", [this] { Print(); });
+        OnPlain("Z", [this] {
+            Balance().Zero();
+            PrintUnasked();
         });
-        onPlain("T", [this] {
-            balance().tare();
-            printUnasked();
+        OnPlain("T", [this] {
+            Balance().Tare();
+            PrintUnasked();
         });
     }
 
  protected:
-    void unknown(const std::string&) override {}
-    void printKey() override { print(); }
+    void Unknown(const std::string&) override {}
+    void PrintKey() override { Print(); }
 
  private:
-    void printUnasked() {
-        if (switches_.isOn("prints-after-tare")) print();
+    void PrintUnasked() {
+        if (switches_.IsOn("prints-after-tare")) Print();
     }
 
-    void print() {
-        const Reading net = balance().read();
-        if (net.range != Reading::Range::inside) return say("ERR");
+    void Print() {
+        const Reading net = Balance().Read();
+        if (net.range != Reading::Range::Inside) return Say("ERR");
         Reading gross = net;
-        gross.value += balance().tareWeight() / balance().data().gramsPerUnit;
-        const std::string& ticket = switches_.text("ticket");
-        if (ticket == "net-word") return say(weight(net.digits(), " NET"));
-        if (ticket == "total-word") return say(weight(gross.digits(), " TOTAL"));
+        gross.value += Balance().TareWeight() / Balance().Data().gramsPerUnit;
+        const std::string& ticket = switches_.Text("ticket");
+        if (ticket == "net-word") return Say(Weight(net.Digits(), " NET"));
+        if (ticket == "total-word") return Say(Weight(gross.Digits(), " TOTAL"));
         if (ticket == "full" || ticket == "no-net-line") {
-            say("PROJ 12");
-            say(weight(gross.digits(), ""));
+            Say("PROJ 12");
+            Say(Weight(gross.Digits(), ""));
         }
-        if (ticket != "net-line-only") say(weight(balance().tareDigits(), " T"));
-        if (ticket == "tare-line-first") say(weight(gross.digits(), ""));
-        if (ticket == "full" || ticket == "net-line-only") say(weight(net.digits(), " N"));
+        if (ticket != "net-line-only") Say(Weight(Balance().TareDigits(), " T"));
+        if (ticket == "tare-line-first") Say(Weight(gross.Digits(), ""));
+        if (ticket == "full" || ticket == "net-line-only") Say(Weight(net.Digits(), " N"));
     }
 
-    std::string weight(const std::string& digits, const std::string& legend) const {
-        const std::string gap = switches_.isOn("wide-gap") ? "  " : " ";
-        return " " + digits + gap + balance().data().unit + legend;
+    std::string Weight(const std::string& digits, const std::string& legend) const {
+        const std::string gap = switches_.IsOn("wide-gap") ? "  " : " ";
+        return " " + digits + gap + Balance().Data().unit + legend;
     }
 
     Switches switches_;
@@ -61,20 +61,20 @@ class ScaleHouseTicket : public Dialect {
 
 }  // namespace
 
-CatalogEntry scaleHouse() {
+CatalogEntry ScaleHouseEntry() {
     CatalogEntry entry;
     entry.name = "scale-house";
     entry.maker = "Scale House";
     entry.model = "ALD, 610 g";
     entry.driverClass = "WbalanceScaleHouseALD";
-    entry.line = {2400, 7, Parity::none, 1, FlowControl::none};
+    entry.line = {2400, 7, Parity::None, 1, FlowControl::None};
     entry.switches = {
         {"ticket",
          "full",
          {"full", "no-net-line", "tare-line-first", "net-line-only", "net-word", "total-word"},
          "lines of the ticket; the last two are single lines of relatives"},
-        onOff("wide-gap", false, "two blanks before the unit"),
-        onOff("prints-after-tare", false, "prints a ticket after Z and T as well"),
+        OnOff("wide-gap", false, "two blanks before the unit"),
+        OnOff("prints-after-tare", false, "prints a ticket after Z and T as well"),
     };
     entry.createDialect = [](BalanceModel& model, const Switches& switches) {
         return std::unique_ptr<Dialect>(new ScaleHouseTicket(model, switches));

@@ -4,6 +4,6 @@
 
 namespace simulator {
 
-CatalogEntry scaleHouse();  ///< "scale-house"
+CatalogEntry ScaleHouseEntry();  ///< "scale-house"
 
 }  // namespace simulator

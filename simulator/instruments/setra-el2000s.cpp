@@ -14,18 +14,18 @@ namespace {
 class SetraEl2000s : public SignedReading {
  public:
     SetraEl2000s(BalanceModel& model, const Switches& switches)
-        : SignedReading(model, switches, "#", switches.text("tare-command")) {}
+        : SignedReading(model, switches, "#", switches.Text("tare-command")) {}
 
  protected:
-    std::string line(const Reading& reading) const override {
-        if (switches().text("form") == "marked") return SignedReading::line(reading);
+    std::string Line(const Reading& reading) const override {
+        if (ChosenSwitches().Text("form") == "marked") return SignedReading::Line(reading);
         // Sign, six digits with their point, blank, mode, unit, one more character: "+ 12.34 NG "
-        return sign(reading) + rightAligned(number(reading), 7) + " NG ";
+        return Sign(reading) + RightAligned(Number(reading), 7) + " NG ";
     }
 };
 
-std::vector<SwitchDescription> setraSwitches() {
-    auto switches = signedReadingSwitches();
+std::vector<SwitchDescription> SetraSwitches() {
+    auto switches = SignedReadingSwitches();
     switches.push_back({"form",
                         "marked",
                         {"marked", "l-series"},
@@ -36,17 +36,17 @@ std::vector<SwitchDescription> setraSwitches() {
 
 }  // namespace
 
-CatalogEntry setraEl2000s() {
+CatalogEntry SetraEl2000sEntry() {
     BalanceData data;
     data.capacity = 2000;
     data.lowestLoad = -200;
     data.zeroRange = 40;
-    const LineSettings line{2400, 8, Parity::none, 1, FlowControl::none};
+    const LineSettings line{2400, 8, Parity::None, 1, FlowControl::None};
     const auto create = [](BalanceModel& model, const Switches& switches) {
         return std::unique_ptr<Dialect>(new SetraEl2000s(model, switches));
     };
     return {"setra-el2000s", "Setra", "EL-2000S, 2000 g", "WbalanceSetra_EL_2000S", line, data,
-            setraSwitches(), create};
+            SetraSwitches(), create};
 }
 
 }  // namespace simulator

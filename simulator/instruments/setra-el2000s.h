@@ -4,6 +4,6 @@
 
 namespace simulator {
 
-CatalogEntry setraEl2000s();  ///< "setra-el2000s"
+CatalogEntry SetraEl2000sEntry();  ///< "setra-el2000s"
 
 }  // namespace simulator

@@ -25,17 +25,17 @@ class Adapter {
     ///   ftdi[:LATENCY]   what has come each 1 to 255 ms, 16 if not given, or 62 characters
     ///   pl2303, ch341    what has come each millisecond
     /// and "character" for each by itself. Throws std::invalid_argument, saying what there is.
-    static Adapter parse(const std::string& text);
+    static Adapter Parse(const std::string& text);
 
     /// A character is complete on the wire, which is at the host's settings `line`. Not before what
     /// is due until then was handed over.
-    void receive(const Character& character, Moment at, const LineSettings& line);
+    void Receive(const Character& character, Moment at, const LineSettings& line);
 
     /// When the host gets what has been collected; empty when nothing has.
-    std::optional<Moment> due() const { return due_; }
+    std::optional<Moment> Due() const { return due_; }
 
     /// What has been collected goes to the host at `now`, at the due time or later.
-    std::vector<Character> handOver(Moment now);
+    std::vector<Character> HandOver(Moment now);
 
  private:
     std::size_t trigger_ = 1;   ///< so many are handed over at once

@@ -21,13 +21,13 @@ class HostLine {
     HostLine& operator=(const HostLine&) = delete;
 
     /// The path that a host opens.
-    virtual const std::string& device() const = 0;
+    virtual const std::string& Device() const = 0;
 
     /// Descriptors to poll for input at this moment.
-    virtual std::vector<int> descriptors() const = 0;
+    virtual std::vector<int> Descriptors() const = 0;
 
     /// How often to call serve although no descriptor says so; empty when they say everything.
-    virtual std::optional<std::chrono::milliseconds> lookEvery() const { return std::nullopt; }
+    virtual std::optional<std::chrono::milliseconds> LookEvery() const { return std::nullopt; }
 
     /// Bytes that arrived together, the settings at which they were sent, and break conditions.
     struct Arrival {
@@ -38,21 +38,21 @@ class HostLine {
 
     /// Takes over what the host did: bytes, opening, closing, settings. Call when a descriptor is
     /// readable; `arrived` is called for what the host sent.
-    virtual void serve(const std::function<void(const Arrival&)>& arrived) = 0;
+    virtual void Serve(const std::function<void(const Arrival&)>& arrived) = 0;
 
     /// Hands characters to the host as its port reads them; they are lost while it is closed.
-    virtual void deliver(const std::vector<Character>& characters) = 0;
+    virtual void Deliver(const std::vector<Character>& characters) = 0;
 
     /// Whether a host has the line open.
-    virtual bool isOpen() const = 0;
+    virtual bool IsOpen() const = 0;
 
     /// The settings that the host has made last.
-    virtual LineSettings hostSettings() const = 0;
+    virtual LineSettings HostSettings() const = 0;
 
     /// The adapter is pulled out: the host's open port is hung up, the device is gone.
-    virtual void unplug() = 0;
+    virtual void Unplug() = 0;
     /// The adapter is back, as a new device of this name.
-    virtual void plugIn(const std::string& device) = 0;
+    virtual void PlugIn(const std::string& device) = 0;
 };
 
 }  // namespace simulator

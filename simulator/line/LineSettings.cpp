@@ -7,58 +7,58 @@
 namespace simulator {
 namespace {
 
-const std::string parityLetters = "NOEMS";
+const std::string kParityLetters = "NOEMS";
 
-std::string flowControlText(FlowControl flowControl) {
-    if (flowControl == FlowControl::hardware) return ",rtscts";
-    if (flowControl == FlowControl::software) return ",xonxoff";
+std::string FlowControlText(FlowControl flowControl) {
+    if (flowControl == FlowControl::Hardware) return ",rtscts";
+    if (flowControl == FlowControl::Software) return ",xonxoff";
     return "";
 }
 
-std::optional<FlowControl> parseFlowControl(const std::optional<std::string>& text) {
-    if (!text) return FlowControl::none;
-    if (*text == "rtscts") return FlowControl::hardware;
-    if (*text == "xonxoff") return FlowControl::software;
+std::optional<FlowControl> ParseFlowControl(const std::optional<std::string>& text) {
+    if (!text) return FlowControl::None;
+    if (*text == "rtscts") return FlowControl::Hardware;
+    if (*text == "xonxoff") return FlowControl::Software;
     return std::nullopt;
 }
 
 }  // namespace
 
-std::optional<LineSettings> LineSettings::parse(const std::string& text) {
-    const auto [rate, rest] = cutAt(text, text.find(' ') < text.find(',') ? ' ' : ',');
-    const auto [format, flow] = cutAt(rest.value_or(""), ',');
-    const auto flowControl = parseFlowControl(flow);
-    const auto baudRate = parseWholeNumber(rate, 1, 9'999'999);
+std::optional<LineSettings> LineSettings::Parse(const std::string& text) {
+    const auto [rate, rest] = CutAt(text, text.find(' ') < text.find(',') ? ' ' : ',');
+    const auto [format, flow] = CutAt(rest.value_or(""), ',');
+    const auto flowControl = ParseFlowControl(flow);
+    const auto baudRate = ParseWholeNumber(rate, 1, 9'999'999);
     if (!baudRate || format.size() != 3 || !flowControl) return std::nullopt;
-    const auto dataBits = parseWholeNumber(format.substr(0, 1), 5, 8);
-    const auto parity = parityLetters.find(static_cast<char>(std::toupper(format[1])));
-    const auto stopBits = parseWholeNumber(format.substr(2), 1, 2);
+    const auto dataBits = ParseWholeNumber(format.substr(0, 1), 5, 8);
+    const auto parity = kParityLetters.find(static_cast<char>(std::toupper(format[1])));
+    const auto stopBits = ParseWholeNumber(format.substr(2), 1, 2);
     if (!dataBits || parity == std::string::npos || !stopBits) return std::nullopt;
     return LineSettings{*baudRate, *dataBits, static_cast<Parity>(parity), *stopBits, *flowControl};
 }
 
-std::string LineSettings::text() const {
+std::string LineSettings::Text() const {
     return std::to_string(baudRate) + "," + std::to_string(dataBits) +
-           parityLetters[static_cast<std::size_t>(parity)] + std::to_string(stopBits) +
-           flowControlText(flowControl);
+           kParityLetters[static_cast<std::size_t>(parity)] + std::to_string(stopBits) +
+           FlowControlText(flowControl);
 }
 
-int LineSettings::bitsPerCharacter() const {
-    return 1 + dataBits + (parity == Parity::none ? 0 : 1) + stopBits;
+int LineSettings::BitsPerCharacter() const {
+    return 1 + dataBits + (parity == Parity::None ? 0 : 1) + stopBits;
 }
 
-std::chrono::microseconds LineSettings::characterTime() const {
+std::chrono::microseconds LineSettings::CharacterTime() const {
     if (baudRate <= 0) return std::chrono::microseconds(0);
-    return std::chrono::microseconds(1'000'000LL * bitsPerCharacter() / baudRate);
+    return std::chrono::microseconds(1'000'000LL * BitsPerCharacter() / baudRate);
 }
 
-bool LineSettings::agreesWith(const LineSettings& other) const {
+bool LineSettings::AgreesWith(const LineSettings& other) const {
     return baudRate == other.baudRate && dataBits == other.dataBits && parity == other.parity &&
            stopBits == other.stopBits;
 }
 
 bool operator==(const LineSettings& a, const LineSettings& b) {
-    return a.agreesWith(b) && a.flowControl == b.flowControl;
+    return a.AgreesWith(b) && a.flowControl == b.flowControl;
 }
 
 bool operator!=(const LineSettings& a, const LineSettings& b) {

@@ -15,23 +15,23 @@ struct Place {
     ino_t inode;
 };
 
-constexpr size_t placeCount = 2048;
-Place places[placeCount];
-std::atomic<VirtualLineState*> noted[placeCount];
+constexpr size_t kPlaceCount = 2048;
+Place places[kPlaceCount];
+std::atomic<VirtualLineState*> noted[kPlaceCount];
 
-VirtualLineState* map(int descriptor) {
+VirtualLineState* Map(int descriptor) {
     void* memory =
         mmap(nullptr, sizeof(VirtualLineState), PROT_READ | PROT_WRITE, MAP_SHARED, descriptor, 0);
     return memory == MAP_FAILED ? nullptr : static_cast<VirtualLineState*>(memory);
 }
 
-Place& placeAt(ino_t inode, size_t step) {
-    return places[(inode + step) % placeCount];
+Place& PlaceAt(ino_t inode, size_t step) {
+    return places[(inode + step) % kPlaceCount];
 }
 
-VirtualLineState* find(const struct stat& file) {
-    for (size_t step = 0; step < placeCount; ++step) {
-        const Place& place = placeAt(file.st_ino, step);
+VirtualLineState* Find(const struct stat& file) {
+    for (size_t step = 0; step < kPlaceCount; ++step) {
+        const Place& place = PlaceAt(file.st_ino, step);
         if (!place.taken) return nullptr;
         VirtualLineState* state = place.state;
         if (state && place.inode == file.st_ino && place.device == file.st_dev) return state;
@@ -41,9 +41,9 @@ VirtualLineState* find(const struct stat& file) {
 
 /// Two threads may keep the same file at the same time: it is then mapped twice, which does no
 /// harm.
-bool keep(const struct stat& file, VirtualLineState* state) {
-    for (size_t step = 0; step < placeCount; ++step) {
-        Place& place = placeAt(file.st_ino, step);
+bool Keep(const struct stat& file, VirtualLineState* state) {
+    for (size_t step = 0; step < kPlaceCount; ++step) {
+        Place& place = PlaceAt(file.st_ino, step);
         if (place.taken.exchange(true)) continue;
         place.device = file.st_dev;
         place.inode = file.st_ino;
@@ -55,25 +55,25 @@ bool keep(const struct stat& file, VirtualLineState* state) {
 
 }  // namespace
 
-Mapping ofFile(int descriptor) {
+Mapping OfFile(int descriptor) {
     struct stat file = {};
     if (fstat(descriptor, &file) != 0) return {};
-    if (VirtualLineState* state = find(file)) return {state, true};
+    if (VirtualLineState* state = Find(file)) return {state, true};
     // A file that is only being created has nothing behind its pages.
     if (file.st_size < static_cast<off_t>(sizeof(VirtualLineState))) return {};
-    VirtualLineState* state = map(descriptor);
+    VirtualLineState* state = Map(descriptor);
     if (!state) return {};
-    if (state->layout == VirtualLineState::currentLayout) return {state, keep(file, state)};
+    if (state->layout == VirtualLineState::kCurrentLayout) return {state, Keep(file, state)};
     munmap(state, sizeof *state);
     return {};
 }
 
-VirtualLineState* notedFor(unsigned ptsNumber) {
-    return noted[ptsNumber % placeCount];
+VirtualLineState* NotedFor(unsigned ptsNumber) {
+    return noted[ptsNumber % kPlaceCount];
 }
 
-void note(unsigned ptsNumber, VirtualLineState* state) {
-    noted[ptsNumber % placeCount] = state;
+void Note(unsigned ptsNumber, VirtualLineState* state) {
+    noted[ptsNumber % kPlaceCount] = state;
 }
 
 }  // namespace simulator::mappedLines

@@ -18,14 +18,14 @@ struct Mapping {
 
 /// The state in the open file `descriptor`, which is mapped when it is not yet. Empty when the file
 /// holds no complete state of this layout.
-Mapping ofFile(int descriptor);
+Mapping OfFile(int descriptor);
 
 /// The state last noted for the terminal "/dev/pts/<number>", or null. A hint: the line may have
 /// gone and the number may be another terminal's.
-VirtualLineState* notedFor(unsigned ptsNumber);
+VirtualLineState* NotedFor(unsigned ptsNumber);
 
 /// Notes a state that is kept.
-void note(unsigned ptsNumber, VirtualLineState* state);
+void Note(unsigned ptsNumber, VirtualLineState* state);
 
 }  // namespace mappedLines
 }  // namespace simulator

@@ -14,18 +14,18 @@ class PlainTerminal final : public HostLine {
     /// `assumed` are the host's settings as far as this line knows.
     explicit PlainTerminal(const LineSettings& assumed);
 
-    const std::string& device() const override { return path_; }
+    const std::string& Device() const override { return path_; }
     /// None while it is closed: a closed terminal would always be ready.
-    std::vector<int> descriptors() const override;
-    std::optional<std::chrono::milliseconds> lookEvery() const override;
-    void serve(const std::function<void(const Arrival&)>& arrived) override;
-    void deliver(const std::vector<Character>& characters) override;
-    bool isOpen() const override { return open_; }
-    LineSettings hostSettings() const override { return assumed_; }
+    std::vector<int> Descriptors() const override;
+    std::optional<std::chrono::milliseconds> LookEvery() const override;
+    void Serve(const std::function<void(const Arrival&)>& arrived) override;
+    void Deliver(const std::vector<Character>& characters) override;
+    bool IsOpen() const override { return open_; }
+    LineSettings HostSettings() const override { return assumed_; }
     /// Hangs the host up; the path is gone.
-    void unplug() override;
+    void Unplug() override;
     /// A new pseudo-terminal; its path is the system's choice, not `device`.
-    void plugIn(const std::string& device) override;
+    void PlugIn(const std::string& device) override;
 
  private:
     LineSettings assumed_;

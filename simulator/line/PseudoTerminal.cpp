@@ -13,15 +13,15 @@
 namespace simulator {
 namespace {
 
-constexpr std::size_t devPtsLength = sizeof("/dev/pts/") - 1;
+constexpr std::size_t kDevPtsLength = sizeof("/dev/pts/") - 1;
 
-[[noreturn]] void failWith(const char* what) {
+[[noreturn]] void FailWith(const char* what) {
     throw std::system_error(errno, std::generic_category(), what);
 }
 
-int openRaw(const std::string& path) {
+int OpenRaw(const std::string& path) {
     const int slave = ::open(path.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
-    if (slave < 0) failWith("cannot open the pseudo-terminal");
+    if (slave < 0) FailWith("cannot open the pseudo-terminal");
     termios settings = {};
     tcgetattr(slave, &settings);
     cfmakeraw(&settings);
@@ -42,24 +42,24 @@ PseudoTerminal::PseudoTerminal()
     std::array<char, 64> name = {};
     if (master < 0 || grantpt(master) != 0 || unlockpt(master) != 0 ||
         ptsname_r(master, name.data(), name.size()) != 0)
-        failWith("cannot create a pseudo-terminal");
+        FailWith("cannot create a pseudo-terminal");
     path_ = name.data();
-    const int slave = openRaw(path_);
+    const int slave = OpenRaw(path_);
     struct stat node = {};
     ::fstat(slave, &node);
     created_ = node.st_ctim;
     ::close(slave);
 }
 
-unsigned PseudoTerminal::number() const {
-    return static_cast<unsigned>(std::stoul(path_.substr(devPtsLength)));
+unsigned PseudoTerminal::Number() const {
+    return static_cast<unsigned>(std::stoul(path_.substr(kDevPtsLength)));
 }
 
-std::string PseudoTerminal::read(bool* hungUp) {
+std::string PseudoTerminal::Read(bool* hungUp) {
     std::string bytes;
     std::array<char, 4096> buffer;
     for (;;) {
-        const ssize_t count = ::read(descriptor(), buffer.data(), buffer.size());
+        const ssize_t count = ::read(Descriptor(), buffer.data(), buffer.size());
         if (count > 0) {
             bytes.append(buffer.data(), static_cast<std::size_t>(count));
             continue;
@@ -69,8 +69,8 @@ std::string PseudoTerminal::read(bool* hungUp) {
     }
 }
 
-std::size_t PseudoTerminal::write(const std::string& bytes) {
-    const ssize_t count = ::write(descriptor(), bytes.data(), bytes.size());
+std::size_t PseudoTerminal::Write(const std::string& bytes) {
+    const ssize_t count = ::write(Descriptor(), bytes.data(), bytes.size());
     return count < 0 ? 0 : static_cast<std::size_t>(count);
 }
 

@@ -15,16 +15,16 @@ class PseudoTerminal {
     PseudoTerminal(const PseudoTerminal&) = delete;
     PseudoTerminal& operator=(const PseudoTerminal&) = delete;
 
-    int descriptor() const { return master_.descriptor; }  ///< for poll; do not close
-    unsigned number() const;                               ///< N of "/dev/pts/N"
-    const std::string& path() const { return path_; }      ///< "/dev/pts/N"
-    const timespec& created() const { return created_; }   ///< change time of its node, which stays
+    int Descriptor() const { return master_.descriptor; }  ///< for poll; do not close
+    unsigned Number() const;                               ///< N of "/dev/pts/N"
+    const std::string& Path() const { return path_; }      ///< "/dev/pts/N"
+    const timespec& Created() const { return created_; }   ///< change time of its node, which stays
 
     /// All bytes that wait; sets `hungUp` when nobody has the other end open any more.
-    std::string read(bool* hungUp);
+    std::string Read(bool* hungUp);
 
     /// Writes without waiting; returns how many bytes the other end's buffer took.
-    std::size_t write(const std::string& bytes);
+    std::size_t Write(const std::string& bytes);
 
  private:
     /// A descriptor of its own, so that it is closed too when the constructor does not get to its

@@ -16,17 +16,17 @@ namespace simulator {
 class ServedLine {
  public:
     /// The line behind a path such as "/dev/ttyS0"; empty when that device is not served.
-    static ServedLine atPath(const char* path);
+    static ServedLine AtPath(const char* path);
 
     /// The line whose pseudo-terminal `descriptor` is; empty for every other descriptor.
-    static ServedLine ofDescriptor(int descriptor);
+    static ServedLine OfDescriptor(int descriptor);
 
     /// The line whose pseudo-terminal is at this path; empty for every other path.
-    static ServedLine atTerminal(const char* path);
+    static ServedLine AtTerminal(const char* path);
 
     /// Writes the path that stands for `path` to `redirected` when it is the lock file of a served
     /// device or the directory of lock files. Returns false, writing nothing, for all other paths.
-    static bool redirectsLock(const char* path, char* redirected, size_t size);
+    static bool RedirectsLock(const char* path, char* redirected, size_t size);
 
     ServedLine(ServedLine&& other) noexcept;
     ServedLine(const ServedLine&) = delete;
@@ -38,20 +38,20 @@ class ServedLine {
     VirtualLineState* operator->() const { return state_; }
 
     /// The device number that a node of this name has on a real system.
-    dev_t deviceNumber() const;
+    dev_t DeviceNumber() const;
 
     /// Waits, for half a second at most, until the serving side has taken over all that was sent.
-    void rendezvous() const;
+    void Rendezvous() const;
 
     /// Waits, for half a second at most, until a TIOCEXCL of a host that has gone is lifted.
     /// Returns whether the line is still claimed.
-    bool staysExclusive() const;
+    bool StaysExclusive() const;
 
  private:
     explicit ServedLine(const char* fileName);
     ServedLine(VirtualLineState* state, bool isKept) : state_(state), isKept_(isKept) {}
 
-    bool ring() const;
+    bool Ring() const;
 
     VirtualLineState* state_ = nullptr;
     bool isKept_ = false;  ///< mapped for longer than this object lives

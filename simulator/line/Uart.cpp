@@ -5,34 +5,34 @@
 namespace simulator {
 namespace {
 
-bool parityBit(Parity parity, unsigned data) {
+bool ParityBit(Parity parity, unsigned data) {
     const bool oddNumberOfOnes = __builtin_parity(data);
     switch (parity) {
-        case Parity::odd:
+        case Parity::Odd:
             return !oddNumberOfOnes;
-        case Parity::even:
+        case Parity::Even:
             return oddNumberOfOnes;
-        case Parity::mark:
+        case Parity::Mark:
             return true;
-        case Parity::space:
-        case Parity::none:
+        case Parity::Space:
+        case Parity::None:
             break;
     }
     return false;
 }
 
-unsigned dataOf(char byte, const LineSettings& settings) {
+unsigned DataOf(char byte, const LineSettings& settings) {
     return static_cast<unsigned char>(byte) & ((1u << settings.dataBits) - 1u);
 }
 
-std::vector<bool> wire(const std::string& bytes, const LineSettings& sender) {
+std::vector<bool> Wire(const std::string& bytes, const LineSettings& sender) {
     std::vector<bool> bits;
     for (const char byte : bytes) {
-        const unsigned data = dataOf(byte, sender);
+        const unsigned data = DataOf(byte, sender);
         bits.push_back(false);
         for (int bit = 0; bit < sender.dataBits; ++bit)
             bits.push_back((data >> bit) & 1u);
-        if (sender.parity != Parity::none) bits.push_back(parityBit(sender.parity, data));
+        if (sender.parity != Parity::None) bits.push_back(ParityBit(sender.parity, data));
         bits.insert(bits.end(), static_cast<std::size_t>(sender.stopBits), true);
     }
     return bits;
@@ -48,54 +48,54 @@ class Receiver {
           sentBit_(2 * std::int64_t{receiver.baudRate}),
           readBit_(2 * std::int64_t{sender.baudRate}) {}
 
-    std::vector<Character> readAll() {
+    std::vector<Character> ReadAll() {
         std::vector<Character> characters;
-        while (findStart()) {
-            if (level(now_ + readBit_ / 2)) {  // too short for a start bit
+        while (FindStart()) {
+            if (Level(now_ + readBit_ / 2)) {  // too short for a start bit
                 now_ += readBit_ / 2;
                 continue;
             }
-            characters.push_back(readCharacter());
+            characters.push_back(ReadCharacter());
         }
         return characters;
     }
 
  private:
-    bool level(std::int64_t time) const {
+    bool Level(std::int64_t time) const {
         const auto bit = static_cast<std::size_t>(time / sentBit_);
         return bit >= bits_.size() || bits_[bit];
     }
 
-    std::int64_t end() const { return static_cast<std::int64_t>(bits_.size()) * sentBit_; }
+    std::int64_t End() const { return static_cast<std::int64_t>(bits_.size()) * sentBit_; }
 
-    void goToNextSentBit() { now_ = (now_ / sentBit_ + 1) * sentBit_; }
+    void GoToNextSentBit() { now_ = (now_ / sentBit_ + 1) * sentBit_; }
 
-    bool findStart() {
-        while (now_ < end() && level(now_))
-            goToNextSentBit();
-        return now_ < end();
+    bool FindStart() {
+        while (now_ < End() && Level(now_))
+            GoToNextSentBit();
+        return now_ < End();
     }
 
-    bool sample(int bit) const { return level(now_ + readBit_ / 2 + bit * readBit_); }
+    bool Sample(int bit) const { return Level(now_ + readBit_ / 2 + bit * readBit_); }
 
-    Character readCharacter() {
+    Character ReadCharacter() {
         unsigned data = 0;
         int bit = 1;
         for (int i = 0; i < settings_.dataBits; ++i)
-            data |= (sample(bit++) ? 1u : 0u) << i;
+            data |= (Sample(bit++) ? 1u : 0u) << i;
         Character character;
         character.byte = static_cast<char>(data);
-        if (settings_.parity != Parity::none)
-            character.parityError = sample(bit++) != parityBit(settings_.parity, data);
-        character.framingError = !sample(bit);
+        if (settings_.parity != Parity::None)
+            character.parityError = Sample(bit++) != ParityBit(settings_.parity, data);
+        character.framingError = !Sample(bit);
         now_ += readBit_ / 2 + bit * readBit_;
-        if (character.framingError) waitUntilIdle();
+        if (character.framingError) WaitUntilIdle();
         return character;
     }
 
-    void waitUntilIdle() {
-        while (!level(now_))
-            goToNextSentBit();
+    void WaitUntilIdle() {
+        while (!Level(now_))
+            GoToNextSentBit();
     }
 
     std::vector<bool> bits_;
@@ -107,13 +107,13 @@ class Receiver {
 
 }  // namespace
 
-std::vector<Character> transmit(const std::string& bytes, const LineSettings& sender,
+std::vector<Character> Transmit(const std::string& bytes, const LineSettings& sender,
                                 const LineSettings& receiver) {
-    if (!sender.agreesWith(receiver))
-        return Receiver(wire(bytes, sender), sender, receiver).readAll();
+    if (!sender.AgreesWith(receiver))
+        return Receiver(Wire(bytes, sender), sender, receiver).ReadAll();
     std::vector<Character> characters;
     for (const char byte : bytes)
-        characters.push_back({static_cast<char>(dataOf(byte, sender)), false, false});
+        characters.push_back({static_cast<char>(DataOf(byte, sender)), false, false});
     return characters;
 }
 

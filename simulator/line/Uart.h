@@ -13,7 +13,7 @@ struct Character {
     bool parityError = false;   ///< the parity bit does not fit the data bits
     bool framingError = false;  ///< no stop bit where one belongs
 
-    bool isDamaged() const { return parityError || framingError; }
+    bool IsDamaged() const { return parityError || framingError; }
 };
 
 /// What a receiver at the settings `receiver` reads when `bytes` are sent back to back at the
@@ -21,7 +21,7 @@ struct Character {
 /// first and sampled in the middle of each of the receiver's bit times; only the first stop bit is
 /// looked at; after a framing error the receiver waits until the line is idle. Equal settings give
 /// the bytes themselves, cut to the data bits.
-std::vector<Character> transmit(const std::string& bytes, const LineSettings& sender,
+std::vector<Character> Transmit(const std::string& bytes, const LineSettings& sender,
                                 const LineSettings& receiver);
 
 }  // namespace simulator

@@ -31,48 +31,48 @@ class VirtualLine final : public HostLine {
     VirtualLine(std::filesystem::path directory, const std::string& device);
     ~VirtualLine() override;
 
-    const std::string& device() const override { return device_; }
-    std::vector<int> descriptors() const override;
+    const std::string& Device() const override { return device_; }
+    std::vector<int> Descriptors() const override;
     /// Only until the terminal's age is told.
-    std::optional<std::chrono::milliseconds> lookEvery() const override;
-    void serve(const std::function<void(const Arrival&)>& arrived) override;
-    void deliver(const std::vector<Character>& characters) override;
-    bool isOpen() const override { return terminal_ && state_->hostOpen; }
-    LineSettings hostSettings() const override;
-    void unplug() override;
-    void plugIn(const std::string& device) override;
+    std::optional<std::chrono::milliseconds> LookEvery() const override;
+    void Serve(const std::function<void(const Arrival&)>& arrived) override;
+    void Deliver(const std::vector<Character>& characters) override;
+    bool IsOpen() const override { return terminal_ && state_->hostOpen; }
+    LineSettings HostSettings() const override;
+    void Unplug() override;
+    void PlugIn(const std::string& device) override;
 
     /// TIOCM_ bits of the host (DTR, RTS) and of the instrument (CTS, DSR, CD, RI).
-    unsigned controlLines() const { return state_->controlLines; }
-    void setInstrumentControlLines(unsigned bits);
+    unsigned ControlLines() const { return state_->controlLines; }
+    void SetInstrumentControlLines(unsigned bits);
 
     /// What open reports instead of opening: an errno, 0 for opening as usual.
-    void refuseOpen(int error) { state_->openError = error; }
+    void RefuseOpen(int error) { state_->openError = error; }
     /// The same for the next open alone, as when another program lets go of the port right then.
-    void refuseNextOpen(int error) { state_->nextOpenError = error; }
+    void RefuseNextOpen(int error) { state_->nextOpenError = error; }
     /// A node with no serial port behind it, as the kernel keeps for built-in ports that a computer
     /// does not have: it opens, but is no terminal.
-    void takePortAway() { state_->bare = 1; }
+    void TakePortAway() { state_->bare = 1; }
     /// A speed that the adapter cannot do, such as B2400: setting it fails with EINVAL. B0 for
     /// none.
-    void refuseSpeed(speed_t speed) { state_->refusedSpeed = speed; }
-    void refuseEverySpeed() { state_->refusedSpeed = VirtualLineState::everySpeed; }
-    void setNode(const Node& node);
+    void RefuseSpeed(speed_t speed) { state_->refusedSpeed = speed; }
+    void RefuseEverySpeed() { state_->refusedSpeed = VirtualLineState::kEverySpeed; }
+    void SetNode(const Node& node);
 
  private:
     /// The files of one device name, opened.
     class Files;
 
-    std::filesystem::path file(const std::string& name) const { return directory_ / name; }
-    std::unique_ptr<Files> filesOf(const std::string& name);
-    void createFiles(const std::string& name);
-    void removeFiles(const std::string& name) const;
-    void linkTerminal(const PseudoTerminal& terminal) const;
-    void tellAge();
-    void emptyBell() const;
-    void opened();
-    void hungUp();
-    Arrival takeBytes();
+    std::filesystem::path File(const std::string& name) const { return directory_ / name; }
+    std::unique_ptr<Files> FilesOf(const std::string& name);
+    void CreateFiles(const std::string& name);
+    void RemoveFiles(const std::string& name) const;
+    void LinkTerminal(const PseudoTerminal& terminal) const;
+    void TellAge();
+    void EmptyBell() const;
+    void Opened();
+    void HungUp();
+    Arrival TakeBytes();
 
     std::filesystem::path directory_;
     std::string device_;

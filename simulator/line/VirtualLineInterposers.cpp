@@ -38,17 +38,17 @@ namespace {
 
 using simulator::ServedLine;
 
-constexpr size_t plainTermiosSize = offsetof(termios2, c_ispeed);
+constexpr size_t kPlainTermiosSize = offsetof(termios2, c_ispeed);
 
 /// The C library's own function in place of `replaced` (or that of the next preloaded object).
 template <auto& replaced>
-auto next(const char* name) {
+auto Next(const char* name) {
     static std::atomic<decltype(&replaced)> found{nullptr};
     if (!found) found = reinterpret_cast<decltype(&replaced)>(dlsym(RTLD_NEXT, name));
     return found.load();
 }
 
-int fail(int error) {
+int Fail(int error) {
     errno = error;
     return -1;
 }
@@ -57,7 +57,7 @@ int fail(int error) {
 class PassedOn {
  public:
     explicit PassedOn(const char* path)
-        : path_(ServedLine::redirectsLock(path, redirected_, sizeof redirected_) ? redirected_
+        : path_(ServedLine::RedirectsLock(path, redirected_, sizeof redirected_) ? redirected_
                                                                                  : path) {}
     operator const char*() const { return path_; }
 
@@ -66,7 +66,7 @@ class PassedOn {
     const char* path_;
 };
 
-bool mayOpen(const ServedLine& line, int* error) {
+bool MayOpen(const ServedLine& line, int* error) {
     *error = 0;
     if (!line->present)
         *error = ENOENT;
@@ -74,160 +74,160 @@ bool mayOpen(const ServedLine& line, int* error) {
         *error = line->openError;
     else if (const int passing = line->nextOpenError.exchange(0))
         *error = passing;
-    else if (geteuid() != 0 && line.staysExclusive())
+    else if (geteuid() != 0 && line.StaysExclusive())
         *error = EBUSY;
     return *error == 0;
 }
 
-int openServed(const ServedLine& line, int flags) {
+int OpenServed(const ServedLine& line, int flags) {
     int error = 0;
-    if (!mayOpen(line, &error)) return fail(error);
-    if (line->bare) return next<::open64>("open64")("/dev/null", flags & ~O_CREAT, 0);
+    if (!MayOpen(line, &error)) return Fail(error);
+    if (line->bare) return Next<::open64>("open64")("/dev/null", flags & ~O_CREAT, 0);
     char pts[32];
     snprintf(pts, sizeof pts, "/dev/pts/%u", line->ptsNumber.load());
-    const int descriptor = next<::open64>("open64")(pts, (flags & ~O_CREAT) | O_NOCTTY, 0);
-    if (descriptor < 0) return fail(ENODEV);
+    const int descriptor = Next<::open64>("open64")(pts, (flags & ~O_CREAT) | O_NOCTTY, 0);
+    if (descriptor < 0) return Fail(ENODEV);
     // A closed port receives nothing: what lies in the pseudo-terminal was never seen by the host.
-    if (!line->hostOpen) next<::tcflush>("tcflush")(descriptor, TCIFLUSH);
-    line.rendezvous();
+    if (!line->hostOpen) Next<::tcflush>("tcflush")(descriptor, TCIFLUSH);
+    line.Rendezvous();
     return descriptor;
 }
 
-mode_t modeArgument(int flags, va_list arguments) {
+mode_t ModeArgument(int flags, va_list arguments) {
     return (flags & O_CREAT) || (flags & O_TMPFILE) == O_TMPFILE ? va_arg(arguments, mode_t) : 0;
 }
 
-int openAt(int directory, const char* path, int flags, mode_t mode) {
-    if (const ServedLine line = ServedLine::atPath(path)) return openServed(line, flags);
-    return next<::openat64>("openat64")(directory, PassedOn(path), flags, mode);
+int OpenAt(int directory, const char* path, int flags, mode_t mode) {
+    if (const ServedLine line = ServedLine::AtPath(path)) return OpenServed(line, flags);
+    return Next<::openat64>("openat64")(directory, PassedOn(path), flags, mode);
 }
 
-int accessServed(const ServedLine& line, int mode) {
-    if (!line->present) return fail(ENOENT);
-    if (mode & X_OK) return fail(EACCES);
-    if ((mode & (R_OK | W_OK)) && line->openError == EACCES) return fail(EACCES);
+int AccessServed(const ServedLine& line, int mode) {
+    if (!line->present) return Fail(ENOENT);
+    if (mode & X_OK) return Fail(EACCES);
+    if ((mode & (R_OK | W_OK)) && line->openError == EACCES) return Fail(EACCES);
     return 0;
 }
 
 template <typename Stat>
-int statServed(const ServedLine& line, Stat* result) {
-    if (!line->present) return fail(ENOENT);
+int StatServed(const ServedLine& line, Stat* result) {
+    if (!line->present) return Fail(ENOENT);
     memset(result, 0, sizeof *result);
     result->st_mode = S_IFCHR | line->mode;
     result->st_nlink = 1;
     result->st_uid = line->owner;
     result->st_gid = line->group;
-    result->st_rdev = line.deviceNumber();
+    result->st_rdev = line.DeviceNumber();
     result->st_blksize = 4096;
     return 0;
 }
 
-int statxServed(const ServedLine& line, struct statx* result) {
-    if (!line->present) return fail(ENOENT);
+int StatxServed(const ServedLine& line, struct statx* result) {
+    if (!line->present) return Fail(ENOENT);
     memset(result, 0, sizeof *result);
     result->stx_mask = STATX_TYPE | STATX_MODE | STATX_NLINK | STATX_UID | STATX_GID;
     result->stx_mode = static_cast<__u16>(S_IFCHR | line->mode);
     result->stx_nlink = 1;
     result->stx_uid = line->owner;
     result->stx_gid = line->group;
-    result->stx_rdev_major = major(line.deviceNumber());
-    result->stx_rdev_minor = minor(line.deviceNumber());
+    result->stx_rdev_major = major(line.DeviceNumber());
+    result->stx_rdev_minor = minor(line.DeviceNumber());
     result->stx_blksize = 4096;
     return 0;
 }
 
 /// What the pseudo-terminal is told of settings meant for the line.
-tcflag_t plainCharacters(tcflag_t control) {
+tcflag_t PlainCharacters(tcflag_t control) {
     return (control & ~tcflag_t{CSIZE | PARENB}) | CS8;
 }
 
-tcflag_t rememberedFlags(const ServedLine& line, tcflag_t control) {
-    return (control & ~simulator::lineFlags) | simulator::packedLineFlags(line->settings);
+tcflag_t RememberedFlags(const ServedLine& line, tcflag_t control) {
+    return (control & ~simulator::kLineFlags) | simulator::PackedLineFlags(line->settings);
 }
 
 struct Speed {
     tcflag_t code;
     std::uint32_t baudRate;
 };
-constexpr Speed usualSpeeds[] = {
+constexpr Speed kUsualSpeeds[] = {
     {B9600, 9600}, {B2400, 2400},   {B1200, 1200},   {B4800, 4800},   {B600, 600},
     {B300, 300},   {B19200, 19200}, {B38400, 38400}, {B57600, 57600}, {B115200, 115200}};
 
 /// The baud rate that the terminal has taken with these flags; it is asked for the unusual ones.
-std::uint32_t baudRateTaken(int descriptor, tcflag_t control) {
-    for (const Speed& speed : usualSpeeds)
+std::uint32_t BaudRateTaken(int descriptor, tcflag_t control) {
+    for (const Speed& speed : kUsualSpeeds)
         if (speed.code == (control & CBAUD)) return speed.baudRate;
     termios2 taken = {};
-    next<::ioctl>("ioctl")(descriptor, TCGETS2, &taken);
+    Next<::ioctl>("ioctl")(descriptor, TCGETS2, &taken);
     return taken.c_ospeed;
 }
 
 /// Publishes settings that the pseudo-terminal has taken. Bytes sent before still belong to the
 /// settings before.
-void remember(const ServedLine& line, int descriptor, tcflag_t control, tcflag_t input) {
+void Remember(const ServedLine& line, int descriptor, tcflag_t control, tcflag_t input) {
     const std::uint64_t settings =
-        simulator::packSettings(control, input, baudRateTaken(descriptor, control));
+        simulator::PackSettings(control, input, BaudRateTaken(descriptor, control));
     if (settings == line->settings) return;
-    line.rendezvous();
+    line.Rendezvous();
     line->settings = settings;
 }
 
 /// Whether the port behind the descriptor has gone: every request then fails as on a real port.
-bool isHungUp(int descriptor) {
+bool IsHungUp(int descriptor) {
     int waiting = 0;
-    return next<::ioctl>("ioctl")(descriptor, FIONREAD, &waiting) != 0;
+    return Next<::ioctl>("ioctl")(descriptor, FIONREAD, &waiting) != 0;
 }
 
 /// A port that has gone refuses by itself, for another reason.
-bool isRefused(const ServedLine& line, int descriptor, tcflag_t control) {
+bool IsRefused(const ServedLine& line, int descriptor, tcflag_t control) {
     const std::uint32_t refused = line->refusedSpeed;
     const bool cannotDo =
-        refused == simulator::VirtualLineState::everySpeed || refused == (control & CBAUD);
-    return refused != B0 && cannotDo && !isHungUp(descriptor);
+        refused == simulator::VirtualLineState::kEverySpeed || refused == (control & CBAUD);
+    return refused != B0 && cannotDo && !IsHungUp(descriptor);
 }
 
-int setKernelSettings(const ServedLine& line, int descriptor, unsigned long request,
+int SetKernelSettings(const ServedLine& line, int descriptor, unsigned long request,
                       const void* argument, size_t size) {
     termios2 settings = {};
     memcpy(&settings, argument, size);
     const tcflag_t control = settings.c_cflag;
-    if (isRefused(line, descriptor, control)) return fail(EINVAL);
-    settings.c_cflag = plainCharacters(control);
-    const int result = next<::ioctl>("ioctl")(descriptor, request, &settings);
-    if (result == 0) remember(line, descriptor, control, settings.c_iflag);
+    if (IsRefused(line, descriptor, control)) return Fail(EINVAL);
+    settings.c_cflag = PlainCharacters(control);
+    const int result = Next<::ioctl>("ioctl")(descriptor, request, &settings);
+    if (result == 0) Remember(line, descriptor, control, settings.c_iflag);
     return result;
 }
 
-int getKernelSettings(const ServedLine& line, int descriptor, unsigned long request, void* argument,
+int GetKernelSettings(const ServedLine& line, int descriptor, unsigned long request, void* argument,
                       size_t size) {
     termios2 settings = {};
-    const int result = next<::ioctl>("ioctl")(descriptor, request, &settings);
+    const int result = Next<::ioctl>("ioctl")(descriptor, request, &settings);
     if (result != 0) return result;
-    settings.c_cflag = rememberedFlags(line, settings.c_cflag);
+    settings.c_cflag = RememberedFlags(line, settings.c_cflag);
     memcpy(argument, &settings, size);
     return 0;
 }
 
-constexpr std::uint32_t hostControlLines = TIOCM_DTR | TIOCM_RTS;
+constexpr std::uint32_t kHostControlLines = TIOCM_DTR | TIOCM_RTS;
 
-int controlLines(const ServedLine& line, unsigned long request, void* argument) {
+int ControlLines(const ServedLine& line, unsigned long request, void* argument) {
     int* bits = static_cast<int*>(argument);
     if (request == TIOCMGET) {
         *bits = static_cast<int>(line->controlLines);
         return 0;
     }
-    const std::uint32_t chosen = static_cast<std::uint32_t>(*bits) & hostControlLines;
+    const std::uint32_t chosen = static_cast<std::uint32_t>(*bits) & kHostControlLines;
     if (request != TIOCMBIS) {
-        line->controlLines &= request == TIOCMBIC ? ~chosen : ~hostControlLines;
+        line->controlLines &= request == TIOCMBIC ? ~chosen : ~kHostControlLines;
     }
     if (request != TIOCMBIC) line->controlLines |= chosen;
-    line.rendezvous();
+    line.Rendezvous();
     return 0;
 }
 
 /// What setserial shows. Of what it sets, low latency alone is kept: for speeds that have no name
 /// there are better ways than divisors.
-int portParameters(const ServedLine& line, unsigned long request, void* argument) {
+int PortParameters(const ServedLine& line, unsigned long request, void* argument) {
     if (request == TIOCSSERIAL) {
         const int flags = static_cast<const serial_struct*>(argument)->flags;
         line->lowLatency = static_cast<std::uint32_t>(flags) & ASYNC_LOW_LATENCY;
@@ -241,20 +241,20 @@ int portParameters(const ServedLine& line, unsigned long request, void* argument
     return 0;
 }
 
-int sendBreak(const ServedLine& line) {
-    line.rendezvous();
+int SendBreak(const ServedLine& line) {
+    line.Rendezvous();
     ++line->breaks;
-    line.rendezvous();
+    line.Rendezvous();
     return 0;
 }
 
-int claim(const ServedLine& line, bool exclusive) {
+int Claim(const ServedLine& line, bool exclusive) {
     line->exclusive = exclusive;
     return 0;
 }
 
 /// Whether the request never reaches the pseudo-terminal, which would fail it after a hang-up.
-bool isAnsweredHere(unsigned long request) {
+bool IsAnsweredHere(unsigned long request) {
     switch (request) {
         case TIOCEXCL:
         case TIOCNXCL:
@@ -274,42 +274,42 @@ bool isAnsweredHere(unsigned long request) {
 }
 
 /// The requests that a serial port answers differently from a pseudo-terminal.
-int requestServed(const ServedLine& line, int descriptor, unsigned long request, void* argument) {
+int RequestServed(const ServedLine& line, int descriptor, unsigned long request, void* argument) {
     switch (request) {
         case TCGETS:
-            return getKernelSettings(line, descriptor, request, argument, plainTermiosSize);
+            return GetKernelSettings(line, descriptor, request, argument, kPlainTermiosSize);
         case TCGETS2:
-            return getKernelSettings(line, descriptor, request, argument, sizeof(termios2));
+            return GetKernelSettings(line, descriptor, request, argument, sizeof(termios2));
         case TCSETS:
         case TCSETSW:
         case TCSETSF:
-            return setKernelSettings(line, descriptor, request, argument, plainTermiosSize);
+            return SetKernelSettings(line, descriptor, request, argument, kPlainTermiosSize);
         case TCSETS2:
         case TCSETSW2:
         case TCSETSF2:
-            return setKernelSettings(line, descriptor, request, argument, sizeof(termios2));
+            return SetKernelSettings(line, descriptor, request, argument, sizeof(termios2));
         case TIOCEXCL:
         case TIOCNXCL:
-            return claim(line, request == TIOCEXCL);
+            return Claim(line, request == TIOCEXCL);
         case TIOCMGET:
         case TIOCMSET:
         case TIOCMBIS:
         case TIOCMBIC:
-            return controlLines(line, request, argument);
+            return ControlLines(line, request, argument);
         case TIOCGSERIAL:
         case TIOCSSERIAL:
-            return portParameters(line, request, argument);
+            return PortParameters(line, request, argument);
         case TIOCSBRK:
         case TCSBRKP:
-            return sendBreak(line);
+            return SendBreak(line);
         case TIOCCBRK:
             return 0;
         default:
-            return next<::ioctl>("ioctl")(descriptor, request, argument);
+            return Next<::ioctl>("ioctl")(descriptor, request, argument);
     }
 }
 
-int openFlags(const char* mode) {
+int OpenFlags(const char* mode) {
     const bool both = strchr(mode, '+') != nullptr;
     int flags = both ? O_RDWR : *mode == 'r' ? O_RDONLY : O_WRONLY;
     if (*mode == 'w') flags |= O_CREAT | O_TRUNC;
@@ -319,8 +319,8 @@ int openFlags(const char* mode) {
     return flags;
 }
 
-FILE* openStream(const ServedLine& line, const char* mode) {
-    const int descriptor = openServed(line, openFlags(mode));
+FILE* OpenStream(const ServedLine& line, const char* mode) {
+    const int descriptor = OpenServed(line, OpenFlags(mode));
     return descriptor < 0 ? nullptr : fdopen(descriptor, mode);
 }
 
@@ -332,113 +332,113 @@ extern "C" {
 int open(const char* path, int flags, ...) {
     va_list arguments;
     va_start(arguments, flags);
-    const mode_t mode = modeArgument(flags, arguments);
+    const mode_t mode = ModeArgument(flags, arguments);
     va_end(arguments);
-    return openAt(AT_FDCWD, path, flags, mode);
+    return OpenAt(AT_FDCWD, path, flags, mode);
 }
 
 int open64(const char* path, int flags, ...) {
     va_list arguments;
     va_start(arguments, flags);
-    const mode_t mode = modeArgument(flags, arguments);
+    const mode_t mode = ModeArgument(flags, arguments);
     va_end(arguments);
-    if (const ServedLine line = ServedLine::atPath(path)) return openServed(line, flags);
-    return next<::open64>("open64")(PassedOn(path), flags, mode);
+    if (const ServedLine line = ServedLine::AtPath(path)) return OpenServed(line, flags);
+    return Next<::open64>("open64")(PassedOn(path), flags, mode);
 }
 
 int openat(int directory, const char* path, int flags, ...) {
     va_list arguments;
     va_start(arguments, flags);
-    const mode_t mode = modeArgument(flags, arguments);
+    const mode_t mode = ModeArgument(flags, arguments);
     va_end(arguments);
-    return openAt(directory, path, flags, mode);
+    return OpenAt(directory, path, flags, mode);
 }
 
 int openat64(int directory, const char* path, int flags, ...) {
     va_list arguments;
     va_start(arguments, flags);
-    const mode_t mode = modeArgument(flags, arguments);
+    const mode_t mode = ModeArgument(flags, arguments);
     va_end(arguments);
-    return openAt(directory, path, flags, mode);
+    return OpenAt(directory, path, flags, mode);
 }
 
 // The four forms that programs compiled with fortified calls use.
 int __open_2(const char* path, int flags) {
-    return openAt(AT_FDCWD, path, flags, 0);
+    return OpenAt(AT_FDCWD, path, flags, 0);
 }
 int __open64_2(const char* path, int flags) {
-    return openAt(AT_FDCWD, path, flags, 0);
+    return OpenAt(AT_FDCWD, path, flags, 0);
 }
 int __openat_2(int at, const char* path, int flags) {
-    return openAt(at, path, flags, 0);
+    return OpenAt(at, path, flags, 0);
 }
 int __openat64_2(int at, const char* path, int flags) {
-    return openAt(at, path, flags, 0);
+    return OpenAt(at, path, flags, 0);
 }
 
 FILE* fopen(const char* path, const char* mode) {
-    if (const ServedLine line = ServedLine::atPath(path)) return openStream(line, mode);
-    return next<::fopen>("fopen")(PassedOn(path), mode);
+    if (const ServedLine line = ServedLine::AtPath(path)) return OpenStream(line, mode);
+    return Next<::fopen>("fopen")(PassedOn(path), mode);
 }
 
 FILE* fopen64(const char* path, const char* mode) {
-    if (const ServedLine line = ServedLine::atPath(path)) return openStream(line, mode);
-    return next<::fopen64>("fopen64")(PassedOn(path), mode);
+    if (const ServedLine line = ServedLine::AtPath(path)) return OpenStream(line, mode);
+    return Next<::fopen64>("fopen64")(PassedOn(path), mode);
 }
 
 int access(const char* path, int mode) noexcept {
-    if (const ServedLine line = ServedLine::atPath(path)) return accessServed(line, mode);
-    return next<::access>("access")(PassedOn(path), mode);
+    if (const ServedLine line = ServedLine::AtPath(path)) return AccessServed(line, mode);
+    return Next<::access>("access")(PassedOn(path), mode);
 }
 
 int faccessat(int directory, const char* path, int mode, int flags) noexcept {
-    if (const ServedLine line = ServedLine::atPath(path)) return accessServed(line, mode);
-    return next<::faccessat>("faccessat")(directory, PassedOn(path), mode, flags);
+    if (const ServedLine line = ServedLine::AtPath(path)) return AccessServed(line, mode);
+    return Next<::faccessat>("faccessat")(directory, PassedOn(path), mode, flags);
 }
 
 int stat(const char* path, struct stat* result) noexcept {
-    if (const ServedLine line = ServedLine::atPath(path)) return statServed(line, result);
-    return next<::stat>("stat")(PassedOn(path), result);
+    if (const ServedLine line = ServedLine::AtPath(path)) return StatServed(line, result);
+    return Next<::stat>("stat")(PassedOn(path), result);
 }
 
 int stat64(const char* path, struct stat64* result) noexcept {
-    if (const ServedLine line = ServedLine::atPath(path)) return statServed(line, result);
-    return next<::stat64>("stat64")(PassedOn(path), result);
+    if (const ServedLine line = ServedLine::AtPath(path)) return StatServed(line, result);
+    return Next<::stat64>("stat64")(PassedOn(path), result);
 }
 
 int lstat(const char* path, struct stat* result) noexcept {
-    if (const ServedLine line = ServedLine::atPath(path)) return statServed(line, result);
-    return next<::lstat>("lstat")(PassedOn(path), result);
+    if (const ServedLine line = ServedLine::AtPath(path)) return StatServed(line, result);
+    return Next<::lstat>("lstat")(PassedOn(path), result);
 }
 
 int lstat64(const char* path, struct stat64* result) noexcept {
-    if (const ServedLine line = ServedLine::atPath(path)) return statServed(line, result);
-    return next<::lstat64>("lstat64")(PassedOn(path), result);
+    if (const ServedLine line = ServedLine::AtPath(path)) return StatServed(line, result);
+    return Next<::lstat64>("lstat64")(PassedOn(path), result);
 }
 
 int fstatat(int directory, const char* path, struct stat* result, int flags) noexcept {
-    if (const ServedLine line = ServedLine::atPath(path)) return statServed(line, result);
-    return next<::fstatat>("fstatat")(directory, PassedOn(path), result, flags);
+    if (const ServedLine line = ServedLine::AtPath(path)) return StatServed(line, result);
+    return Next<::fstatat>("fstatat")(directory, PassedOn(path), result, flags);
 }
 
 int fstatat64(int directory, const char* path, struct stat64* result, int flags) noexcept {
-    if (const ServedLine line = ServedLine::atPath(path)) return statServed(line, result);
-    return next<::fstatat64>("fstatat64")(directory, PassedOn(path), result, flags);
+    if (const ServedLine line = ServedLine::AtPath(path)) return StatServed(line, result);
+    return Next<::fstatat64>("fstatat64")(directory, PassedOn(path), result, flags);
 }
 
 int statx(int directory, const char* path, int flags, unsigned mask,
           struct statx* result) noexcept {
-    if (const ServedLine line = ServedLine::atPath(path)) return statxServed(line, result);
-    return next<::statx>("statx")(directory, PassedOn(path), flags, mask, result);
+    if (const ServedLine line = ServedLine::AtPath(path)) return StatxServed(line, result);
+    return Next<::statx>("statx")(directory, PassedOn(path), flags, mask, result);
 }
 
 /// A program that looks in /proc at what a process has open sees the device.
 ssize_t readlink(const char* path, char* target, size_t size) noexcept {
-    const ssize_t length = next<::readlink>("readlink")(path, target, size);
+    const ssize_t length = Next<::readlink>("readlink")(path, target, size);
     char device[PATH_MAX] = {};
     if (length <= 0 || static_cast<size_t>(length) >= sizeof device) return length;
     memcpy(device, target, static_cast<size_t>(length));
-    const ServedLine line = ServedLine::atTerminal(device);
+    const ServedLine line = ServedLine::AtTerminal(device);
     if (!line) return length;
     snprintf(device, sizeof device, "/dev/%s", line->name);
     const size_t shown = strlen(device) < size ? strlen(device) : size;
@@ -447,37 +447,37 @@ ssize_t readlink(const char* path, char* target, size_t size) noexcept {
 }
 
 int unlink(const char* path) noexcept {
-    return next<::unlink>("unlink")(PassedOn(path));
+    return Next<::unlink>("unlink")(PassedOn(path));
 }
 
 int remove(const char* path) noexcept {
-    return next<::remove>("remove")(PassedOn(path));
+    return Next<::remove>("remove")(PassedOn(path));
 }
 
 int tcgetattr(int descriptor, struct termios* settings) noexcept {
-    const int result = next<::tcgetattr>("tcgetattr")(descriptor, settings);
+    const int result = Next<::tcgetattr>("tcgetattr")(descriptor, settings);
     if (result != 0) return result;
-    if (const ServedLine line = ServedLine::ofDescriptor(descriptor))
-        settings->c_cflag = rememberedFlags(line, settings->c_cflag);
+    if (const ServedLine line = ServedLine::OfDescriptor(descriptor))
+        settings->c_cflag = RememberedFlags(line, settings->c_cflag);
     return 0;
 }
 
 int tcsetattr(int descriptor, int action, const struct termios* settings) noexcept {
-    const ServedLine line = ServedLine::ofDescriptor(descriptor);
-    if (!line) return next<::tcsetattr>("tcsetattr")(descriptor, action, settings);
-    if (isRefused(line, descriptor, settings->c_cflag)) return fail(EINVAL);
+    const ServedLine line = ServedLine::OfDescriptor(descriptor);
+    if (!line) return Next<::tcsetattr>("tcsetattr")(descriptor, action, settings);
+    if (IsRefused(line, descriptor, settings->c_cflag)) return Fail(EINVAL);
     struct termios plain = *settings;
-    plain.c_cflag = plainCharacters(settings->c_cflag);
-    const int result = next<::tcsetattr>("tcsetattr")(descriptor, action, &plain);
-    if (result == 0) remember(line, descriptor, settings->c_cflag, settings->c_iflag);
+    plain.c_cflag = PlainCharacters(settings->c_cflag);
+    const int result = Next<::tcsetattr>("tcsetattr")(descriptor, action, &plain);
+    if (result == 0) Remember(line, descriptor, settings->c_cflag, settings->c_iflag);
     return result;
 }
 
 int tcsendbreak(int descriptor, int duration) noexcept {
-    const ServedLine line = ServedLine::ofDescriptor(descriptor);
-    if (!line || isHungUp(descriptor))
-        return next<::tcsendbreak>("tcsendbreak")(descriptor, duration);
-    return sendBreak(line);
+    const ServedLine line = ServedLine::OfDescriptor(descriptor);
+    if (!line || IsHungUp(descriptor))
+        return Next<::tcsendbreak>("tcsendbreak")(descriptor, duration);
+    return SendBreak(line);
 }
 
 int ioctl(int descriptor, unsigned long request, ...) noexcept {
@@ -485,10 +485,10 @@ int ioctl(int descriptor, unsigned long request, ...) noexcept {
     va_start(arguments, request);
     void* argument = va_arg(arguments, void*);
     va_end(arguments);
-    const ServedLine line = ServedLine::ofDescriptor(descriptor);
-    if (!line || (isAnsweredHere(request) && isHungUp(descriptor)))
-        return next<::ioctl>("ioctl")(descriptor, request, argument);
-    return requestServed(line, descriptor, request, argument);
+    const ServedLine line = ServedLine::OfDescriptor(descriptor);
+    if (!line || (IsAnsweredHere(request) && IsHungUp(descriptor)))
+        return Next<::ioctl>("ioctl")(descriptor, request, argument);
+    return RequestServed(line, descriptor, request, argument);
 }
 
 }  // extern "C"

@@ -13,13 +13,13 @@ namespace simulator {
 /// VirtualLineState; beside it lie "ttyS0.bell", a FIFO through which the host's side wakes the
 /// serving side, "pts<N>", a link from the number of the pseudo-terminal to the state file, and the
 /// lock files that the host believes to be in /var/lock.
-inline constexpr char virtualLinesVariable[] = "WBALANCE_VIRTUAL_LINES";
+inline constexpr char kVirtualLinesVariable[] = "WBALANCE_VIRTUAL_LINES";
 
 /// What host and serving side of one virtual line tell each other: a mapped file, every field on
 /// its own atomic, so that a host killed at any point leaves nothing half written.
 struct VirtualLineState {
-    static constexpr std::uint32_t currentLayout = 0x57424C35;  // "WBL5"
-    static constexpr std::uint32_t everySpeed = UINT32_MAX;     // of refusedSpeed
+    static constexpr std::uint32_t kCurrentLayout = 0x57424C35;  // "WBL5"
+    static constexpr std::uint32_t kEverySpeed = UINT32_MAX;     // of refusedSpeed
 
     std::atomic<std::uint32_t> layout;     ///< currentLayout once the file is complete
     char name[28];                         ///< device name without directory
@@ -37,7 +37,7 @@ struct VirtualLineState {
     std::atomic<std::uint32_t> owner;  ///< user that stat reports
     std::atomic<std::uint32_t> group;  ///< group that stat reports
 
-    std::atomic<std::uint64_t> settings;      ///< the host's line settings, packed by packSettings
+    std::atomic<std::uint64_t> settings;      ///< the host's line settings, packed by PackSettings
     std::atomic<std::uint32_t> controlLines;  ///< TIOCM_ bits of both directions
     std::atomic<std::uint32_t> lowLatency;  ///< ASYNC_LOW_LATENCY, where the host has asked for it
     std::atomic<std::uint32_t> exclusive;   ///< TIOCEXCL in force
@@ -54,37 +54,37 @@ struct VirtualLineState {
 static_assert(std::atomic<std::uint64_t>::is_always_lock_free, "shared between processes");
 
 /// A time stamp of a file as one word.
-constexpr std::uint64_t nanoseconds(const timespec& time) {
+constexpr std::uint64_t Nanoseconds(const timespec& time) {
     return static_cast<std::uint64_t>(time.tv_sec) * 1'000'000'000u +
            static_cast<std::uint64_t>(time.tv_nsec);
 }
 
 /// The flags of c_cflag that describe the line and that a pseudo-terminal does not keep.
-inline constexpr tcflag_t lineFlags = CSIZE | CSTOPB | PARENB | PARODD | CMSPAR | CRTSCTS;
+inline constexpr tcflag_t kLineFlags = CSIZE | CSTOPB | PARENB | PARODD | CMSPAR | CRTSCTS;
 
 /// One word for everything that decides how characters look on the wire: baud rate in bits 0-23,
 /// the input flags IXON, IXOFF, INPCK and IGNPAR in bits 24-27, the line flags in bits 32-63.
-constexpr std::uint64_t packSettings(tcflag_t control, tcflag_t input, std::uint32_t baudRate) {
-    return (std::uint64_t{control & lineFlags} << 32) | (input & IXON ? 1u << 24 : 0u) |
+constexpr std::uint64_t PackSettings(tcflag_t control, tcflag_t input, std::uint32_t baudRate) {
+    return (std::uint64_t{control & kLineFlags} << 32) | (input & IXON ? 1u << 24 : 0u) |
            (input & IXOFF ? 1u << 25 : 0u) | (input & INPCK ? 1u << 26 : 0u) |
            (input & IGNPAR ? 1u << 27 : 0u) | (baudRate & 0xFFFFFFu);
 }
 
-constexpr tcflag_t packedLineFlags(std::uint64_t settings) {
+constexpr tcflag_t PackedLineFlags(std::uint64_t settings) {
     return static_cast<tcflag_t>(settings >> 32);
 }
 
-constexpr std::uint32_t packedBaudRate(std::uint64_t settings) {
+constexpr std::uint32_t PackedBaudRate(std::uint64_t settings) {
     return static_cast<std::uint32_t>(settings & 0xFFFFFFu);
 }
 
-constexpr bool packedXonXoff(std::uint64_t settings) {
+constexpr bool PackedXonXoff(std::uint64_t settings) {
     return (settings >> 24) & 1u;
 }
-constexpr bool packedParityCheck(std::uint64_t settings) {
+constexpr bool PackedParityCheck(std::uint64_t settings) {
     return (settings >> 26) & 1u;
 }
-constexpr bool packedIgnoreDamaged(std::uint64_t settings) {
+constexpr bool PackedIgnoreDamaged(std::uint64_t settings) {
     return (settings >> 27) & 1u;
 }
 

@@ -7,9 +7,9 @@
 namespace simulator {
 namespace {
 
-constexpr double hourInMilliseconds = 3'600'000.0;
+constexpr double kHourInMilliseconds = 3'600'000.0;
 
-std::string digitsOf(double value, int decimals) {
+std::string DigitsOf(double value, int decimals) {
     char text[64];
     std::snprintf(text, sizeof text, "%.*f", decimals, value);
     return text;
@@ -18,62 +18,62 @@ std::string digitsOf(double value, int decimals) {
 /// Whole steps of the display within `grams`, halves away from zero. The small allowance keeps a
 /// load such as 1.005 g, which has no exact binary form, from being rounded the wrong way. Never a
 /// negative zero, which would show as "-0.00".
-double steps(double grams, double step) {
+double Steps(double grams, double step) {
     const double exact = grams / step;
     const double allowance = std::copysign(1e-9 * std::max(1.0, std::fabs(exact)), exact);
     const double count = std::round(exact + allowance);
     return count == 0 ? 0 : count;
 }
 
-double valueIn(const Unit& unit, double grams) {
-    return unit.countsPieces ? steps(grams, unit.grams) : grams / unit.grams;
+double ValueIn(const Unit& unit, double grams) {
+    return unit.countsPieces ? Steps(grams, unit.grams) : grams / unit.grams;
 }
 
 }  // namespace
 
-std::string Reading::digits() const {
-    return digitsOf(value, decimals);
+std::string Reading::Digits() const {
+    return DigitsOf(value, decimals);
 }
 
 BalanceModel::BalanceModel(const BalanceData& data) : data_(data), random_(data.seed) {
-    startWithLoad(0);
+    StartWithLoad(0);
 }
 
-void BalanceModel::change(const BalanceData& data) {
+void BalanceModel::Change(const BalanceData& data) {
     const BalanceData before = data_;
     data_ = data;
     data_.stableAfter = before.stableAfter;
     data_.refresh = before.refresh;
-    showUnit(before.unit, before.gramsPerUnit, before.countsPieces);
+    ShowUnit(before.unit, before.gramsPerUnit, before.countsPieces);
 }
 
-void BalanceModel::showUnit(const std::string& unit, double gramsPerUnit, bool countsPieces) {
+void BalanceModel::ShowUnit(const std::string& unit, double gramsPerUnit, bool countsPieces) {
     data_.unit = unit;
     data_.gramsPerUnit = gramsPerUnit;
     data_.countsPieces = countsPieces;
 }
 
-void BalanceModel::startWithLoad(double grams) {
+void BalanceModel::StartWithLoad(double grams) {
     load_ = settled_ = shown_ = grams;
     recent_.assign(static_cast<std::size_t>(data_.stableAfter / data_.refresh) + 1, grams);
 }
 
-void BalanceModel::setLoad(double grams) {
-    scheduleLoad(now_, grams);
+void BalanceModel::SetLoad(double grams) {
+    ScheduleLoad(now_, grams);
 }
 
-void BalanceModel::scheduleLoad(Time at, double grams) {
+void BalanceModel::ScheduleLoad(Time at, double grams) {
     const auto later = [&](const LoadChange& change) { return change.at > at; };
     changes_.insert(std::find_if(changes_.begin(), changes_.end(), later), {at, grams});
 }
 
-void BalanceModel::advance(Time now) {
-    while (nextRefresh() <= now)
-        refresh(nextRefresh());
+void BalanceModel::Advance(Time now) {
+    while (NextRefresh() <= now)
+        Refresh(NextRefresh());
     now_ = std::max(now, now_);
 }
 
-void BalanceModel::refresh(Time at) {
+void BalanceModel::Refresh(Time at) {
     while (!changes_.empty() && changes_.front().at < at) {
         load_ = changes_.front().grams;
         changes_.pop_front();
@@ -83,7 +83,7 @@ void BalanceModel::refresh(Time at) {
     settled_ = load_ + (settled_ - load_) * left;
     if (std::fabs(settled_ - load_) < data_.readability / 10) settled_ = load_;
     drifted_ +=
-        data_.driftPerHour * static_cast<double>(data_.refresh.count()) / hourInMilliseconds;
+        data_.driftPerHour * static_cast<double>(data_.refresh.count()) / kHourInMilliseconds;
     const double noise =
         data_.noise > 0 ? std::normal_distribution<double>(0, data_.noise)(random_) : 0;
     shown_ = settled_ + drifted_ + noise;
@@ -92,64 +92,64 @@ void BalanceModel::refresh(Time at) {
     lastRefresh_ = at;
 }
 
-Reading BalanceModel::readIn(const Unit& unit) const {
+Reading BalanceModel::ReadIn(const Unit& unit) const {
     Reading reading;
-    reading.range = range();
-    reading.stable = isStable();
+    reading.range = Range();
+    reading.stable = IsStable();
     reading.unit = unit.text;
-    reading.decimals = decimalsIn(unit);
-    reading.value = valueIn(unit, roundToStep(grossWeight() - tare_));
+    reading.decimals = DecimalsIn(unit);
+    reading.value = ValueIn(unit, RoundToStep(GrossWeight() - tare_));
     return reading;
 }
 
-Outcome BalanceModel::zero() {
-    if (range() == Reading::Range::over) return Outcome::tooHigh;
-    if (range() == Reading::Range::under) return Outcome::tooLow;
-    if (grossWeight() > data_.zeroRange) return Outcome::tooHigh;
-    if (grossWeight() < -data_.zeroRange) return Outcome::tooLow;
+Outcome BalanceModel::Zero() {
+    if (Range() == Reading::Range::Over) return Outcome::TooHigh;
+    if (Range() == Reading::Range::Under) return Outcome::TooLow;
+    if (GrossWeight() > data_.zeroRange) return Outcome::TooHigh;
+    if (GrossWeight() < -data_.zeroRange) return Outcome::TooLow;
     zero_ = shown_;
     tare_ = 0;
-    return Outcome::done;
+    return Outcome::Done;
 }
 
-Outcome BalanceModel::tare() {
-    if (range() == Reading::Range::over) return Outcome::tooHigh;
-    if (range() == Reading::Range::under || roundToStep(grossWeight()) < 0) return Outcome::tooLow;
-    tare_ = roundToStep(grossWeight());
-    return Outcome::done;
+Outcome BalanceModel::Tare() {
+    if (Range() == Reading::Range::Over) return Outcome::TooHigh;
+    if (Range() == Reading::Range::Under || RoundToStep(GrossWeight()) < 0) return Outcome::TooLow;
+    tare_ = RoundToStep(GrossWeight());
+    return Outcome::Done;
 }
 
-void BalanceModel::restart() {
-    clearTare();
-    showWeight();
-    switchOn();
-    zero();
+void BalanceModel::Restart() {
+    ClearTare();
+    ShowWeight();
+    SwitchOn();
+    Zero();
 }
 
-Outcome BalanceModel::presetTare(double grams) {
-    if (grams > data_.capacity) return Outcome::tooHigh;
-    if (grams < 0) return Outcome::tooLow;
-    tare_ = roundToStep(grams);
-    return Outcome::done;
+Outcome BalanceModel::PresetTare(double grams) {
+    if (grams > data_.capacity) return Outcome::TooHigh;
+    if (grams < 0) return Outcome::TooLow;
+    tare_ = RoundToStep(grams);
+    return Outcome::Done;
 }
 
-std::string BalanceModel::tareDigits() const {
+std::string BalanceModel::TareDigits() const {
     const Unit unit{data_.unit, data_.gramsPerUnit, data_.countsPieces};
-    return digitsOf(valueIn(unit, tare_), decimalsIn(unit));
+    return DigitsOf(ValueIn(unit, tare_), DecimalsIn(unit));
 }
 
-double BalanceModel::roundToStep(double grams) const {
-    return steps(grams, data_.readability) * data_.readability;
+double BalanceModel::RoundToStep(double grams) const {
+    return Steps(grams, data_.readability) * data_.readability;
 }
 
-bool BalanceModel::isStable() const {
+bool BalanceModel::IsStable() const {
     const bool changed = !changes_.empty() && changes_.front().at <= now_;
     if (forcedUnstable_ || changed) return false;
     const auto [least, most] = std::minmax_element(recent_.begin(), recent_.end());
     return *most - *least <= data_.readability;
 }
 
-int BalanceModel::decimalsIn(const Unit& unit) const {
+int BalanceModel::DecimalsIn(const Unit& unit) const {
     if (unit.countsPieces) return 0;
     const double step = data_.readability / unit.grams;
     int count = 0;
@@ -158,13 +158,13 @@ int BalanceModel::decimalsIn(const Unit& unit) const {
     return count;
 }
 
-Reading::Range BalanceModel::range() const {
-    if (forcedRange_ != Reading::Range::inside) return forcedRange_;
+Reading::Range BalanceModel::Range() const {
+    if (forcedRange_ != Reading::Range::Inside) return forcedRange_;
     // Steps that have no exact binary form may add up to a little more than the capacity.
-    if (roundToStep(grossWeight()) > data_.capacity + data_.readability / 1000)
-        return Reading::Range::over;
-    if (grossWeight() < data_.lowestLoad) return Reading::Range::under;
-    return Reading::Range::inside;
+    if (RoundToStep(GrossWeight()) > data_.capacity + data_.readability / 1000)
+        return Reading::Range::Over;
+    if (GrossWeight() < data_.lowestLoad) return Reading::Range::Under;
+    return Reading::Range::Inside;
 }
 
 }  // namespace simulator

@@ -28,16 +28,16 @@ struct BalanceData {
 
 /// What the display shows.
 struct Reading {
-    enum class Range { inside, over, under };
+    enum class Range { Inside, Over, Under };
 
     double value = 0;  ///< net weight in the displayed unit, rounded to the readability
     int decimals = 0;  ///< digits behind the point
     std::string unit;  ///< text of the displayed unit
     bool stable = true;
-    Range range = Range::inside;
+    Range range = Range::Inside;
 
     /// The number with its decimals and a minus sign where it is below zero: "-12.50".
-    std::string digits() const;
+    std::string Digits() const;
 };
 
 /// A unit as it is printed, and what one of it weighs.
@@ -48,7 +48,7 @@ struct Unit {
 };
 
 /// What came of zeroing or taring.
-enum class Outcome { done, tooHigh, tooLow };
+enum class Outcome { Done, TooHigh, TooLow };
 
 /// What a balance is, apart from what it says: the load on the pan over time, settling, noise,
 /// drift, zero, tare, range, display text and power. Everything speaks about the time last given to
@@ -57,52 +57,52 @@ class BalanceModel {
  public:
     explicit BalanceModel(const BalanceData& data);
 
-    const BalanceData& data() const { return data_; }
+    const BalanceData& Data() const { return data_; }
     /// It is another kind of balance from now on; `stableAfter`, `refresh` and the unit stay as
     /// they were.
-    void change(const BalanceData& data);
+    void Change(const BalanceData& data);
     /// Weights are shown in this unit from now on; `countsPieces`: in whole pieces of that weight.
-    void showUnit(const std::string& unit, double gramsPerUnit, bool countsPieces = false);
+    void ShowUnit(const std::string& unit, double gramsPerUnit, bool countsPieces = false);
 
     /// The pan follows the load so many times as slowly as the balance does by itself.
-    void filter(double slowness) { slowness_ = slowness; }
+    void Filter(double slowness) { slowness_ = slowness; }
 
     /// Moves on to `now`, which never goes back.
-    void advance(Time now);
-    Time now() const { return now_; }
+    void Advance(Time now);
+    Time Now() const { return now_; }
     /// The next time at which the reading can change.
-    Time nextRefresh() const { return lastRefresh_ + data_.refresh; }
+    Time NextRefresh() const { return lastRefresh_ + data_.refresh; }
 
     /// The load in grams: from now on (settling), from `at` on, or since ever.
-    void setLoad(double grams);
-    void scheduleLoad(Time at, double grams);
-    void startWithLoad(double grams);
+    void SetLoad(double grams);
+    void ScheduleLoad(Time at, double grams);
+    void StartWithLoad(double grams);
 
-    Reading read() const { return readIn({data_.unit, data_.gramsPerUnit, data_.countsPieces}); }
+    Reading Read() const { return ReadIn({data_.unit, data_.gramsPerUnit, data_.countsPieces}); }
     /// The same in another unit than that of the display.
-    Reading readIn(const Unit& unit) const;
+    Reading ReadIn(const Unit& unit) const;
 
-    Outcome zero();                    ///< the present load is zero; clears the tare
-    Outcome tare();                    ///< the present load is tare; refused below zero
-    Outcome presetTare(double grams);  ///< refused below zero and above the capacity
-    void clearTare() { tare_ = 0; }
-    double tareWeight() const { return tare_; }  ///< grams, rounded to the readability
-    std::string tareDigits() const;              ///< with the display's decimals
+    Outcome Zero();                    ///< the present load is zero; clears the tare
+    Outcome Tare();                    ///< the present load is tare; refused below zero
+    Outcome PresetTare(double grams);  ///< refused below zero and above the capacity
+    void ClearTare() { tare_ = 0; }
+    double TareWeight() const { return tare_; }  ///< grams, rounded to the readability
+    std::string TareDigits() const;              ///< with the display's decimals
 
     /// Switched on anew: weight display, no tare, and zero wherever that is allowed.
-    void restart();
+    void Restart();
 
-    void showText(const std::string& text) { displayText_ = text; }
-    void showWeight() { displayText_.clear(); }
-    const std::string& displayText() const { return displayText_; }  ///< empty: the weight
+    void ShowText(const std::string& text) { displayText_ = text; }
+    void ShowWeight() { displayText_.clear(); }
+    const std::string& DisplayText() const { return displayText_; }  ///< empty: the weight
 
-    void switchOn() { on_ = true; }
-    void switchOff() { on_ = false; }
-    bool isOn() const { return on_; }
+    void SwitchOn() { on_ = true; }
+    void SwitchOff() { on_ = false; }
+    bool IsOn() const { return on_; }
 
     /// Conditions forced from outside: a pan that never comes to rest, a balance out of its range.
-    void forceUnstable(bool forced) { forcedUnstable_ = forced; }
-    void forceRange(Reading::Range range) { forcedRange_ = range; }
+    void ForceUnstable(bool forced) { forcedUnstable_ = forced; }
+    void ForceRange(Reading::Range range) { forcedRange_ = range; }
 
  private:
     struct LoadChange {
@@ -110,12 +110,12 @@ class BalanceModel {
         double grams;
     };
 
-    void refresh(Time at);
-    double roundToStep(double grams) const;
-    double grossWeight() const { return shown_ - zero_; }
-    bool isStable() const;
-    int decimalsIn(const Unit& unit) const;
-    Reading::Range range() const;
+    void Refresh(Time at);
+    double RoundToStep(double grams) const;
+    double GrossWeight() const { return shown_ - zero_; }
+    bool IsStable() const;
+    int DecimalsIn(const Unit& unit) const;
+    Reading::Range Range() const;
 
     BalanceData data_;
     std::mt19937 random_;
@@ -133,7 +133,7 @@ class BalanceModel {
     std::string displayText_;
     bool on_ = true;
     bool forcedUnstable_ = false;
-    Reading::Range forcedRange_ = Reading::Range::inside;
+    Reading::Range forcedRange_ = Reading::Range::Inside;
 };
 
 }  // namespace simulator

@@ -22,7 +22,7 @@ using simulator::VirtualLine;
 namespace {
 
 /// Waits for what another thread is about to do; the tests' only clock is this generous limit.
-bool eventually(const std::function<bool()>& condition) {
+bool Eventually(const std::function<bool()>& condition) {
     for (int i = 0; i < 500 && !condition(); ++i)
         std::this_thread::sleep_for(10ms);
     return condition();
@@ -32,18 +32,18 @@ using Driver = WithLineReadiness<WbalanceMettlerXS>;
 
 class CwbalanceEndToEnd : public testing::Test {
  protected:
-    CwbalanceEndToEnd() : instrument(bench.place("mettler-xs", Options().withLoad(12.3456))) {}
+    CwbalanceEndToEnd() : instrument(bench.Place("mettler-xs", Options().WithLoad(12.3456))) {}
 
-    void refuseOpen(int error) {
-        instrument.withLine(
-            [=](HostLine& line) { dynamic_cast<VirtualLine&>(line).refuseOpen(error); });
+    void RefuseOpen(int error) {
+        instrument.WithLine(
+            [=](HostLine& line) { dynamic_cast<VirtualLine&>(line).RefuseOpen(error); });
     }
 
-    int weigh() { return driver->Weight(2, &weight, nullptr); }
+    int Weigh() { return driver->Weight(2, &weight, nullptr); }
 
     /// The bench learns of a close a moment later.
-    bool isClosedSoon() {
-        return eventually([this] { return !instrument.isOpenedByHost(); });
+    bool IsClosedSoon() {
+        return Eventually([this] { return !instrument.IsOpenedByHost(); });
     }
 
     VirtualBench bench;
@@ -68,7 +68,7 @@ TEST_P(CwbalanceLine, Is_set_as_the_codes_say) {
                                     codes.flowControl, 1, 'S'),
               1);
     EXPECT_EQ(driver->IsReady(), 1);
-    EXPECT_EQ(instrument.hostSettings().text(), codes.line);
+    EXPECT_EQ(instrument.HostSettings().Text(), codes.line);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -88,84 +88,84 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_F(CwbalanceEndToEnd,
        After_an_open_that_failed_the_next_operation_fails_too_and_a_third_opens) {
-    refuseOpen(ENODEV);
-    EXPECT_EQ(weigh(), 0);
-    refuseOpen(0);
-    EXPECT_EQ(weigh(), 0);
-    EXPECT_EQ(weigh(), 1);
+    RefuseOpen(ENODEV);
+    EXPECT_EQ(Weigh(), 0);
+    RefuseOpen(0);
+    EXPECT_EQ(Weigh(), 0);
+    EXPECT_EQ(Weigh(), 1);
     EXPECT_EQ(weight, 12.3456);
 }
 
 TEST_F(CwbalanceEndToEnd, A_port_that_stays_away_is_tried_at_every_second_operation) {
-    refuseOpen(EACCES);
+    RefuseOpen(EACCES);
     for (int i = 0; i < 4; ++i)
-        EXPECT_EQ(weigh(), 0);
-    refuseOpen(0);
-    EXPECT_EQ(weigh(), 1);
+        EXPECT_EQ(Weigh(), 0);
+    RefuseOpen(0);
+    EXPECT_EQ(Weigh(), 1);
 }
 
 TEST_F(CwbalanceEndToEnd, The_port_stays_open_and_a_close_lets_go_of_it) {
-    EXPECT_EQ(weigh(), 1);
-    EXPECT_TRUE(instrument.isOpenedByHost());
+    EXPECT_EQ(Weigh(), 1);
+    EXPECT_TRUE(instrument.IsOpenedByHost());
     EXPECT_EQ(driver->CloseCommPort(), 1);
-    EXPECT_TRUE(isClosedSoon());
-    EXPECT_EQ(weigh(), 1);
-    EXPECT_TRUE(instrument.isOpenedByHost());
+    EXPECT_TRUE(IsClosedSoon());
+    EXPECT_EQ(Weigh(), 1);
+    EXPECT_TRUE(instrument.IsOpenedByHost());
 }
 
 TEST_F(CwbalanceEndToEnd, Destroying_the_driver_closes_the_port) {
-    EXPECT_EQ(weigh(), 1);
+    EXPECT_EQ(Weigh(), 1);
     driver.reset();
-    EXPECT_TRUE(isClosedSoon());
+    EXPECT_TRUE(IsClosedSoon());
     driver = std::make_unique<Driver>();
-    EXPECT_EQ(weigh(), 1);
+    EXPECT_EQ(Weigh(), 1);
 }
 
 TEST_F(CwbalanceEndToEnd, Changed_settings_reach_the_open_port_at_the_next_operation) {
-    EXPECT_EQ(weigh(), 1);
+    EXPECT_EQ(Weigh(), 1);
     driver->SetCommConfig(2400, 2, 7, 0, 0, 0, 'S');
-    EXPECT_EQ(instrument.hostSettings().text(), "9600,8N1");
-    EXPECT_EQ(weigh(), 0);
-    EXPECT_EQ(instrument.hostSettings().text(), "2400,7E1");
+    EXPECT_EQ(instrument.HostSettings().Text(), "9600,8N1");
+    EXPECT_EQ(Weigh(), 0);
+    EXPECT_EQ(instrument.HostSettings().Text(), "2400,7E1");
     driver->SetCommConfig(9600, 0, 8, 0, 0, 1, 'S');
-    EXPECT_EQ(weigh(), 1);
+    EXPECT_EQ(Weigh(), 1);
 }
 
 TEST_F(CwbalanceEndToEnd, A_time_out_of_61_s_closes_the_port_and_ends_the_object) {
-    EXPECT_EQ(weigh(), 1);
+    EXPECT_EQ(Weigh(), 1);
     driver->SetCommConfig(9600, 0, 8, 0, 0, 61, 'S');
-    EXPECT_EQ(weigh(), 0);
-    EXPECT_TRUE(isClosedSoon());
+    EXPECT_EQ(Weigh(), 0);
+    EXPECT_TRUE(IsClosedSoon());
     driver->SetCommConfig(9600, 0, 8, 0, 0, 1, 'S');
-    EXPECT_EQ(weigh(), 0);
+    EXPECT_EQ(Weigh(), 0);
     EXPECT_EQ(driver->CloseCommPort(), 0);
 }
 
 TEST_F(CwbalanceEndToEnd, A_pulled_adapter_ends_the_object_and_a_new_one_finds_it_again) {
-    auto& adapter = bench.place("mettler-xs", Options().on("/dev/ttyUSB3").withLoad(20));
+    auto& adapter = bench.Place("mettler-xs", Options().On("/dev/ttyUSB3").WithLoad(20));
     driver->SetCommPort(3);
     driver->SetCommConfig(9600, 0, 8, 0, 0, 1, 'U');
-    EXPECT_EQ(weigh(), 1);
+    EXPECT_EQ(Weigh(), 1);
     EXPECT_EQ(weight, 20.0);
-    adapter.unplug();
-    EXPECT_EQ(weigh(), 0);
-    adapter.plugIn();
-    EXPECT_EQ(weigh(), 0);
+    adapter.Unplug();
+    EXPECT_EQ(Weigh(), 0);
+    adapter.PlugIn();
+    EXPECT_EQ(Weigh(), 0);
     driver = std::make_unique<Driver>();
     driver->SetCommPort(3);
     driver->SetCommConfig(9600, 0, 8, 0, 0, 1, 'U');
-    EXPECT_EQ(weigh(), 1);
+    EXPECT_EQ(Weigh(), 1);
 }
 
 TEST_F(CwbalanceEndToEnd, What_came_before_an_operation_is_not_its_answer) {
-    EXPECT_EQ(weigh(), 1);
+    EXPECT_EQ(Weigh(), 1);
     driver->SetCommConfig(9600, 0, 8, 0, 0, 0, 'S');
-    instrument.addFault("late=1500ms");
-    EXPECT_EQ(weigh(), 0);
-    instrument.clearFaults();
-    instrument.clearLog();
-    instrument.setLoad(0);
-    ASSERT_TRUE(eventually([&] { return !instrument.sentByInstrument().empty(); }));
-    EXPECT_NE(weigh(), 0);
+    instrument.AddFault("late=1500ms");
+    EXPECT_EQ(Weigh(), 0);
+    instrument.ClearFaults();
+    instrument.ClearLog();
+    instrument.SetLoad(0);
+    ASSERT_TRUE(Eventually([&] { return !instrument.SentByInstrument().empty(); }));
+    EXPECT_NE(Weigh(), 0);
     EXPECT_LT(weight, 6.0);
 }

@@ -20,7 +20,7 @@ using simulator::VirtualBench;
 
 namespace {
 
-std::string outputOf(const std::string& command) {
+std::string OutputOf(const std::string& command) {
     FILE* pipe = ::popen((command + " 2>&1").c_str(), "r");
     std::string output;
     std::array<char, 4096> buffer;
@@ -31,7 +31,7 @@ std::string outputOf(const std::string& command) {
 }
 
 /// The least number of a port that the system lists and has; -1 for none.
-int listedPort() {
+int ListedPort() {
     for (int port = 0; port < 64; ++port) {
         const std::string name = "ttyS" + std::to_string(port);
         if (std::filesystem::exists("/sys/class/tty/" + name) &&
@@ -51,64 +51,64 @@ class KernReadBySigrok : public testing::Test {
                 << "no port is both under /sys/class/tty and in /dev, sigrok-cli needs one";
     }
 
-    simulator::ConnectedInstrument& have(Options options) {
-        return bench_.place("kern", options.on(device()).with("fill=zero"));
+    simulator::ConnectedInstrument& Have(Options options) {
+        return bench_.Place("kern", options.On(Device()).With("fill=zero"));
     }
     /// What sigrok-cli prints of two readings.
-    std::string readings() const {
-        return outputOf("LD_PRELOAD=" VIRTUAL_LINE
+    std::string Readings() const {
+        return OutputOf("LD_PRELOAD=" VIRTUAL_LINE
                         " timeout 60 sigrok-cli --driver kern-ew-6200-2nm:conn=" +
-                        device() + " --samples 2");
+                        Device() + " --samples 2");
     }
     /// This project's driver on the same port.
     struct Driver : WithLineReadiness<WbalanceKern_EW_EGN_EWB> {
         explicit Driver(int port) { SetCommPort(port); }
     };
-    Driver driver() const { return Driver(port_); }
+    Driver DriverOfPort() const { return Driver(port_); }
 
  private:
-    std::string device() const { return "/dev/ttyS" + std::to_string(port_); }
+    std::string Device() const { return "/dev/ttyS" + std::to_string(port_); }
 
-    const int port_ = listedPort();
+    const int port_ = ListedPort();
     VirtualBench bench_;
 };
 
 }  // namespace
 
 TEST_F(KernReadBySigrok, A_stable_weight) {
-    auto& balance = have(Options().withLoad(12.5));
-    EXPECT_EQ(readings(), "Mass: 12.50 g\nMass: 12.50 g\n");
-    EXPECT_EQ(balance.sentByHost(), "O1\r\nO1\r\n");
-    EXPECT_EQ(balance.settingsOfLastCommand(), LineSettings::parse("1200,8N2"));
+    auto& balance = Have(Options().WithLoad(12.5));
+    EXPECT_EQ(Readings(), "Mass: 12.50 g\nMass: 12.50 g\n");
+    EXPECT_EQ(balance.SentByHost(), "O1\r\nO1\r\n");
+    EXPECT_EQ(balance.SettingsOfLastCommand(), LineSettings::Parse("1200,8N2"));
 }
 
 TEST_F(KernReadBySigrok, An_unstable_weight) {
-    have(Options().withLoad(12.5).withFault("busy"));
-    EXPECT_EQ(readings(), "Mass: 12.50 g UNSTABLE\nMass: 12.50 g UNSTABLE\n");
+    Have(Options().WithLoad(12.5).WithFault("busy"));
+    EXPECT_EQ(Readings(), "Mass: 12.50 g UNSTABLE\nMass: 12.50 g UNSTABLE\n");
 }
 
 TEST_F(KernReadBySigrok, A_negative_weight) {
-    have(Options().withLoad(-3.25));
-    EXPECT_EQ(readings(), "Mass: -3.25 g\nMass: -3.25 g\n");
+    Have(Options().WithLoad(-3.25));
+    EXPECT_EQ(Readings(), "Mass: -3.25 g\nMass: -3.25 g\n");
 }
 
 TEST_F(KernReadBySigrok, A_weight_of_seven_digits) {
-    have(Options().withLoad(12.345).with("digits=7").with("readability=0.001"));
-    EXPECT_EQ(readings(), "Mass: 12.345 g\nMass: 12.345 g\n");
+    Have(Options().WithLoad(12.345).With("digits=7").With("readability=0.001"));
+    EXPECT_EQ(Readings(), "Mass: 12.345 g\nMass: 12.345 g\n");
 }
 
 TEST_F(KernReadBySigrok, An_overloaded_balance) {
-    have(Options().withLoad(700));
-    EXPECT_EQ(readings(), "Mass: inf g\nMass: inf g\n");
+    Have(Options().WithLoad(700));
+    EXPECT_EQ(Readings(), "Mass: inf g\nMass: inf g\n");
 }
 
 TEST_F(KernReadBySigrok, What_this_projects_driver_has_tared_and_weighed) {
-    auto& balance = have(Options().withLoad(12.5).with("settling=1ms"));
+    auto& balance = Have(Options().WithLoad(12.5).With("settling=1ms"));
     double weight = -1;
-    EXPECT_EQ(driver().Tare(), 1);
-    EXPECT_EQ(readings(), "Mass: 0.00 g\nMass: 0.00 g\n");
-    balance.setLoad(5);
-    EXPECT_EQ(driver().Weight(0, &weight, nullptr), 1);
+    EXPECT_EQ(DriverOfPort().Tare(), 1);
+    EXPECT_EQ(Readings(), "Mass: 0.00 g\nMass: 0.00 g\n");
+    balance.SetLoad(5);
+    EXPECT_EQ(DriverOfPort().Weight(0, &weight, nullptr), 1);
     EXPECT_EQ(weight, -7.5);
-    EXPECT_EQ(readings(), "Mass: -7.50 g\nMass: -7.50 g\n");
+    EXPECT_EQ(Readings(), "Mass: -7.50 g\nMass: -7.50 g\n");
 }

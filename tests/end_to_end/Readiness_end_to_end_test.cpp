@@ -28,7 +28,7 @@ struct Readiness {
 class OwnReadiness : public testing::TestWithParam<Readiness> {
  protected:
     /// The wait status of a process of its own, with little stack, that asks for readiness.
-    int endOfHost() const {
+    int EndOfHost() const {
         constexpr int returned = 42;
         const pid_t host = ::fork();
         if (host == 0) {
@@ -45,23 +45,23 @@ class OwnReadiness : public testing::TestWithParam<Readiness> {
         ::waitpid(host, &status, 0);
         return status;
     }
-    std::string trace() const {
+    std::string Trace() const {
         std::ifstream file(trace_);
         return {std::istreambuf_iterator<char>(file), {}};
     }
 
     VirtualBench bench_;
-    const std::filesystem::path trace_ = bench_.directory() / "trace";
+    const std::filesystem::path trace_ = bench_.Directory() / "trace";
 };
 
 }  // namespace
 
 TEST_P(OwnReadiness, Uses_up_the_stack_and_sends_nothing) {
-    auto& balance = bench_.place(GetParam().instrument);
-    const int status = endOfHost();
+    auto& balance = bench_.Place(GetParam().instrument);
+    const int status = EndOfHost();
     EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGSEGV) << "wait status " << status;
-    EXPECT_THAT(trace(), testing::HasSubstr("COM0 alread open!"));
-    EXPECT_EQ(balance.sentByHost(), "");
+    EXPECT_THAT(Trace(), testing::HasSubstr("COM0 alread open!"));
+    EXPECT_EQ(balance.SentByHost(), "");
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -22,17 +22,17 @@ constexpr char kMoving[] = "drift=36000";
 
 class WbalanceRadwagEndToEnd : public testing::Test {
  protected:
-    simulator::ConnectedInstrument& have(const Options& options) {
-        return bench.place("radwag", options);
+    simulator::ConnectedInstrument& Have(const Options& options) {
+        return bench.Place("radwag", options);
     }
 
     /// The driver's settings with its shortest time-out, 100 ms. A read lasts three of them.
-    void hurry() { driver.SetCommConfig(9600, 2, 7, 0, 0, 0, 'S'); }
+    void Hurry() { driver.SetCommConfig(9600, 2, 7, 0, 0, 0, 'S'); }
 
     /// The pan has left the reading that it began with.
-    static void letItMove() { std::this_thread::sleep_for(200ms); }
+    static void LetItMove() { std::this_thread::sleep_for(200ms); }
 
-    int read(long mode) { return driver.Weight(mode, &weight, &decimals); }
+    int Read(long mode) { return driver.Weight(mode, &weight, &decimals); }
 
     VirtualBench bench;
     WbalanceRadwag driver;
@@ -43,175 +43,175 @@ class WbalanceRadwagEndToEnd : public testing::Test {
 }  // namespace
 
 TEST_F(WbalanceRadwagEndToEnd, Ready_opens_the_line_and_sends_nothing) {
-    auto& balance = have(Options());
+    auto& balance = Have(Options());
     EXPECT_EQ(driver.IsReady(), 1);
-    EXPECT_TRUE(balance.isOpenedByHost());
-    EXPECT_EQ(balance.hostSettings(), LineSettings::parse("9600,7E1"));
-    EXPECT_EQ(balance.sentByHost(), "");
+    EXPECT_TRUE(balance.IsOpenedByHost());
+    EXPECT_EQ(balance.HostSettings(), LineSettings::Parse("9600,7E1"));
+    EXPECT_EQ(balance.SentByHost(), "");
 }
 
 TEST_F(WbalanceRadwagEndToEnd, Mode_0_reads_a_stable_load) {
-    auto& balance = have(Options().withLoad(-12.34));
-    EXPECT_EQ(read(0), 1);
+    auto& balance = Have(Options().WithLoad(-12.34));
+    EXPECT_EQ(Read(0), 1);
     EXPECT_EQ(weight, -12.34);
     EXPECT_EQ(decimals, 2);
-    EXPECT_EQ(balance.sentByHost(), "S\r\n");
-    EXPECT_EQ(balance.sentByInstrument(), "S A\r\nS    -    12.34 g  \r\n");
-    EXPECT_EQ(balance.settingsOfLastCommand(), LineSettings::parse("9600,7E1"));
-    EXPECT_TRUE(balance.isOpenedByHost());
+    EXPECT_EQ(balance.SentByHost(), "S\r\n");
+    EXPECT_EQ(balance.SentByInstrument(), "S A\r\nS    -    12.34 g  \r\n");
+    EXPECT_EQ(balance.SettingsOfLastCommand(), LineSettings::Parse("9600,7E1"));
+    EXPECT_TRUE(balance.IsOpenedByHost());
 }
 
 TEST_F(WbalanceRadwagEndToEnd, Mode_0_reads_on_until_the_pan_comes_to_rest) {
-    hurry();
-    auto& balance = have(Options());
-    balance.setLoad(1);
-    EXPECT_EQ(read(0), 1);
+    Hurry();
+    auto& balance = Have(Options());
+    balance.SetLoad(1);
+    EXPECT_EQ(Read(0), 1);
     EXPECT_EQ(weight, 1.0);
-    EXPECT_EQ(balance.sentByHost(), "S\r\n");
+    EXPECT_EQ(balance.SentByHost(), "S\r\n");
 }
 
 TEST_F(WbalanceRadwagEndToEnd, Mode_0_fails_at_the_balances_own_time_out) {
-    hurry();
-    auto& balance = have(Options().with("stability-time-out=500ms").withFault("busy"));
-    EXPECT_EQ(read(0), 0);
+    Hurry();
+    auto& balance = Have(Options().With("stability-time-out=500ms").WithFault("busy"));
+    EXPECT_EQ(Read(0), 0);
     EXPECT_EQ(weight, 0.0);
-    EXPECT_EQ(balance.sentByInstrument(), "S A\r\nS E\r\n");
+    EXPECT_EQ(balance.SentByInstrument(), "S A\r\nS E\r\n");
 }
 
 TEST_F(WbalanceRadwagEndToEnd, Mode_0_fails_at_a_time_out_that_comes_with_the_confirmation) {
-    hurry();
-    auto& balance = have(Options().with("stability-time-out=50ms").withFault("busy"));
-    EXPECT_EQ(read(0), 0);
-    EXPECT_EQ(balance.sentByInstrument(), "S A\r\nS E\r\n");
+    Hurry();
+    auto& balance = Have(Options().With("stability-time-out=50ms").WithFault("busy"));
+    EXPECT_EQ(Read(0), 0);
+    EXPECT_EQ(balance.SentByInstrument(), "S A\r\nS E\r\n");
 }
 
 TEST_F(WbalanceRadwagEndToEnd, Mode_2_reads_at_once_and_reports_a_moving_pan_as_1) {
-    auto& balance = have(Options().withLoad(20).with(kMoving));
-    letItMove();
-    EXPECT_EQ(read(2), 1);
+    auto& balance = Have(Options().WithLoad(20).With(kMoving));
+    LetItMove();
+    EXPECT_EQ(Read(2), 1);
     EXPECT_THAT(weight, AllOf(Ge(20.0), Lt(200.0)));
     EXPECT_EQ(decimals, 2);
-    EXPECT_EQ(balance.sentByHost(), "SI\r\n");
-    EXPECT_THAT(balance.sentByInstrument(), StartsWith("SI ?  "));
+    EXPECT_EQ(balance.SentByHost(), "SI\r\n");
+    EXPECT_THAT(balance.SentByInstrument(), StartsWith("SI ?  "));
 }
 
 TEST_F(WbalanceRadwagEndToEnd, Mode_2_gives_up_while_the_balance_is_busy) {
-    hurry();
-    auto& balance = have(Options().withLoad(20).withFault("busy"));
-    EXPECT_EQ(read(2), 0);
+    Hurry();
+    auto& balance = Have(Options().WithLoad(20).WithFault("busy"));
+    EXPECT_EQ(Read(2), 0);
     EXPECT_EQ(weight, 0.0);
-    EXPECT_EQ(balance.sentByInstrument(), "SI I\r\n");
+    EXPECT_EQ(balance.SentByInstrument(), "SI I\r\n");
 }
 
 TEST_F(WbalanceRadwagEndToEnd, Mode_1_reads_a_stable_load_with_one_command) {
-    hurry();
-    auto& balance = have(Options().withLoad(20));
-    EXPECT_EQ(read(1), 1);
+    Hurry();
+    auto& balance = Have(Options().WithLoad(20));
+    EXPECT_EQ(Read(1), 1);
     EXPECT_EQ(weight, 20.0);
-    EXPECT_EQ(balance.sentByHost(), "S\r\n");
+    EXPECT_EQ(balance.SentByHost(), "S\r\n");
 }
 
 TEST_F(WbalanceRadwagEndToEnd, Mode_1_reads_at_once_when_the_pan_does_not_come_to_rest) {
-    hurry();
-    auto& balance = have(Options().withLoad(20).with(kMoving).with("stability-time-out=50ms"));
-    letItMove();
-    EXPECT_EQ(read(1), 1);
+    Hurry();
+    auto& balance = Have(Options().WithLoad(20).With(kMoving).With("stability-time-out=50ms"));
+    LetItMove();
+    EXPECT_EQ(Read(1), 1);
     EXPECT_THAT(weight, AllOf(Ge(20.0), Lt(200.0)));
-    EXPECT_EQ(balance.sentByHost(), "S\r\nSI\r\n");
-    EXPECT_THAT(balance.sentByInstrument(), StartsWith("S A\r\nS E\r\nSI ?  "));
+    EXPECT_EQ(balance.SentByHost(), "S\r\nSI\r\n");
+    EXPECT_THAT(balance.SentByInstrument(), StartsWith("S A\r\nS E\r\nSI ?  "));
 }
 
 TEST_F(WbalanceRadwagEndToEnd, Tare_takes_the_load) {
-    auto& balance = have(Options().withLoad(100));
+    auto& balance = Have(Options().WithLoad(100));
     EXPECT_EQ(driver.Tare(), 1);
-    EXPECT_EQ(balance.sentByHost(), "T\r\n");
-    EXPECT_EQ(balance.sentByInstrument(), "T A\r\nT D\r\n");
-    hurry();
-    EXPECT_EQ(read(0), 1);
+    EXPECT_EQ(balance.SentByHost(), "T\r\n");
+    EXPECT_EQ(balance.SentByInstrument(), "T A\r\nT D\r\n");
+    Hurry();
+    EXPECT_EQ(Read(0), 1);
     EXPECT_EQ(weight, 0.0);
 }
 
 TEST_F(WbalanceRadwagEndToEnd, One_tare_fails_below_zero) {
-    hurry();
-    auto& balance = have(Options().withLoad(-5));
+    Hurry();
+    auto& balance = Have(Options().WithLoad(-5));
     EXPECT_EQ(driver._Tare(), 0);
-    EXPECT_EQ(balance.sentByHost(), "T\r\n");
-    EXPECT_EQ(balance.sentByInstrument(), "T A\r\nT v\r\n");
+    EXPECT_EQ(balance.SentByHost(), "T\r\n");
+    EXPECT_EQ(balance.SentByInstrument(), "T A\r\nT v\r\n");
 }
 
 TEST_F(WbalanceRadwagEndToEnd, Zero_takes_a_small_load) {
-    hurry();
-    auto& balance = have(Options().withLoad(5));
+    Hurry();
+    auto& balance = Have(Options().WithLoad(5));
     EXPECT_EQ(driver.Zero(), 1);
-    EXPECT_EQ(balance.sentByHost(), "Z\r\n");
-    EXPECT_EQ(balance.sentByInstrument(), "Z A\r\nZ D\r\n");
+    EXPECT_EQ(balance.SentByHost(), "Z\r\n");
+    EXPECT_EQ(balance.SentByInstrument(), "Z A\r\nZ D\r\n");
 }
 
 TEST_F(WbalanceRadwagEndToEnd, Tare_below_zero_becomes_a_zero_and_the_host_sees_success) {
-    hurry();
-    auto& balance = have(Options().withLoad(-5));
+    Hurry();
+    auto& balance = Have(Options().WithLoad(-5));
     EXPECT_EQ(driver.Tare(), 1);
-    EXPECT_EQ(balance.sentByHost(), "T\r\nZ\r\n");
-    EXPECT_EQ(balance.sentByInstrument(), "T A\r\nT v\r\nZ A\r\nZ D\r\n");
-    EXPECT_EQ(read(0), 1);
+    EXPECT_EQ(balance.SentByHost(), "T\r\nZ\r\n");
+    EXPECT_EQ(balance.SentByInstrument(), "T A\r\nT v\r\nZ A\r\nZ D\r\n");
+    EXPECT_EQ(Read(0), 1);
     EXPECT_EQ(weight, 0.0);
 }
 
 TEST_F(WbalanceRadwagEndToEnd, Tare_far_below_zero_fails_after_three_commands) {
-    hurry();
-    auto& balance = have(Options().withLoad(-100));
+    Hurry();
+    auto& balance = Have(Options().WithLoad(-100));
     EXPECT_EQ(driver.Tare(), 0);
-    EXPECT_EQ(balance.sentByHost(), "T\r\nZ\r\nT\r\n");
-    EXPECT_EQ(balance.sentByInstrument(), "T A\r\nT v\r\nZ A\r\nZ ^\r\nT A\r\nT v\r\n");
+    EXPECT_EQ(balance.SentByHost(), "T\r\nZ\r\nT\r\n");
+    EXPECT_EQ(balance.SentByInstrument(), "T A\r\nT v\r\nZ A\r\nZ ^\r\nT A\r\nT v\r\n");
 }
 
 TEST_F(WbalanceRadwagEndToEnd, Tare_that_waits_in_the_balance_gets_the_zero_refused) {
-    hurry();
-    auto& balance = have(Options().withFault("busy"));
+    Hurry();
+    auto& balance = Have(Options().WithFault("busy"));
     EXPECT_EQ(driver.Tare(), 0);
-    EXPECT_EQ(balance.sentByHost(), "T\r\nZ\r\nT\r\n");
-    EXPECT_EQ(balance.sentByInstrument(), "T A\r\nZ I\r\nT I\r\n");
+    EXPECT_EQ(balance.SentByHost(), "T\r\nZ\r\nT\r\n");
+    EXPECT_EQ(balance.SentByInstrument(), "T A\r\nZ I\r\nT I\r\n");
 }
 
 TEST_F(WbalanceRadwagEndToEnd, An_overloaded_balance_reads_0_as_a_good_weight) {
-    hurry();
-    auto& balance = have(Options().withLoad(5000));
-    EXPECT_EQ(read(0), 1);
+    Hurry();
+    auto& balance = Have(Options().WithLoad(5000));
+    EXPECT_EQ(Read(0), 1);
     EXPECT_EQ(weight, 0.0);
-    EXPECT_EQ(read(2), 1);
+    EXPECT_EQ(Read(2), 1);
     EXPECT_EQ(weight, 0.0);
-    EXPECT_EQ(balance.sentByInstrument(), "S A\r\nS  ^       0.00 g  \r\nSI ^       0.00 g  \r\n");
+    EXPECT_EQ(balance.SentByInstrument(), "S A\r\nS  ^       0.00 g  \r\nSI ^       0.00 g  \r\n");
 }
 
 TEST_F(WbalanceRadwagEndToEnd, A_frame_with_one_blank_more_reads_the_same) {
-    hurry();
-    have(Options().withLoad(-8.5).with("frame=22"));
-    EXPECT_EQ(read(0), 1);
+    Hurry();
+    Have(Options().WithLoad(-8.5).With("frame=22"));
+    EXPECT_EQ(Read(0), 1);
     EXPECT_EQ(weight, -8.5);
     EXPECT_EQ(decimals, 2);
 }
 
 TEST_F(WbalanceRadwagEndToEnd, A_preset_tare_and_factory_settings_reach_no_balance) {
-    auto& balance = have(Options());
+    auto& balance = Have(Options());
     EXPECT_EQ(driver.TareSet(10), 1);
     EXPECT_EQ(driver.RestoreFactorySettings(), 1);
-    EXPECT_FALSE(balance.isOpenedByHost());
-    EXPECT_EQ(balance.sentByHost(), "");
+    EXPECT_FALSE(balance.IsOpenedByHost());
+    EXPECT_EQ(balance.SentByHost(), "");
 }
 
 TEST_F(WbalanceRadwagEndToEnd, A_silent_balance_fails_every_operation) {
-    hurry();
-    auto& balance = have(Options().withFault("silent"));
-    EXPECT_EQ(read(1), 0);
+    Hurry();
+    auto& balance = Have(Options().WithFault("silent"));
+    EXPECT_EQ(Read(1), 0);
     EXPECT_EQ(weight, 0.0);
     EXPECT_EQ(driver.Tare(), 0);
-    EXPECT_EQ(balance.sentByHost(), "S\r\nSI\r\nT\r\nZ\r\nT\r\n");
-    EXPECT_EQ(balance.sentByInstrument(), "");
+    EXPECT_EQ(balance.SentByHost(), "S\r\nSI\r\nT\r\nZ\r\nT\r\n");
+    EXPECT_EQ(balance.SentByInstrument(), "");
 }
 
 TEST_F(WbalanceRadwagEndToEnd, Other_line_settings_on_the_balance_fail) {
-    hurry();
-    have(Options().withLoad(20).at("2400,8N1"));
-    EXPECT_EQ(read(0), 0);
+    Hurry();
+    Have(Options().WithLoad(20).At("2400,8N1"));
+    EXPECT_EQ(Read(0), 0);
     EXPECT_EQ(weight, 0.0);
 }

@@ -66,9 +66,9 @@ class Place {
           model_(kModels[static_cast<std::size_t>(number) % std::size(kModels)]),
           load_(60.0 + 2.0 * number),
           random_(static_cast<unsigned>(number + 1)),
-          instrument_(bench.place(
+          instrument_(bench.Place(
               model_.instrument,
-              simulator::Options().on("/dev/ttyS" + std::to_string(number)).withLoad(load_))) {
+              simulator::Options().On("/dev/ttyS" + std::to_string(number)).WithLoad(load_))) {
         Replace();
     }
 
@@ -93,13 +93,13 @@ class Place {
 
     void Disturb() {
         const int fault = Below(1 + static_cast<int>(std::size(kFaults)));
-        if (fault == 0) return instrument_.unplug();
-        instrument_.addFault(kFaults[fault - 1]);
+        if (fault == 0) return instrument_.Unplug();
+        instrument_.AddFault(kFaults[fault - 1]);
     }
 
     void Recover() {
-        instrument_.clearFaults();
-        instrument_.plugIn();
+        instrument_.ClearFaults();
+        instrument_.PlugIn();
         Replace();
     }
 

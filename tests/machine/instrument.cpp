@@ -31,7 +31,7 @@ class Clock {
 
 /// How long poll may wait before the instrument wants to be called; -1 for ever.
 int Patience(const Instrument& instrument, Time now) {
-    const auto next = instrument.nextEvent();
+    const auto next = instrument.NextEvent();
     return next ? static_cast<int>(std::max(*next - now, Time{1}).count()) : -1;
 }
 
@@ -40,14 +40,14 @@ void Serve(Instrument& instrument) {
     while (true) {
         pollfd input{STDIN_FILENO, POLLIN, 0};
         poll(&input, 1, Patience(instrument, clock.Now()));
-        instrument.advance(clock.Now());
+        instrument.Advance(clock.Now());
         if (input.revents != 0) {
             char bytes[256];
             const ssize_t count = read(STDIN_FILENO, bytes, sizeof bytes);
             if (count <= 0) return;
-            instrument.receive(std::string(bytes, static_cast<std::size_t>(count)), clock.Now());
+            instrument.Receive(std::string(bytes, static_cast<std::size_t>(count)), clock.Now());
         }
-        const std::string answer = instrument.takeOutput();
+        const std::string answer = instrument.TakeOutput();
         if (write(STDOUT_FILENO, answer.data(), answer.size()) < 0) return;
     }
 }
@@ -60,9 +60,9 @@ int main(int argc, char** argv) {
         return 2;
     }
     try {
-        Instrument instrument(simulator::findInstrument(argv[1]),
+        Instrument instrument(simulator::FindInstrument(argv[1]),
                               std::vector<std::string>(argv + 3, argv + argc));
-        instrument.balance().startWithLoad(std::stod(argv[2]));
+        instrument.Balance().StartWithLoad(std::stod(argv[2]));
         Serve(instrument);
     } catch (const std::exception& problem) {
         std::fprintf(stderr, "machine-instrument: %s\n", problem.what());

@@ -45,15 +45,15 @@ class Reconnect {
     Reconnect& operator=(const Reconnect&) = delete;
 
     /// The next line that differs from the one before.
-    std::string says() {
+    std::string Says() {
         std::string line = last_;
         while (line == last_)
-            line = nextLine();
+            line = NextLine();
         return last_ = line;
     }
 
  private:
-    std::string nextLine() {
+    std::string NextLine() {
         char line[200];
         if (std::fgets(line, sizeof line, said_) == nullptr) return "it has ended";
         return std::string(line, std::strcspn(line, "\n"));
@@ -69,55 +69,55 @@ class ReconnectSample : public testing::Test {
     ~ReconnectSample() override { std::filesystem::remove(stableName_); }
 
     /// Where the stable name leads, as udev writes it.
-    void pointTo(const std::string& device) {
+    void PointTo(const std::string& device) {
         std::filesystem::remove(stableName_);
         std::filesystem::create_symlink("../../" + device, stableName_);
     }
 
     /// It is there before the sample begins.
-    std::string stableNameOf(const std::string& device) {
+    std::string StableNameOf(const std::string& device) {
         const std::string name =
             testing::TempDir() + "usb-FTDI_A1B2-if00-port0." + std::to_string(getpid());
         std::filesystem::create_symlink("../../" + device, name);
         return name;
     }
 
-    const std::string stableName_ = stableNameOf("ttyUSB3");
+    const std::string stableName_ = StableNameOf("ttyUSB3");
     VirtualBench bench_;
     ConnectedInstrument& balance_ =
-        bench_.place("mettler-toledo", Options().on("/dev/ttyUSB3").withLoad(12.34));
+        bench_.Place("mettler-toledo", Options().On("/dev/ttyUSB3").WithLoad(12.34));
     Reconnect host_{stableName_};
 };
 
 // The first line is a weight: what Qt would say of the thread is kept away.
 TEST_F(ReconnectSample, Weighs_again_after_each_of_three_unplugs) {
-    ASSERT_EQ(host_.says(), "12.34 g");
+    ASSERT_EQ(host_.Says(), "12.34 g");
     for (int i = 0; i < 3; ++i) {
-        balance_.unplug();
-        ASSERT_EQ(host_.says(), "lost");
-        balance_.plugIn();
-        std::string next = host_.says();
-        if (next == "away") next = host_.says();
+        balance_.Unplug();
+        ASSERT_EQ(host_.Says(), "lost");
+        balance_.PlugIn();
+        std::string next = host_.Says();
+        if (next == "away") next = host_.Says();
         ASSERT_EQ(next, "12.34 g");
     }
 }
 
 TEST_F(ReconnectSample, Finds_an_adapter_that_is_back_under_another_number) {
-    ASSERT_EQ(host_.says(), "12.34 g");
-    balance_.unplug();
-    ASSERT_EQ(host_.says(), "lost");
-    ASSERT_EQ(host_.says(), "away");
-    balance_.plugIn("/dev/ttyUSB5");
-    pointTo("ttyUSB5");
-    ASSERT_EQ(host_.says(), "12.34 g");
+    ASSERT_EQ(host_.Says(), "12.34 g");
+    balance_.Unplug();
+    ASSERT_EQ(host_.Says(), "lost");
+    ASSERT_EQ(host_.Says(), "away");
+    balance_.PlugIn("/dev/ttyUSB5");
+    PointTo("ttyUSB5");
+    ASSERT_EQ(host_.Says(), "12.34 g");
 }
 
 TEST_F(ReconnectSample, Calls_a_balance_that_does_not_answer_silent_and_not_lost) {
-    ASSERT_EQ(host_.says(), "12.34 g");
-    balance_.addFault("silent");
-    ASSERT_EQ(host_.says(), "silent");
-    balance_.clearFaults();
-    ASSERT_EQ(host_.says(), "12.34 g");
+    ASSERT_EQ(host_.Says(), "12.34 g");
+    balance_.AddFault("silent");
+    ASSERT_EQ(host_.Says(), "silent");
+    balance_.ClearFaults();
+    ASSERT_EQ(host_.Says(), "12.34 g");
 }
 
 }  // namespace

@@ -11,9 +11,9 @@ class AllDescriptors {
  public:
     explicit AllDescriptors(int free = 0) {
         ::getrlimit(RLIMIT_NOFILE, &before_);
-        const rlimit few = {highest() + 1, before_.rlim_max};
+        const rlimit few = {Highest() + 1, before_.rlim_max};
         ::setrlimit(RLIMIT_NOFILE, &few);
-        for (int taken = take(); taken >= 0; taken = take())
+        for (int taken = Take(); taken >= 0; taken = Take())
             taken_.push_back(taken);
         for (; free > 0; --free) {
             ::close(taken_.back());
@@ -29,9 +29,9 @@ class AllDescriptors {
     AllDescriptors& operator=(const AllDescriptors&) = delete;
 
  private:
-    static int take() { return ::open("/dev/null", O_RDONLY | O_CLOEXEC); }
-    static rlim_t highest() {
-        const int next = take();
+    static int Take() { return ::open("/dev/null", O_RDONLY | O_CLOEXEC); }
+    static rlim_t Highest() {
+        const int next = Take();
         ::close(next);
         return static_cast<rlim_t>(next) + 32;
     }

@@ -13,9 +13,9 @@ using namespace std::chrono_literals;
 
 namespace {
 
-std::string reasonFor(const std::string& text) {
+std::string ReasonFor(const std::string& text) {
     try {
-        Change::parse(text);
+        Change::Parse(text);
     } catch (const std::invalid_argument& error) {
         return error.what();
     }
@@ -25,21 +25,21 @@ std::string reasonFor(const std::string& text) {
 }  // namespace
 
 TEST(Change, A_load_is_in_grams_and_may_be_below_zero) {
-    const Change change = Change::parse("load -12.34");
-    EXPECT_EQ(change.kind, Change::Kind::load);
+    const Change change = Change::Parse("load -12.34");
+    EXPECT_EQ(change.kind, Change::Kind::Load);
     EXPECT_EQ(change.grams, -12.34);
 }
 
 TEST(Change, Noise_and_drift_are_switches_with_words_of_their_own) {
-    EXPECT_EQ(Change::parse("noise 0.02").kind, Change::Kind::setting);
-    EXPECT_EQ(Change::parse("noise 0.02").text, "noise=0.02");
-    EXPECT_EQ(Change::parse("drift 5").text, "drift=5");
-    EXPECT_EQ(Change::parse("switch reset-answer=off").text, "reset-answer=off");
+    EXPECT_EQ(Change::Parse("noise 0.02").kind, Change::Kind::Setting);
+    EXPECT_EQ(Change::Parse("noise 0.02").text, "noise=0.02");
+    EXPECT_EQ(Change::Parse("drift 5").text, "drift=5");
+    EXPECT_EQ(Change::Parse("switch reset-answer=off").text, "reset-answer=off");
 }
 
 TEST(Change, A_fault_has_its_value_and_its_duration) {
-    const Change change = Change::parse("fault late=2s for 10s");
-    EXPECT_EQ(change.kind, Change::Kind::fault);
+    const Change change = Change::Parse("fault late=2s for 10s");
+    EXPECT_EQ(change.kind, Change::Kind::Fault);
     EXPECT_EQ(change.fault.name, "late");
     EXPECT_EQ(change.fault.value, "2s");
     EXPECT_EQ(change.fault.from, 0s);
@@ -47,31 +47,31 @@ TEST(Change, A_fault_has_its_value_and_its_duration) {
 }
 
 TEST(Change, Unplug_says_for_how_long_and_as_what_it_comes_back) {
-    const Change change = Change::parse("unplug  for 2s\tas ttyUSB1");
-    EXPECT_EQ(change.kind, Change::Kind::fault);
+    const Change change = Change::Parse("unplug  for 2s\tas ttyUSB1");
+    EXPECT_EQ(change.kind, Change::Kind::Fault);
     EXPECT_EQ(change.fault.name, "unplug");
     EXPECT_EQ(change.fault.value, "/dev/ttyUSB1");
     EXPECT_EQ(change.fault.until, 2s);
-    EXPECT_FALSE(Change::parse("unplug").fault.until);
+    EXPECT_FALSE(Change::Parse("unplug").fault.until);
 }
 
 TEST(Change, Plug_in_may_give_another_name) {
-    EXPECT_EQ(Change::parse("plug-in").kind, Change::Kind::plugIn);
-    EXPECT_EQ(Change::parse("plug-in").text, "");
-    EXPECT_EQ(Change::parse("plug-in as /dev/ttyUSB3").text, "/dev/ttyUSB3");
+    EXPECT_EQ(Change::Parse("plug-in").kind, Change::Kind::PlugIn);
+    EXPECT_EQ(Change::Parse("plug-in").text, "");
+    EXPECT_EQ(Change::Parse("plug-in as /dev/ttyUSB3").text, "/dev/ttyUSB3");
 }
 
 TEST(Change, End_ends_one_kind_of_fault_or_all) {
-    EXPECT_EQ(Change::parse("end").kind, Change::Kind::endFaults);
-    EXPECT_EQ(Change::parse("end").text, "");
-    EXPECT_EQ(Change::parse("end silent").text, "silent");
+    EXPECT_EQ(Change::Parse("end").kind, Change::Kind::EndFaults);
+    EXPECT_EQ(Change::Parse("end").text, "");
+    EXPECT_EQ(Change::Parse("end silent").text, "silent");
 }
 
 TEST(Change, Keys_are_print_tare_and_zero) {
-    EXPECT_EQ(Change::parse("press print").key, Key::print);
-    EXPECT_EQ(Change::parse("press tare").key, Key::tare);
-    EXPECT_EQ(Change::parse("press zero").key, Key::zero);
-    EXPECT_EQ(Change::parse("press zero").kind, Change::Kind::press);
+    EXPECT_EQ(Change::Parse("press print").key, Key::Print);
+    EXPECT_EQ(Change::Parse("press tare").key, Key::Tare);
+    EXPECT_EQ(Change::Parse("press zero").key, Key::Zero);
+    EXPECT_EQ(Change::Parse("press zero").kind, Change::Kind::Press);
 }
 
 TEST(Change, What_is_not_understood_is_answered_with_what_would_be) {
@@ -99,5 +99,5 @@ TEST(Change, What_is_not_understood_is_answered_with_what_would_be) {
         {"press enter", "it is written press print, press tare or press zero"},
     };
     for (const auto& [text, reason] : cases)
-        EXPECT_THAT(reasonFor(text), HasSubstr(reason)) << text;
+        EXPECT_THAT(ReasonFor(text), HasSubstr(reason)) << text;
 }

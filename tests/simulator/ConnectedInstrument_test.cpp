@@ -21,29 +21,29 @@ class TalkativeHost final : public HostLine {
  public:
     explicit TalkativeHost(std::string words) : words_(std::move(words)) {}
 
-    const std::string& device() const override { return device_; }
-    std::vector<int> descriptors() const override { return {}; }
-    void serve(const std::function<void(const Arrival&)>& arrived) override {
-        if (!words_.empty()) arrived({words_, *LineSettings::parse("2400,7E1"), 0});
+    const std::string& Device() const override { return device_; }
+    std::vector<int> Descriptors() const override { return {}; }
+    void Serve(const std::function<void(const Arrival&)>& arrived) override {
+        if (!words_.empty()) arrived({words_, *LineSettings::Parse("2400,7E1"), 0});
     }
-    void deliver(const std::vector<Character>&) override {}
-    bool isOpen() const override { return true; }
-    LineSettings hostSettings() const override { return *LineSettings::parse("2400,7E1"); }
-    void unplug() override {}
-    void plugIn(const std::string&) override {}
+    void Deliver(const std::vector<Character>&) override {}
+    bool IsOpen() const override { return true; }
+    LineSettings HostSettings() const override { return *LineSettings::Parse("2400,7E1"); }
+    void Unplug() override {}
+    void PlugIn(const std::string&) override {}
 
  private:
     const std::string device_ = "/dev/ttyS0";
     const std::string words_;
 };
 
-std::unique_ptr<ConnectedInstrument> balanceFor(const std::string& words,
+std::unique_ptr<ConnectedInstrument> BalanceFor(const std::string& words,
                                                 const Options& options = {}) {
-    return std::make_unique<ConnectedInstrument>(simulator::findInstrument("mettler-toledo"),
+    return std::make_unique<ConnectedInstrument>(simulator::FindInstrument("mettler-toledo"),
                                                  options, std::make_unique<TalkativeHost>(words));
 }
 
-std::size_t bytesIn(const std::vector<LineEvent>& log) {
+std::size_t BytesIn(const std::vector<LineEvent>& log) {
     return std::accumulate(
         log.begin(), log.end(), std::size_t{0},
         [](std::size_t sum, const LineEvent& event) { return sum + event.bytes.size(); });
@@ -56,72 +56,72 @@ namespace {
 /// A host that tries every speed from 1 baud on.
 class SeekingHost final : public HostLine {
  public:
-    const std::string& device() const override { return device_; }
-    std::vector<int> descriptors() const override { return {}; }
-    void serve(const std::function<void(const Arrival&)>& arrived) override {
+    const std::string& Device() const override { return device_; }
+    std::vector<int> Descriptors() const override { return {}; }
+    void Serve(const std::function<void(const Arrival&)>& arrived) override {
         ++settings_.baudRate;
         arrived({"S", settings_, 0});
     }
-    void deliver(const std::vector<Character>&) override {}
-    bool isOpen() const override { return true; }
-    LineSettings hostSettings() const override { return settings_; }
-    void unplug() override {}
-    void plugIn(const std::string&) override {}
+    void Deliver(const std::vector<Character>&) override {}
+    bool IsOpen() const override { return true; }
+    LineSettings HostSettings() const override { return settings_; }
+    void Unplug() override {}
+    void PlugIn(const std::string&) override {}
 
  private:
     const std::string device_ = "/dev/ttyS0";
-    LineSettings settings_ = *LineSettings::parse("1,8N1");
+    LineSettings settings_ = *LineSettings::Parse("1,8N1");
 };
 
 }  // namespace
 
 TEST(ConnectedInstrument, Says_of_a_hundred_settings_at_most_that_they_are_not_its_own) {
-    ConnectedInstrument balance(simulator::findInstrument("mettler-toledo"), {},
+    ConnectedInstrument balance(simulator::FindInstrument("mettler-toledo"), {},
                                 std::make_unique<SeekingHost>());
     for (int i = 0; i < 1000; ++i)
-        balance.serve();
-    const auto log = balance.log();
+        balance.Serve();
+    const auto log = balance.Log();
     std::vector<std::string> said;
     for (const LineEvent& event : log)
-        if (event.kind == LineEvent::Kind::otherSettings) said.push_back(event.settings.text());
+        if (event.kind == LineEvent::Kind::OtherSettings) said.push_back(event.settings.Text());
     ASSERT_EQ(said.size(), 100u);
     EXPECT_EQ(said.front(), "2,8N1");
     EXPECT_EQ(said.back(), "101,8N1");
 }
 
 TEST(ConnectedInstrument, Keeps_the_last_ten_thousand_events) {
-    const auto balance = balanceFor("x");
+    const auto balance = BalanceFor("x");
     for (int i = 0; i < 12'000; ++i)
-        balance->serve();
-    EXPECT_EQ(balance->log().size(), 10'000u);
-    EXPECT_EQ(balance->settingsOfLastCommand(), LineSettings::parse("2400,7E1"));
+        balance->Serve();
+    EXPECT_EQ(balance->Log().size(), 10'000u);
+    EXPECT_EQ(balance->SettingsOfLastCommand(), LineSettings::Parse("2400,7E1"));
 }
 
 TEST(ConnectedInstrument, Keeps_a_mebibyte_of_what_was_said) {
-    const auto balance = balanceFor(std::string(1000, 'x'));
+    const auto balance = BalanceFor(std::string(1000, 'x'));
     for (int i = 0; i < 2000; ++i)
-        balance->serve();
-    EXPECT_LE(bytesIn(balance->log()), 1024u * 1024u);
-    EXPECT_GT(bytesIn(balance->log()), 1000u * 1000u);
+        balance->Serve();
+    EXPECT_LE(BytesIn(balance->Log()), 1024u * 1024u);
+    EXPECT_GT(BytesIn(balance->Log()), 1000u * 1000u);
 }
 
 TEST(ConnectedInstrument, Keeps_one_event_whatever_its_size) {
-    const auto balance = balanceFor(std::string(3'000'000, 'x'));
-    balance->serve();
-    EXPECT_EQ(balance->log().size(), 1u);
+    const auto balance = BalanceFor(std::string(3'000'000, 'x'));
+    balance->Serve();
+    EXPECT_EQ(balance->Log().size(), 1u);
 }
 
 TEST(ConnectedInstrument, Loses_what_a_host_sends_faster_than_its_line_carries) {
-    const auto balance = balanceFor(std::string(10'000, 'x'), Options().withPacing());
+    const auto balance = BalanceFor(std::string(10'000, 'x'), Options().WithPacing());
     for (int i = 0; i < 100; ++i)
-        balance->serve();
-    const auto log = balance->log();
-    EXPECT_EQ(log.front().kind, LineEvent::Kind::fromHost);
-    EXPECT_EQ(log.back().kind, LineEvent::Kind::overflow);
+        balance->Serve();
+    const auto log = balance->Log();
+    EXPECT_EQ(log.front().kind, LineEvent::Kind::FromHost);
+    EXPECT_EQ(log.back().kind, LineEvent::Kind::Overflow);
 }
 
 TEST(ConnectedInstrument, Looks_after_its_time_once_a_minute_though_nobody_says_anything) {
-    const auto balance = balanceFor("");
-    const auto deadline = balance->deadline();
+    const auto balance = BalanceFor("");
+    const auto deadline = balance->Deadline();
     EXPECT_LE(deadline, ConnectedInstrument::Clock::now() + 1min);
 }

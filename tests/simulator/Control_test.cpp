@@ -11,13 +11,13 @@ using testing::StartsWith;
 
 namespace {
 
-const std::string tool = WBALANCE_SIM;
-const std::string host = SERIAL_HOST;
+const std::string kTool = WBALANCE_SIM;
+const std::string kHost = SERIAL_HOST;
 
 /// Runs a shell script under wbalance-sim, in which "$sim" is wbalance-sim and "$ask DEVICE
 /// SETTINGS COMMAND" asks an instrument.
-Ran under(const std::string& instruments, const std::string& script) {
-    return RunShell("export sim=" + tool + " ask=" + host + "; $sim " + instruments +
+Ran Under(const std::string& instruments, const std::string& script) {
+    return RunShell("export sim=" + kTool + " ask=" + kHost + "; $sim " + instruments +
                     " -- sh -c '" + script + "'");
 }
 
@@ -29,8 +29,8 @@ class Quarters {
     Quarters(const Quarters&) = delete;
     Quarters& operator=(const Quarters&) = delete;
 
-    Ran run(const std::string& script) const {
-        return RunShell(std::string("export TMPDIR=") + path_ + " sim=" + tool + "; cd $TMPDIR; " +
+    Ran Run(const std::string& script) const {
+        return RunShell(std::string("export TMPDIR=") + path_ + " sim=" + kTool + "; cd $TMPDIR; " +
                         script);
     }
 
@@ -42,12 +42,12 @@ class Quarters {
 
 TEST(Control, A_load_that_is_put_on_is_weighed) {
     const Ran ran =
-        under("mettler-toledo --load 5", "$sim control load 12.34; $ask /dev/ttyS0 2400,7E1 S");
+        Under("mettler-toledo --load 5", "$sim control load 12.34; $ask /dev/ttyS0 2400,7E1 S");
     EXPECT_EQ(ran.output, "S S      12.34 g\r\n");
 }
 
 TEST(Control, Status_says_what_runs_and_what_it_shows) {
-    const Ran ran = under("mettler-toledo --load 5 --fault silent , kern --port 1 --usb",
+    const Ran ran = Under("mettler-toledo --load 5 --fault silent , kern --port 1 --usb",
                           "$sim control status");
     EXPECT_EQ(ran.output,
               "/dev/ttyS0: mettler-toledo shows 5.00 g; the host's port is closed; silent\n"
@@ -55,7 +55,7 @@ TEST(Control, Status_says_what_runs_and_what_it_shows) {
 }
 
 TEST(Control, Of_several_instruments_one_is_chosen_by_its_port) {
-    const Ran ran = under("mettler-toledo , mettler-toledo --port 1 --usb",
+    const Ran ran = Under("mettler-toledo , mettler-toledo --port 1 --usb",
                           "$sim control --port ttyUSB1 switch serial-number=7777777;"
                           "$sim control --port /dev/ttyS0 switch serial-number=5555555;"
                           "$ask /dev/ttyUSB1 2400,7E1 I4; $ask /dev/ttyS0 2400,7E1 I4");
@@ -63,19 +63,19 @@ TEST(Control, Of_several_instruments_one_is_chosen_by_its_port) {
 }
 
 TEST(Control, A_load_may_be_below_zero) {
-    const Ran ran = under("mettler-toledo", "$sim control load -5.5; $ask /dev/ttyS0 2400,7E1 S");
+    const Ran ran = Under("mettler-toledo", "$sim control load -5.5; $ask /dev/ttyS0 2400,7E1 S");
     EXPECT_EQ(ran.output, "S S      -5.50 g\r\n");
 }
 
 TEST(Control, An_adapter_is_pulled_out_and_comes_back_elsewhere) {
-    const Ran ran = under("mettler-toledo --usb --load 3",
+    const Ran ran = Under("mettler-toledo --usb --load 3",
                           "$sim control unplug; $ask /dev/ttyUSB0 2400,7E1 S;"
                           "$sim control plug-in as ttyUSB1; $ask /dev/ttyUSB1 2400,7E1 S");
     EXPECT_EQ(ran.output, "No such file or directory\n/dev/ttyUSB1\nS S       3.00 g\r\n");
 }
 
 TEST(Control, Faults_begin_and_end) {
-    const Ran ran = under("mettler-toledo --load 3",
+    const Ran ran = Under("mettler-toledo --load 3",
                           "$sim control fault overload; $ask /dev/ttyS0 2400,7E1 S;"
                           "$sim control end; $ask /dev/ttyS0 2400,7E1 S");
     EXPECT_EQ(ran.output, "S +\r\nS S       3.00 g\r\n");
@@ -95,7 +95,7 @@ TEST(Control, What_cannot_be_done_is_refused_with_what_can) {
          "no wbalance-sim runs at /no/such/place; start one with --control /no/such/place"},
     };
     for (const auto& [arguments, message] : cases) {
-        const Ran ran = under("kern , radwag --port 1", std::string("$sim control ") + arguments);
+        const Ran ran = Under("kern , radwag --port 1", std::string("$sim control ") + arguments);
         EXPECT_THAT(ran.errors, StartsWith(std::string("wbalance-sim: ") + message)) << arguments;
         EXPECT_EQ(ran.output, "") << arguments;
         EXPECT_EQ(ran.exitCode, 125) << arguments;
@@ -103,7 +103,7 @@ TEST(Control, What_cannot_be_done_is_refused_with_what_can) {
 }
 
 TEST(Control, From_anywhere_the_only_run_of_the_user_is_found) {
-    const Ran ran = Quarters().run(
+    const Ran ran = Quarters().Run(
         "$sim kern --load 5 --pty > path & until [ -s path ]; do sleep 0.05; done; "
         "until $sim control load 7; do sleep 0.05; done 2>/dev/null; "
         "until $sim control status | grep 7.00; do sleep 0.05; done; kill -TERM $!; wait $!");
@@ -112,7 +112,7 @@ TEST(Control, From_anywhere_the_only_run_of_the_user_is_found) {
 }
 
 TEST(Control, Nothing_runs_is_said_with_how_to_start_it) {
-    const Ran ran = Quarters().run("mkdir wbalance-lines-killed; $sim control status");
+    const Ran ran = Quarters().Run("mkdir wbalance-lines-killed; $sim control status");
     EXPECT_EQ(ran.errors,
               "wbalance-sim: no wbalance-sim of yours is running; start one, such as wbalance-sim "
               "kern --pty\n");
@@ -121,7 +121,7 @@ TEST(Control, Nothing_runs_is_said_with_how_to_start_it) {
 
 TEST(Control, Of_several_runs_one_is_chosen_by_its_path) {
     const Quarters quarters;
-    const Ran ran = quarters.run(
+    const Ran ran = quarters.Run(
         "$sim kern --control ./kern --pty > 1 & first=$!; "
         "$sim radwag --control ./radwag --pty > 2 & second=$!; "
         "until [ -L kern ] && [ -L radwag ]; do sleep 0.05; done; "
@@ -137,7 +137,7 @@ TEST(Control, Of_several_runs_one_is_chosen_by_its_path) {
 }
 
 TEST(Control, A_path_that_a_killed_run_has_left_is_used_again) {
-    const Ran ran = Quarters().run(
+    const Ran ran = Quarters().Run(
         "$sim kern --control left --pty > path & until [ -L left ]; do sleep 0.05; done; "
         "kill -KILL $!; wait $! 2>/dev/null; "
         "$sim kern --control left -- $sim control --control left status; ls -d left path *lines*");
@@ -147,7 +147,7 @@ TEST(Control, A_path_that_a_killed_run_has_left_is_used_again) {
 }
 
 TEST(Control, Whatever_else_stands_at_the_path_stays) {
-    const Ran ran = Quarters().run(
+    const Ran ran = Quarters().Run(
         "ln -s gone link; echo mine > file; ln -s $PWD/file toFile; mkdir directory; "
         "mkdir wbalance-lines-mine; echo mine > wbalance-lines-mine/control; "
         "ln -s $PWD/wbalance-lines-mine/control toControl; "
@@ -163,7 +163,7 @@ TEST(Control, Whatever_else_stands_at_the_path_stays) {
 
 TEST(Control, A_path_that_can_not_be_made_is_said) {
     const Ran ran =
-        Quarters().run("$sim kern --control no/such/place -- true; $sim kern --control " +
+        Quarters().Run("$sim kern --control no/such/place -- true; $sim kern --control " +
                        std::string(300, 'x') + " -- true");
     EXPECT_THAT(ran.errors,
                 HasSubstr("wbalance-sim: cannot be controlled at no/such/place: No such "
@@ -173,19 +173,19 @@ TEST(Control, A_path_that_can_not_be_made_is_said) {
 
 TEST(Control, A_link_that_leads_elsewhere_by_now_is_left_alone_at_the_end) {
     const Ran ran =
-        Quarters().run("$sim kern --control mine -- ln -sf elsewhere mine; readlink mine");
+        Quarters().Run("$sim kern --control mine -- ln -sf elsewhere mine; readlink mine");
     EXPECT_EQ(ran.output, "elsewhere\n");
 }
 
 TEST(Control, A_path_with_a_long_name_is_reached) {
     const std::string name(250, 'x');
-    const Ran ran = Quarters().run("$sim kern --control " + name + " -- $sim control --control " +
+    const Ran ran = Quarters().Run("$sim kern --control " + name + " -- $sim control --control " +
                                    name + " status");
     EXPECT_THAT(ran.output, StartsWith("/dev/ttyS0: kern shows"));
 }
 
 TEST(Control, Of_a_killed_run_nothing_is_left_when_the_next_begins) {
-    const Ran ran = Quarters().run(
+    const Ran ran = Quarters().Run(
         "$sim kern --pty > path & until [ -s path ]; do sleep 0.05; done; kill -KILL $!; "
         "wait $! 2>/dev/null; $sim kern --pty > other & until [ -s other ]; do sleep 0.05; done; "
         "$sim kern -- sh -c \"ls -d wbalance-lines-* | wc -l\"; kill $!; wait $!; ls");
@@ -193,28 +193,28 @@ TEST(Control, Of_a_killed_run_nothing_is_left_when_the_next_begins) {
 }
 
 TEST(Control, A_program_that_outlives_its_run_finds_no_port) {
-    const Ran ran = Quarters().run(
+    const Ran ran = Quarters().Run(
         "$sim mettler-toledo -- sh -c 'kill -KILL $PPID; sleep 0.1; $sim kern --port 9 -- true; "
         "ls $WBALANCE_VIRTUAL_LINES; " +
-        host + " /dev/ttyS0 2400,7E1 S' 2>&1; true");
+        kHost + " /dev/ttyS0 2400,7E1 S' 2>&1; true");
     EXPECT_THAT(ran.output, HasSubstr("No such file or directory\n"));
 }
 
 TEST(Control, A_place_with_a_long_name_is_no_obstacle) {
     const std::string name(200, 'x');
-    const Ran ran = Quarters().run("mkdir " + name + "; export TMPDIR=$TMPDIR/" + name +
+    const Ran ran = Quarters().Run("mkdir " + name + "; export TMPDIR=$TMPDIR/" + name +
                                    "; $sim kern -- $sim control status");
     EXPECT_THAT(ran.output, StartsWith("/dev/ttyS0: kern shows"));
 }
 
 TEST(Control, Help_has_examples) {
-    const Ran ran = RunShell(tool + " control --help");
+    const Ran ran = RunShell(kTool + " control --help");
     EXPECT_EQ(ran.exitCode, 0);
     EXPECT_THAT(ran.output, HasSubstr("Examples:\n  wbalance-sim control load 100\n"));
 }
 
 TEST(Control, An_instrument_on_a_terminal_comes_back_under_a_path_that_is_printed) {
-    const Ran ran = Quarters().run(
+    const Ran ran = Quarters().Run(
         "$sim kern --load 5 --pty > paths & until [ -s paths ]; do sleep 0.05; done; "
         "until $sim control status; do sleep 0.05; done >/dev/null 2>&1; "
         "exec 3<>$(cat paths); $sim control unplug; $sim control plug-in; "

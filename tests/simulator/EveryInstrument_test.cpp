@@ -14,7 +14,7 @@ using testing::HasSubstr;
 
 namespace {
 
-std::vector<std::string> listedInstruments() {
+std::vector<std::string> ListedInstruments() {
     std::istringstream list(RunShell(std::string(WBALANCE_SIM) + " --list").output);
     std::vector<std::string> names;
     for (std::string line; std::getline(list, line);)
@@ -24,9 +24,9 @@ std::vector<std::string> listedInstruments() {
 }
 
 /// Runs the same for every instrument at once: they mostly wait.
-std::map<std::string, Ran> runEach(const std::function<Ran(const std::string& name)>& run) {
+std::map<std::string, Ran> RunEach(const std::function<Ran(const std::string& name)>& run) {
     std::map<std::string, std::future<Ran>> running;
-    for (const auto& name : listedInstruments())
+    for (const auto& name : ListedInstruments())
         running[name] = std::async(std::launch::async, run, name);
     std::map<std::string, Ran> all;
     for (auto& [name, ran] : running)
@@ -37,7 +37,7 @@ std::map<std::string, Ran> runEach(const std::function<Ran(const std::string& na
 }  // namespace
 
 TEST(EveryInstrument, The_list_has_the_thirteen_that_the_library_drives) {
-    EXPECT_EQ(listedInstruments(),
+    EXPECT_EQ(ListedInstruments(),
               (std::vector<std::string>{"denver-xl1800", "gibertini", "kern", "mettler-pm",
                                         "mettler-pr2003", "mettler-sb32001", "mettler-toledo",
                                         "mettler-xs", "ohaus", "radwag", "sartorius", "scale-house",
@@ -45,7 +45,7 @@ TEST(EveryInstrument, The_list_has_the_thirteen_that_the_library_drives) {
 }
 
 TEST(EveryInstrument, Is_weighed_by_the_driver_of_its_name_as_both_are_delivered) {
-    const auto all = runEach([](const std::string& name) {
+    const auto all = RunEach([](const std::string& name) {
         return WbalanceWith(name + " --load 12.5", "weigh --json --driver " + name);
     });
     ASSERT_FALSE(all.empty());
@@ -56,7 +56,7 @@ TEST(EveryInstrument, Is_weighed_by_the_driver_of_its_name_as_both_are_delivered
 }
 
 TEST(EveryInstrument, Is_weighed_again_from_the_record_of_its_weighing) {
-    const auto all = runEach([](const std::string& name) {
+    const auto all = RunEach([](const std::string& name) {
         const TemporaryFile record;
         const std::string weigh = "weigh --json --driver " + name;
         WbalanceWith(name + " --load 12.5", weigh + " --record " + record.Path());
@@ -80,7 +80,7 @@ struct HostUnit {
     std::string weight;  ///< the line that comes
 };
 
-Ran weighAfter(const HostUnit& unit) {
+Ran WeighAfter(const HostUnit& unit) {
     const std::string name = unit.instrument.substr(0, unit.instrument.find(' '));
     return RunShell(std::string(WBALANCE_SIM) + " " + unit.instrument +
                     " --load 12.5 -- sh -c 'stty -F /dev/ttyS0 raw -echo " + unit.line +
@@ -97,7 +97,7 @@ TEST(EveryInstrument, Weighs_in_the_unit_that_a_host_has_set_and_the_program_say
         {"ohaus --with series=explorer", "2400 cs7 -parenb", "1M\\r\\n", "        13 PCS\\r\\n"},
     };
     for (const HostUnit& unit : units) {
-        const Ran ran = weighAfter(unit);
+        const Ran ran = WeighAfter(unit);
         EXPECT_THAT(ran.errors, HasSubstr("the weight is not in grams")) << unit.instrument;
         EXPECT_THAT(ran.errors, HasSubstr(unit.weight)) << unit.instrument;
         EXPECT_EQ(ran.exitCode, 10) << unit.instrument;

@@ -5,7 +5,7 @@
 #include "simulator/Instrument.h"
 
 using simulator::Fault;
-using simulator::findInstrument;
+using simulator::FindInstrument;
 using simulator::Instrument;
 using simulator::Time;
 using testing::HasSubstr;
@@ -13,9 +13,9 @@ using namespace std::chrono_literals;
 
 namespace {
 
-std::string refusal(const char* text) {
+std::string Refusal(const char* text) {
     try {
-        Fault::parse(text);
+        Fault::Parse(text);
         return "accepted";
     } catch (const std::invalid_argument& error) {
         return error.what();
@@ -25,26 +25,26 @@ std::string refusal(const char* text) {
 /// A balance with 12.34 g on the pan, asked for its weight at the time `at`.
 class FaultyBalance : public testing::Test {
  protected:
-    void have(const char* fault) {
-        instrument_.addFault(Fault::parse(fault));
-        instrument_.balance().startWithLoad(12.34);
+    void Have(const char* fault) {
+        instrument_.AddFault(Fault::Parse(fault));
+        instrument_.Balance().StartWithLoad(12.34);
     }
-    std::string ask(const char* command, Time at) {
-        instrument_.receive(std::string(command), at);
-        return instrument_.takeOutput();
+    std::string Ask(const char* command, Time at) {
+        instrument_.Receive(std::string(command), at);
+        return instrument_.TakeOutput();
     }
-    std::string answersUntil(Time time) {
-        instrument_.advance(time);
-        return instrument_.takeOutput();
+    std::string AnswersUntil(Time time) {
+        instrument_.Advance(time);
+        return instrument_.TakeOutput();
     }
 
-    Instrument instrument_{findInstrument("mettler-toledo")};
+    Instrument instrument_{FindInstrument("mettler-toledo")};
 };
 
 }  // namespace
 
 TEST(Fault, Reads_a_name_a_value_a_start_and_a_duration) {
-    const Fault fault = Fault::parse("unplug=/dev/ttyUSB1@5s+2s");
+    const Fault fault = Fault::Parse("unplug=/dev/ttyUSB1@5s+2s");
     EXPECT_EQ(fault.name, "unplug");
     EXPECT_EQ(fault.value, "/dev/ttyUSB1");
     EXPECT_EQ(fault.from, 5000ms);
@@ -52,81 +52,81 @@ TEST(Fault, Reads_a_name_a_value_a_start_and_a_duration) {
 }
 
 TEST(Fault, Takes_its_own_value_and_all_time_when_nothing_is_said) {
-    const Fault fault = Fault::parse("late");
+    const Fault fault = Fault::Parse("late");
     EXPECT_EQ(fault.value, "1500ms");
     EXPECT_EQ(fault.from, 0ms);
     EXPECT_FALSE(fault.until);
 }
 
 TEST(Fault, Says_what_is_wrong_with_a_text) {
-    EXPECT_THAT(refusal("slow"), HasSubstr("there is no such fault; there are busy, late"));
-    EXPECT_THAT(refusal("late=soon"), HasSubstr("\"soon\" is no time such as 500ms or 2s"));
-    EXPECT_THAT(refusal("silent@x"), HasSubstr("\"x\" is no time"));
-    EXPECT_THAT(refusal("truncated=a"), HasSubstr("a number of characters"));
-    EXPECT_THAT(refusal(""), HasSubstr("NAME[=VALUE][@START[+DURATION]]"));
+    EXPECT_THAT(Refusal("slow"), HasSubstr("there is no such fault; there are busy, late"));
+    EXPECT_THAT(Refusal("late=soon"), HasSubstr("\"soon\" is no time such as 500ms or 2s"));
+    EXPECT_THAT(Refusal("silent@x"), HasSubstr("\"x\" is no time"));
+    EXPECT_THAT(Refusal("truncated=a"), HasSubstr("a number of characters"));
+    EXPECT_THAT(Refusal(""), HasSubstr("NAME[=VALUE][@START[+DURATION]]"));
 }
 
 TEST_F(FaultyBalance, Silent_answers_nothing_while_it_lasts) {
-    have("silent@1s+1s");
-    EXPECT_EQ(ask("SI\r\n", 999ms), "S S      12.34 g\r\n");
-    EXPECT_EQ(ask("SI\r\n", 1000ms), "");
-    EXPECT_EQ(ask("SI\r\n", 2000ms), "S S      12.34 g\r\n");
+    Have("silent@1s+1s");
+    EXPECT_EQ(Ask("SI\r\n", 999ms), "S S      12.34 g\r\n");
+    EXPECT_EQ(Ask("SI\r\n", 1000ms), "");
+    EXPECT_EQ(Ask("SI\r\n", 2000ms), "S S      12.34 g\r\n");
 }
 
 TEST_F(FaultyBalance, Late_answers_after_its_time) {
-    have("late=1500ms");
-    EXPECT_EQ(ask("SI\r\n", 1000ms), "");
-    EXPECT_EQ(instrument_.nextEvent(), 2500ms);
-    EXPECT_EQ(answersUntil(2499ms), "");
-    EXPECT_EQ(answersUntil(2500ms), "S S      12.34 g\r\n");
+    Have("late=1500ms");
+    EXPECT_EQ(Ask("SI\r\n", 1000ms), "");
+    EXPECT_EQ(instrument_.NextEvent(), 2500ms);
+    EXPECT_EQ(AnswersUntil(2499ms), "");
+    EXPECT_EQ(AnswersUntil(2500ms), "S S      12.34 g\r\n");
 }
 
 TEST_F(FaultyBalance, Truncated_sends_only_the_first_characters) {
-    have("truncated=10");
-    EXPECT_EQ(ask("SI\r\n", 0ms), "S S      1");
+    Have("truncated=10");
+    EXPECT_EQ(Ask("SI\r\n", 0ms), "S S      1");
 }
 
 TEST_F(FaultyBalance, Noise_comes_ahead_of_the_answer_and_is_the_same_in_every_run) {
-    have("noise=3");
-    const std::string answer = ask("SI\r\n", 0ms);
+    Have("noise=3");
+    const std::string answer = Ask("SI\r\n", 0ms);
     ASSERT_EQ(answer.size(), 21u);
     EXPECT_EQ(answer.substr(3), "S S      12.34 g\r\n");
-    Instrument again(findInstrument("mettler-toledo"));
-    again.addFault(Fault::parse("noise=3"));
-    again.balance().startWithLoad(12.34);
-    again.receive("SI\r\n", 0ms);
-    EXPECT_EQ(again.takeOutput(), answer);
+    Instrument again(FindInstrument("mettler-toledo"));
+    again.AddFault(Fault::Parse("noise=3"));
+    again.Balance().StartWithLoad(12.34);
+    again.Receive("SI\r\n", 0ms);
+    EXPECT_EQ(again.TakeOutput(), answer);
 }
 
 TEST_F(FaultyBalance, Busy_answers_I_after_the_stability_time_out) {
-    have("busy");
-    EXPECT_EQ(ask("SI\r\n", 0ms), "S I\r\n");
-    EXPECT_EQ(ask("S\r\n", 0ms), "");
-    EXPECT_EQ(answersUntil(9999ms), "");
-    EXPECT_EQ(answersUntil(10000ms), "S I\r\n");
+    Have("busy");
+    EXPECT_EQ(Ask("SI\r\n", 0ms), "S I\r\n");
+    EXPECT_EQ(Ask("S\r\n", 0ms), "");
+    EXPECT_EQ(AnswersUntil(9999ms), "");
+    EXPECT_EQ(AnswersUntil(10000ms), "S I\r\n");
 }
 
 TEST_F(FaultyBalance, A_power_cut_forgets_commands_waits_and_tare) {
-    have("power-cut@1s+1s");
-    EXPECT_EQ(ask("TA 2 g\r\n", 0ms), "TA A       2.00 g\r\n");
-    instrument_.balance().scheduleLoad(0ms, 20);
-    EXPECT_EQ(ask("S\r\n", 0ms), "");
-    EXPECT_EQ(ask("SI\r\nSI", 1500ms), "");
-    EXPECT_EQ(answersUntil(5000ms), "I4 A \"1126493049\"\r\n");
-    EXPECT_EQ(ask("S\r\n", 5000ms), "S S      20.00 g\r\n");
+    Have("power-cut@1s+1s");
+    EXPECT_EQ(Ask("TA 2 g\r\n", 0ms), "TA A       2.00 g\r\n");
+    instrument_.Balance().ScheduleLoad(0ms, 20);
+    EXPECT_EQ(Ask("S\r\n", 0ms), "");
+    EXPECT_EQ(Ask("SI\r\nSI", 1500ms), "");
+    EXPECT_EQ(AnswersUntil(5000ms), "I4 A \"1126493049\"\r\n");
+    EXPECT_EQ(Ask("S\r\n", 5000ms), "S S      20.00 g\r\n");
 }
 
 TEST_F(FaultyBalance, A_power_cut_without_end_leaves_it_dead) {
-    have("power-cut@1s");
-    EXPECT_EQ(ask("SI\r\n", 1000ms), "");
-    EXPECT_EQ(answersUntil(60s), "");
+    Have("power-cut@1s");
+    EXPECT_EQ(Ask("SI\r\n", 1000ms), "");
+    EXPECT_EQ(AnswersUntil(60s), "");
 }
 
 TEST_F(FaultyBalance, Overload_and_underload_take_turns) {
-    have("overload@0s+1s");
-    have("underload@1s");
-    EXPECT_EQ(ask("S\r\n", 0ms), "S +\r\n");
-    EXPECT_EQ(ask("T\r\n", 500ms), "T +\r\n");
-    EXPECT_EQ(ask("SI\r\n", 1000ms), "S -\r\n");
-    EXPECT_EQ(ask("Z\r\n", 1000ms), "Z -\r\n");
+    Have("overload@0s+1s");
+    Have("underload@1s");
+    EXPECT_EQ(Ask("S\r\n", 0ms), "S +\r\n");
+    EXPECT_EQ(Ask("T\r\n", 500ms), "T +\r\n");
+    EXPECT_EQ(Ask("SI\r\n", 1000ms), "S -\r\n");
+    EXPECT_EQ(Ask("Z\r\n", 1000ms), "Z -\r\n");
 }

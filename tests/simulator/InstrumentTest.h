@@ -12,23 +12,23 @@
 class InstrumentTest : public testing::Test {
  protected:
     /// The instrument of this catalog name with a load that has always been on the pan.
-    void have(const std::string& name, double load, const std::vector<std::string>& switches = {}) {
+    void Have(const std::string& name, double load, const std::vector<std::string>& switches = {}) {
         instrument_ =
-            std::make_unique<simulator::Instrument>(simulator::findInstrument(name), switches);
-        instrument_->balance().startWithLoad(load);
+            std::make_unique<simulator::Instrument>(simulator::FindInstrument(name), switches);
+        instrument_->Balance().StartWithLoad(load);
     }
-    std::string ask(const std::string& bytes, simulator::Time at = simulator::Time(0)) {
-        instrument_->receive(bytes, at);
-        return instrument_->takeOutput();
+    std::string Ask(const std::string& bytes, simulator::Time at = simulator::Time(0)) {
+        instrument_->Receive(bytes, at);
+        return instrument_->TakeOutput();
     }
-    std::string answersUntil(simulator::Time time) {
-        instrument_->advance(time);
-        return instrument_->takeOutput();
+    std::string AnswersUntil(simulator::Time time) {
+        instrument_->Advance(time);
+        return instrument_->TakeOutput();
     }
     /// Puts a load on the pan, which takes its time to come to rest.
-    void putOn(double load) { instrument_->balance().setLoad(load); }
-    void addFault(const std::string& fault) {
-        instrument_->addFault(simulator::Fault::parse(fault));
+    void PutOn(double load) { instrument_->Balance().SetLoad(load); }
+    void AddFault(const std::string& fault) {
+        instrument_->AddFault(simulator::Fault::Parse(fault));
     }
 
     std::unique_ptr<simulator::Instrument> instrument_;

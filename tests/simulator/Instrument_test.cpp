@@ -11,29 +11,29 @@ using Keeping = InstrumentTest;
 }  // namespace
 
 TEST_F(Keeping, Faults_that_are_over_are_forgotten_when_another_begins) {
-    have("mettler-toledo", 5);
+    Have("mettler-toledo", 5);
     for (int i = 0; i < 100; ++i) {
         const simulator::Time now(i * 1000);
-        instrument_->advance(now);
-        instrument_->addFault(simulator::Fault::parse("silent for 500ms").shiftedBy(now));
+        instrument_->Advance(now);
+        instrument_->AddFault(simulator::Fault::Parse("silent for 500ms").ShiftedBy(now));
     }
-    EXPECT_EQ(instrument_->faults().size(), 1u);
+    EXPECT_EQ(instrument_->Faults().size(), 1u);
 }
 
 TEST_F(Keeping, Of_answers_that_are_very_late_ten_thousand_are_kept) {
-    have("mettler-toledo", 5);
-    addFault("late=1000s");
+    Have("mettler-toledo", 5);
+    AddFault("late=1000s");
     for (int i = 0; i < 10'100; ++i)
-        instrument_->receive("SI\r\n", simulator::Time(i));
-    instrument_->advance(2000s);
-    EXPECT_EQ(instrument_->takeAnswers().size(), 10'000u);
+        instrument_->Receive("SI\r\n", simulator::Time(i));
+    instrument_->Advance(2000s);
+    EXPECT_EQ(instrument_->TakeAnswers().size(), 10'000u);
 }
 
 TEST_F(Keeping, A_balance_that_waits_keeps_a_hundred_commands) {
-    have("mettler-toledo", 5);
-    addFault("busy for 1s");
+    Have("mettler-toledo", 5);
+    AddFault("busy for 1s");
     for (int i = 0; i < 500; ++i)
-        instrument_->receive("S\r\n", simulator::Time(0));
-    instrument_->advance(2s);
-    EXPECT_EQ(instrument_->takeAnswers().size(), 101u);
+        instrument_->Receive("S\r\n", simulator::Time(0));
+    instrument_->Advance(2s);
+    EXPECT_EQ(instrument_->TakeAnswers().size(), 101u);
 }

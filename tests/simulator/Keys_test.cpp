@@ -14,9 +14,9 @@ namespace {
 
 class Keys : public InstrumentTest {
  protected:
-    std::string press(Key key) {
-        instrument_->press(key);
-        return instrument_->takeOutput();
+    std::string Press(Key key) {
+        instrument_->Press(key);
+        return instrument_->TakeOutput();
     }
 };
 
@@ -37,78 +37,78 @@ TEST_F(Keys, Print_sends_the_line_of_each_instrument) {
         {"sartorius", "+    12.50 g  \r\n"},
         {"scale-house", "PROJ 12\r\n 12.50 g\r\n 0.00 g T\r\n 12.50 g N\r\n"},
         {"setra-el2000s", "1+    12.50 g\r\n"}};
-    for (const auto& entry : simulator::catalog()) {
-        have(entry.name, 12.5);
+    for (const auto& entry : simulator::Catalog()) {
+        Have(entry.name, 12.5);
         ASSERT_EQ(lines.count(entry.name), 1u) << entry.name;
-        EXPECT_EQ(press(Key::print), lines.at(entry.name)) << entry.name;
+        EXPECT_EQ(Press(Key::Print), lines.at(entry.name)) << entry.name;
     }
 }
 
 TEST_F(Keys, Print_of_a_radwag_out_of_range_is_marked_and_reads_zero) {
-    have("radwag", 5000);
-    EXPECT_EQ(press(Key::print), "^       0.00 g  \r\n");
+    Have("radwag", 5000);
+    EXPECT_EQ(Press(Key::Print), "^       0.00 g  \r\n");
 }
 
 TEST_F(Keys, Print_of_a_gibertini_has_the_form_of_its_protocol) {
-    have("gibertini", 12.5, {"protocol=printer"});
-    EXPECT_EQ(press(Key::print), "     12.50 g  \r\n");
-    have("gibertini", 12.5, {"protocol=euro"});
-    EXPECT_EQ(press(Key::print), "    12.50\r\n");
+    Have("gibertini", 12.5, {"protocol=printer"});
+    EXPECT_EQ(Press(Key::Print), "     12.50 g  \r\n");
+    Have("gibertini", 12.5, {"protocol=euro"});
+    EXPECT_EQ(Press(Key::Print), "    12.50\r\n");
 }
 
 TEST_F(Keys, Tare_and_zero_are_carried_out_at_rest_and_say_nothing) {
-    for (const auto& entry : simulator::catalog()) {
-        have(entry.name, 1);
-        putOn(4);
-        EXPECT_EQ(press(Key::tare), "") << entry.name;
-        EXPECT_EQ(instrument_->balance().tareWeight(), 0) << entry.name;
-        EXPECT_EQ(answersUntil(9s), "") << entry.name;
-        EXPECT_EQ(instrument_->balance().tareWeight(), 4) << entry.name;
-        EXPECT_EQ(press(Key::zero), "") << entry.name;
-        EXPECT_EQ(instrument_->balance().tareWeight(), 0) << entry.name;
+    for (const auto& entry : simulator::Catalog()) {
+        Have(entry.name, 1);
+        PutOn(4);
+        EXPECT_EQ(Press(Key::Tare), "") << entry.name;
+        EXPECT_EQ(instrument_->Balance().TareWeight(), 0) << entry.name;
+        EXPECT_EQ(AnswersUntil(9s), "") << entry.name;
+        EXPECT_EQ(instrument_->Balance().TareWeight(), 4) << entry.name;
+        EXPECT_EQ(Press(Key::Zero), "") << entry.name;
+        EXPECT_EQ(instrument_->Balance().TareWeight(), 0) << entry.name;
     }
 }
 
 TEST_F(Keys, Without_power_no_key_does_anything) {
-    have("mettler-toledo", 5);
-    addFault("power-cut");
-    answersUntil(1s);
-    EXPECT_EQ(press(Key::print), "");
+    Have("mettler-toledo", 5);
+    AddFault("power-cut");
+    AnswersUntil(1s);
+    EXPECT_EQ(Press(Key::Print), "");
 }
 
 TEST_F(Keys, A_switch_that_is_set_while_it_runs_is_in_force_at_once) {
-    have("mettler-pm", 12.5);
-    instrument_->choose("protocol=mt-sics");
-    EXPECT_EQ(ask("S\r\n"), "S S      12.50 g\r\n");
-    instrument_->choose("unit=kg");
-    EXPECT_EQ(ask("S\r\n"), "S S    0.01250 kg\r\n");
+    Have("mettler-pm", 12.5);
+    instrument_->Choose("protocol=mt-sics");
+    EXPECT_EQ(Ask("S\r\n"), "S S      12.50 g\r\n");
+    instrument_->Choose("unit=kg");
+    EXPECT_EQ(Ask("S\r\n"), "S S    0.01250 kg\r\n");
 }
 
 TEST_F(Keys, A_switch_of_the_balance_as_such_ends_nothing) {
-    have("mettler-toledo", 12.5, {"repeat-interval=200ms"});
-    EXPECT_EQ(ask("SIR\r\n"), "S S      12.50 g\r\n");
-    instrument_->choose("unit=kg");
-    EXPECT_EQ(answersUntil(250ms), "S S    0.01250 kg\r\n");
-    instrument_->choose("serial-number=7777777");
-    EXPECT_EQ(answersUntil(1s), "");
-    EXPECT_EQ(ask("I4\r\n", 1s), "I4 A \"7777777\"\r\n");
+    Have("mettler-toledo", 12.5, {"repeat-interval=200ms"});
+    EXPECT_EQ(Ask("SIR\r\n"), "S S      12.50 g\r\n");
+    instrument_->Choose("unit=kg");
+    EXPECT_EQ(AnswersUntil(250ms), "S S    0.01250 kg\r\n");
+    instrument_->Choose("serial-number=7777777");
+    EXPECT_EQ(AnswersUntil(1s), "");
+    EXPECT_EQ(Ask("I4\r\n", 1s), "I4 A \"7777777\"\r\n");
 }
 
 TEST_F(Keys, A_switch_that_is_refused_changes_nothing) {
-    have("mettler-toledo", 12.5);
-    EXPECT_THROW(instrument_->choose("speed=2"), std::invalid_argument);
-    EXPECT_THROW(instrument_->choose("readability=0"), std::invalid_argument);
-    EXPECT_THROW(instrument_->checkSwitch("noise=loud"), std::invalid_argument);
-    EXPECT_EQ(ask("S\r\n"), "S S      12.50 g\r\n");
+    Have("mettler-toledo", 12.5);
+    EXPECT_THROW(instrument_->Choose("speed=2"), std::invalid_argument);
+    EXPECT_THROW(instrument_->Choose("readability=0"), std::invalid_argument);
+    EXPECT_THROW(instrument_->CheckSwitch("noise=loud"), std::invalid_argument);
+    EXPECT_EQ(Ask("S\r\n"), "S S      12.50 g\r\n");
 }
 
 TEST_F(Keys, Drift_that_begins_later_creeps_from_there) {
-    have("mettler-toledo", 10);
-    answersUntil(1000s);
-    instrument_->choose("drift=3600");
-    answersUntil(1001s);
-    EXPECT_EQ(ask("SI\r\n", 1001s).substr(3), "      11.00 g\r\n");
-    instrument_->choose("drift=0");
-    answersUntil(1100s);
-    EXPECT_EQ(ask("SI\r\n", 1100s), "S S      11.00 g\r\n");
+    Have("mettler-toledo", 10);
+    AnswersUntil(1000s);
+    instrument_->Choose("drift=3600");
+    AnswersUntil(1001s);
+    EXPECT_EQ(Ask("SI\r\n", 1001s).substr(3), "      11.00 g\r\n");
+    instrument_->Choose("drift=0");
+    AnswersUntil(1100s);
+    EXPECT_EQ(Ask("SI\r\n", 1100s), "S S      11.00 g\r\n");
 }

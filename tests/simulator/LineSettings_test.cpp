@@ -7,33 +7,33 @@ using simulator::LineSettings;
 using simulator::Parity;
 
 TEST(LineSettings, Reads_baud_rate_data_bits_parity_and_stop_bits) {
-    const auto settings = LineSettings::parse("2400,7E1");
+    const auto settings = LineSettings::Parse("2400,7E1");
     ASSERT_TRUE(settings);
     EXPECT_EQ(settings->baudRate, 2400);
     EXPECT_EQ(settings->dataBits, 7);
-    EXPECT_EQ(settings->parity, Parity::even);
+    EXPECT_EQ(settings->parity, Parity::Even);
     EXPECT_EQ(settings->stopBits, 1);
-    EXPECT_EQ(settings->flowControl, FlowControl::none);
+    EXPECT_EQ(settings->flowControl, FlowControl::None);
 }
 
 TEST(LineSettings, Reads_a_blank_small_letters_and_flow_control) {
-    EXPECT_EQ(LineSettings::parse("9600 8n1"), LineSettings::parse("9600,8N1"));
-    EXPECT_EQ(LineSettings::parse("600,7M2,rtscts")->flowControl, FlowControl::hardware);
-    EXPECT_EQ(LineSettings::parse("600,7S2,xonxoff")->flowControl, FlowControl::software);
+    EXPECT_EQ(LineSettings::Parse("9600 8n1"), LineSettings::Parse("9600,8N1"));
+    EXPECT_EQ(LineSettings::Parse("600,7M2,rtscts")->flowControl, FlowControl::Hardware);
+    EXPECT_EQ(LineSettings::Parse("600,7S2,xonxoff")->flowControl, FlowControl::Software);
 }
 
 TEST(LineSettings, Refuses_what_no_line_has) {
     for (const char* text : {"", "9600", "0,8N1", "9600,9N1", "9600,8X1", "9600,8N3", "9600,8N1,x",
                              " 9600,8N1", "-9600,8N1"})
-        EXPECT_FALSE(LineSettings::parse(text)) << text;
+        EXPECT_FALSE(LineSettings::Parse(text)) << text;
 }
 
 TEST(LineSettings, Writes_what_it_reads) {
     for (const char* text : {"2400,7E1", "1200,7O1", "1200,8N2", "600,7M1,rtscts", "12345,5S2"})
-        EXPECT_EQ(LineSettings::parse(text)->text(), text);
+        EXPECT_EQ(LineSettings::Parse(text)->Text(), text);
 }
 
 TEST(LineSettings, A_character_of_7E1_takes_ten_bits_and_of_8N2_eleven) {
-    EXPECT_EQ(LineSettings::parse("2400,7E1")->bitsPerCharacter(), 10);
-    EXPECT_EQ(LineSettings::parse("1200,8N2")->bitsPerCharacter(), 11);
+    EXPECT_EQ(LineSettings::Parse("2400,7E1")->BitsPerCharacter(), 10);
+    EXPECT_EQ(LineSettings::Parse("1200,8N2")->BitsPerCharacter(), 11);
 }

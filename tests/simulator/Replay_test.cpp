@@ -14,13 +14,13 @@ using testing::StartsWith;
 
 namespace {
 
-const std::string records = WBALANCE_RECORDS;
+const std::string kRecords = WBALANCE_RECORDS;
 
-Ran replay(const std::string& arguments) {
+Ran Replay(const std::string& arguments) {
     return RunShell(std::string(WBALANCE_SIM) + " replay " + arguments);
 }
 
-const char* const ofToledo =
+const char* const kOfToledo =
     "# wbalance record 1\n"
     "# driver: mettler-toledo\n"
     "# port: /dev/ttyUSB3\n"
@@ -30,12 +30,12 @@ const char* const ofToledo =
     "2001 = weigh 1 12.34\n";
 
 /// A program that sends a command to the port of that record and does not wait for an answer.
-std::string sending(const std::string& command, const std::string& parity) {
+std::string Sending(const std::string& command, const std::string& parity) {
     return " -- sh -c 'stty -F /dev/ttyUSB3 2400 cs7 parenb " + parity + " raw -echo && printf \"" +
            command + "\\r\\n\" > /dev/ttyUSB3'";
 }
 
-std::string weighing(const std::string& driver, const std::string& port) {
+std::string Weighing(const std::string& driver, const std::string& port) {
     return std::string(" -- ") + WBALANCE + " weigh -d " + driver + " -p " + port;
 }
 
@@ -43,8 +43,8 @@ std::string weighing(const std::string& driver, const std::string& port) {
 
 TEST(Replay, The_host_reads_what_was_recorded_at_the_port_and_line_of_the_record) {
     const TemporaryFile file;
-    file.Write(ofToledo);
-    const Ran ran = replay(file.Path() + weighing("mettler-toledo", "/dev/ttyUSB3"));
+    file.Write(kOfToledo);
+    const Ran ran = Replay(file.Path() + Weighing("mettler-toledo", "/dev/ttyUSB3"));
     EXPECT_EQ(ran.output, "12.34 g\n");
     EXPECT_EQ(ran.errors, "");
     EXPECT_EQ(ran.exitCode, 0);
@@ -53,17 +53,17 @@ TEST(Replay, The_host_reads_what_was_recorded_at_the_port_and_line_of_the_record
 TEST(Replay, Port_line_and_speed_can_be_chosen) {
     const TemporaryFile file;
     const TemporaryFile log;
-    file.Write(ofToledo);
-    const Ran ran = replay(file.Path() + " --fast --port 4 --line 9600,8N1 --log " + log.Path() +
-                           weighing("mettler-toledo", "4") + " -l 9600,8N1");
+    file.Write(kOfToledo);
+    const Ran ran = Replay(file.Path() + " --fast --port 4 --line 9600,8N1 --log " + log.Path() +
+                           Weighing("mettler-toledo", "4") + " -l 9600,8N1");
     EXPECT_EQ(ran.output, "12.34 g\n");
     EXPECT_THAT(log.Text(), ContainsRegex("> \"S.r.n\" 9600,8N1\n"));
 }
 
 TEST(Replay, A_host_that_departs_is_told_at_which_line_and_the_exit_code_says_so) {
     const TemporaryFile file;
-    file.Write(ofToledo);
-    const Ran ran = replay(file.Path() + sending("Z", "-parodd"));
+    file.Write(kOfToledo);
+    const Ran ran = Replay(file.Path() + Sending("Z", "-parodd"));
     EXPECT_THAT(ran.errors, HasSubstr("wbalance-sim: " + file.Path() +
                                       ":5: the host departs from the record: it sends \"Z\\r\\n\", "
                                       "the record has \"S\\r\\n\"\n"));
@@ -72,8 +72,8 @@ TEST(Replay, A_host_that_departs_is_told_at_which_line_and_the_exit_code_says_so
 
 TEST(Replay, A_host_that_ends_early_is_told_what_is_missing) {
     const TemporaryFile file;
-    file.Write(ofToledo);
-    const Ran ran = replay(file.Path() + " -- true");
+    file.Write(kOfToledo);
+    const Ran ran = Replay(file.Path() + " -- true");
     EXPECT_EQ(ran.errors, "wbalance-sim: " + file.Path() +
                               ":5: the host has ended without sending \"S\\r\\n\"\n");
     EXPECT_EQ(ran.exitCode, 124);
@@ -91,12 +91,12 @@ TEST(Replay, A_folder_of_records_is_weighed_as_each_was) {
         {"radwag-overload.record", 6},
         {"sartorius-overload-read-as-zero.record", 6}};
     std::map<std::string, std::future<Ran>> running;
-    for (const auto& file : std::filesystem::directory_iterator(records)) {
+    for (const auto& file : std::filesystem::directory_iterator(kRecords)) {
         const std::string name = file.path().filename();
         const std::string driver =
             RunShell("sed -n 's/# driver: //p' " + file.path().string() + " | tr -d '\\n'").output;
-        const std::string arguments = file.path().string() + weighing(driver, "0 --usb");
-        running[name] = std::async(std::launch::async, [arguments] { return replay(arguments); });
+        const std::string arguments = file.path().string() + Weighing(driver, "0 --usb");
+        running[name] = std::async(std::launch::async, [arguments] { return Replay(arguments); });
     }
     EXPECT_EQ(running.size(), exitCodes.size());
     for (auto& [name, ran] : running)
@@ -105,7 +105,7 @@ TEST(Replay, A_folder_of_records_is_weighed_as_each_was) {
 
 TEST(Replay, Records_and_instruments_stand_side_by_side) {
     const TemporaryFile file;
-    file.Write(ofToledo);
+    file.Write(kOfToledo);
     const Ran ran =
         RunShell(std::string(WBALANCE_SIM) + " mettler-toledo --load 5 , replay " + file.Path() +
                  " --fast -- sh -c '" + SERIAL_HOST + " /dev/ttyS0 2400,7E1 S; " + SERIAL_HOST +
@@ -116,8 +116,8 @@ TEST(Replay, Records_and_instruments_stand_side_by_side) {
 
 TEST(Replay, A_host_at_other_line_settings_is_told_to_look_at_them) {
     const TemporaryFile file;
-    file.Write(ofToledo);
-    const Ran ran = replay(file.Path() + sending("S", "parodd"));
+    file.Write(kOfToledo);
+    const Ran ran = Replay(file.Path() + Sending("S", "parodd"));
     EXPECT_THAT(ran.errors, HasSubstr(":5: the host's characters arrive damaged: its line settings "
                                       "are not those of the record, 2400,7E1\n"));
     EXPECT_EQ(ran.exitCode, 124);
@@ -133,14 +133,14 @@ TEST(Replay, Its_own_errors_are_125_and_say_what_to_do) {
         {broken.Path() + " --load 5 -- true", "The following arguments were not expected: "},
     };
     for (const auto& [arguments, message] : cases) {
-        const Ran ran = replay(arguments);
+        const Ran ran = Replay(arguments);
         EXPECT_THAT(ran.errors, StartsWith("wbalance-sim: " + message)) << arguments;
         EXPECT_EQ(ran.exitCode, 125) << arguments;
     }
 }
 
 TEST(Replay, Help_has_examples) {
-    const Ran ran = replay("--help");
+    const Ran ran = Replay("--help");
     EXPECT_EQ(ran.exitCode, 0);
     EXPECT_THAT(ran.output, HasSubstr("Examples:\n  wbalance weigh -d radwag"));
 }
@@ -148,7 +148,7 @@ TEST(Replay, Help_has_examples) {
 TEST(Replay, A_record_is_served_on_a_terminal_until_it_is_told_to_end) {
     const TemporaryFile file;
     const TemporaryFile path;
-    file.Write(ofToledo);
+    file.Write(kOfToledo);
     const Ran ran = RunShell(std::string(WBALANCE_SIM) + " replay " + file.Path() +
                              " --fast --pty > " + path.Path() + " & until [ -s " + path.Path() +
                              " ]; do sleep 0.05; done; exec 3<>$(cat " + path.Path() +

@@ -20,7 +20,7 @@
 
 namespace {
 
-QSerialPort::Parity parityOf(char letter) {
+QSerialPort::Parity ParityOf(char letter) {
     switch (letter) {
         case 'O':
             return QSerialPort::OddParity;
@@ -31,7 +31,7 @@ QSerialPort::Parity parityOf(char letter) {
     }
 }
 
-bool apply(QSerialPort& port, const std::string& settings) {
+bool Apply(QSerialPort& port, const std::string& settings) {
     int baudRate = 0;
     int dataBits = 0;
     int stopBits = 0;
@@ -40,13 +40,13 @@ bool apply(QSerialPort& port, const std::string& settings) {
                4 &&
            port.setBaudRate(baudRate) &&
            port.setDataBits(static_cast<QSerialPort::DataBits>(dataBits)) &&
-           port.setParity(parityOf(parity)) &&
+           port.setParity(ParityOf(parity)) &&
            port.setStopBits(static_cast<QSerialPort::StopBits>(stopBits));
 }
 
-int ask(const char* device, const std::string& settings, const std::string& command) {
+int Ask(const char* device, const std::string& settings, const std::string& command) {
     QSerialPort port{QString(device)};
-    if (!port.open(QIODevice::ReadWrite) || !apply(port, settings)) {
+    if (!port.open(QIODevice::ReadWrite) || !Apply(port, settings)) {
         std::printf("%s\n", port.errorString().toUtf8().constData());
         return 1;
     }
@@ -83,12 +83,12 @@ class Holder {
     pid_t process_ = -1;
 };
 
-int askAfterKill(const char* device) {
+int AskAfterKill(const char* device) {
     { const Holder killed(device); }
-    return ask(device, "2400,7E1", "S");
+    return Ask(device, "2400,7E1", "S");
 }
 
-int openWhileHeld(const char* device) {
+int OpenWhileHeld(const char* device) {
     const Holder holder(device);
     const int descriptor = ::open(device, O_RDWR | O_NOCTTY);
     std::printf("%s\n", descriptor < 0 ? std::strerror(errno) : "opened");
@@ -99,7 +99,7 @@ int openWhileHeld(const char* device) {
 
 int main(int count, char** words) {
     const std::string what = count > 2 ? words[2] : "";
-    if (what == "after-kill") return askAfterKill(words[1]);
-    if (what == "while-held") return openWhileHeld(words[1]);
-    return count == 4 ? ask(words[1], what, words[3]) : 2;
+    if (what == "after-kill") return AskAfterKill(words[1]);
+    if (what == "while-held") return OpenWhileHeld(words[1]);
+    return count == 4 ? Ask(words[1], what, words[3]) : 2;
 }

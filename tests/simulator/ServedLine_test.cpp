@@ -33,12 +33,12 @@ using simulator::VirtualLine;
 
 namespace {
 
-int openPort(const std::string& device) {
+int OpenPort(const std::string& device) {
     return ::open(device.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK);
 }
 
 /// Sets 7 data bits with even parity; whether they are taken, as by a port and not by a terminal.
-bool set7E1(int descriptor) {
+bool Set7E1(int descriptor) {
     termios settings = {};
     if (::tcgetattr(descriptor, &settings) != 0) return false;
     settings.c_cflag = (settings.c_cflag & ~tcflag_t{CSIZE | PARODD}) | CS7 | PARENB;
@@ -47,18 +47,18 @@ bool set7E1(int descriptor) {
     return ::tcgetattr(descriptor, &found) == 0 && (found.c_cflag & CSIZE) == CS7;
 }
 
-bool set7E1At(const std::string& device) {
-    const int descriptor = openPort(device);
-    const bool taken = descriptor >= 0 && set7E1(descriptor);
+bool Set7E1At(const std::string& device) {
+    const int descriptor = OpenPort(device);
+    const bool taken = descriptor >= 0 && Set7E1(descriptor);
     ::close(descriptor);
     return taken;
 }
 
-int errnoOf(int result) {
+int ErrnoOf(int result) {
     return result == 0 ? 0 : errno;
 }
 
-dev_t terminalNumber(int descriptor) {
+dev_t TerminalNumber(int descriptor) {
     struct stat node = {};
     ::fstat(descriptor, &node);
     return node.st_rdev;
@@ -69,29 +69,29 @@ class Lines {
  public:
     Lines() {
         ::mkdtemp(directory_.data());
-        ::setenv(simulator::virtualLinesVariable, directory_.c_str(), 1);
+        ::setenv(simulator::kVirtualLinesVariable, directory_.c_str(), 1);
     }
     ~Lines() {
-        ::unsetenv(simulator::virtualLinesVariable);
+        ::unsetenv(simulator::kVirtualLinesVariable);
         std::filesystem::remove_all(directory_);
     }
-    const std::string& directory() const { return directory_; }
-    void clear() const {
+    const std::string& Directory() const { return directory_; }
+    void Clear() const {
         for (const auto& file : std::filesystem::directory_iterator(directory_))
             std::filesystem::remove(file);
     }
 
  private:
-    std::string directory_ = simulator::BenchDirectory::places().front() / "served-lines-XXXXXX";
+    std::string directory_ = simulator::BenchDirectory::Places().front() / "served-lines-XXXXXX";
 };
 
-void serveUntil(VirtualLine& line, const std::atomic<bool>& stopping) {
+void ServeUntil(VirtualLine& line, const std::atomic<bool>& stopping) {
     while (!stopping) {
         std::vector<pollfd> polled;
-        for (const int descriptor : line.descriptors())
+        for (const int descriptor : line.Descriptors())
             polled.push_back({descriptor, POLLIN, 0});
         ::poll(polled.data(), polled.size(), 10);
-        line.serve([](const VirtualLine::Arrival&) {});
+        line.Serve([](const VirtualLine::Arrival&) {});
     }
 }
 
@@ -99,12 +99,12 @@ void serveUntil(VirtualLine& line, const std::atomic<bool>& stopping) {
 class ServingThread {
  public:
     explicit ServingThread(const Lines& lines, const char* device)
-        : line_(lines.directory(), device), thread_([this] { serveUntil(line_, stopping_); }) {}
+        : line_(lines.Directory(), device), thread_([this] { ServeUntil(line_, stopping_); }) {}
     ~ServingThread() {
         stopping_ = true;
         thread_.join();
     }
-    std::string hostSettings() const { return line_.hostSettings().text(); }
+    std::string HostSettings() const { return line_.HostSettings().Text(); }
 
  private:
     VirtualLine line_;
@@ -120,8 +120,8 @@ class ServingProcess {
         if (::pipe(ready) != 0) return;
         process_ = ::fork();
         if (process_ == 0) {
-            VirtualLine line(lines.directory(), device);
-            if (::write(ready[1], "!", 1) == 1) serveUntil(line, false);
+            VirtualLine line(lines.Directory(), device);
+            if (::write(ready[1], "!", 1) == 1) ServeUntil(line, false);
             ::_exit(1);
         }
         char sign = 0;
@@ -129,8 +129,8 @@ class ServingProcess {
         ::close(ready[0]);
         ::close(ready[1]);
     }
-    ~ServingProcess() { kill(); }
-    void kill() {
+    ~ServingProcess() { Kill(); }
+    void Kill() {
         if (process_ < 0) return;
         ::kill(process_, SIGKILL);
         ::waitpid(process_, nullptr, 0);
@@ -145,97 +145,97 @@ class ServingProcess {
 
 TEST(ServedLine, A_terminal_that_gets_the_number_of_an_unplugged_line_is_a_plain_terminal) {
     VirtualBench bench;
-    auto& balance = bench.place("mettler-xs", Options().on("/dev/ttyUSB0"));
+    auto& balance = bench.Place("mettler-xs", Options().On("/dev/ttyUSB0"));
     int sameNumbers = 0;
     // Another program may take the number; the terminals may be of the same age, or not.
     for (int round = 0; round < 500 && sameNumbers < 20; ++round) {
-        const int port = openPort("/dev/ttyUSB0");
-        const dev_t number = terminalNumber(port);
-        EXPECT_TRUE(set7E1(port));
+        const int port = OpenPort("/dev/ttyUSB0");
+        const dev_t number = TerminalNumber(port);
+        EXPECT_TRUE(Set7E1(port));
         ::close(port);
-        balance.unplug();
+        balance.Unplug();
         {
             const PseudoTerminal other;
-            const int descriptor = openPort(other.path());
-            if (terminalNumber(descriptor) == number) ++sameNumbers;
-            EXPECT_FALSE(set7E1(descriptor));
+            const int descriptor = OpenPort(other.Path());
+            if (TerminalNumber(descriptor) == number) ++sameNumbers;
+            EXPECT_FALSE(Set7E1(descriptor));
             ::close(descriptor);
         }
-        balance.plugIn();
+        balance.PlugIn();
     }
     EXPECT_EQ(sameNumbers, 20);
 }
 
 TEST(ServedLine, A_terminal_with_the_number_that_a_line_had_stays_plain_when_the_line_is_back) {
     VirtualBench bench;
-    auto& balance = bench.place("mettler-xs", Options().on("/dev/ttyUSB0"));
-    EXPECT_TRUE(set7E1At("/dev/ttyUSB0"));
-    balance.unplug();
+    auto& balance = bench.Place("mettler-xs", Options().On("/dev/ttyUSB0"));
+    EXPECT_TRUE(Set7E1At("/dev/ttyUSB0"));
+    balance.Unplug();
     const PseudoTerminal other;
-    const int descriptor = openPort(other.path());
-    balance.plugIn();
-    EXPECT_FALSE(set7E1(descriptor));
-    EXPECT_EQ(balance.hostSettings().text(), "9600,8N1");
+    const int descriptor = OpenPort(other.Path());
+    balance.PlugIn();
+    EXPECT_FALSE(Set7E1(descriptor));
+    EXPECT_EQ(balance.HostSettings().Text(), "9600,8N1");
     ::close(descriptor);
 }
 
 TEST(ServedLine, Lines_that_exchange_their_terminals_numbers_are_not_confused) {
     VirtualBench bench;
-    auto& first = bench.place("mettler-xs", Options().on("/dev/ttyUSB0"));
-    auto& second = bench.place("mettler-xs", Options().on("/dev/ttyUSB1"));
+    auto& first = bench.Place("mettler-xs", Options().On("/dev/ttyUSB0"));
+    auto& second = bench.Place("mettler-xs", Options().On("/dev/ttyUSB1"));
     for (int round = 0; round < 20; ++round) {
-        EXPECT_TRUE(set7E1At("/dev/ttyUSB0"));
-        EXPECT_TRUE(set7E1At("/dev/ttyUSB1"));
-        first.unplug();
-        second.unplug();
-        second.plugIn();
-        first.plugIn();
-        EXPECT_TRUE(set7E1At("/dev/ttyUSB1"));
-        EXPECT_EQ(first.hostSettings().text(), "9600,8N1");
-        EXPECT_EQ(second.hostSettings().text(), "9600,7E1");
+        EXPECT_TRUE(Set7E1At("/dev/ttyUSB0"));
+        EXPECT_TRUE(Set7E1At("/dev/ttyUSB1"));
+        first.Unplug();
+        second.Unplug();
+        second.PlugIn();
+        first.PlugIn();
+        EXPECT_TRUE(Set7E1At("/dev/ttyUSB1"));
+        EXPECT_EQ(first.HostSettings().Text(), "9600,8N1");
+        EXPECT_EQ(second.HostSettings().Text(), "9600,7E1");
     }
 }
 
 TEST(ServedLine, Of_benches_that_follow_each_other_each_is_met_by_its_own_hosts) {
     for (int round = 0; round < 20; ++round) {
         VirtualBench bench;
-        auto& balance = bench.place("mettler-xs");
-        EXPECT_EQ(balance.hostSettings().text(), "9600,8N1");
-        EXPECT_TRUE(set7E1At("/dev/ttyS0"));
-        EXPECT_EQ(balance.hostSettings().text(), "9600,7E1");
+        auto& balance = bench.Place("mettler-xs");
+        EXPECT_EQ(balance.HostSettings().Text(), "9600,8N1");
+        EXPECT_TRUE(Set7E1At("/dev/ttyS0"));
+        EXPECT_EQ(balance.HostSettings().Text(), "9600,7E1");
     }
 }
 
 TEST(ServedLine, A_descriptor_number_that_is_used_again_stands_for_its_new_port) {
     VirtualBench bench;
-    auto& first = bench.place("mettler-xs", Options().on("/dev/ttyS0"));
-    auto& second = bench.place("mettler-xs", Options().on("/dev/ttyS1"));
-    const int port = openPort("/dev/ttyS0");
-    EXPECT_TRUE(set7E1(port));
-    const int other = openPort("/dev/ttyS1");
+    auto& first = bench.Place("mettler-xs", Options().On("/dev/ttyS0"));
+    auto& second = bench.Place("mettler-xs", Options().On("/dev/ttyS1"));
+    const int port = OpenPort("/dev/ttyS0");
+    EXPECT_TRUE(Set7E1(port));
+    const int other = OpenPort("/dev/ttyS1");
     ASSERT_EQ(::dup2(other, port), port);
     ::close(other);
     termios settings = {};
     ASSERT_EQ(::tcgetattr(port, &settings), 0);
     ::cfsetspeed(&settings, B1200);
     EXPECT_EQ(::tcsetattr(port, TCSANOW, &settings), 0);
-    EXPECT_EQ(first.hostSettings().text(), "9600,7E1");
-    EXPECT_EQ(second.hostSettings().text(), "1200,8N1");
+    EXPECT_EQ(first.HostSettings().Text(), "9600,7E1");
+    EXPECT_EQ(second.HostSettings().Text(), "1200,8N1");
     ::close(port);
 }
 
 TEST(ServedLine, A_forked_child_goes_on_with_the_port_of_its_parent) {
     VirtualBench bench;
-    auto& balance = bench.place("mettler-xs");
-    const int port = openPort("/dev/ttyS0");
+    auto& balance = bench.Place("mettler-xs");
+    const int port = OpenPort("/dev/ttyS0");
     termios settings = {};
     EXPECT_EQ(::tcgetattr(port, &settings), 0);
     const pid_t child = ::fork();
-    if (child == 0) ::_exit(set7E1(port) ? 0 : 1);
+    if (child == 0) ::_exit(Set7E1(port) ? 0 : 1);
     int status = -1;
     ::waitpid(child, &status, 0);
     EXPECT_EQ(status, 0);
-    EXPECT_EQ(balance.hostSettings().text(), "9600,7E1");
+    EXPECT_EQ(balance.HostSettings().Text(), "9600,7E1");
     EXPECT_EQ(::tcgetattr(port, &settings), 0);
     EXPECT_EQ(settings.c_cflag & CSIZE, tcflag_t{CS7});
     ::close(port);
@@ -245,7 +245,7 @@ TEST(ServedLine, Threads_that_meet_their_lines_at_the_same_time_get_each_its_own
     constexpr int count = 16;
     VirtualBench bench;
     for (int i = 0; i < count; ++i)
-        bench.place("mettler-xs", Options().on("/dev/ttyS" + std::to_string(i)));
+        bench.Place("mettler-xs", Options().On("/dev/ttyS" + std::to_string(i)));
     std::atomic<bool> starting{false};
     std::atomic<int> taken{0};
     std::vector<std::thread> hosts;
@@ -253,31 +253,31 @@ TEST(ServedLine, Threads_that_meet_their_lines_at_the_same_time_get_each_its_own
         hosts.emplace_back([&, i] {
             while (!starting)
                 std::this_thread::yield();
-            if (set7E1At("/dev/ttyS" + std::to_string(i / 2 * 2))) ++taken;
+            if (Set7E1At("/dev/ttyS" + std::to_string(i / 2 * 2))) ++taken;
         });
     starting = true;
     for (std::thread& host : hosts)
         host.join();
     EXPECT_EQ(taken, count);
     for (int i = 0; i < count; ++i)
-        EXPECT_EQ(bench.instruments()[static_cast<std::size_t>(i)]->hostSettings().text(),
+        EXPECT_EQ(bench.Instruments()[static_cast<std::size_t>(i)]->HostSettings().Text(),
                   i % 2 == 0 ? "9600,7E1" : "9600,8N1");
 }
 
 TEST(ServedLine, After_its_server_was_killed_every_request_at_an_open_port_fails) {
     const Lines lines;
     ServingProcess server(lines, "/dev/ttyS0");
-    const int port = openPort("/dev/ttyS0");
-    ASSERT_TRUE(set7E1(port));
-    server.kill();
+    const int port = OpenPort("/dev/ttyS0");
+    ASSERT_TRUE(Set7E1(port));
+    server.Kill();
     termios settings = {};
-    EXPECT_EQ(errnoOf(::tcgetattr(port, &settings)), EIO);
-    EXPECT_EQ(errnoOf(::tcsetattr(port, TCSANOW, &settings)), EIO);
-    EXPECT_EQ(errnoOf(::tcsendbreak(port, 0)), EIO);
+    EXPECT_EQ(ErrnoOf(::tcgetattr(port, &settings)), EIO);
+    EXPECT_EQ(ErrnoOf(::tcsetattr(port, TCSANOW, &settings)), EIO);
+    EXPECT_EQ(ErrnoOf(::tcsendbreak(port, 0)), EIO);
     for (const unsigned request :
          std::initializer_list<unsigned>{TIOCEXCL, TIOCNXCL, TIOCMGET, TIOCMSET, TIOCMBIS, TIOCMBIC,
                                          TIOCSBRK, TIOCCBRK, FIONREAD, TCFLSH, TCGETS, TCSETS})
-        EXPECT_EQ(errnoOf(::ioctl(port, request, &settings)), EIO) << request;
+        EXPECT_EQ(ErrnoOf(::ioctl(port, request, &settings)), EIO) << request;
     ::close(port);
 }
 
@@ -285,30 +285,30 @@ TEST(ServedLine, A_server_that_takes_the_place_of_a_killed_one_is_met_by_its_hos
     const Lines lines;
     for (int round = 0; round < 30; ++round) {
         ServingProcess killed(lines, "/dev/ttyS0");
-        ASSERT_TRUE(set7E1At("/dev/ttyS0"));
-        killed.kill();
-        lines.clear();
+        ASSERT_TRUE(Set7E1At("/dev/ttyS0"));
+        killed.Kill();
+        lines.Clear();
         const ServingThread server(lines, "/dev/ttyS0");
-        EXPECT_EQ(server.hostSettings(), "9600,8N1");
-        EXPECT_TRUE(set7E1At("/dev/ttyS0"));
-        EXPECT_EQ(server.hostSettings(), "9600,7E1");
+        EXPECT_EQ(server.HostSettings(), "9600,8N1");
+        EXPECT_TRUE(Set7E1At("/dev/ttyS0"));
+        EXPECT_EQ(server.HostSettings(), "9600,7E1");
     }
 }
 
 TEST(ServedLine, A_terminal_whose_node_was_changed_is_still_the_line) {
     VirtualBench bench;
-    auto& balance = bench.place("mettler-xs");
-    const int port = openPort("/dev/ttyS0");
+    auto& balance = bench.Place("mettler-xs");
+    const int port = OpenPort("/dev/ttyS0");
     ASSERT_EQ(::fchmod(port, 0620), 0);
-    EXPECT_TRUE(set7E1(port));
-    EXPECT_EQ(balance.hostSettings().text(), "9600,7E1");
+    EXPECT_TRUE(Set7E1(port));
+    EXPECT_EQ(balance.HostSettings().Text(), "9600,7E1");
     ::close(port);
 }
 
 TEST(ServedLine, A_file_that_is_only_being_created_is_no_line_yet) {
     const Lines lines;
-    ::close(::open((lines.directory() + "/ttyUSB4711").c_str(), O_RDWR | O_CREAT, 0666));
-    EXPECT_EQ(errnoOf(::access("/dev/ttyUSB4711", F_OK)), ENOENT);
+    ::close(::open((lines.Directory() + "/ttyUSB4711").c_str(), O_RDWR | O_CREAT, 0666));
+    EXPECT_EQ(ErrnoOf(::access("/dev/ttyUSB4711", F_OK)), ENOENT);
 }
 
 TEST(ServedLine, A_host_that_has_met_more_lines_than_it_keeps_meets_further_ones) {
@@ -317,14 +317,14 @@ TEST(ServedLine, A_host_that_has_met_more_lines_than_it_keeps_meets_further_ones
         struct stat node = {};
         for (int i = 0; i < 2100; ++i) {
             const std::string device = "/dev/ttyUSB" + std::to_string(i);
-            const VirtualLine line(lines.directory(), device);
+            const VirtualLine line(lines.Directory(), device);
             ASSERT_EQ(::stat(device.c_str(), &node), 0);
         }
     }
     VirtualBench bench;
-    auto& balance = bench.place("mettler-xs");
-    EXPECT_TRUE(set7E1At("/dev/ttyS0"));
-    EXPECT_EQ(balance.hostSettings().text(), "9600,7E1");
-    balance.unplug();
-    EXPECT_FALSE(set7E1At("/dev/ttyS0"));
+    auto& balance = bench.Place("mettler-xs");
+    EXPECT_TRUE(Set7E1At("/dev/ttyS0"));
+    EXPECT_EQ(balance.HostSettings().Text(), "9600,7E1");
+    balance.Unplug();
+    EXPECT_FALSE(Set7E1At("/dev/ttyS0"));
 }

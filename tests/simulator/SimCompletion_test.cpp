@@ -16,7 +16,7 @@ using testing::Not;
 namespace {
 
 /// What is offered for the last of the words.
-std::vector<std::string> offered(const std::string& words) {
+std::vector<std::string> Offered(const std::string& words) {
     const Ran ran =
         RunShell("PATH=$(dirname " WBALANCE_SIM "):$PATH bash -c '. " WBALANCE_COMPLETION
                  "; COMP_WORDS=(wbalance-sim " +
@@ -34,31 +34,31 @@ std::vector<std::string> offered(const std::string& words) {
 }  // namespace
 
 TEST(SimCompletion, Offers_instruments_first_and_behind_a_comma) {
-    EXPECT_THAT(offered("ke"), ElementsAre("kern"));
-    EXPECT_THAT(offered("kern , rad"), ElementsAre("radwag"));
-    EXPECT_THAT(offered("\"\""), IsSupersetOf({"mettler-toledo", "replay", "control", "--list"}));
+    EXPECT_THAT(Offered("ke"), ElementsAre("kern"));
+    EXPECT_THAT(Offered("kern , rad"), ElementsAre("radwag"));
+    EXPECT_THAT(Offered("\"\""), IsSupersetOf({"mettler-toledo", "replay", "control", "--list"}));
 }
 
 TEST(SimCompletion, Offers_the_switches_of_the_instrument_that_is_meant) {
-    EXPECT_THAT(offered("kern --with \"\""),
+    EXPECT_THAT(Offered("kern --with \"\""),
                 AllOf(IsSupersetOf({"acknowledgement=", "noise="}), Not(Contains("protocol="))));
 }
 
 TEST(SimCompletion, Offers_faults_and_options) {
-    EXPECT_THAT(offered("kern --fault un"), ElementsAre("underload", "unplug"));
-    EXPECT_THAT(offered("kern --p"), ElementsAre("--port", "--pace", "--pty"));
-    EXPECT_THAT(offered("kern --pace = f"), ElementsAre("ftdi"));
-    EXPECT_THAT(offered("kern --pace ="),
+    EXPECT_THAT(Offered("kern --fault un"), ElementsAre("underload", "unplug"));
+    EXPECT_THAT(Offered("kern --p"), ElementsAre("--port", "--pace", "--pty"));
+    EXPECT_THAT(Offered("kern --pace = f"), ElementsAre("ftdi"));
+    EXPECT_THAT(Offered("kern --pace ="),
                 ElementsAre("character", "16550", "ftdi", "pl2303", "ch341"));
-    EXPECT_THAT(offered("replay a.record --fas"), ElementsAre("--fast"));
+    EXPECT_THAT(Offered("replay a.record --fas"), ElementsAre("--fast"));
 }
 
 TEST(SimCompletion, Offers_what_control_can_do) {
-    EXPECT_THAT(offered("control pr"), ElementsAre("press"));
-    EXPECT_THAT(offered("control press \"\""), ElementsAre("print", "tare", "zero"));
-    EXPECT_THAT(offered("control --port ttyS0 un"), ElementsAre("unplug"));
+    EXPECT_THAT(Offered("control pr"), ElementsAre("press"));
+    EXPECT_THAT(Offered("control press \"\""), ElementsAre("print", "tare", "zero"));
+    EXPECT_THAT(Offered("control --port ttyS0 un"), ElementsAre("unplug"));
 }
 
 TEST(SimCompletion, Offers_programs_behind_two_dashes) {
-    EXPECT_THAT(offered("kern -- wbalance-s"), Contains("wbalance-sim"));
+    EXPECT_THAT(Offered("kern -- wbalance-s"), Contains("wbalance-sim"));
 }

@@ -28,7 +28,7 @@ void PrintTo(const Case& each, std::ostream* out) {
 
 class LineSettingsOfAHost : public testing::TestWithParam<Case> {};
 
-std::string ask(QSerialPort& port, const char* command) {
+std::string Ask(QSerialPort& port, const char* command) {
     port.write(command);
     QByteArray answer;
     while (!answer.endsWith('\n') && port.waitForReadyRead(2000))
@@ -41,7 +41,7 @@ std::string ask(QSerialPort& port, const char* command) {
 TEST_P(LineSettingsOfAHost, Are_kept_seen_at_the_far_end_and_carry_a_command_and_its_answer) {
     const Case& wanted = GetParam();
     VirtualBench bench;
-    auto& balance = bench.place("mettler-toledo", Options().withLoad(12.34).at(wanted.seen));
+    auto& balance = bench.Place("mettler-toledo", Options().WithLoad(12.34).At(wanted.seen));
     QSerialPort port("/dev/ttyS0");
     ASSERT_TRUE(port.open(QIODevice::ReadWrite)) << port.errorString().toStdString();
     EXPECT_TRUE(port.setBaudRate(wanted.baudRate));
@@ -49,9 +49,9 @@ TEST_P(LineSettingsOfAHost, Are_kept_seen_at_the_far_end_and_carry_a_command_and
     EXPECT_TRUE(port.setParity(wanted.parity));
     EXPECT_TRUE(port.setStopBits(wanted.stopBits));
     EXPECT_TRUE(port.setFlowControl(wanted.flowControl));
-    EXPECT_EQ(balance.hostSettings().text(), wanted.seen);
-    EXPECT_EQ(ask(port, "S\r\n"), "S S      12.34 g\r\n");
-    EXPECT_EQ(balance.sentByHost(), "S\r\n");
+    EXPECT_EQ(balance.HostSettings().Text(), wanted.seen);
+    EXPECT_EQ(Ask(port, "S\r\n"), "S S      12.34 g\r\n");
+    EXPECT_EQ(balance.SentByHost(), "S\r\n");
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -106,7 +106,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(VirtualLine, A_host_at_8N1_meets_a_balance_at_7E1) {
     VirtualBench bench;
-    bench.place("mettler-toledo", Options().withLoad(12.34));
+    bench.Place("mettler-toledo", Options().WithLoad(12.34));
     QSerialPort port("/dev/ttyS0");
     ASSERT_TRUE(port.open(QIODevice::ReadWrite));
     ASSERT_TRUE(port.setBaudRate(2400));

@@ -20,7 +20,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-LineEvent said(const char* bytes, LineEvent::Kind kind = LineEvent::Kind::fromInstrument) {
+LineEvent Said(const char* bytes, LineEvent::Kind kind = LineEvent::Kind::FromInstrument) {
     return {12ms, kind, bytes, {}};
 }
 
@@ -56,10 +56,10 @@ class NamedPipe {
     NamedPipe(const NamedPipe&) = delete;
     NamedPipe& operator=(const NamedPipe&) = delete;
 
-    const std::string& path() const { return file_; }
+    const std::string& Path() const { return file_; }
 
     /// What is written up to and with a line that ends so.
-    std::string readTo(const std::string& end) const {
+    std::string ReadTo(const std::string& end) const {
         std::string text;
         std::array<char, 4096> buffer;
         while (text.size() < end.size() ||
@@ -72,12 +72,12 @@ class NamedPipe {
     }
 
  private:
-    static std::string makeDirectory() {
+    static std::string MakeDirectory() {
         char name[] = "/tmp/wbalance-pipe-XXXXXX";
         return ::mkdtemp(name);
     }
 
-    const std::string path_ = makeDirectory();
+    const std::string path_ = MakeDirectory();
     std::string file_;
     int end_ = -1;
 };
@@ -87,19 +87,19 @@ class NamedPipe {
 TEST(WireLog, Goes_on_when_a_full_disk_has_room_again_and_says_what_is_missing) {
     const TemporaryFile file;
     WireLog log(file.Path(), false);
-    log.write("", said("1"));
-    log.waitUntilWritten();
+    log.Write("", Said("1"));
+    log.WaitUntilWritten();
     {
         const FullDisk disk(20);
-        log.write("", said("2"));
-        log.write("", said("3"));
-        log.waitUntilWritten();
+        log.Write("", Said("2"));
+        log.Write("", Said("3"));
+        log.WaitUntilWritten();
     }
-    log.write("", said("4"));
-    log.waitUntilWritten();
+    log.Write("", Said("4"));
+    log.WaitUntilWritten();
     EXPECT_EQ(file.Text(),
               "    0.012 < \"1\"\n    \n! 2 events could not be written here\n    0.012 < \"4\"\n");
-    EXPECT_THAT([&] { log.requireWhole(); },
+    EXPECT_THAT([&] { log.RequireWhole(); },
                 ThrowsMessage<std::runtime_error>("the log " + file.Path() +
                                                   " is not whole: 2 events could not be written"));
 }
@@ -107,21 +107,21 @@ TEST(WireLog, Goes_on_when_a_full_disk_has_room_again_and_says_what_is_missing) 
 TEST(WireLog, Goes_on_at_the_beginning_of_a_file_that_somebody_has_emptied) {
     const TemporaryFile file;
     WireLog log(file.Path(), false);
-    log.write("", said("1"));
-    log.waitUntilWritten();
+    log.Write("", Said("1"));
+    log.WaitUntilWritten();
     file.Write("");
-    log.write("", said("2"));
-    log.waitUntilWritten();
+    log.Write("", Said("2"));
+    log.WaitUntilWritten();
     EXPECT_EQ(file.Text(), "    0.012 < \"2\"\n");
-    EXPECT_NO_THROW(log.requireWhole());
+    EXPECT_NO_THROW(log.RequireWhole());
 }
 
 TEST(WireLog, Tells_bytes_that_were_lost_on_a_full_line_and_what_could_not_be_done) {
     const TemporaryFile file;
     WireLog log(file.Path(), true);
-    log.write("/dev/ttyS0", said("5 g\r\n", LineEvent::Kind::overflow));
-    log.write("/dev/ttyS0", said("no adapter", LineEvent::Kind::trouble));
-    log.waitUntilWritten();
+    log.Write("/dev/ttyS0", Said("5 g\r\n", LineEvent::Kind::Overflow));
+    log.Write("/dev/ttyS0", Said("no adapter", LineEvent::Kind::Trouble));
+    log.WaitUntilWritten();
     EXPECT_EQ(file.Text(),
               "    0.012 /dev/ttyS0 x \"5 g\\r\\n\" lost, the line is full\n"
               "    0.012 /dev/ttyS0 ! no adapter\n");
@@ -129,20 +129,20 @@ TEST(WireLog, Tells_bytes_that_were_lost_on_a_full_line_and_what_could_not_be_do
 
 TEST(WireLog, Nobody_waits_for_a_reader_who_sleeps_and_what_has_no_room_is_counted_in_its_place) {
     const NamedPipe pipe;
-    WireLog log(pipe.path(), false);
+    WireLog log(pipe.Path(), false);
     const std::string line = "    0.012 < \"" + std::string(1000, '5') + "\"\n";
     const std::size_t held = 1024 * 1024 / line.size();
     for (int count = 0; count < 2000; ++count)
-        log.write("", said(std::string(1000, '5').c_str()));
-    auto reading = std::async(std::launch::async, [&] { return pipe.readTo("written here\n"); });
-    log.waitUntilWritten();
+        log.Write("", Said(std::string(1000, '5').c_str()));
+    auto reading = std::async(std::launch::async, [&] { return pipe.ReadTo("written here\n"); });
+    log.WaitUntilWritten();
     const std::string text = reading.get();
     const std::size_t written = text.find('!') / line.size();
     EXPECT_GE(written, held);
     EXPECT_EQ(text.substr(0, line.size()), line);
     EXPECT_EQ(text.substr(text.find('!')),
               "! " + std::to_string(2000 - written) + " events could not be written here\n");
-    log.write("", said("6"));
-    EXPECT_EQ(pipe.readTo("\"6\"\n"), "    0.012 < \"6\"\n");
-    EXPECT_THROW(log.requireWhole(), std::runtime_error);
+    log.Write("", Said("6"));
+    EXPECT_EQ(pipe.ReadTo("\"6\"\n"), "    0.012 < \"6\"\n");
+    EXPECT_THROW(log.RequireWhole(), std::runtime_error);
 }

@@ -8,190 +8,190 @@ using namespace std::chrono_literals;
 
 namespace {
 
-const std::string print = "\x1bP\r\n";
-const std::string tare = "\x1bT\r\n";
+const std::string kPrint = "\x1bP\r\n";
+const std::string kTare = "\x1bT\r\n";
 
 class Sartorius : public InstrumentTest {
  protected:
     void have(double load, const std::vector<std::string>& switches = {}) {
-        InstrumentTest::have("sartorius", load, switches);
+        InstrumentTest::Have("sartorius", load, switches);
     }
 };
 
 TEST_F(Sartorius, Prints_a_line_of_16_characters) {
     have(123.56);
-    EXPECT_EQ(ask(print), "+   123.56 g  \r\n");
+    EXPECT_EQ(Ask(kPrint), "+   123.56 g  \r\n");
     have(-12.34);
-    EXPECT_EQ(ask(print), "-    12.34 g  \r\n");
+    EXPECT_EQ(Ask(kPrint), "-    12.34 g  \r\n");
     have(0);
-    EXPECT_EQ(ask(print), "+     0.00 g  \r\n");
+    EXPECT_EQ(Ask(kPrint), "+     0.00 g  \r\n");
 }
 
 TEST_F(Sartorius, Prints_a_line_of_22_characters_with_an_identifier) {
     have(123.56, {"line=22"});
-    EXPECT_EQ(ask(print), "N     +   123.56 g  \r\n");
+    EXPECT_EQ(Ask(kPrint), "N     +   123.56 g  \r\n");
 }
 
 TEST_F(Sartorius, A_command_needs_no_line_end) {
     have(1);
-    EXPECT_EQ(ask("\x1bP"), "+     1.00 g  \r\n");
-    EXPECT_EQ(ask("\x1bP\x1bP"), "+     1.00 g  \r\n+     1.00 g  \r\n");
+    EXPECT_EQ(Ask("\x1bP"), "+     1.00 g  \r\n");
+    EXPECT_EQ(Ask("\x1bP\x1bP"), "+     1.00 g  \r\n+     1.00 g  \r\n");
 }
 
 TEST_F(Sartorius, A_command_may_come_in_pieces) {
     have(0);
-    EXPECT_EQ(ask("\x1b"), "");
-    EXPECT_EQ(ask("t5"), "");
-    EXPECT_EQ(ask(".00"), "");
-    EXPECT_EQ(ask("_\r\n\x1bkF4_\r"), "");
-    EXPECT_EQ(ask("\n\x1bP"), "-     5.00 g  \r\n");
+    EXPECT_EQ(Ask("\x1b"), "");
+    EXPECT_EQ(Ask("t5"), "");
+    EXPECT_EQ(Ask(".00"), "");
+    EXPECT_EQ(Ask("_\r\n\x1bkF4_\r"), "");
+    EXPECT_EQ(Ask("\n\x1bP"), "-     5.00 g  \r\n");
 }
 
 TEST_F(Sartorius, Unknown_commands_and_stray_characters_get_no_answer) {
     have(1);
-    EXPECT_EQ(ask("P\r\nS\r\n\x1bQ\r\n\x1bx9_\r\n"), "");
-    EXPECT_EQ(ask(print), "+     1.00 g  \r\n");
+    EXPECT_EQ(Ask("P\r\nS\r\n\x1bQ\r\n\x1bx9_\r\n"), "");
+    EXPECT_EQ(Ask(kPrint), "+     1.00 g  \r\n");
 }
 
 TEST_F(Sartorius, As_delivered_prints_only_at_rest) {
     have(0);
-    putOn(50);
-    EXPECT_EQ(ask(print, 100ms), "");
-    EXPECT_EQ(answersUntil(5000ms), "+    50.00 g  \r\n");
+    PutOn(50);
+    EXPECT_EQ(Ask(kPrint, 100ms), "");
+    EXPECT_EQ(AnswersUntil(5000ms), "+    50.00 g  \r\n");
 }
 
 TEST_F(Sartorius, Prints_a_moving_pan_without_its_unit_when_set_to_print_at_once) {
     have(0, {"print=at-once"});
-    putOn(50);
-    EXPECT_EQ(ask(print, 100ms), "+    24.33    \r\n");
+    PutOn(50);
+    EXPECT_EQ(Ask(kPrint, 100ms), "+    24.33    \r\n");
 }
 
 TEST_F(Sartorius, Prints_nothing_for_a_moving_pan_when_set_so) {
     have(0, {"print=stable-or-nothing"});
-    putOn(50);
-    EXPECT_EQ(ask(print, 100ms), "");
-    EXPECT_EQ(answersUntil(5000ms), "");
-    EXPECT_EQ(ask(print, 5000ms), "+    50.00 g  \r\n");
+    PutOn(50);
+    EXPECT_EQ(Ask(kPrint, 100ms), "");
+    EXPECT_EQ(AnswersUntil(5000ms), "");
+    EXPECT_EQ(Ask(kPrint, 5000ms), "+    50.00 g  \r\n");
 }
 
 TEST_F(Sartorius, Waits_for_a_busy_balance_until_the_wait_is_cancelled) {
     have(1);
-    addFault("busy");
-    EXPECT_EQ(ask(print), "");
-    EXPECT_EQ(answersUntil(3600s), "");
-    EXPECT_EQ(ask("\x1bs3_\r\n", 3600s), "");
-    instrument_->clearFaults();
-    EXPECT_EQ(answersUntil(7200s), "");
+    AddFault("busy");
+    EXPECT_EQ(Ask(kPrint), "");
+    EXPECT_EQ(AnswersUntil(3600s), "");
+    EXPECT_EQ(Ask("\x1bs3_\r\n", 3600s), "");
+    instrument_->ClearFaults();
+    EXPECT_EQ(AnswersUntil(7200s), "");
 }
 
 TEST_F(Sartorius, Overload_and_underload_are_letters_or_words) {
     have(610.01);
-    EXPECT_EQ(ask(print), "      H       \r\n");
+    EXPECT_EQ(Ask(kPrint), "      H       \r\n");
     have(-61.01);
-    EXPECT_EQ(ask(print), "      L       \r\n");
+    EXPECT_EQ(Ask(kPrint), "      L       \r\n");
     have(610.01, {"line=22"});
-    EXPECT_EQ(ask(print), "Stat        H       \r\n");
+    EXPECT_EQ(Ask(kPrint), "Stat        H       \r\n");
     have(610.01, {"line=22", "words"});
-    EXPECT_EQ(ask(print), "Stat        High    \r\n");
+    EXPECT_EQ(Ask(kPrint), "Stat        High    \r\n");
     have(-61.01, {"line=22", "words"});
-    EXPECT_EQ(ask(print), "Stat        Low     \r\n");
+    EXPECT_EQ(Ask(kPrint), "Stat        Low     \r\n");
 }
 
 TEST_F(Sartorius, Shows_other_things_than_a_weight) {
     have(1, {"display=blank"});
-    EXPECT_EQ(ask(print), "              \r\n");
+    EXPECT_EQ(Ask(kPrint), "              \r\n");
     have(1, {"display=calibration"});
-    EXPECT_EQ(ask(print), "      C       \r\n");
+    EXPECT_EQ(Ask(kPrint), "      C       \r\n");
     have(1, {"display=final"});
-    EXPECT_EQ(ask(print), "      --      \r\n");
+    EXPECT_EQ(Ask(kPrint), "      --      \r\n");
     have(1, {"display=error"});
-    EXPECT_EQ(ask(print), "   Err  54    \r\n");
+    EXPECT_EQ(Ask(kPrint), "   Err  54    \r\n");
     have(1, {"display=error-054"});
-    EXPECT_EQ(ask(print), "   Err 054    \r\n");
+    EXPECT_EQ(Ask(kPrint), "   Err 054    \r\n");
     have(1, {"display=external-calibration"});
-    EXPECT_EQ(ask(print), "   Cal. Ext.  \r\n");
+    EXPECT_EQ(Ask(kPrint), "   Cal. Ext.  \r\n");
     have(1, {"display=error", "line=22"});
-    EXPECT_EQ(ask(print), "Stat     Err  54    \r\n");
+    EXPECT_EQ(Ask(kPrint), "Stat     Err  54    \r\n");
     have(1, {"display=standby", "line=22"});
-    EXPECT_EQ(ask(print), "Stat       OFF      \r\n");
+    EXPECT_EQ(Ask(kPrint), "Stat       OFF      \r\n");
 }
 
 TEST_F(Sartorius, A_verified_balance_brackets_its_last_digit) {
     have(123.56, {"verified"});
-    EXPECT_EQ(ask(print), "+ 123.5[6] g  \r\n");
+    EXPECT_EQ(Ask(kPrint), "+ 123.5[6] g  \r\n");
 }
 
 TEST_F(Sartorius, A_ninth_digit_stands_in_position_1) {
     have(0.11125507, {"unit=mg", "readability=0.00000001"});
-    EXPECT_EQ(ask(print), "+111.25507 mg \r\n");
+    EXPECT_EQ(Ask(kPrint), "+111.25507 mg \r\n");
 }
 
 TEST_F(Sartorius, Tare_zeroes_near_zero_and_tares_elsewhere) {
     have(5);
-    EXPECT_EQ(ask(tare + print), "+     0.00 g  \r\n");
+    EXPECT_EQ(Ask(kTare + kPrint), "+     0.00 g  \r\n");
     have(50);
-    EXPECT_EQ(ask(tare + print), "+     0.00 g  \r\n");
-    EXPECT_EQ(instrument_->balance().tareWeight(), 50);
+    EXPECT_EQ(Ask(kTare + kPrint), "+     0.00 g  \r\n");
+    EXPECT_EQ(instrument_->Balance().TareWeight(), 50);
 }
 
 TEST_F(Sartorius, Zero_and_tare_have_commands_of_their_own) {
     have(5);
-    EXPECT_EQ(ask("\x1b"
+    EXPECT_EQ(Ask("\x1b"
                   "f4_" +
-                  print),
+                  kPrint),
               "+     0.00 g  \r\n");
-    EXPECT_EQ(instrument_->balance().tareWeight(), 5);
-    EXPECT_EQ(ask("\x1b"
+    EXPECT_EQ(instrument_->Balance().TareWeight(), 5);
+    EXPECT_EQ(Ask("\x1b"
                   "f3_" +
-                  print),
+                  kPrint),
               "+     0.00 g  \r\n");
-    EXPECT_EQ(instrument_->balance().tareWeight(), 0);
+    EXPECT_EQ(instrument_->Balance().TareWeight(), 0);
 }
 
 TEST_F(Sartorius, A_typed_text_becomes_the_tare_by_soft_key_4) {
     have(0, {"line=22"});
-    EXPECT_EQ(ask("\x1bt5.00_\r\n"), "");
-    EXPECT_EQ(instrument_->balance().displayText(), "5.00");
-    EXPECT_EQ(ask("\x1bkF4_\r\n" + print), "N1    -     5.00 g  \r\n");
-    EXPECT_EQ(ask(tare + print), "N     +     0.00 g  \r\n");
+    EXPECT_EQ(Ask("\x1bt5.00_\r\n"), "");
+    EXPECT_EQ(instrument_->Balance().DisplayText(), "5.00");
+    EXPECT_EQ(Ask("\x1bkF4_\r\n" + kPrint), "N1    -     5.00 g  \r\n");
+    EXPECT_EQ(Ask(kTare + kPrint), "N     +     0.00 g  \r\n");
 }
 
 TEST_F(Sartorius, A_stored_tare_is_added_to_the_container) {
     have(50);
-    EXPECT_EQ(ask(tare + "\x1bt5.00_\x1bkF4_" + print), "-     5.00 g  \r\n");
-    EXPECT_EQ(instrument_->balance().tareWeight(), 55);
+    EXPECT_EQ(Ask(kTare + "\x1bt5.00_\x1bkF4_" + kPrint), "-     5.00 g  \r\n");
+    EXPECT_EQ(instrument_->Balance().TareWeight(), 55);
 }
 
 TEST_F(Sartorius, A_stored_tare_may_have_a_line_of_its_own) {
     have(0, {"line=22", "tare-line=TP1"});
-    EXPECT_EQ(ask("\x1bt5.00_\x1bkF4_" + print),
+    EXPECT_EQ(Ask("\x1bt5.00_\x1bkF4_" + kPrint),
               "TP1   +     5.00 g  \r\nN1    -     5.00 g  \r\n");
     have(0, {"line=22", "tare-line=T1"});
-    EXPECT_EQ(ask("\x1bt5.00_\x1bkF4_" + print),
+    EXPECT_EQ(Ask("\x1bt5.00_\x1bkF4_" + kPrint),
               "T1    +     5.00 g  \r\nN1    -     5.00 g  \r\n");
 }
 
 TEST_F(Sartorius, Soft_key_4_does_nothing_in_another_application_or_without_a_number) {
     have(0, {"store-key=off"});
-    EXPECT_EQ(ask("\x1bt5.00_\x1bkF4_" + print), "+     0.00 g  \r\n");
+    EXPECT_EQ(Ask("\x1bt5.00_\x1bkF4_" + kPrint), "+     0.00 g  \r\n");
     have(0);
-    EXPECT_EQ(ask("\x1btlot 7_\x1bkF4_" + print), "+     0.00 g  \r\n");
-    EXPECT_EQ(ask("\x1bt999_\x1bkF4_" + print), "+     0.00 g  \r\n");
+    EXPECT_EQ(Ask("\x1btlot 7_\x1bkF4_" + kPrint), "+     0.00 g  \r\n");
+    EXPECT_EQ(Ask("\x1bt999_\x1bkF4_" + kPrint), "+     0.00 g  \r\n");
 }
 
 TEST_F(Sartorius, Cancel_forgets_what_was_typed) {
     have(0);
-    EXPECT_EQ(ask("\x1bt5.00_\x1bs3_\x1bkF4_" + print), "+     0.00 g  \r\n");
+    EXPECT_EQ(Ask("\x1bt5.00_\x1bs3_\x1bkF4_" + kPrint), "+     0.00 g  \r\n");
 }
 
 TEST_F(Sartorius, Prints_ten_lines_a_second_unasked_from_the_switching_on_when_set_so) {
     have(1, {"auto-print"});
-    answersUntil(0ms);  // the line of the switching on
-    EXPECT_EQ(answersUntil(200ms), "+     1.00 g  \r\n+     1.00 g  \r\n");
+    AnswersUntil(0ms);  // the line of the switching on
+    EXPECT_EQ(AnswersUntil(200ms), "+     1.00 g  \r\n+     1.00 g  \r\n");
 }
 
 /// Sends ESC and a command. Apart from the digits behind it ESC is a character of its own.
-std::string esc(const std::string& command) {
+std::string Esc(const std::string& command) {
     return "\x1b" + command + "\r\n";
 }
 
@@ -199,14 +199,14 @@ std::string esc(const std::string& command) {
 // MSE's line of 20 characters and the Entris' word in front were read from such balances.
 TEST_F(Sartorius, Says_its_model_serial_number_and_software) {
     have(1, {"series=mse", "line=22"});
-    EXPECT_EQ(ask(esc("x1_") + esc("x2_") + esc("x3_")),
+    EXPECT_EQ(Ask(Esc("x1_") + Esc("x2_") + Esc("x3_")),
               "MSE1203S-100-DR     \r\n37454321            \r\n00-37-09            \r\n");
     have(1, {"series=entris2", "line=22"});
-    EXPECT_EQ(ask(esc("x1_")), "Model  BCE124I-1CEU \r\n");
+    EXPECT_EQ(Ask(Esc("x1_")), "Model  BCE124I-1CEU \r\n");
     have(1, {"series=mse"});
-    EXPECT_EQ(ask(esc("x1_") + esc("x2_")), "MSE1203S-100-D\r\n37454321      \r\n");
+    EXPECT_EQ(Ask(Esc("x1_") + Esc("x2_")), "MSE1203S-100-D\r\n37454321      \r\n");
     have(1, {"serial-number=12809099", "software=00-39-21"});
-    EXPECT_EQ(ask(esc("x1_") + esc("x2_") + esc("x3_")),
+    EXPECT_EQ(Ask(Esc("x1_") + Esc("x2_") + Esc("x3_")),
               "LA620S        \r\n12809099      \r\n00-39-21      \r\n");
 }
 
@@ -218,52 +218,52 @@ TEST_F(Sartorius, Each_series_has_a_model_of_its_own) {
         {"cubis2", "MCA5201S      \r\n"}};
     for (const auto& [series, model] : models) {
         have(1, {"series=" + series});
-        EXPECT_EQ(ask(esc("x1_")), model) << series;
+        EXPECT_EQ(Ask(Esc("x1_")), model) << series;
     }
 }
 
 // CP p. 60 and LE p. 54 have no x3_.
 TEST_F(Sartorius, A_CP_does_not_say_its_software) {
     have(1, {"series=cp"});
-    EXPECT_EQ(ask(esc("x3_") + print), "+     1.00 g  \r\n");
+    EXPECT_EQ(Ask(Esc("x3_") + kPrint), "+     1.00 g  \r\n");
 }
 
 TEST_F(Sartorius, Says_its_model_while_it_waits_for_the_pan) {
     have(0);
-    putOn(50);
-    EXPECT_EQ(ask(print + esc("x2_"), 100ms), "37454321      \r\n");
-    EXPECT_EQ(answersUntil(5s), "+    50.00 g  \r\n");
+    PutOn(50);
+    EXPECT_EQ(Ask(kPrint + Esc("x2_"), 100ms), "37454321      \r\n");
+    EXPECT_EQ(AnswersUntil(5s), "+    50.00 g  \r\n");
 }
 
 // Entris II note p. 4 and measurements at an MSE: U tares, V zeroes. LA p. 120 has f4_ and f3_.
 TEST_F(Sartorius, Tares_and_zeroes_apart_with_the_commands_of_its_series) {
     const auto tareAfter = [&](const std::string& series, const std::string& commands) {
         have(5, {"series=" + series});
-        EXPECT_EQ(ask(commands), "");
-        return instrument_->balance().tareWeight();
+        EXPECT_EQ(Ask(commands), "");
+        return instrument_->Balance().TareWeight();
     };
     for (const char* series : {"mse", "entris2", "quintix"}) {
-        EXPECT_EQ(tareAfter(series, esc("U")), 5) << series;
-        EXPECT_EQ(tareAfter(series, esc("U") + esc("V")), 0) << series;
-        EXPECT_EQ(ask(print).substr(1, 9), "     0.00") << series;
+        EXPECT_EQ(tareAfter(series, Esc("U")), 5) << series;
+        EXPECT_EQ(tareAfter(series, Esc("U") + Esc("V")), 0) << series;
+        EXPECT_EQ(Ask(kPrint).substr(1, 9), "     0.00") << series;
     }
     for (const char* series : {"la", "entris2"}) {
-        EXPECT_EQ(tareAfter(series, esc("f4_")), 5) << series;
-        EXPECT_EQ(tareAfter(series, esc("f4_") + esc("f3_")), 0) << series;
+        EXPECT_EQ(tareAfter(series, Esc("f4_")), 5) << series;
+        EXPECT_EQ(tareAfter(series, Esc("f4_") + Esc("f3_")), 0) << series;
     }
     for (const char* series : {"la", "cp", "extend", "cubis2"})
-        EXPECT_EQ(tareAfter(series, esc("U")), 0) << series;
+        EXPECT_EQ(tareAfter(series, Esc("U")), 0) << series;
     for (const char* series : {"cp", "extend", "mse", "quintix", "cubis2"})
-        EXPECT_EQ(tareAfter(series, esc("f4_")), 0) << series;
+        EXPECT_EQ(tareAfter(series, Esc("f4_")), 0) << series;
 }
 
 // LA p. 120: K very stable, L stable, M unstable, N very unstable place.
 TEST_F(Sartorius, The_filter_sets_how_fast_the_weight_follows_the_load) {
     const auto shownAfter = [&](const std::string& command) {
         have(0, {"print=at-once"});
-        EXPECT_EQ(ask(esc(command)), "");
-        putOn(50);
-        return ask(print, 100ms);
+        EXPECT_EQ(Ask(Esc(command)), "");
+        PutOn(50);
+        return Ask(kPrint, 100ms);
     };
     EXPECT_EQ(shownAfter("K"), "+     7.68    \r\n");
     EXPECT_EQ(shownAfter("L"), "+    24.33    \r\n");
@@ -275,14 +275,14 @@ TEST_F(Sartorius, The_filter_sets_how_fast_the_weight_follows_the_load) {
 TEST_F(Sartorius, Blocked_keys_do_nothing) {
     have(5);
     const auto tareKey = [&] {
-        instrument_->press(simulator::Key::tare);
-        instrument_->press(simulator::Key::print);
-        return instrument_->takeOutput();
+        instrument_->Press(simulator::Key::Tare);
+        instrument_->Press(simulator::Key::Print);
+        return instrument_->TakeOutput();
     };
-    EXPECT_EQ(ask(esc("O")), "");
+    EXPECT_EQ(Ask(Esc("O")), "");
     EXPECT_EQ(tareKey(), "");
-    EXPECT_EQ(ask(print), "+     5.00 g  \r\n");
-    EXPECT_EQ(ask(esc("R")), "");
+    EXPECT_EQ(Ask(kPrint), "+     5.00 g  \r\n");
+    EXPECT_EQ(Ask(Esc("R")), "");
     EXPECT_EQ(tareKey(), "+     0.00 g  \r\n");
 }
 
@@ -290,94 +290,94 @@ TEST_F(Sartorius, Blocked_keys_do_nothing) {
 TEST_F(Sartorius, Shows_C_while_it_adjusts) {
     for (const std::string command : {"x0_", "Z", "W"}) {
         have(5, {"adjustment-time=3s"});
-        EXPECT_EQ(ask(esc(command) + print), "      C       \r\n") << command;
-        EXPECT_EQ(ask(print, 2999ms), "      C       \r\n") << command;
-        EXPECT_EQ(ask(print, 3000ms), "+     5.00 g  \r\n") << command;
+        EXPECT_EQ(Ask(Esc(command) + kPrint), "      C       \r\n") << command;
+        EXPECT_EQ(Ask(kPrint, 2999ms), "      C       \r\n") << command;
+        EXPECT_EQ(Ask(kPrint, 3000ms), "+     5.00 g  \r\n") << command;
     }
     have(5, {"words", "line=22"});
-    EXPECT_EQ(ask(esc("Z") + print), "Stat        Cal.    \r\n");
+    EXPECT_EQ(Ask(Esc("Z") + kPrint), "Stat        Cal.    \r\n");
 }
 
 // LA p. 120: S restarts; a Cubis II does not know it.
 TEST_F(Sartorius, A_restart_forgets_the_tare_and_zeroes_near_zero) {
     have(5, {"series=mse"});
-    EXPECT_EQ(ask(esc("U") + esc("S")), "");
-    EXPECT_EQ(instrument_->balance().tareWeight(), 0);
-    EXPECT_EQ(ask(print), "      0.00 g  \r\n");
+    EXPECT_EQ(Ask(Esc("U") + Esc("S")), "");
+    EXPECT_EQ(instrument_->Balance().TareWeight(), 0);
+    EXPECT_EQ(Ask(kPrint), "      0.00 g  \r\n");
     have(5, {"series=cubis2"});
-    EXPECT_EQ(ask(esc("S") + print), "+     5.00 g  \r\n");
+    EXPECT_EQ(Ask(Esc("S") + kPrint), "+     5.00 g  \r\n");
 }
 
 // Measurements at an MSE: p_; Entris II note p. 4 and Combics p. 103: kP_.
 TEST_F(Sartorius, Prints_on_every_interface_with_the_command_of_its_series) {
     have(5, {"series=mse"});
-    EXPECT_EQ(ask(esc("p_") + esc("kP_")), "+     5.00 g  \r\n");
+    EXPECT_EQ(Ask(Esc("p_") + Esc("kP_")), "+     5.00 g  \r\n");
     have(5, {"series=entris2"});
-    EXPECT_EQ(ask(esc("kP_") + esc("p_")), "+     5.00 g  \r\n");
+    EXPECT_EQ(Ask(Esc("kP_") + Esc("p_")), "+     5.00 g  \r\n");
 }
 
 // CP p. 59: with automatic print on, ESC P is the print key that stops and starts it.
 TEST_F(Sartorius, ESC_P_stops_and_starts_what_a_CP_prints_unasked) {
     have(1, {"series=cp", "auto-print"});
-    answersUntil(0ms);
-    EXPECT_EQ(ask(print, 50ms), "");
-    EXPECT_EQ(answersUntil(1s), "");
-    EXPECT_EQ(ask(print, 1s), "+     1.00 g  \r\n");
-    EXPECT_EQ(answersUntil(1200ms), "+     1.00 g  \r\n+     1.00 g  \r\n");
-    EXPECT_EQ(ask(esc("x2_"), 1250ms), "37454321      \r\n");
+    AnswersUntil(0ms);
+    EXPECT_EQ(Ask(kPrint, 50ms), "");
+    EXPECT_EQ(AnswersUntil(1s), "");
+    EXPECT_EQ(Ask(kPrint, 1s), "+     1.00 g  \r\n");
+    EXPECT_EQ(AnswersUntil(1200ms), "+     1.00 g  \r\n+     1.00 g  \r\n");
+    EXPECT_EQ(Ask(Esc("x2_"), 1250ms), "37454321      \r\n");
 }
 
 // Measured at an MSE: one line, then nothing until T, V or a key; V sends a line of its own.
 TEST_F(Sartorius, ESC_P_ends_what_an_MSE_prints_unasked_until_it_is_tared_or_zeroed) {
     have(100, {"series=mse", "auto-print", "line=22"});
-    answersUntil(0ms);
-    EXPECT_EQ(ask(print, 50ms), "N     +   100.00 g  \r\n");
-    EXPECT_EQ(answersUntil(1s), "");
-    EXPECT_EQ(ask(esc("T"), 1s), "N           0.00 g  \r\n");
-    EXPECT_EQ(answersUntil(1100ms), "N           0.00 g  \r\n");
+    AnswersUntil(0ms);
+    EXPECT_EQ(Ask(kPrint, 50ms), "N     +   100.00 g  \r\n");
+    EXPECT_EQ(AnswersUntil(1s), "");
+    EXPECT_EQ(Ask(Esc("T"), 1s), "N           0.00 g  \r\n");
+    EXPECT_EQ(AnswersUntil(1100ms), "N           0.00 g  \r\n");
     have(5, {"series=mse", "auto-print", "line=22"});
-    answersUntil(0ms);
-    EXPECT_EQ(ask(esc("V"), 50ms), "Stat                \r\nN           0.00 g  \r\n");
-    EXPECT_EQ(ask(print, 60ms), "N           0.00 g  \r\n");
-    instrument_->press(simulator::Key::print);
-    EXPECT_EQ(answersUntil(160ms), "N           0.00 g  \r\nN           0.00 g  \r\n");
+    AnswersUntil(0ms);
+    EXPECT_EQ(Ask(Esc("V"), 50ms), "Stat                \r\nN           0.00 g  \r\n");
+    EXPECT_EQ(Ask(kPrint, 60ms), "N           0.00 g  \r\n");
+    instrument_->Press(simulator::Key::Print);
+    EXPECT_EQ(AnswersUntil(160ms), "N           0.00 g  \r\nN           0.00 g  \r\n");
 }
 
 TEST_F(Sartorius, In_the_LA_series_ESC_P_prints_between_what_comes_unasked) {
     have(1, {"auto-print"});
-    answersUntil(0ms);
-    EXPECT_EQ(ask(print, 50ms), "+     1.00 g  \r\n");
-    EXPECT_EQ(answersUntil(100ms), "+     1.00 g  \r\n");
+    AnswersUntil(0ms);
+    EXPECT_EQ(Ask(kPrint, 50ms), "+     1.00 g  \r\n");
+    EXPECT_EQ(AnswersUntil(100ms), "+     1.00 g  \r\n");
 }
 
 // Read from a Cubis II MCA5201S: gross is G, zero has no sign, a moving value comes at once.
 TEST_F(Sartorius, A_Cubis_II_does_not_wait_and_calls_gross_G) {
     have(0, {"series=cubis2", "line=22"});
-    EXPECT_EQ(ask(print), "G           0.00 g  \r\n");
-    putOn(50);
-    EXPECT_EQ(ask(print, 100ms), "G     +    24.33    \r\n");
-    EXPECT_EQ(ask(esc("T") + print, 5s), "N           0.00 g  \r\n");
+    EXPECT_EQ(Ask(kPrint), "G           0.00 g  \r\n");
+    PutOn(50);
+    EXPECT_EQ(Ask(kPrint, 100ms), "G     +    24.33    \r\n");
+    EXPECT_EQ(Ask(Esc("T") + kPrint, 5s), "N           0.00 g  \r\n");
 }
 
 // Read from a Quintix: a blank line behind what was printed.
 TEST_F(Sartorius, A_Quintix_ends_a_print_with_a_blank_line) {
     have(5, {"series=quintix"});
-    EXPECT_EQ(ask(print), "+     5.00 g  \r\n\r\n");
+    EXPECT_EQ(Ask(kPrint), "+     5.00 g  \r\n\r\n");
 }
 
 // Extend p. 47, Entris II note p. 4: ESC may be left out.
 TEST_F(Sartorius, An_Extend_takes_commands_without_ESC) {
     have(1, {"series=extend"});
-    EXPECT_EQ(ask("P\r\nx2_\r\n\x1bP\r\n"),
+    EXPECT_EQ(Ask("P\r\nx2_\r\n\x1bP\r\n"),
               "+     1.00 g  \r\n37454321      \r\n+     1.00 g  \r\n");
 }
 
 // Combics p. 103: Qnt is a count of pieces.
 TEST_F(Sartorius, Pieces_are_counted_in_whole_ones) {
     have(12.4, {"unit=PCS", "line=22"});
-    EXPECT_EQ(ask(print), "Qnt   +       12 pcs\r\n");
+    EXPECT_EQ(Ask(kPrint), "Qnt   +       12 pcs\r\n");
     have(12.4, {"unit=PCS"});
-    EXPECT_EQ(ask(print), "+       12 pcs\r\n");
+    EXPECT_EQ(Ask(kPrint), "+       12 pcs\r\n");
 }
 
 }  // namespace

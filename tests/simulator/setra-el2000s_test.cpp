@@ -14,13 +14,13 @@ namespace {
 /// the XL-1800 is tested there.
 class SetraEl2000s : public testing::Test {
  protected:
-    void have(double load, const std::vector<std::string>& switches = {}) {
-        instrument_ = std::make_unique<Instrument>(simulator::setraEl2000s(), switches);
-        instrument_->balance().startWithLoad(load);
+    void Have(double load, const std::vector<std::string>& switches = {}) {
+        instrument_ = std::make_unique<Instrument>(simulator::SetraEl2000sEntry(), switches);
+        instrument_->Balance().StartWithLoad(load);
     }
-    std::string ask(const std::string& bytes, Time at = 0ms) {
-        instrument_->receive(bytes, at);
-        return instrument_->takeOutput();
+    std::string Ask(const std::string& bytes, Time at = 0ms) {
+        instrument_->Receive(bytes, at);
+        return instrument_->TakeOutput();
     }
 
     std::unique_ptr<Instrument> instrument_;
@@ -29,37 +29,37 @@ class SetraEl2000s : public testing::Test {
 }  // namespace
 
 TEST_F(SetraEl2000s, A_single_character_is_answered_with_a_marked_line) {
-    have(12.34);
-    EXPECT_EQ(ask("#"), "1+    12.34 g\r\n");
-    have(-12.34);
-    EXPECT_EQ(ask("##"), "1-    12.34 g\r\n1-    12.34 g\r\n");
+    Have(12.34);
+    EXPECT_EQ(Ask("#"), "1+    12.34 g\r\n");
+    Have(-12.34);
+    EXPECT_EQ(Ask("##"), "1-    12.34 g\r\n1-    12.34 g\r\n");
 }
 
 TEST_F(SetraEl2000s, A_moving_pan_is_U) {
-    have(0);
-    instrument_->balance().setLoad(-50);
-    EXPECT_EQ(ask("#", 100ms), "U-    24.33 g\r\n");
+    Have(0);
+    instrument_->Balance().SetLoad(-50);
+    EXPECT_EQ(Ask("#", 100ms), "U-    24.33 g\r\n");
 }
 
 TEST_F(SetraEl2000s, T_tares_without_an_answer) {
-    have(12.34);
-    EXPECT_EQ(ask("T#"), "1+     0.00 g\r\n");
+    Have(12.34);
+    EXPECT_EQ(Ask("T#"), "1+     0.00 g\r\n");
 }
 
 TEST_F(SetraEl2000s, The_EL_410S_tares_with_another_command) {
-    have(12.34, {"tare-command=$t"});
-    EXPECT_EQ(ask("T#"), "1+    12.34 g\r\n");
-    EXPECT_EQ(ask("$t#"), "1+     0.00 g\r\n");
+    Have(12.34, {"tare-command=$t"});
+    EXPECT_EQ(Ask("T#"), "1+    12.34 g\r\n");
+    EXPECT_EQ(Ask("$t#"), "1+     0.00 g\r\n");
 }
 
 TEST_F(SetraEl2000s, The_L_series_line_ends_in_mode_unit_and_a_character) {
-    have(12.34, {"form=l-series"});
-    EXPECT_EQ(ask("#"), "+  12.34 NG \r\n");
+    Have(12.34, {"form=l-series"});
+    EXPECT_EQ(Ask("#"), "+  12.34 NG \r\n");
 }
 
 TEST_F(SetraEl2000s, Letters_take_the_place_of_a_number_out_of_range) {
-    have(3000);
-    EXPECT_EQ(ask("#"), "1+      HHH g\r\n");
-    have(-300);
-    EXPECT_EQ(ask("#"), "1-      LLL g\r\n");
+    Have(3000);
+    EXPECT_EQ(Ask("#"), "1+      HHH g\r\n");
+    Have(-300);
+    EXPECT_EQ(Ask("#"), "1-      LLL g\r\n");
 }

@@ -27,17 +27,17 @@ class Flooding : public simulator::Dialect {
     explicit Flooding(simulator::BalanceModel& balance) : Dialect(balance, "\r\n") {}
 
  protected:
-    void unknown(const std::string& /*command*/) override { say(std::string(2000, '1')); }
-    void printKey() override {}
+    void Unknown(const std::string& /*command*/) override { Say(std::string(2000, '1')); }
+    void PrintKey() override {}
 };
 
 TEST(Bench, Doctor_and_weigh_say_that_more_came_than_an_answer_can_hold) {
-    simulator::CatalogEntry flooding = simulator::findInstrument("mettler-toledo");
+    simulator::CatalogEntry flooding = simulator::FindInstrument("mettler-toledo");
     flooding.createDialect = [](simulator::BalanceModel& balance, const simulator::Switches&) {
         return std::make_unique<Flooding>(balance);
     };
     VirtualBench bench;
-    bench.place(flooding, Options().on("/dev/ttyUSB0"));
+    bench.Place(flooding, Options().On("/dev/ttyUSB0"));
     constexpr char said[] =
         "/dev/ttyUSB0: more came than an answer can hold, and the library gave up; switch the "
         "balance's continuous output off. It said: libwbalance: a trace line does not fit its "
@@ -55,9 +55,9 @@ TEST(Bench, Doctor_and_weigh_say_that_more_came_than_an_answer_can_hold) {
 
 TEST(Bench, The_readings_of_several_balances_never_mix) {
     VirtualBench bench;
-    bench.place("mettler-toledo", Options().on("/dev/ttyS0").withLoad(11.11));
-    bench.place("mettler-xs", Options().on("/dev/ttyUSB0").withLoad(22.22));
-    bench.place("radwag", Options().on("/dev/ttyUSB1").withLoad(33.33));
+    bench.Place("mettler-toledo", Options().On("/dev/ttyS0").WithLoad(11.11));
+    bench.Place("mettler-xs", Options().On("/dev/ttyUSB0").WithLoad(22.22));
+    bench.Place("radwag", Options().On("/dev/ttyUSB1").WithLoad(33.33));
 
     const Ran ran = Wbalance(
         "monitor mettler-toledo@0 mettler-xs@ttyUSB0 radwag@ttyUSB1 -n 5 -i 0 "
@@ -82,12 +82,12 @@ TEST(Bench, The_readings_of_several_balances_never_mix) {
 
 TEST(Bench, Monitor_says_of_an_adapter_that_has_gone_what_leads_to_it_again) {
     VirtualBench bench;
-    auto& balance = bench.place("mettler-toledo", Options().on("/dev/ttyUSB0"));
-    balance.addFault("silent");
+    auto& balance = bench.Place("mettler-toledo", Options().On("/dev/ttyUSB0"));
+    balance.AddFault("silent");
     std::thread hand([&balance] {
-        while (balance.sentByHost().empty())
+        while (balance.SentByHost().empty())
             std::this_thread::sleep_for(std::chrono::milliseconds(10));
-        balance.unplug();
+        balance.Unplug();
     });
     const TemporaryFile log;
     const Ran ran = RunShell(WBALANCE " monitor mettler-toledo@ttyUSB0 -t 20 --json --log " +
@@ -106,15 +106,15 @@ bool IsLocked() {
 
 TEST(Bench, No_lock_file_is_left_behind_by_a_weighing) {
     VirtualBench bench;
-    bench.place("mettler-toledo", Options().on("/dev/ttyS0").withLoad(10));
+    bench.Place("mettler-toledo", Options().On("/dev/ttyS0").WithLoad(10));
     EXPECT_EQ(Wbalance("weigh -d mettler-toledo -t 0").output, "10.00 g\n");
     EXPECT_FALSE(IsLocked());
 }
 
 TEST(Bench, No_lock_file_is_left_behind_by_a_weighing_that_is_interrupted) {
     VirtualBench bench;
-    auto& balance = bench.place("mettler-toledo", Options().on("/dev/ttyS0"));
-    balance.addFault("silent");
+    auto& balance = bench.Place("mettler-toledo", Options().On("/dev/ttyS0"));
+    balance.AddFault("silent");
     bool wasLocked = false;
     std::thread look([&wasLocked] {
         for (int i = 0; i < 300 && !wasLocked; ++i) {
@@ -133,7 +133,7 @@ TEST(Bench, No_lock_file_is_left_behind_by_a_weighing_that_is_interrupted) {
 
 TEST(Bench, A_monitor_that_shall_outlive_its_terminal_does) {
     VirtualBench bench;
-    bench.place("mettler-toledo", Options().on("/dev/ttyS0").withLoad(10));
+    bench.Place("mettler-toledo", Options().On("/dev/ttyS0").WithLoad(10));
     const TemporaryFile lines;
     // As nohup starts a program; the signal comes when there have been readings.
     const Ran ran = RunShell(
@@ -146,9 +146,9 @@ TEST(Bench, A_monitor_that_shall_outlive_its_terminal_does) {
 
 TEST(Bench, A_balance_that_has_fallen_silent_does_not_give_its_old_weight) {
     VirtualBench bench;
-    auto& balance = bench.place("mettler-toledo", Options().on("/dev/ttyS0").withLoad(10));
+    auto& balance = bench.Place("mettler-toledo", Options().On("/dev/ttyS0").WithLoad(10));
     EXPECT_EQ(Wbalance("weigh -d mettler-toledo -t 0").output, "10.00 g\n");
-    balance.addFault("silent");
+    balance.AddFault("silent");
     EXPECT_EQ(Wbalance("weigh -d mettler-toledo -t 0").output, "");
 }
 

@@ -154,18 +154,18 @@ std::string PortOf(std::size_t index) {
 simulator::ConnectedInstrument& Place(VirtualBench& bench, std::size_t index) {
     const Case& one = kCases[index];
     Options options;
-    options.on(PortOf(index)).withLoad(LoadOf(one.pan));
-    if (one.pan == Pan::Moving) options.withFault("busy");
-    if (!one.with.empty()) options.with(one.with);
-    return bench.place(one.driver, options);
+    options.On(PortOf(index)).WithLoad(LoadOf(one.pan));
+    if (one.pan == Pan::Moving) options.WithFault("busy");
+    if (!one.with.empty()) options.With(one.with);
+    return bench.Place(one.driver, options);
 }
 
 Performed Perform(simulator::ConnectedInstrument& instrument, std::size_t index) {
     Performed performed;
     performed.ran =
         Wbalance(kCases[index].operation + " -d " + kCases[index].driver + " -p " + PortOf(index));
-    instrument.withBalance(
-        [&performed](simulator::BalanceModel& balance) { performed.shows = balance.read().value; });
+    instrument.WithBalance(
+        [&performed](simulator::BalanceModel& balance) { performed.shows = balance.Read().value; });
     return performed;
 }
 

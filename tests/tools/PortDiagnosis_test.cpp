@@ -33,7 +33,7 @@ bool IsRoot() {
 class PortDiagnosis : public testing::Test {
  protected:
     void OnLine(const std::function<void(VirtualLine&)>& work) {
-        balance_.withLine(
+        balance_.WithLine(
             [&work](simulator::HostLine& line) { work(dynamic_cast<VirtualLine&>(line)); });
     }
 
@@ -56,7 +56,7 @@ class PortDiagnosis : public testing::Test {
 
     VirtualBench bench_;
     simulator::ConnectedInstrument& balance_ =
-        bench_.place("mettler-toledo", Options().on("/dev/ttyUSB0").withLoad(3));
+        bench_.Place("mettler-toledo", Options().On("/dev/ttyUSB0").WithLoad(3));
 };
 
 /// Nothing keeps root out. So for root `nobody` meets the node, with the right to read this build
@@ -69,8 +69,8 @@ class ForbiddenPort : public PortDiagnosis {
     void ExpectForbidden(const VirtualLine::Node& node, const std::string& why,
                          const std::string& as) {
         OnLine([&node](VirtualLine& line) {
-            line.setNode(node);
-            line.refuseOpen(EACCES);
+            line.SetNode(node);
+            line.RefuseOpen(EACCES);
         });
         ExpectSaid(
             ": permission denied; " + why, [] {}, as);
@@ -178,50 +178,50 @@ TEST_F(ForbiddenPort, Root_is_led_to_the_container_or_policy) {
 }
 
 TEST_F(PortDiagnosis, A_claim_by_nobody_who_can_be_seen_is_another_users) {
-    OnLine([](VirtualLine& line) { line.refuseOpen(EBUSY); });
+    OnLine([](VirtualLine& line) { line.RefuseOpen(EBUSY); });
     ExpectSaid(
         ": the port is in use; another user's program holds it: see sudo fuser -v /dev/ttyUSB0");
 }
 
 TEST_F(PortDiagnosis, A_node_without_a_device_is_said_to_have_none) {
-    OnLine([](VirtualLine& line) { line.refuseOpen(ENODEV); });
+    OnLine([](VirtualLine& line) { line.RefuseOpen(ENODEV); });
     ExpectSaid(
         ": the node is there but no device is behind it (No such device); plug the adapter in "
         "again");
 }
 
 TEST_F(PortDiagnosis, A_node_that_opens_but_is_no_terminal_has_no_port) {
-    OnLine([](VirtualLine& line) { line.takePortAway(); });
+    OnLine([](VirtualLine& line) { line.TakePortAway(); });
     ExpectSaid(": no serial port is behind it; `wbalance ports` lists those that are there");
 }
 
 TEST_F(PortDiagnosis, Any_other_refusal_is_told_in_the_systems_words) {
-    OnLine([](VirtualLine& line) { line.refuseOpen(EISDIR); });
+    OnLine([](VirtualLine& line) { line.RefuseOpen(EISDIR); });
     ExpectSaid(": Is a directory");
 }
 
 TEST_F(PortDiagnosis, A_refusal_that_has_passed_asks_for_another_try) {
     ExpectSaid(": the port could not be opened a moment ago but can be now; try again",
-               [this] { OnLine([](VirtualLine& line) { line.refuseNextOpen(EBUSY); }); });
+               [this] { OnLine([](VirtualLine& line) { line.RefuseNextOpen(EBUSY); }); });
 }
 
 TEST_F(PortDiagnosis, A_lock_file_that_cannot_be_taken_away_is_named) {
     // As little to be taken away by the library as another user's file is, also for root.
-    std::filesystem::create_directory(bench_.directory() / "LCK..ttyUSB0");
+    std::filesystem::create_directory(bench_.Directory() / "LCK..ttyUSB0");
     ExpectSaid(
         ": the lock file of a program that has ended keeps the port closed: sudo rm "
         "/var/lock/LCK..ttyUSB0");
 }
 
 TEST_F(PortDiagnosis, An_adapter_that_cannot_do_the_settings_is_said_to_refuse_them) {
-    OnLine([](VirtualLine& line) { line.refuseSpeed(B2400); });
+    OnLine([](VirtualLine& line) { line.RefuseSpeed(B2400); });
     ExpectSaid(
         ": the port refuses the line settings 2400,7E1; choose others with --line, or use another "
         "adapter");
 }
 
 TEST_F(PortDiagnosis, CTS_that_is_off_is_seen_before_anything_is_sent_in_vain) {
-    OnLine([](VirtualLine& line) { line.setInstrumentControlLines(TIOCM_DSR); });
+    OnLine([](VirtualLine& line) { line.SetInstrumentControlLines(TIOCM_DSR); });
     const Ran ran = Wbalance("doctor -d mettler-toledo -p 0 --usb -l 2400,7E1,rtscts");
     EXPECT_THAT(ran.output, EndsWith("control lines  CTS off, DSR on, DCD off\n"
                                      "diagnosis      /dev/ttyUSB0: CTS is off, so nothing can be "
@@ -231,7 +231,7 @@ TEST_F(PortDiagnosis, CTS_that_is_off_is_seen_before_anything_is_sent_in_vain) {
 }
 
 TEST_F(PortDiagnosis, CTS_does_not_matter_where_nothing_waits_for_it) {
-    OnLine([](VirtualLine& line) { line.setInstrumentControlLines(0); });
+    OnLine([](VirtualLine& line) { line.SetInstrumentControlLines(0); });
     const Ran ran = Wbalance("doctor -d mettler-toledo -p 0 --usb -t 0");
     EXPECT_THAT(ran.output, HasSubstr("control lines  CTS off, DSR off, DCD off\n"));
     EXPECT_EQ(ran.exitCode, 0);
@@ -275,7 +275,7 @@ TEST_F(PortDiagnosis, A_program_that_only_has_the_number_in_a_lock_file_is_not_b
 
 TEST_F(PortDiagnosis, A_lock_file_that_is_none_stops_nothing) {
     const std::string ended = RunShell("echo $$").output;
-    const std::string path = (bench_.directory() / "LCK..ttyUSB0").string();
+    const std::string path = (bench_.Directory() / "LCK..ttyUSB0").string();
     const auto examine = [&](const std::string& make) {
         RunShell(make);
         for (const char* command :
@@ -300,8 +300,8 @@ TEST_F(PortDiagnosis, The_lock_of_a_program_that_has_ended_holds_nothing) {
 }
 
 TEST_F(PortDiagnosis, Detect_goes_on_behind_line_settings_that_the_port_refuses_and_names_them) {
-    OnLine([](VirtualLine& line) { line.refuseSpeed(B2400); });
-    balance_.addFault("silent");
+    OnLine([](VirtualLine& line) { line.RefuseSpeed(B2400); });
+    balance_.AddFault("silent");
     const Ran ran = RunShell(WBALANCE " detect -p 0 --usb --json");
     EXPECT_THAT(ran.errors, HasSubstr("\ntrying 9600,8N1\n"));
     EXPECT_THAT(ran.errors, HasSubstr("\nrefused by the port: 2400,7E1"));
@@ -311,7 +311,7 @@ TEST_F(PortDiagnosis, Detect_goes_on_behind_line_settings_that_the_port_refuses_
 }
 
 TEST_F(PortDiagnosis, An_adapter_that_can_do_no_settings_at_all_is_said_to_refuse_them) {
-    OnLine([](VirtualLine& line) { line.refuseEverySpeed(); });
+    OnLine([](VirtualLine& line) { line.RefuseEverySpeed(); });
     const std::string sentence = ": the port refuses all line settings; use another adapter";
     ExpectSaid(sentence);
     const Ran told = Wbalance("detect -p 0 --usb");
@@ -328,7 +328,7 @@ TEST_F(PortDiagnosis, An_adapter_that_can_do_no_settings_at_all_is_said_to_refus
 TEST_F(ForbiddenPort, A_process_that_cannot_be_looked_into_is_named_but_not_blamed) {
     if (!IsRoot()) GTEST_SKIP() << "needs root";
     // As the directory of the locks is: anybody's.
-    RunShell("chmod -R a+rwX " + bench_.directory().string());
+    RunShell("chmod -R a+rwX " + bench_.Directory().string());
     const Ran first = RunShell("cat /proc/1/comm");
     const std::string name = first.output.substr(0, first.output.find('\n'));
     const std::string held = "held by a program that may be " + name +

@@ -11,30 +11,30 @@
 
 namespace {
 
-int carryOut(const std::vector<std::string>& words) {
+int CarryOut(const std::vector<std::string>& words) {
     try {
         if (!words.empty() && words.front() == "control")
-            return control({words.begin() + 1, words.end()});
-        return serve(words);
+            return Control({words.begin() + 1, words.end()});
+        return Serve(words);
     } catch (const arguments::HelpShown&) {
         return EXIT_SUCCESS;
     }
 }
 
 /// A list, a help or a path that got lost is no success.
-void requireWritten() {
+void RequireWritten() {
     if (!std::cout.flush()) throw std::runtime_error("standard output can't be written");
 }
 
 }  // namespace
 
-int runCommandLine(const std::vector<std::string>& words) {
+int RunCommandLine(const std::vector<std::string>& words) {
     try {
-        const int exitCode = carryOut(words);
-        requireWritten();
+        const int exitCode = CarryOut(words);
+        RequireWritten();
         return exitCode;
     } catch (const std::exception& error) {
         std::cerr << "wbalance-sim: " << error.what() << "\n";
-        return ownFailure;
+        return kOwnFailure;
     }
 }

@@ -4,4 +4,4 @@
 #include <vector>
 
 /// Runs wbalance-sim with the words behind its name and returns its exit code.
-int runCommandLine(const std::vector<std::string>& words);
+int RunCommandLine(const std::vector<std::string>& words);

@@ -1,7 +1,7 @@
 #pragma once
 
 /// As with env and timeout: what goes wrong here is not mistaken for the program's own exit code.
-inline constexpr int ownFailure = 125;
+inline constexpr int kOwnFailure = 125;
 
 /// The host has not done what a replayed record says.
-inline constexpr int departedFromRecord = 124;
+inline constexpr int kDepartedFromRecord = 124;

@@ -13,11 +13,11 @@
 
 namespace {
 
-constexpr int cannotRun = 126;
-constexpr int notFound = 127;
-constexpr int endedBySignal = 128;
+constexpr int kCannotRun = 126;
+constexpr int kNotFound = 127;
+constexpr int kEndedBySignal = 128;
 
-sigset_t signalSet(std::initializer_list<int> signals) {
+sigset_t SignalSet(std::initializer_list<int> signals) {
     sigset_t set;
     sigemptyset(&set);
     for (const int signal : signals)
@@ -25,17 +25,17 @@ sigset_t signalSet(std::initializer_list<int> signals) {
     return set;
 }
 
-sigset_t passedOnSignals() {
-    return signalSet({SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGUSR1, SIGUSR2});
+sigset_t PassedOnSignals() {
+    return SignalSet({SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGUSR1, SIGUSR2});
 }
 
-sigset_t heldSignals() {
-    sigset_t held = passedOnSignals();
+sigset_t SetOfHeldSignals() {
+    sigset_t held = PassedOnSignals();
     sigaddset(&held, SIGCHLD);
     return held;
 }
 
-std::string virtualLineObject() {
+std::string VirtualLineObject() {
     const auto here = std::filesystem::read_symlink("/proc/self/exe").parent_path();
     for (const char* libraries : {WBALANCE_INSTALLED_LIBRARIES, WBALANCE_BUILT_LIBRARIES}) {
         const auto object = here / libraries / WBALANCE_VIRTUAL_LINE_OBJECT;
@@ -46,7 +46,7 @@ std::string virtualLineObject() {
                              "beside libwbalance.so");
 }
 
-void preload(const std::string& object) {
+void Preload(const std::string& object) {
     if (object.find_first_of(" :") != std::string::npos)
         throw std::runtime_error("the loader cannot preload " + object +
                                  ": move it to a path without blanks and colons");
@@ -55,14 +55,14 @@ void preload(const std::string& object) {
     ::setenv("LD_PRELOAD", all.c_str(), 1);
 }
 
-int spawn(const std::vector<std::string>& command, int* process) {
+int Spawn(const std::vector<std::string>& command, int* process) {
     std::vector<char*> words;
     for (const auto& word : command)
         words.push_back(const_cast<char*>(word.c_str()));
     words.push_back(nullptr);
     posix_spawnattr_t attributes;
     ::posix_spawnattr_init(&attributes);
-    const sigset_t none = signalSet({});
+    const sigset_t none = SignalSet({});
     ::posix_spawnattr_setsigmask(&attributes, &none);
     ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK);
     const int error =
@@ -76,24 +76,24 @@ int spawn(const std::vector<std::string>& command, int* process) {
 HostProgram::HostProgram(const std::vector<std::string>& command) : name_(command.front()) {
     const char* before = ::getenv("LD_PRELOAD");
     const std::string kept = before ? before : "";
-    preload(virtualLineObject());
-    startError_ = spawn(command, &process_);
+    Preload(VirtualLineObject());
+    startError_ = Spawn(command, &process_);
     before ? ::setenv("LD_PRELOAD", kept.c_str(), 1) : ::unsetenv("LD_PRELOAD");
 }
 
-int HostProgram::exitCode() {
+int HostProgram::ExitCode() {
     if (startError_ != 0) {
         std::cerr << "wbalance-sim: cannot run " << name_ << ": " << ::strerror(startError_)
                   << "\n";
-        return startError_ == ENOENT ? notFound : cannotRun;
+        return startError_ == ENOENT ? kNotFound : kCannotRun;
     }
-    const sigset_t awaited = heldSignals();
+    const sigset_t awaited = SetOfHeldSignals();
     for (;;) {
         siginfo_t received = {};
         const int signal = ::sigwaitinfo(&awaited, &received);
         int status = 0;
         if (::waitpid(process_, &status, WNOHANG) == process_)
-            return WIFEXITED(status) ? WEXITSTATUS(status) : endedBySignal + WTERMSIG(status);
+            return WIFEXITED(status) ? WEXITSTATUS(status) : kEndedBySignal + WTERMSIG(status);
         // The terminal's Ctrl-C reaches the program by itself; that a terminal was closed is said
         // to the leader of its session only.
         const bool fromKeyboard = received.si_code == SI_KERNEL && signal != SIGHUP;
@@ -101,20 +101,20 @@ int HostProgram::exitCode() {
     }
 }
 
-void HostProgram::holdSignals() {
-    const sigset_t held = heldSignals();
+void HostProgram::HoldSignals() {
+    const sigset_t held = SetOfHeldSignals();
     ::sigprocmask(SIG_BLOCK, &held, nullptr);
 }
 
-void HostProgram::releaseSignals() {
-    const sigset_t held = heldSignals();
+void HostProgram::ReleaseSignals() {
+    const sigset_t held = SetOfHeldSignals();
     const timespec atOnce = {};
     while (::sigtimedwait(&held, nullptr, &atOnce) > 0) {  // came before
     }
     ::sigprocmask(SIG_UNBLOCK, &held, nullptr);
 }
 
-void HostProgram::waitForEndingSignal() {
-    const sigset_t ending = signalSet({SIGHUP, SIGINT, SIGQUIT, SIGTERM});
+void HostProgram::WaitForEndingSignal() {
+    const sigset_t ending = SignalSet({SIGHUP, SIGINT, SIGQUIT, SIGTERM});
     ::sigwaitinfo(&ending, nullptr);
 }

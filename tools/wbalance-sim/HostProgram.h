@@ -15,15 +15,15 @@ class HostProgram {
     /// Waits for the end of the program and passes on the signals that reach this process: its own
     /// exit code, or 128 and the number of the signal that ended it; 127 when there is no such
     /// program, 126 when it cannot be run.
-    int exitCode();
+    int ExitCode();
 
     /// Holds back the signals that are to be passed on or waited for. Call before any thread is
     /// started.
-    static void holdSignals();
+    static void HoldSignals();
     /// Lets those that come from now on end this process.
-    static void releaseSignals();
+    static void ReleaseSignals();
     /// Waits until somebody wants this process to end.
-    static void waitForEndingSignal();
+    static void WaitForEndingSignal();
 
  private:
     int process_ = -1;

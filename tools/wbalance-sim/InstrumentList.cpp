@@ -8,13 +8,13 @@
 
 namespace {
 
-constexpr int nameWidth = 30;
+constexpr int kNameWidth = 30;
 
-void writeRow(std::ostream& out, const std::string& name, const std::string& sentence) {
-    out << "  " << std::left << std::setw(nameWidth) << name << " " << sentence << "\n";
+void WriteRow(std::ostream& out, const std::string& name, const std::string& sentence) {
+    out << "  " << std::left << std::setw(kNameWidth) << name << " " << sentence << "\n";
 }
 
-std::string choices(const simulator::SwitchDescription& each) {
+std::string Choices(const simulator::SwitchDescription& each) {
     if (each.allowed.empty())
         return each.name + "=" + (each.initial.empty() ? "..." : each.initial);
     std::string text = each.name + "=";
@@ -23,26 +23,26 @@ std::string choices(const simulator::SwitchDescription& each) {
     return text;
 }
 
-void writeSwitches(std::ostream& out, const std::vector<simulator::SwitchDescription>& switches) {
+void WriteSwitches(std::ostream& out, const std::vector<simulator::SwitchDescription>& switches) {
     for (const auto& each : switches) {
         const bool told = each.allowed.empty();
-        writeRow(out, choices(each), each.sentence + (told ? "" : " (" + each.initial + ")"));
+        WriteRow(out, Choices(each), each.sentence + (told ? "" : " (" + each.initial + ")"));
     }
 }
 
 }  // namespace
 
-void writeInstruments(std::ostream& out) {
-    for (const auto& entry : simulator::catalog()) {
-        out << entry.name << ": " << entry.maker << ", " << entry.model << "; " << entry.line.text()
+void WriteInstruments(std::ostream& out) {
+    for (const auto& entry : simulator::Catalog()) {
+        out << entry.name << ": " << entry.maker << ", " << entry.model << "; " << entry.line.Text()
             << "; " << entry.driverClass << "\n";
-        writeSwitches(out, entry.switches);
+        WriteSwitches(out, entry.switches);
         out << "\n";
     }
     out << "Switches of every instrument (--with NAME=VALUE):\n";
-    writeSwitches(out, simulator::balanceSwitches());
+    WriteSwitches(out, simulator::BalanceSwitches());
     out << "\nFaults of every instrument (--fault NAME[=VALUE][@START[+DURATION]]):\n";
-    for (const auto& fault : simulator::faults())
-        writeRow(out, fault.name + (fault.initial.empty() ? "" : "=" + fault.initial),
+    for (const auto& fault : simulator::Faults())
+        WriteRow(out, fault.name + (fault.initial.empty() ? "" : "=" + fault.initial),
                  fault.sentence);
 }

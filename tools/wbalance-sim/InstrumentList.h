@@ -3,4 +3,4 @@
 #include <ostream>
 
 /// Writes every instrument with its settings and switches, and every fault.
-void writeInstruments(std::ostream& out);
+void WriteInstruments(std::ostream& out);

@@ -2,7 +2,7 @@
 
 #include <stdexcept>
 
-void Placement::addTo(arguments::Command command) {
+void Placement::AddTo(arguments::Command command) {
     command.AddOption("--port", port_, "Number of the port").TypeName("N").Range(0, 99999);
     command.AddFlag("--usb", usb_, "/dev/ttyUSB<N> instead of /dev/ttyS<N>");
     command.AddOption("--line", line_, "The instrument's line settings, such as 2400,7E1")
@@ -23,21 +23,21 @@ void Placement::addTo(arguments::Command command) {
         .TypeName("[=PORT]");
 }
 
-simulator::Options Placement::setUp() const {
+simulator::Options Placement::SetUp() const {
     simulator::Options options;
     const bool isNamed = port_ || usb_;
-    options.on(isNamed ? (usb_ ? "/dev/ttyUSB" : "/dev/ttyS") + std::to_string(port_.value_or(0))
-                       : usualDevice());
+    options.On(isNamed ? (usb_ ? "/dev/ttyUSB" : "/dev/ttyS") + std::to_string(port_.value_or(0))
+                       : UsualDevice());
     for (const auto& fault : faults_)
-        options.withFault(fault);
+        options.WithFault(fault);
     for (const auto& script : scripts_)
-        options.withScript(script);
-    if (!line_.empty()) options.at(line_);
-    if (!pace_.empty()) options.withPacing(pace_);
+        options.WithScript(script);
+    if (!line_.empty()) options.At(line_);
+    if (!pace_.empty()) options.WithPacing(pace_);
     return options;
 }
 
-void CatalogPlacement::addTo(arguments::Command command) {
+void CatalogPlacement::AddTo(arguments::Command command) {
     command.AddOption("INSTRUMENT", name_, "Name of the instrument, see --list");
     command.AddOption("--load", loads_, "Load in grams; again with @TIME for later loads")
         .TypeName("GRAMS[@TIME]")
@@ -45,18 +45,18 @@ void CatalogPlacement::addTo(arguments::Command command) {
     command.AddOption("--with", switches_, "Set a switch of the instrument")
         .TypeName("NAME[=VALUE]")
         .OneValueEach();
-    Placement::addTo(command);
+    Placement::AddTo(command);
 }
 
-simulator::CatalogEntry CatalogPlacement::entry() const {
+simulator::CatalogEntry CatalogPlacement::Entry() const {
     if (name_.empty()) throw std::invalid_argument("which instrument? See wbalance-sim --list");
-    return simulator::findInstrument(name_);
+    return simulator::FindInstrument(name_);
 }
 
-simulator::Options CatalogPlacement::setUp() const {
-    simulator::Options options = Placement::setUp();
+simulator::Options CatalogPlacement::SetUp() const {
+    simulator::Options options = Placement::SetUp();
     for (const auto& load : loads_)
-        options.loads.push_back(simulator::LoadStep::parse(load));
+        options.loads.push_back(simulator::LoadStep::Parse(load));
     options.switches = switches_;
     return options;
 }

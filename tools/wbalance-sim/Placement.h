@@ -17,21 +17,21 @@ class Placement {
     Placement& operator=(const Placement&) = delete;
 
     /// Declares the options on a command, to be filled by its parsing.
-    virtual void addTo(arguments::Command command);
+    virtual void AddTo(arguments::Command command);
 
     /// The instrument that is meant. Throws std::exception when there is none.
-    virtual simulator::CatalogEntry entry() const = 0;
+    virtual simulator::CatalogEntry Entry() const = 0;
 
     /// How it is to be set up. Throws std::invalid_argument or std::runtime_error for what does
     /// not exist, is not allowed or can't be read.
-    virtual simulator::Options setUp() const;
+    virtual simulator::Options SetUp() const;
 
     /// Called when the bench has gone; whether everything went as this instrument expects.
-    virtual bool conclude() { return true; }
+    virtual bool Conclude() { return true; }
 
  protected:
     /// The device when the command line names none.
-    virtual std::string usualDevice() const { return "/dev/ttyS0"; }
+    virtual std::string UsualDevice() const { return "/dev/ttyS0"; }
 
  private:
     std::vector<std::string> faults_;
@@ -45,9 +45,9 @@ class Placement {
 /// An instrument of the catalog.
 class CatalogPlacement final : public Placement {
  public:
-    void addTo(arguments::Command command) override;
-    simulator::CatalogEntry entry() const override;
-    simulator::Options setUp() const override;
+    void AddTo(arguments::Command command) override;
+    simulator::CatalogEntry Entry() const override;
+    simulator::Options SetUp() const override;
 
  private:
     std::string name_;

@@ -16,9 +16,9 @@ using simulator::LineEvent;
 
 namespace {
 
-constexpr std::size_t mostWaitingBytes = 1024 * 1024;
+constexpr std::size_t kMostWaitingBytes = 1024 * 1024;
 
-std::string quoted(const std::string& bytes) {
+std::string Quoted(const std::string& bytes) {
     std::string text = "\"";
     for (const char byte : bytes) {
         char code[5];
@@ -35,30 +35,30 @@ std::string quoted(const std::string& bytes) {
     return text + "\"";
 }
 
-std::string described(const LineEvent& event) {
+std::string Described(const LineEvent& event) {
     switch (event.kind) {
-        case LineEvent::Kind::fromHost:
-            return "> " + quoted(event.bytes) + " " + event.settings.text();
-        case LineEvent::Kind::fromInstrument:
-            return "< " + quoted(event.bytes);
-        case LineEvent::Kind::lost:
-            return "x " + quoted(event.bytes) + " lost, the port is closed";
-        case LineEvent::Kind::overflow:
-            return "x " + quoted(event.bytes) + " lost, the line is full";
-        case LineEvent::Kind::unplugged:
+        case LineEvent::Kind::FromHost:
+            return "> " + Quoted(event.bytes) + " " + event.settings.Text();
+        case LineEvent::Kind::FromInstrument:
+            return "< " + Quoted(event.bytes);
+        case LineEvent::Kind::Lost:
+            return "x " + Quoted(event.bytes) + " lost, the port is closed";
+        case LineEvent::Kind::Overflow:
+            return "x " + Quoted(event.bytes) + " lost, the line is full";
+        case LineEvent::Kind::Unplugged:
             return "- " + event.bytes + " unplugged";
-        case LineEvent::Kind::pluggedIn:
+        case LineEvent::Kind::PluggedIn:
             return "+ " + event.bytes + " plugged in";
-        case LineEvent::Kind::otherSettings:
-            return "! the host speaks at " + event.settings.text() +
+        case LineEvent::Kind::OtherSettings:
+            return "! the host speaks at " + event.settings.Text() +
                    ", the instrument listens at " + event.bytes;
-        case LineEvent::Kind::trouble:
+        case LineEvent::Kind::Trouble:
             return "! " + event.bytes;
     }
     return {};
 }
 
-int opened(const std::string& file) {
+int Opened(const std::string& file) {
     if (file == "-") return STDERR_FILENO;
     // At its end wherever that is: the file may be emptied or shortened by others.
     const int descriptor =
@@ -71,13 +71,13 @@ int opened(const std::string& file) {
 }  // namespace
 
 WireLog::WireLog(const std::string& file, bool ofSeveral)
-    : path_(file), descriptor_(opened(file)), namesDevices_(ofSeveral) {
+    : path_(file), descriptor_(Opened(file)), namesDevices_(ofSeveral) {
     const simulator::HeldSignals held;
-    writer_ = std::thread([this] { writeUntilStopped(); });
+    writer_ = std::thread([this] { WriteUntilStopped(); });
 }
 
 WireLog::~WireLog() {
-    waitUntilWritten();
+    WaitUntilWritten();
     {
         const std::lock_guard<std::mutex> lock(mutex_);
         stopping_ = true;
@@ -87,27 +87,27 @@ WireLog::~WireLog() {
     if (descriptor_ != STDERR_FILENO) ::close(descriptor_);
 }
 
-void WireLog::waitUntilWritten() {
+void WireLog::WaitUntilWritten() {
     std::unique_lock<std::mutex> lock(mutex_);
     if (withoutRoom_ > 0) waiting_.push_back({"", std::exchange(withoutRoom_, 0)});
     changed_.notify_all();
     changed_.wait(lock, [this] { return waiting_.empty(); });
 }
 
-void WireLog::requireWhole() {
-    waitUntilWritten();
+void WireLog::RequireWhole() {
+    WaitUntilWritten();
     if (allMissing_ > 0)
         throw std::runtime_error("the log " + path_ + " is not whole: " +
                                  std::to_string(allMissing_) + " events could not be written");
 }
 
-void WireLog::write(const std::string& device, const LineEvent& event) {
+void WireLog::Write(const std::string& device, const LineEvent& event) {
     char seconds[32];
     std::snprintf(seconds, sizeof seconds, "%9.3f ",
                   static_cast<double>(event.time.count()) / 1000.0);
-    std::string text = seconds + (namesDevices_ ? device + " " : "") + described(event) + "\n";
+    std::string text = seconds + (namesDevices_ ? device + " " : "") + Described(event) + "\n";
     const std::lock_guard<std::mutex> lock(mutex_);
-    if (waitingBytes_ + text.size() > mostWaitingBytes) {
+    if (waitingBytes_ + text.size() > kMostWaitingBytes) {
         ++withoutRoom_;
         ++allMissing_;
         return;
@@ -117,14 +117,14 @@ void WireLog::write(const std::string& device, const LineEvent& event) {
     changed_.notify_all();
 }
 
-void WireLog::writeUntilStopped() {
+void WireLog::WriteUntilStopped() {
     std::unique_lock<std::mutex> lock(mutex_);
     for (;;) {
         changed_.wait(lock, [this] { return stopping_ || !waiting_.empty(); });
         if (waiting_.empty()) return;
         const Line& line = waiting_.front();  // stays where it is while others come
         lock.unlock();
-        put(line);
+        Put(line);
         lock.lock();
         waitingBytes_ -= line.text.size();
         waiting_.pop_front();
@@ -132,22 +132,22 @@ void WireLog::writeUntilStopped() {
     }
 }
 
-void WireLog::put(const Line& line) {
+void WireLog::Put(const Line& line) {
     missing_ += line.missingBefore;
-    tellMissing();
-    const int error = writeWhole(line.text);
-    if (error != 0) miss(error);
+    TellMissing();
+    const int error = WriteWhole(line.text);
+    if (error != 0) Miss(error);
 }
 
 /// Ends a line that was cut off and says what is missing behind it.
-void WireLog::tellMissing() {
+void WireLog::TellMissing() {
     if (missing_ == 0) return;
     const std::string sentence =
         "! " + std::to_string(missing_) + " events could not be written here\n";
-    if (writeWhole((isInLine_ ? "\n" : "") + sentence) == 0) missing_ = 0;
+    if (WriteWhole((isInLine_ ? "\n" : "") + sentence) == 0) missing_ = 0;
 }
 
-void WireLog::miss(int error) {
+void WireLog::Miss(int error) {
     if (missing_ == 0)
         std::cerr << "wbalance-sim: the log " + path_ +
                          " can't be written: " + std::strerror(error) +
@@ -157,7 +157,7 @@ void WireLog::miss(int error) {
 }
 
 /// Returns the error number, 0 for success.
-int WireLog::writeWhole(const std::string& text) {
+int WireLog::WriteWhole(const std::string& text) {
     std::size_t written = 0;
     while (written < text.size()) {
         const ssize_t count = ::write(descriptor_, text.data() + written, text.size() - written);

@@ -27,15 +27,15 @@ class WireLog {
     WireLog& operator=(const WireLog&) = delete;
 
     /// Waits until all is written, or could not be.
-    void waitUntilWritten();
+    void WaitUntilWritten();
 
     /// The same; throws std::runtime_error when an event did not get into the file.
-    void requireWhole();
+    void RequireWhole();
 
     /// Never waits. An event for which 1 MiB has no room is missing, which the log says in its
     /// place. So is one that can't be written, because the disk is full for example: that is said
     /// on standard error when it begins, too.
-    void write(const std::string& device, const simulator::LineEvent& event);
+    void Write(const std::string& device, const simulator::LineEvent& event);
 
  private:
     struct Line {
@@ -43,11 +43,11 @@ class WireLog {
         std::size_t missingBefore;  ///< events for which there was no room
     };
 
-    void writeUntilStopped();
-    void put(const Line& line);
-    void tellMissing();
-    void miss(int error);
-    int writeWhole(const std::string& text);
+    void WriteUntilStopped();
+    void Put(const Line& line);
+    void TellMissing();
+    void Miss(int error);
+    int WriteWhole(const std::string& text);
 
     const std::string path_;
     const int descriptor_;

@@ -8,5 +8,5 @@ int main(int argc, char** argv) {
     // A log that may not grow any more is told by the write that fails. A handler, because the
     // program that is run would inherit that the signal is ignored.
     std::signal(SIGXFSZ, [](int) {});
-    return runCommandLine({argv + 1, argv + argc});
+    return RunCommandLine({argv + 1, argv + argc});
 }

@@ -16,10 +16,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const char* const description =
+const char* const kDescription =
     "Changes something at the instruments of a wbalance-sim that is running, or says how they are.";
 
-const char* const examples =
+const char* const kExamples =
     "CHANGE is one of\n"
     "  status                                       what runs, and what it shows\n"
     "  load GRAMS                                   what lies on the pan\n"
@@ -38,17 +38,17 @@ const char* const examples =
     "this user. Exit code: 0, or 125 when it could not be done.";
 
 /// The sockets of this user's benches that somebody serves.
-std::vector<fs::path> runningBenches() {
+std::vector<fs::path> RunningBenches() {
     std::vector<fs::path> found;
-    for (const auto& directory : simulator::BenchDirectory::all()) {
-        const fs::path socket = ControlServer::socketIn(directory);
-        if (Socket::connectTo(socket)) found.push_back(socket);
+    for (const auto& directory : simulator::BenchDirectory::All()) {
+        const fs::path socket = ControlServer::SocketIn(directory);
+        if (Socket::ConnectTo(socket)) found.push_back(socket);
     }
     return found;
 }
 
-fs::path onlyRunningBench() {
-    const auto benches = runningBenches();
+fs::path OnlyRunningBench() {
+    const auto benches = RunningBenches();
     if (benches.empty())
         throw std::runtime_error(
             "no wbalance-sim of yours is running; start one, such as wbalance-sim kern --pty");
@@ -59,26 +59,26 @@ fs::path onlyRunningBench() {
     throw std::runtime_error("several wbalance-sim of yours are running; choose one:" + paths);
 }
 
-fs::path chosenBench(const std::string& path) {
+fs::path ChosenBench(const std::string& path) {
     if (!path.empty()) return path;
-    const char* above = std::getenv(simulator::virtualLinesVariable);
-    return above && *above ? ControlServer::socketIn(above) : onlyRunningBench();
+    const char* above = std::getenv(simulator::kVirtualLinesVariable);
+    return above && *above ? ControlServer::SocketIn(above) : OnlyRunningBench();
 }
 
-std::string ask(const fs::path& bench, const Request& request) {
-    const auto socket = Socket::connectTo(bench);
+std::string Ask(const fs::path& bench, const Request& request) {
+    const auto socket = Socket::ConnectTo(bench);
     if (!socket)
         throw std::runtime_error("no wbalance-sim runs at " + bench.string() +
                                  "; start one with --control " + bench.string());
-    socket->send(request.message());
-    const auto answer = socket->receive(std::chrono::seconds(10));
+    socket->Send(request.Message());
+    const auto answer = socket->Receive(std::chrono::seconds(10));
     if (!answer || answer->empty())
         throw std::runtime_error("the wbalance-sim at " + bench.string() + " gives no answer");
     if (answer->front() == '-') throw std::invalid_argument(answer->substr(1));
     return answer->substr(1);
 }
 
-std::string joined(const std::vector<std::string>& words) {
+std::string Joined(const std::vector<std::string>& words) {
     std::string all;
     for (const auto& word : words)
         all += (all.empty() ? "" : " ") + word;
@@ -87,10 +87,10 @@ std::string joined(const std::vector<std::string>& words) {
 
 }  // namespace
 
-int control(std::vector<std::string> words) {
+int Control(std::vector<std::string> words) {
     std::string path;
     Request request;
-    arguments::Grammar grammar{"wbalance-sim control", description, examples};
+    arguments::Grammar grammar{"wbalance-sim control", kDescription, kExamples};
     // The words of the change are no options, though they may begin with "-".
     grammar.prefixCommand = true;
     const auto declare = [&](arguments::Command command) {
@@ -99,9 +99,9 @@ int control(std::vector<std::string> words) {
             .AddOption("--port", request.device, "The instrument's device, where there are several")
             .TypeName("DEVICE");
     };
-    request.words = joined(arguments::Parse(grammar, words, declare));
+    request.words = Joined(arguments::Parse(grammar, words, declare));
     if (request.words.empty())
         throw std::invalid_argument("what is to change? See wbalance-sim control --help");
-    std::cout << ask(chosenBench(path), request);
+    std::cout << Ask(ChosenBench(path), request);
     return EXIT_SUCCESS;
 }

@@ -4,4 +4,4 @@
 #include <vector>
 
 /// `wbalance-sim control`: asks a running wbalance-sim to change something. Returns the exit code.
-int control(std::vector<std::string> words);
+int Control(std::vector<std::string> words);

@@ -21,16 +21,16 @@ using simulator::VirtualBench;
 
 namespace {
 
-const char* const description =
+const char* const kDescription =
     "Runs a program against simulated balances on /dev/ttyS0 or other serial ports, or serves\n"
     "pseudo-terminals. No hardware, no root, nothing is created in /dev.\n"
     "Says on standard error when the program's line settings are not those of an instrument.";
 
-const char* const replayDescription =
+const char* const kReplayDescription =
     "Serves a record of wbalance --record again: answers what the instrument answered to what the\n"
     "host sends, and says at which line of the record a host departs from it.";
 
-const char* const replayExamples =
+const char* const kReplayExamples =
     "An answer comes as long after its command as in the record, less the 0.2 s by which it may\n"
     "have been there earlier than it was read. A command that is not in the record is said to be\n"
     "none and gets no answer; the record goes on with the command that it has next.\n"
@@ -44,7 +44,7 @@ const char* const replayExamples =
     "Exit code: the program's; 124 when the host has not done what the record says, all of it;\n"
     "125 when the record cannot be read or is none, and what else wbalance-sim --help says.";
 
-const char* const examples =
+const char* const kExamples =
     "Other commands, each with its own --help:\n"
     "  wbalance-sim control CHANGE    change something while it runs\n"
     "  wbalance-sim replay FILE       an instrument that answers as in a record\n"
@@ -69,7 +69,7 @@ struct RunOptions {
     bool pty = false;
     bool list = false;
 
-    void addTo(arguments::Command command) {
+    void AddTo(arguments::Command command) {
         command.AddFlag("--list", list, "List instruments, their switches, and faults");
         command.AddOption("--log", logFile, "Write the bytes with times; - is standard error")
             .TypeName("FILE");
@@ -83,7 +83,7 @@ struct RunOptions {
 };
 
 /// What stands behind "--" belongs to the program and is not looked at here.
-std::vector<std::string> cutProgram(std::vector<std::string>& words) {
+std::vector<std::string> CutProgram(std::vector<std::string>& words) {
     const auto end = std::find(words.begin(), words.end(), "--");
     std::vector<std::string> program;
     if (end != words.end()) program.assign(end + 1, words.end());
@@ -92,7 +92,7 @@ std::vector<std::string> cutProgram(std::vector<std::string>& words) {
 }
 
 /// The words between the commas.
-std::vector<std::vector<std::string>> cutRow(const std::vector<std::string>& words) {
+std::vector<std::vector<std::string>> CutRow(const std::vector<std::string>& words) {
     std::vector<std::vector<std::string>> row(1);
     for (const auto& word : words) {
         if (word == ",")
@@ -106,7 +106,7 @@ std::vector<std::vector<std::string>> cutRow(const std::vector<std::string>& wor
 using Row = std::vector<std::unique_ptr<Placement>>;
 
 /// Reads what is said of one instrument.
-std::unique_ptr<Placement> parseOne(std::vector<std::string> words, RunOptions& run) {
+std::unique_ptr<Placement> ParseOne(std::vector<std::string> words, RunOptions& run) {
     const bool isReplay = !words.empty() && words.front() == "replay";
     std::unique_ptr<Placement> placement;
     if (isReplay)
@@ -115,18 +115,18 @@ std::unique_ptr<Placement> parseOne(std::vector<std::string> words, RunOptions& 
         placement = std::make_unique<CatalogPlacement>();
     if (isReplay) words.erase(words.begin());
     const arguments::Grammar grammar{isReplay ? "wbalance-sim replay" : "wbalance-sim",
-                                     isReplay ? replayDescription : description,
-                                     isReplay ? replayExamples : examples};
+                                     isReplay ? kReplayDescription : kDescription,
+                                     isReplay ? kReplayExamples : kExamples};
     arguments::Parse(grammar, words, [&](arguments::Command command) {
-        placement->addTo(command);
-        run.addTo(command);
+        placement->AddTo(command);
+        run.AddTo(command);
     });
     return placement;
 }
 
-void check(const RunOptions& run, const Row& row, const std::vector<std::string>& program) {
+void Check(const RunOptions& run, const Row& row, const std::vector<std::string>& program) {
     for (const auto& each : row)
-        each->entry();
+        each->Entry();
     if (run.pty && !program.empty())
         throw std::invalid_argument("--pty serves other software and runs no program");
     if (!run.pty && program.empty())
@@ -135,69 +135,69 @@ void check(const RunOptions& run, const Row& row, const std::vector<std::string>
 }
 
 /// For those who wonder why they get no answer, or none that they can read.
-std::string settingsHint(ConnectedInstrument& from, const LineEvent& event) {
-    const std::string host = event.settings.text();
-    return "the host speaks at " + host + " on " + from.device() + ", but " + from.name() +
+std::string SettingsHint(ConnectedInstrument& from, const LineEvent& event) {
+    const std::string host = event.settings.Text();
+    return "the host speaks at " + host + " on " + from.Device() + ", but " + from.Name() +
            " listens at " + event.bytes + "; set the host to " + event.bytes +
            ", or the instrument to what the host has with --line " + host;
 }
 
 /// Follows an instrument: its bytes go into the log, new paths of its terminal to standard output,
 /// what can't be done, and settings at which nobody understands the other, to standard error.
-void follow(ConnectedInstrument& instrument, const RunOptions& run, WireLog* log) {
-    if (run.pty) std::cout << instrument.device() << std::endl;
-    instrument.onEvent([&run, log](ConnectedInstrument& from, const LineEvent& event) {
-        if (log) log->write(from.device(), event);
-        if (run.pty && event.kind == LineEvent::Kind::pluggedIn)
+void Follow(ConnectedInstrument& instrument, const RunOptions& run, WireLog* log) {
+    if (run.pty) std::cout << instrument.Device() << std::endl;
+    instrument.OnEvent([&run, log](ConnectedInstrument& from, const LineEvent& event) {
+        if (log) log->Write(from.Device(), event);
+        if (run.pty && event.kind == LineEvent::Kind::PluggedIn)
             std::cout << event.bytes << std::endl;
-        if (event.kind == LineEvent::Kind::otherSettings)
-            std::cerr << "wbalance-sim: " + settingsHint(from, event) + "\n";
-        if (event.kind == LineEvent::Kind::trouble)
+        if (event.kind == LineEvent::Kind::OtherSettings)
+            std::cerr << "wbalance-sim: " + SettingsHint(from, event) + "\n";
+        if (event.kind == LineEvent::Kind::Trouble)
             std::cerr << "wbalance-sim: " + event.bytes + "\n";
     });
 }
 
 /// Serves the instruments of the row until the program, or without one a signal, ends it.
-int serveRow(const RunOptions& run, const Row& row, const std::vector<std::string>& program,
+int ServeRow(const RunOptions& run, const Row& row, const std::vector<std::string>& program,
              WireLog* log) {
     VirtualBench bench;
     for (const auto& each : row)
-        follow(run.pty ? bench.placeOnTerminal(each->entry(), each->setUp())
-                       : bench.place(each->entry(), each->setUp()),
+        Follow(run.pty ? bench.PlaceOnTerminal(each->Entry(), each->SetUp())
+                       : bench.Place(each->Entry(), each->SetUp()),
                run, log);
     const ControlServer control(bench, run.controlPath);
-    if (!run.pty) return HostProgram(program).exitCode();
-    HostProgram::waitForEndingSignal();
+    if (!run.pty) return HostProgram(program).ExitCode();
+    HostProgram::WaitForEndingSignal();
     return EXIT_SUCCESS;
 }
 
-int serveLogged(const RunOptions& run, const Row& row, const std::vector<std::string>& program) {
-    if (run.logFile.empty()) return serveRow(run, row, program, nullptr);
+int ServeLogged(const RunOptions& run, const Row& row, const std::vector<std::string>& program) {
+    if (run.logFile.empty()) return ServeRow(run, row, program, nullptr);
     WireLog log(run.logFile, row.size() > 1);
-    const int exitCode = serveRow(run, row, program, &log);
-    HostProgram::releaseSignals();  // the reader of the log may sleep for ever
-    log.requireWhole();
+    const int exitCode = ServeRow(run, row, program, &log);
+    HostProgram::ReleaseSignals();  // the reader of the log may sleep for ever
+    log.RequireWhole();
     return exitCode;
 }
 
-int run(const RunOptions& run, const Row& row, const std::vector<std::string>& program) {
-    check(run, row, program);
-    HostProgram::holdSignals();
-    int exitCode = serveLogged(run, row, program);
+int Run(const RunOptions& run, const Row& row, const std::vector<std::string>& program) {
+    Check(run, row, program);
+    HostProgram::HoldSignals();
+    int exitCode = ServeLogged(run, row, program);
     for (const auto& each : row)
-        if (!each->conclude()) exitCode = departedFromRecord;
+        if (!each->Conclude()) exitCode = kDepartedFromRecord;
     return exitCode;
 }
 
 }  // namespace
 
-int serve(std::vector<std::string> words) {
-    const std::vector<std::string> program = cutProgram(words);
+int Serve(std::vector<std::string> words) {
+    const std::vector<std::string> program = CutProgram(words);
     RunOptions options;
     Row row;
-    for (const auto& each : cutRow(words))
-        row.push_back(parseOne(each, options));
-    if (!options.list) return run(options, row, program);
-    writeInstruments(std::cout);
+    for (const auto& each : CutRow(words))
+        row.push_back(ParseOne(each, options));
+    if (!options.list) return Run(options, row, program);
+    WriteInstruments(std::cout);
     return EXIT_SUCCESS;
 }

@@ -27,14 +27,14 @@ class ControlServer {
     ControlServer& operator=(const ControlServer&) = delete;
 
     /// Where the socket of a bench with this directory is.
-    static std::filesystem::path socketIn(const std::filesystem::path& directory);
+    static std::filesystem::path SocketIn(const std::filesystem::path& directory);
 
  private:
-    void serveUntilStopped();
-    bool takesMore() const;
-    int patience() const;
-    void waitForAny();
-    void accept();
+    void ServeUntilStopped();
+    bool TakesMore() const;
+    int Patience() const;
+    void WaitForAny();
+    void Accept();
 
     simulator::VirtualBench& bench_;
     const Socket socket_;

@@ -8,10 +8,10 @@
 
 namespace {
 
-constexpr std::size_t longestRequest = 65'536;
-constexpr std::chrono::seconds longestConversation{5};
+constexpr std::size_t kLongestRequest = 65'536;
+constexpr std::chrono::seconds kLongestConversation{5};
 
-bool isForLater(ssize_t result) {
+bool IsForLater(ssize_t result) {
     return result < 0 && (errno == EAGAIN || errno == EINTR);
 }
 
@@ -20,34 +20,34 @@ bool isForLater(ssize_t result) {
 Conversation::Conversation(Socket client, const Answering& answer)
     : client_(std::move(client)),
       answering_(answer),
-      end_(Clock::now() + longestConversation),
-      isOver_(!client_.isOfThisUser()) {}
+      end_(Clock::now() + kLongestConversation),
+      isOver_(!client_.IsOfThisUser()) {}
 
-short Conversation::awaited() const {
+short Conversation::Awaited() const {
     return isAnswering_ ? POLLOUT : POLLIN;
 }
 
-void Conversation::goOn() {
-    if (!isAnswering_) listen();
-    if (isAnswering_) speak();
+void Conversation::GoOn() {
+    if (!isAnswering_) Listen();
+    if (isAnswering_) Speak();
 }
 
 /// The request ends where the client ends its direction.
-void Conversation::listen() {
+void Conversation::Listen() {
     std::array<char, 4096> buffer;
-    const ssize_t count = ::recv(descriptor(), buffer.data(), buffer.size(), MSG_DONTWAIT);
-    if (isForLater(count)) return;
+    const ssize_t count = ::recv(Descriptor(), buffer.data(), buffer.size(), MSG_DONTWAIT);
+    if (IsForLater(count)) return;
     if (count > 0) request_.append(buffer.data(), static_cast<std::size_t>(count));
-    isOver_ = count < 0 || request_.size() > longestRequest;
+    isOver_ = count < 0 || request_.size() > kLongestRequest;
     if (isOver_ || count > 0) return;
     answer_ = answering_(request_);
     isAnswering_ = true;
 }
 
-void Conversation::speak() {
+void Conversation::Speak() {
     const ssize_t count =
-        ::send(descriptor(), answer_.data(), answer_.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
-    if (isForLater(count)) return;
+        ::send(Descriptor(), answer_.data(), answer_.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
+    if (IsForLater(count)) return;
     if (count > 0) answer_.erase(0, static_cast<std::size_t>(count));
     isOver_ = count < 0 || answer_.empty();
 }

@@ -17,17 +17,17 @@ class Conversation {
     /// it goes on.
     Conversation(Socket client, const Answering& answer);
 
-    int descriptor() const { return client_.descriptor(); }
-    short awaited() const;  ///< of poll
-    Clock::time_point end() const { return end_; }
-    bool isOver() const { return isOver_ || Clock::now() >= end_; }
+    int Descriptor() const { return client_.Descriptor(); }
+    short Awaited() const;  ///< of poll
+    Clock::time_point End() const { return end_; }
+    bool IsOver() const { return isOver_ || Clock::now() >= end_; }
 
     /// Takes and gives what can be had now.
-    void goOn();
+    void GoOn();
 
  private:
-    void listen();
-    void speak();
+    void Listen();
+    void Speak();
 
     const Socket client_;
     const Answering answering_;

@@ -10,59 +10,59 @@ using simulator::VirtualBench;
 
 namespace {
 
-std::string described(ConnectedInstrument& instrument) {
+std::string Described(ConnectedInstrument& instrument) {
     simulator::Reading reading;
-    instrument.withBalance([&](simulator::BalanceModel& model) { reading = model.read(); });
+    instrument.WithBalance([&](simulator::BalanceModel& model) { reading = model.Read(); });
     std::string faults;
-    for (const auto& fault : instrument.faultsInForce())
+    for (const auto& fault : instrument.FaultsInForce())
         faults += (faults.empty() ? "; " : ", ") + fault;
-    return instrument.device() + ": " + instrument.name() + " shows " + reading.digits() + " " +
+    return instrument.Device() + ": " + instrument.Name() + " shows " + reading.Digits() + " " +
            reading.unit + (reading.stable ? "" : ", not stable") + "; the host's port is " +
-           (instrument.isOpenedByHost() ? "open" : "closed") + faults + "\n";
+           (instrument.IsOpenedByHost() ? "open" : "closed") + faults + "\n";
 }
 
-bool isAt(const std::string& device, ConnectedInstrument& instrument) {
-    return device.empty() || device == instrument.device() ||
-           "/dev/" + device == instrument.device();
+bool IsAt(const std::string& device, ConnectedInstrument& instrument) {
+    return device.empty() || device == instrument.Device() ||
+           "/dev/" + device == instrument.Device();
 }
 
-std::vector<ConnectedInstrument*> meant(const std::string& device, VirtualBench& bench) {
+std::vector<ConnectedInstrument*> Meant(const std::string& device, VirtualBench& bench) {
     std::vector<ConnectedInstrument*> found;
     std::string all;
-    for (ConnectedInstrument* each : bench.instruments()) {
-        if (isAt(device, *each)) found.push_back(each);
-        all += (all.empty() ? "" : ", ") + each->device() + " (" + each->name() + ")";
+    for (ConnectedInstrument* each : bench.Instruments()) {
+        if (IsAt(device, *each)) found.push_back(each);
+        all += (all.empty() ? "" : ", ") + each->Device() + " (" + each->Name() + ")";
     }
     if (found.empty())
         throw std::invalid_argument("no instrument is at " + device + "; there are " + all);
     return found;
 }
 
-ConnectedInstrument& meantAlone(const std::string& device, VirtualBench& bench) {
-    const auto found = meant(device, bench);
+ConnectedInstrument& MeantAlone(const std::string& device, VirtualBench& bench) {
+    const auto found = Meant(device, bench);
     if (found.size() == 1) return *found.front();
     std::string all;
     for (ConnectedInstrument* each : found)
-        all += (all.empty() ? "" : ", ") + each->device() + " (" + each->name() + ")";
+        all += (all.empty() ? "" : ", ") + each->Device() + " (" + each->Name() + ")";
     throw std::invalid_argument("which instrument? Choose one with --port: " + all);
 }
 
 }  // namespace
 
-Request Request::ofMessage(const std::string& message) {
-    const auto [device, words] = simulator::cutAt(message, '\n');
+Request Request::OfMessage(const std::string& message) {
+    const auto [device, words] = simulator::CutAt(message, '\n');
     return {device, words.value_or("")};
 }
 
-std::string carryOut(const Request& request, VirtualBench& bench) {
+std::string CarryOut(const Request& request, VirtualBench& bench) {
     if (request.words == "status") {
         std::string text;
-        for (ConnectedInstrument* each : meant(request.device, bench))
-            text += described(*each);
+        for (ConnectedInstrument* each : Meant(request.device, bench))
+            text += Described(*each);
         return text;
     }
-    const Change change = Change::parse(request.words);
-    ConnectedInstrument& instrument = meantAlone(request.device, bench);
-    instrument.apply(change);
-    return change.kind == Change::Kind::plugIn ? instrument.device() + "\n" : "";
+    const Change change = Change::Parse(request.words);
+    ConnectedInstrument& instrument = MeantAlone(request.device, bench);
+    instrument.Apply(change);
+    return change.kind == Change::Kind::PlugIn ? instrument.Device() + "\n" : "";
 }

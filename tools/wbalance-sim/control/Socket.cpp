@@ -19,18 +19,18 @@ namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
 
 /// A server that accepts no client for so long does not work.
-constexpr timeval longestConnecting{5, 0};
+constexpr timeval kLongestConnecting{5, 0};
 
 /// Of the answer to a status of some thousand instruments.
-constexpr std::size_t longestMessage = 16 * 1024 * 1024;
+constexpr std::size_t kLongestMessage = 16 * 1024 * 1024;
 
-[[noreturn]] void failWith(const std::string& what) {
+[[noreturn]] void FailWith(const std::string& what) {
     throw std::system_error(errno, std::generic_category(), what);
 }
 
-Socket newSocket() {
+Socket NewSocket() {
     Socket socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
-    if (socket.descriptor() < 0) failWith("cannot create a socket");
+    if (socket.Descriptor() < 0) FailWith("cannot create a socket");
     return socket;
 }
 
@@ -46,9 +46,9 @@ class Place {
     Place(const Place&) = delete;
     Place& operator=(const Place&) = delete;
 
-    bool isThere() const { return descriptor_ >= 0; }
-    std::string shortPath() const { return "/proc/self/fd/" + std::to_string(descriptor_); }
-    struct stat about() const {
+    bool IsThere() const { return descriptor_ >= 0; }
+    std::string ShortPath() const { return "/proc/self/fd/" + std::to_string(descriptor_); }
+    struct stat About() const {
         struct stat found = {};
         ::fstat(descriptor_, &found);
         return found;
@@ -58,27 +58,27 @@ class Place {
     const int descriptor_;
 };
 
-sockaddr_un addressOf(const std::string& path) {
+sockaddr_un AddressOf(const std::string& path) {
     sockaddr_un address = {};
     address.sun_family = AF_UNIX;
     if (path.size() >= sizeof address.sun_path) {
         errno = ENAMETOOLONG;
-        failWith(path);
+        FailWith(path);
     }
     path.copy(address.sun_path, sizeof address.sun_path - 1);
     return address;
 }
 
-[[noreturn]] void refuseForeign(const fs::path& path) {
+[[noreturn]] void RefuseForeign(const fs::path& path) {
     throw std::runtime_error("the wbalance-sim at " + path.string() +
                              " is another user's; only your own can be controlled");
 }
 
 /// Also the directory: who owns it can put something else in the socket's place.
-void requireOwn(const fs::path& path, const struct stat& socket) {
-    if (socket.st_uid != ::geteuid()) refuseForeign(path);
+void RequireOwn(const fs::path& path, const struct stat& socket) {
+    if (socket.st_uid != ::geteuid()) RefuseForeign(path);
     const Place directory(fs::canonical(path).parent_path(), O_DIRECTORY);
-    if (!directory.isThere() || directory.about().st_uid != ::geteuid()) refuseForeign(path);
+    if (!directory.IsThere() || directory.About().st_uid != ::geteuid()) RefuseForeign(path);
 }
 
 }  // namespace
@@ -91,48 +91,48 @@ Socket::Socket(Socket&& other) noexcept : descriptor_(other.descriptor_) {
     other.descriptor_ = -1;
 }
 
-Socket Socket::listenAt(const fs::path& path) {
-    Socket socket = newSocket();
+Socket Socket::ListenAt(const fs::path& path) {
+    Socket socket = NewSocket();
     const Place directory(fs::absolute(path).parent_path(), O_DIRECTORY);
-    if (!directory.isThere()) failWith("cannot be controlled at " + path.string());
-    const auto address = addressOf(directory.shortPath() + "/" + path.filename().string());
-    if (::bind(socket.descriptor(), reinterpret_cast<const sockaddr*>(&address), sizeof address) !=
+    if (!directory.IsThere()) FailWith("cannot be controlled at " + path.string());
+    const auto address = AddressOf(directory.ShortPath() + "/" + path.filename().string());
+    if (::bind(socket.Descriptor(), reinterpret_cast<const sockaddr*>(&address), sizeof address) !=
             0 ||
-        ::listen(socket.descriptor(), SOMAXCONN) != 0)
-        failWith("cannot be controlled at " + path.string());
+        ::listen(socket.Descriptor(), SOMAXCONN) != 0)
+        FailWith("cannot be controlled at " + path.string());
     return socket;
 }
 
-std::optional<Socket> Socket::connectTo(const fs::path& path) {
-    Socket socket = newSocket();
+std::optional<Socket> Socket::ConnectTo(const fs::path& path) {
+    Socket socket = NewSocket();
     const Place found(path, 0);
-    if (!found.isThere() && errno != ENOENT && errno != ENOTDIR) failWith(path.string());
-    if (!found.isThere() || !S_ISSOCK(found.about().st_mode)) return std::nullopt;
-    requireOwn(path, found.about());
-    ::setsockopt(socket.descriptor(), SOL_SOCKET, SO_SNDTIMEO, &longestConnecting,
-                 sizeof longestConnecting);
-    const auto address = addressOf(found.shortPath());
-    if (::connect(socket.descriptor(), reinterpret_cast<const sockaddr*>(&address),
+    if (!found.IsThere() && errno != ENOENT && errno != ENOTDIR) FailWith(path.string());
+    if (!found.IsThere() || !S_ISSOCK(found.About().st_mode)) return std::nullopt;
+    RequireOwn(path, found.About());
+    ::setsockopt(socket.Descriptor(), SOL_SOCKET, SO_SNDTIMEO, &kLongestConnecting,
+                 sizeof kLongestConnecting);
+    const auto address = AddressOf(found.ShortPath());
+    if (::connect(socket.Descriptor(), reinterpret_cast<const sockaddr*>(&address),
                   sizeof address) != 0) {
         if (errno == ECONNREFUSED) return std::nullopt;
-        failWith("cannot reach the wbalance-sim at " + path.string());
+        FailWith("cannot reach the wbalance-sim at " + path.string());
     }
-    if (!socket.isOfThisUser()) refuseForeign(path);
+    if (!socket.IsOfThisUser()) RefuseForeign(path);
     return socket;
 }
 
-Socket Socket::accept() const {
+Socket Socket::Accept() const {
     return Socket(::accept4(descriptor_, nullptr, nullptr, SOCK_CLOEXEC));
 }
 
-bool Socket::isOfThisUser() const {
+bool Socket::IsOfThisUser() const {
     ucred other = {};
     socklen_t size = sizeof other;
     return ::getsockopt(descriptor_, SOL_SOCKET, SO_PEERCRED, &other, &size) == 0 &&
            other.uid == ::geteuid();
 }
 
-void Socket::send(const std::string& message) const {
+void Socket::Send(const std::string& message) const {
     std::size_t sent = 0;
     while (sent < message.size()) {
         const ssize_t count =
@@ -143,11 +143,11 @@ void Socket::send(const std::string& message) const {
     ::shutdown(descriptor_, SHUT_WR);
 }
 
-std::optional<std::string> Socket::receive(std::chrono::milliseconds patience) const {
+std::optional<std::string> Socket::Receive(std::chrono::milliseconds patience) const {
     const auto end = Clock::now() + patience;
     std::string message;
     std::array<char, 4096> buffer;
-    while (message.size() <= longestMessage) {
+    while (message.size() <= kLongestMessage) {
         const auto left =
             std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now()).count();
         pollfd ready = {descriptor_, POLLIN, 0};

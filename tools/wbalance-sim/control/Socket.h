@@ -19,27 +19,27 @@ class Socket {
 
     /// Waits for connections at a path that does not exist yet; its directory may have a name of
     /// any length. Throws std::system_error.
-    static Socket listenAt(const std::filesystem::path& path);
+    static Socket ListenAt(const std::filesystem::path& path);
 
     /// Connects to who listens at `path`, of any length and also where that is a symbolic link;
     /// empty when nobody does. Throws std::runtime_error when socket, directory or the process that
     /// listens are not this user's, and when it takes no connections.
-    static std::optional<Socket> connectTo(const std::filesystem::path& path);
+    static std::optional<Socket> ConnectTo(const std::filesystem::path& path);
 
     /// The next connection, of a socket that listens. Its descriptor is below 0 when there is none,
     /// with the reason in errno.
-    Socket accept() const;
+    Socket Accept() const;
 
     /// Whether the process at the other end is this user's.
-    bool isOfThisUser() const;
+    bool IsOfThisUser() const;
 
     /// Sends a whole message, which ends this direction. An other end that has gone is no error.
-    void send(const std::string& message) const;
+    void Send(const std::string& message) const;
 
     /// The other end's whole message; empty when it is not complete after `patience`.
-    std::optional<std::string> receive(std::chrono::milliseconds patience) const;
+    std::optional<std::string> Receive(std::chrono::milliseconds patience) const;
 
-    int descriptor() const { return descriptor_; }  ///< for poll; do not close
+    int Descriptor() const { return descriptor_; }  ///< for poll; do not close
 
  private:
     int descriptor_;

@@ -18,22 +18,22 @@ class Playback {
     Playback(record::Record record, std::string file, Complaint complain);
 
     /// The host has opened its port: what the instrument says before it is asked.
-    void open(const Answer& answer);
+    void Open(const Answer& answer);
     /// The host has sent a character: what it gets when a recorded command is complete with it.
-    void take(char byte, const Answer& answer);
+    void Take(char byte, const Answer& answer);
     /// The host sends at other line settings than the instrument.
-    void takeDamaged();
+    void TakeDamaged();
     /// The host has ended. Returns whether it did what the record says, all of it.
-    bool conclude();
+    bool Conclude();
 
-    const record::Record& record() const { return record_; }
+    const record::Record& Record() const { return record_; }
 
  private:
-    bool hasMore() const { return next_ < record_.entries.size(); }
-    const record::Entry& expected() const { return record_.entries[next_]; }
-    void answerUpToNextCommand(std::chrono::milliseconds since, const Answer& answer);
-    void depart(const std::string& sent);
-    void complain(const std::string& sentence);
+    bool HasMore() const { return next_ < record_.entries.size(); }
+    const record::Entry& Expected() const { return record_.entries[next_]; }
+    void AnswerUpToNextCommand(std::chrono::milliseconds since, const Answer& answer);
+    void Depart(const std::string& sent);
+    void Complain(const std::string& sentence);
 
     const record::Record record_;
     const std::string file_;

@@ -15,26 +15,26 @@ class RecordedInstrument final : public Dialect {
     RecordedInstrument(BalanceModel& model, std::shared_ptr<Playback> playback, bool fast)
         : Dialect(model, "\n"), playback_(std::move(playback)), fast_(fast) {}
 
-    void portOpened() override { playback_->open(answers()); }
+    void PortOpened() override { playback_->Open(Answers()); }
 
  protected:
     /// The record says where commands end: every character is looked at by itself.
-    std::optional<std::string> cutCommand(std::string& received) override {
+    std::optional<std::string> CutCommand(std::string& received) override {
         if (received.empty()) return std::nullopt;
         const std::string byte = received.substr(0, 1);
         received.erase(0, 1);
         return byte;
     }
-    void execute(const std::string& byte) override { playback_->take(byte.front(), answers()); }
-    void spoiled() override { playback_->takeDamaged(); }
-    bool interrupts(const std::string&) const override { return true; }
-    void unknown(const std::string&) override {}
-    void printKey() override {}
+    void Execute(const std::string& byte) override { playback_->Take(byte.front(), Answers()); }
+    void Spoiled() override { playback_->TakeDamaged(); }
+    bool Interrupts(const std::string&) const override { return true; }
+    void Unknown(const std::string&) override {}
+    void PrintKey() override {}
 
  private:
-    Playback::Answer answers() {
+    Playback::Answer Answers() {
         return [this](Time delay, const std::string& bytes) {
-            after(fast_ ? Time(0) : delay, [this, bytes] { send(bytes); });
+            After(fast_ ? Time(0) : delay, [this, bytes] { Send(bytes); });
         };
     }
 
@@ -43,21 +43,21 @@ class RecordedInstrument final : public Dialect {
 };
 
 /// The record's settings, or where they leave something to the port, those of its instrument.
-LineSettings lineOf(const record::Header& header) {
-    const auto& all = simulator::catalog();
+LineSettings LineOf(const record::Header& header) {
+    const auto& all = simulator::Catalog();
     const auto known = std::find_if(all.begin(), all.end(), [&](const CatalogEntry& each) {
         return each.name == header.driver;
     });
     const LineSettings usual = known == all.end() ? LineSettings() : known->line;
-    return LineSettings::parse(header.line).value_or(usual);
+    return LineSettings::Parse(header.line).value_or(usual);
 }
 
 }  // namespace
 
-CatalogEntry recordedInstrument(const std::shared_ptr<Playback>& playback, bool fast) {
+CatalogEntry RecordedInstrumentEntry(const std::shared_ptr<Playback>& playback, bool fast) {
     CatalogEntry entry;
     entry.name = "replay";
-    entry.line = lineOf(playback->record().header);
+    entry.line = LineOf(playback->Record().header);
     entry.createDialect = [playback, fast](BalanceModel& model, const simulator::Switches&) {
         return std::make_unique<RecordedInstrument>(model, playback, fast);
     };

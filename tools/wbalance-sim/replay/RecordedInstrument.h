@@ -7,4 +7,5 @@
 
 /// The instrument that says what a record says. `fast`: answers come at once, not after the pauses
 /// of the record.
-simulator::CatalogEntry recordedInstrument(const std::shared_ptr<Playback>& playback, bool fast);
+simulator::CatalogEntry RecordedInstrumentEntry(const std::shared_ptr<Playback>& playback,
+                                                bool fast);

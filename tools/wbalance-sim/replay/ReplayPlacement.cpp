@@ -6,13 +6,13 @@
 #include "replay/RecordedInstrument.h"
 #include "simulator/line/DeviceName.h"
 
-void ReplayPlacement::addTo(arguments::Command command) {
+void ReplayPlacement::AddTo(arguments::Command command) {
     command.AddOption("FILE", file_, "What wbalance --record has written");
     command.AddFlag("--fast", fast_, "Answer at once, not after the pauses of the record");
-    Placement::addTo(command);
+    Placement::AddTo(command);
 }
 
-std::shared_ptr<Playback> ReplayPlacement::playback() const {
+std::shared_ptr<Playback> ReplayPlacement::SharedPlayback() const {
     if (file_.empty()) throw std::invalid_argument("which record? See wbalance-sim replay --help");
     const auto complain = [](const std::string& sentence) {
         std::cerr << "wbalance-sim: " + sentence + "\n";
@@ -21,15 +21,15 @@ std::shared_ptr<Playback> ReplayPlacement::playback() const {
     return playback_;
 }
 
-simulator::CatalogEntry ReplayPlacement::entry() const {
-    return recordedInstrument(playback(), fast_);
+simulator::CatalogEntry ReplayPlacement::Entry() const {
+    return RecordedInstrumentEntry(SharedPlayback(), fast_);
 }
 
-bool ReplayPlacement::conclude() {
-    return playback()->conclude();
+bool ReplayPlacement::Conclude() {
+    return SharedPlayback()->Conclude();
 }
 
-std::string ReplayPlacement::usualDevice() const {
-    return simulator::servedDevice(playback()->record().header.port)
-        .value_or(Placement::usualDevice());
+std::string ReplayPlacement::UsualDevice() const {
+    return simulator::ServedDevice(SharedPlayback()->Record().header.port)
+        .value_or(Placement::UsualDevice());
 }

@@ -10,15 +10,15 @@
 /// A record in an instrument's place.
 class ReplayPlacement final : public Placement {
  public:
-    void addTo(arguments::Command command) override;
-    simulator::CatalogEntry entry() const override;
-    bool conclude() override;
+    void AddTo(arguments::Command command) override;
+    simulator::CatalogEntry Entry() const override;
+    bool Conclude() override;
 
  protected:
-    std::string usualDevice() const override;
+    std::string UsualDevice() const override;
 
  private:
-    std::shared_ptr<Playback> playback() const;
+    std::shared_ptr<Playback> SharedPlayback() const;
 
     std::string file_;
     bool fast_ = false;
