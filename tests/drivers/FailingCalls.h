@@ -16,6 +16,12 @@ struct FailingCall {
         port;  ///< "open", "held" (after an open that failed), "closed" or "gone" (for good)
 };
 
+inline std::vector<FailingCall> operator+(std::vector<FailingCall> first,
+                                          const std::vector<FailingCall>& then) {
+    first.insert(first.end(), then.begin(), then.end());
+    return first;
+}
+
 template <class Driver>
 std::string PortOf(const Open<Driver>& driver) {
     if (driver.serialObject == nullptr) return "gone";
