@@ -33,4 +33,8 @@ inline const std::string kThirdBalanceLine = "1200,8N2";
 inline const std::string kThirdBalanceClass = "WbalanceKern_EW_EGN_EWB";
 using ThirdBalance = WbalanceKern_EW_EGN_EWB;
 
+/// One with an operation of every kind: it tares, takes a preset tare, shows a text, is switched on
+/// and off, and confirms each. It weighs to four decimals.
+inline const std::string kBalanceWithPanel = "mettler-xs";
+
 }  // namespace examples

@@ -10,10 +10,14 @@
 #include <sstream>
 #include <thread>
 
+#include "Examples.h"
 #include "RunProgram.h"
 #include "simulator/VirtualBench.h"
 #include "simulator/line/VirtualLine.h"
 
+using examples::kBalance;
+using examples::kBalanceWithPanel;
+using examples::kOtherBalance;
 using simulator::Options;
 using simulator::VirtualBench;
 using testing::HasSubstr;
@@ -32,7 +36,7 @@ class Flooding : public simulator::Dialect {
 };
 
 TEST(Bench, Doctor_and_weigh_say_that_more_came_than_an_answer_can_hold) {
-    simulator::CatalogEntry flooding = simulator::FindInstrument("mettler-toledo");
+    simulator::CatalogEntry flooding = simulator::FindInstrument(kBalance);
     flooding.createDialect = [](simulator::BalanceModel& balance, const simulator::Switches&) {
         return std::make_unique<Flooding>(balance);
     };
@@ -44,36 +48,37 @@ TEST(Bench, Doctor_and_weigh_say_that_more_came_than_an_answer_can_hold) {
         "buffer of 1024 "
         "bytes\n";
 
-    const Ran weighed = Wbalance("weigh -d mettler-toledo -p 0 --usb");
+    const Ran weighed = Wbalance("weigh -d " + kBalance + " -p 0 --usb");
     EXPECT_EQ(weighed.errors, std::string("wbalance: ") + said);
     EXPECT_EQ(weighed.exitCode, 70);
 
-    const Ran examined = Wbalance("doctor -d mettler-toledo -p 0 --usb");
+    const Ran examined = Wbalance("doctor -d " + kBalance + " -p 0 --usb");
     EXPECT_THAT(examined.output + examined.errors, HasSubstr(said));
     EXPECT_EQ(examined.exitCode, 70);
 }
 
 TEST(Bench, The_readings_of_several_balances_never_mix) {
     VirtualBench bench;
-    bench.Place("mettler-toledo", Options().On("/dev/ttyS0").WithLoad(11.11));
-    bench.Place("mettler-xs", Options().On("/dev/ttyUSB0").WithLoad(22.22));
-    bench.Place("radwag", Options().On("/dev/ttyUSB1").WithLoad(33.33));
+    bench.Place(kBalance, Options().On("/dev/ttyS0").WithLoad(11.11));
+    bench.Place(kBalanceWithPanel, Options().On("/dev/ttyUSB0").WithLoad(22.22));
+    bench.Place(kOtherBalance, Options().On("/dev/ttyUSB1").WithLoad(33.33));
 
-    const Ran ran = Wbalance(
-        "monitor mettler-toledo@0 mettler-xs@ttyUSB0 radwag@ttyUSB1 -n 5 -i 0 "
-        "-t 0 --csv");
+    const Ran ran =
+        Wbalance("monitor " + kBalance + "@0 " + kBalanceWithPanel + "@ttyUSB0 " + kOtherBalance +
+                 "@ttyUSB1 -n 5 -i 0 "
+                 "-t 0 --csv");
 
     std::istringstream lines(ran.output);
     std::string line;
     std::getline(lines, line);
     int readings = 0;
     for (; std::getline(lines, line); ++readings) {
-        if (line.find(",mettler-toledo,") != std::string::npos) {
+        if (line.find("," + kBalance + ",") != std::string::npos) {
             EXPECT_THAT(line, HasSubstr(",\"/dev/ttyS0\",weight,11.11,"));
-        } else if (line.find(",mettler-xs,") != std::string::npos) {
+        } else if (line.find("," + kBalanceWithPanel + ",") != std::string::npos) {
             EXPECT_THAT(line, HasSubstr(",\"/dev/ttyUSB0\",weight,22.2200,"));
         } else {
-            EXPECT_THAT(line, HasSubstr(",radwag,\"/dev/ttyUSB1\",weight,33.33"));
+            EXPECT_THAT(line, HasSubstr("," + kOtherBalance + ",\"/dev/ttyUSB1\",weight,33.33"));
         }
     }
     EXPECT_GE(readings, 15);
@@ -82,7 +87,7 @@ TEST(Bench, The_readings_of_several_balances_never_mix) {
 
 TEST(Bench, Monitor_says_of_an_adapter_that_has_gone_what_leads_to_it_again) {
     VirtualBench bench;
-    auto& balance = bench.Place("mettler-toledo", Options().On("/dev/ttyUSB0"));
+    auto& balance = bench.Place(kBalance, Options().On("/dev/ttyUSB0"));
     balance.AddFault("silent");
     std::thread hand([&balance] {
         while (balance.SentByHost().empty())
@@ -90,7 +95,7 @@ TEST(Bench, Monitor_says_of_an_adapter_that_has_gone_what_leads_to_it_again) {
         balance.Unplug();
     });
     const TemporaryFile log;
-    const Ran ran = RunShell(WBALANCE " monitor mettler-toledo@ttyUSB0 -t 20 --json --log " +
+    const Ran ran = RunShell(WBALANCE " monitor " + kBalance + "@ttyUSB0 -t 20 --json --log " +
                              log.Path() + " & until grep --quiet lost " + log.Path() +
                              "; do sleep 0.05; done; kill $!; wait $!");
     hand.join();
@@ -106,14 +111,14 @@ bool IsLocked() {
 
 TEST(Bench, No_lock_file_is_left_behind_by_a_weighing) {
     VirtualBench bench;
-    bench.Place("mettler-toledo", Options().On("/dev/ttyS0").WithLoad(10));
-    EXPECT_EQ(Wbalance("weigh -d mettler-toledo -t 0").output, "10.00 g\n");
+    bench.Place(kBalance, Options().On("/dev/ttyS0").WithLoad(10));
+    EXPECT_EQ(Wbalance("weigh -d " + kBalance + " -t 0").output, "10.00 g\n");
     EXPECT_FALSE(IsLocked());
 }
 
 TEST(Bench, No_lock_file_is_left_behind_by_a_weighing_that_is_interrupted) {
     VirtualBench bench;
-    auto& balance = bench.Place("mettler-toledo", Options().On("/dev/ttyS0"));
+    auto& balance = bench.Place(kBalance, Options().On("/dev/ttyS0"));
     balance.AddFault("silent");
     bool wasLocked = false;
     std::thread look([&wasLocked] {
@@ -122,8 +127,8 @@ TEST(Bench, No_lock_file_is_left_behind_by_a_weighing_that_is_interrupted) {
             std::this_thread::sleep_for(std::chrono::milliseconds(10));
         }
     });
-    EXPECT_EQ(RunShell("timeout --preserve-status -s INT 3 env " WBALANCE
-                       " weigh -d mettler-toledo -t 60")
+    EXPECT_EQ(RunShell("timeout --preserve-status -s INT 3 env " WBALANCE " weigh -d " + kBalance +
+                       " -t 60")
                   .exitCode,
               130);
     look.join();
@@ -133,11 +138,11 @@ TEST(Bench, No_lock_file_is_left_behind_by_a_weighing_that_is_interrupted) {
 
 TEST(Bench, A_monitor_that_shall_outlive_its_terminal_does) {
     VirtualBench bench;
-    bench.Place("mettler-toledo", Options().On("/dev/ttyS0").WithLoad(10));
+    bench.Place(kBalance, Options().On("/dev/ttyS0").WithLoad(10));
     const TemporaryFile lines;
     // As nohup starts a program; the signal comes when there have been readings.
     const Ran ran = RunShell(
-        "(trap '' HUP; exec env " WBALANCE " monitor mettler-toledo@0 -n 5 -i 0 -t 0 --csv >" +
+        "(trap '' HUP; exec env " WBALANCE " monitor " + kBalance + "@0 -n 5 -i 0 -t 0 --csv >" +
         lines.Path() + ") & for i in $(seq 600); do [ $(wc -l <" + lines.Path() +
         ") -lt 2 ] || break; sleep 0.05; done; kill -HUP $!; wait $!; echo $? $(wc -l <" +
         lines.Path() + ")");
@@ -146,10 +151,10 @@ TEST(Bench, A_monitor_that_shall_outlive_its_terminal_does) {
 
 TEST(Bench, A_balance_that_has_fallen_silent_does_not_give_its_old_weight) {
     VirtualBench bench;
-    auto& balance = bench.Place("mettler-toledo", Options().On("/dev/ttyS0").WithLoad(10));
-    EXPECT_EQ(Wbalance("weigh -d mettler-toledo -t 0").output, "10.00 g\n");
+    auto& balance = bench.Place(kBalance, Options().On("/dev/ttyS0").WithLoad(10));
+    EXPECT_EQ(Wbalance("weigh -d " + kBalance + " -t 0").output, "10.00 g\n");
     balance.AddFault("silent");
-    EXPECT_EQ(Wbalance("weigh -d mettler-toledo -t 0").output, "");
+    EXPECT_EQ(Wbalance("weigh -d " + kBalance + " -t 0").output, "");
 }
 
 }  // namespace

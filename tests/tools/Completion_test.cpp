@@ -4,8 +4,13 @@
 
 #include <sstream>
 
+#include "Examples.h"
 #include "RunProgram.h"
 
+using examples::kBalance;
+using examples::kBalanceWithPanel;
+using examples::kOtherBalance;
+using examples::kThirdBalance;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsSupersetOf;
@@ -39,20 +44,22 @@ TEST(Completion, Offers_the_commands) {
 }
 
 TEST(Completion, Offers_a_balance_to_monitor_whether_or_not_bash_divides_words_there) {
-    EXPECT_THAT(Completions("wbalance monitor rad"), ElementsAre("radwag@"));
-    EXPECT_THAT(Completions("wbalance monitor kern@0 oh"), ElementsAre("ohaus@"));
+    EXPECT_THAT(Completions("wbalance monitor rad"), ElementsAre(kOtherBalance + "@"));
+    EXPECT_THAT(Completions("wbalance monitor " + kThirdBalance + "@0 oh"), ElementsAre("ohaus@"));
     EXPECT_THAT(Completions("wbalance monitor --json oh"), ElementsAre("ohaus@"));
-    EXPECT_THAT(Completions("wbalance monitor radwag@0@600"), ElementsAre("radwag@0@600,7E1"));
-    EXPECT_THAT(Completions("wbalance monitor radwag @ 0 @ 600"), ElementsAre("600,7E1"));
-    EXPECT_THAT(Completions("wbalance monitor radwag @ 0 @"), Contains("9600,8N1"));
+    EXPECT_THAT(Completions("wbalance monitor " + kOtherBalance + "@0@600"),
+                ElementsAre(kOtherBalance + "@0@600,7E1"));
+    EXPECT_THAT(Completions("wbalance monitor " + kOtherBalance + " @ 0 @ 600"),
+                ElementsAre("600,7E1"));
+    EXPECT_THAT(Completions("wbalance monitor " + kOtherBalance + " @ 0 @"), Contains("9600,8N1"));
     EXPECT_THAT(Completions("wbalance monitor --mode s"), ElementsAre("stable"));
 }
 
 TEST(Completion, Offers_the_drivers_that_there_are) {
     EXPECT_THAT(Completions("wbalance weigh --driver mettler-"),
-                ElementsAre("mettler-toledo", "mettler-pm", "mettler-pr2003", "mettler-xs",
+                ElementsAre(kBalance, "mettler-pm", "mettler-pr2003", kBalanceWithPanel,
                             "mettler-sb32001"));
-    EXPECT_THAT(Completions("wbalance drivers ra"), ElementsAre("radwag"));
+    EXPECT_THAT(Completions("wbalance drivers ra"), ElementsAre(kOtherBalance));
 }
 
 TEST(Completion, Offers_the_modes) {

@@ -2,6 +2,9 @@
 
 #include <gmock/gmock.h>
 
+#include "Examples.h"
+
+using examples::kBalance;
 using testing::HasSubstr;
 
 namespace {
@@ -9,7 +12,7 @@ namespace {
 const tool::LineSettings kLine{2400, 8, 0, 0, 0};
 
 std::string Explanation(const std::string& answer, const std::string& command = "SI\r\n") {
-    const tool::DriverInfo& driver = tool::FindDriver("mettler-toledo");
+    const tool::DriverInfo& driver = tool::FindDriver(kBalance);
     return tool::ExplainAnswer(driver, kLine, command, {driver.dialect(answer), answer, {}});
 }
 

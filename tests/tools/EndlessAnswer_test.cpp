@@ -5,10 +5,12 @@
 
 #include <cstdio>
 
+#include "Examples.h"
 #include "ToolError.h"
 #include "process/PortCheck.h"
 #include "readings/Measurement.h"
 
+using examples::kThirdBalance;
 using testing::StartsWith;
 using tool::EndlessAnswer;
 using tool::WallTime;
@@ -88,7 +90,7 @@ class SayingBalance : public EndlessBalance {
 
 template <class Balance>
 tool::Report WeighWith(tool::DriverInfo& driver) {
-    driver = tool::FindDriver("kern");
+    driver = tool::FindDriver(kThirdBalance);
     driver.construct = [] { return std::make_unique<Balance>(); };
     const tool::Connection connection{&driver, {0, 'S'}, driver.line, 1};
     tool::BalanceProcess balance(connection, [](const tool::TraceText&) {});

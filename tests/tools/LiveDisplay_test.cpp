@@ -10,6 +10,9 @@
 #include <csignal>
 #include <string>
 
+#include "Examples.h"
+
+using examples::kBalance;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
@@ -79,55 +82,54 @@ class OnTerminal {
 };
 
 constexpr int kEndedAsItsReaderHas = 128 + SIGPIPE;
-constexpr char kMonitor[] = WBALANCE " monitor mettler-toledo@0 -i 0 -t 0";
+const std::string kMonitor = WBALANCE " monitor " + kBalance + "@0 -i 0 -t 0";
 
 std::string Monitor(const std::string& instrument) {
     return "exec " WBALANCE_SIM " " + instrument + " -- " + kMonitor;
 }
 
 TEST(LiveDisplay, Shows_the_weight_large_with_its_state_and_its_statistics) {
-    OnTerminal monitor(Monitor("mettler-toledo --load 12.34"));
+    OnTerminal monitor(Monitor(kBalance + " --load 12.34"));
     EXPECT_TRUE(monitor.SeesSoon("n 3 ")) << monitor.Seen();
     // The top of the digits 1, 2, 3 and 4.
-    EXPECT_THAT(monitor.Seen(), HasSubstr("mettler-toledo /dev/ttyS0\x1b[K\r\n"));
+    EXPECT_THAT(monitor.Seen(), HasSubstr(kBalance + " /dev/ttyS0\x1b[K\r\n"));
     EXPECT_THAT(monitor.Seen(), HasSubstr(" g\x1b[K\r\n  stable, steady\x1b[K\r\n"));
     EXPECT_THAT(monitor.Seen(),
                 HasSubstr("min 12.34  max 12.34  mean 12.340  sd 0.000  drift +0.000 g/min"));
 }
 
 TEST(LiveDisplay, Is_drawn_over_itself_and_changes_no_mode_of_the_terminal) {
-    OnTerminal monitor(Monitor("mettler-toledo --load 12.34"));
+    OnTerminal monitor(Monitor(kBalance + " --load 12.34"));
     EXPECT_TRUE(monitor.SeesSoon("n 2 ")) << monitor.Seen();
     monitor.PressCtrlC();
     EXPECT_EQ(monitor.End(), 0);
-    EXPECT_THAT(monitor.Seen(), HasSubstr("A"
-                                          "mettler-toledo /dev/ttyS0"));
+    EXPECT_THAT(monitor.Seen(), HasSubstr("A" + kBalance + " /dev/ttyS0"));
     EXPECT_THAT(monitor.Seen(), Not(HasSubstr("\x1b[?")));
     EXPECT_THAT(monitor.Seen(), EndsWith(", lost 0 times\r\n"));
 }
 
 TEST(LiveDisplay, Ends_with_the_window_that_it_is_drawn_in) {
-    OnTerminal monitor(Monitor("mettler-toledo --load 12.34"));
+    OnTerminal monitor(Monitor(kBalance + " --load 12.34"));
     EXPECT_TRUE(monitor.SeesSoon("n 2 ")) << monitor.Seen();
     // As at Ctrl-C, unless it draws before it notices.
     EXPECT_THAT(monitor.Close(), testing::AnyOf(0, kEndedAsItsReaderHas));
 }
 
 TEST(LiveDisplay, Ends_with_its_window_also_where_a_closed_one_is_ignored) {
-    OnTerminal monitor("trap '' HUP; " + Monitor("mettler-toledo --load 12.34"));
+    OnTerminal monitor("trap '' HUP; " + Monitor(kBalance + " --load 12.34"));
     EXPECT_TRUE(monitor.SeesSoon("n 2 ")) << monitor.Seen();
     EXPECT_EQ(monitor.Close(), kEndedAsItsReaderHas);
 }
 
 TEST(LiveDisplay, Says_that_a_balance_is_lost_instead_of_its_last_weight) {
-    OnTerminal monitor(Monitor("mettler-toledo --load 12.34 --fault unplug@2s"));
+    OnTerminal monitor(Monitor(kBalance + " --load 12.34 --fault unplug@2s"));
     EXPECT_TRUE(monitor.SeesSoon("LOST: ")) << monitor.Seen();
-    const std::string picture = monitor.Seen().substr(monitor.Seen().rfind("mettler-toledo"));
+    const std::string picture = monitor.Seen().substr(monitor.Seen().rfind(kBalance));
     EXPECT_THAT(picture, Not(HasSubstr(" g\x1b[K")));
 }
 
 TEST(LiveDisplay, Says_that_the_balance_is_overloaded_instead_of_a_weight) {
-    OnTerminal monitor(Monitor("mettler-toledo --fault overload"));
+    OnTerminal monitor(Monitor(kBalance + " --fault overload"));
     EXPECT_TRUE(monitor.SeesSoon("overload: more is on the pan")) << monitor.Seen();
     EXPECT_THAT(monitor.Seen(), Not(HasSubstr(" g\x1b[K")));
 }

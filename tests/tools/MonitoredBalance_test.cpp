@@ -3,9 +3,11 @@
 #include <gmock/gmock.h>
 #include <unistd.h>
 
+#include "Examples.h"
 #include "RunProgram.h"
 #include "simulator/VirtualBench.h"
 
+using examples::kBalance;
 using simulator::Options;
 using simulator::VirtualBench;
 using testing::HasSubstr;
@@ -36,9 +38,9 @@ std::size_t CountOf(const std::string& part, const std::string& text) {
 
 TEST(MonitoredBalance, Is_lost_when_its_idle_process_is_killed) {
     VirtualBench bench;
-    bench.Place("mettler-toledo", Options().On("/dev/ttyS0").WithLoad(10));
+    bench.Place(kBalance, Options().On("/dev/ttyS0").WithLoad(10));
     // Between two readings: the second is a minute away.
-    const Ran ran = MonitorWhile("env", "mettler-toledo@0 -m now -t 0 -i 60 --csv",
+    const Ran ran = MonitorWhile("env", kBalance + "@0 -m now -t 0 -i 60 --csv",
                                  "await ,weight,; child=$(pgrep -P $monitor); kill -KILL $child; "
                                  "await ,lost,; [ ! -e /proc/$child ] || echo a zombie; kill "
                                  "$monitor");
@@ -51,11 +53,11 @@ TEST(MonitoredBalance, Is_lost_when_its_idle_process_is_killed) {
 
 TEST(MonitoredBalance, Says_why_it_is_lost_and_goes_on_after_each_end_of_its_process) {
     VirtualBench bench;
-    bench.Place("mettler-toledo", Options().On("/dev/ttyS0").WithLoad(10));
+    bench.Place(kBalance, Options().On("/dev/ttyS0").WithLoad(10));
     for (const char* signal : {"KILL", "SEGV"}) {
         // A sanitizer, where there is one, leaves the signal alone.
         const Ran ran = MonitorWhile("env ASAN_OPTIONS=handle_segv=0",
-                                     "mettler-toledo@0 -m now -t 0 -i 3 --json -n 2",
+                                     kBalance + "@0 -m now -t 0 -i 3 --json -n 2",
                                      "await weight; kill -s " + std::string(signal) +
                                          " $(pgrep -P $monitor); await lost; await back");
         EXPECT_THAT(ran.output,
@@ -69,9 +71,9 @@ TEST(MonitoredBalance, Says_why_it_is_lost_and_goes_on_after_each_end_of_its_pro
 TEST(MonitoredBalance, Waits_for_file_descriptors_where_there_are_none) {
     if (WBALANCE_SANITIZED) GTEST_SKIP() << "the sanitizer needs descriptors itself";
     VirtualBench bench;
-    bench.Place("mettler-toledo", Options().On("/dev/ttyS0").WithLoad(10));
+    bench.Place(kBalance, Options().On("/dev/ttyS0").WithLoad(10));
     const Ran ran =
-        MonitorWhile("prlimit --nofile=5: env", "mettler-toledo@0 -m now -t 0 -i 0 --json -n 1",
+        MonitorWhile("prlimit --nofile=5: env", kBalance + "@0 -m now -t 0 -i 0 --json -n 1",
                      "await lost; prlimit --pid $monitor --nofile=1024: || kill $monitor");
     EXPECT_THAT(ran.output,
                 HasSubstr("no process can be started for the balance: Too many open files; end "
@@ -84,8 +86,8 @@ TEST(MonitoredBalance, Waits_for_file_descriptors_where_there_are_none) {
 // An hour's interval is no reason to leave a balance out for an hour.
 TEST(MonitoredBalance, Is_looked_for_soon_however_seldom_it_is_read) {
     VirtualBench bench;
-    bench.Place("mettler-toledo", Options().On("/dev/ttyS0").WithLoad(10));
-    const Ran ran = MonitorWhile("env", "mettler-toledo@0 -m now -t 0 -i 3600 --csv",
+    bench.Place(kBalance, Options().On("/dev/ttyS0").WithLoad(10));
+    const Ran ran = MonitorWhile("env", kBalance + "@0 -m now -t 0 -i 3600 --csv",
                                  "await ,weight,; kill -KILL $(pgrep -P $monitor); await ,back,; "
                                  "sleep 2; kill $monitor");
     EXPECT_THAT(ran.output, Not(HasSubstr("never saw")));
@@ -95,8 +97,8 @@ TEST(MonitoredBalance, Is_looked_for_soon_however_seldom_it_is_read) {
 // More readings than there were starts would be those that were made up for.
 TEST(MonitoredBalance, A_slow_reading_is_followed_by_no_burst_of_readings) {
     VirtualBench bench;
-    bench.Place("mettler-toledo", Options().On("/dev/ttyS0").WithLoad(10));
-    const Ran ran = MonitorWhile("env", "mettler-toledo@0 -m now -t 0 -i 0.5 --for 10 --csv",
+    bench.Place(kBalance, Options().On("/dev/ttyS0").WithLoad(10));
+    const Ran ran = MonitorWhile("env", kBalance + "@0 -m now -t 0 -i 0.5 --for 10 --csv",
                                  "await ,weight,; child=$(pgrep -P $monitor); kill -STOP $child; "
                                  "sleep 6; kill -CONT $child");
     const int readings = static_cast<int>(CountOf(",weight,", ran.output));

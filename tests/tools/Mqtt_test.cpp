@@ -5,8 +5,10 @@
 
 #include <algorithm>
 
+#include "Examples.h"
 #include "RunProgram.h"
 
+using examples::kBalance;
 using testing::HasSubstr;
 
 namespace {
@@ -37,8 +39,8 @@ class Broker {
 };
 
 std::string Publisher() {
-    return std::string(WBALANCE_SIM) + " mettler-toledo --load 12.34 -- " + WBALANCE +
-           " monitor mettler-toledo@0 -i 0 -t 0 --json | " + MOSQUITTO_PUB + " -l -q 1" +
+    return std::string(WBALANCE_SIM) + " " + kBalance + " --load 12.34 -- " + WBALANCE +
+           " monitor " + kBalance + "@0 -i 0 -t 0 --json | " + MOSQUITTO_PUB + " -l -q 1" +
            AtBroker() + " -t lab/balance";
 }
 
@@ -75,8 +77,8 @@ TEST(Mqtt, Without_a_broker_at_the_start_both_end_so_that_the_service_starts_the
     const std::string publisher =
         std::string(MOSQUITTO_PUB) + " -l" + AtBroker() + " -t lab/balance";
     const Ran ran =
-        RunShell("timeout 20 " + std::string(WBALANCE_SIM) + " mettler-toledo --load 12.34 -- " +
-                 WBALANCE + " monitor mettler-toledo@0 -i 0 -t 0 --json | " + publisher);
+        RunShell("timeout 20 " + std::string(WBALANCE_SIM) + " " + kBalance + " --load 12.34 -- " +
+                 WBALANCE + " monitor " + kBalance + "@0 -i 0 -t 0 --json | " + publisher);
     EXPECT_NE(ran.exitCode, 0);
     EXPECT_NE(ran.exitCode, 124);
 }

@@ -46,14 +46,14 @@ DisplayedBalance Silent(const std::string& name) {
 }
 
 std::vector<DisplayedBalance> FourBalances() {
-    return {Weighing("mettler-toledo /dev/ttyS0", "12.34"), Lost("radwag /dev/ttyUSB0"),
-            Weighing("kern /dev/ttyUSB1", "-1234.567"), Silent("ohaus /dev/ttyUSB2")};
+    return {Weighing("weighing-table /dev/ttyS0", "12.34"), Lost("drying /dev/ttyUSB0"),
+            Weighing("oven /dev/ttyUSB1", "-1234.567"), Silent("scale /dev/ttyUSB2")};
 }
 
 std::vector<DisplayedBalance> ThirtyBalances() {
     std::vector<DisplayedBalance> balances;
     for (int i = 0; i < 30; ++i) {
-        const std::string name = "radwag /dev/ttyUSB" + std::to_string(i);
+        const std::string name = "drying /dev/ttyUSB" + std::to_string(i);
         balances.push_back(i % 10 == 9 ? Lost(name) : Weighing(name, "12.34"));
     }
     return balances;
@@ -61,8 +61,8 @@ std::vector<DisplayedBalance> ThirtyBalances() {
 
 TEST(Picture, One_balance_is_shown_large) {
     EXPECT_THAT(
-        PictureOf({Weighing("mettler-toledo /dev/ttyS0", "12.34")}, {80, 24}, kNow),
-        ElementsAre("mettler-toledo /dev/ttyS0",  //
+        PictureOf({Weighing("weighing-table /dev/ttyS0", "12.34")}, {80, 24}, kNow),
+        ElementsAre("weighing-table /dev/ttyS0",  //
                     "        _   _    ",          //
                     "      | _|  _||_|",          //
                     "      ||_ . _|  | g",        //
@@ -71,32 +71,32 @@ TEST(Picture, One_balance_is_shown_large) {
 }
 
 TEST(Picture, One_balance_has_room_in_20_columns_and_5_rows) {
-    EXPECT_THAT(PictureOf({Weighing("mettler-toledo /dev/ttyS0", "12.34")}, {20, 5}, kNow),
-                ElementsAre("mettler-toledo /de>", "  12.34 g  stable,>", "  n 1  min 12.34  >"));
+    EXPECT_THAT(PictureOf({Weighing("weighing-table /dev/ttyS0", "12.34")}, {20, 5}, kNow),
+                ElementsAre("weighing-table /de>", "  12.34 g  stable,>", "  n 1  min 12.34  >"));
 }
 
 TEST(Picture, Four_balances_are_shown_small_in_24_rows) {
     EXPECT_THAT(
         PictureOf(FourBalances(), {80, 24}, kNow),
         ElementsAre(
-            "mettler-toledo /dev/ttyS0", "  12.34 g  stable, steady",
+            "weighing-table /dev/ttyS0", "  12.34 g  stable, steady",
             "  n 1  min 12.34  max 12.34  mean 12.340  sd 0.000  drift +0.000 g/min",
-            "radwag /dev/ttyUSB0",
+            "drying /dev/ttyUSB0",
             "  LOST: no answer; is the balance switched on, the cable plugged in, and are t>",
             "  n 1  min 5.67  max 5.67  mean 5.670  sd 0.000  drift +0.000 g/min",
-            "kern /dev/ttyUSB1", "  -1234.567 g  stable, steady",
+            "oven /dev/ttyUSB1", "  -1234.567 g  stable, steady",
             "  n 1  min -1234.567  max -1234.567  mean -1234.5670  sd 0.0000  drift +0.0000>",
-            "ohaus /dev/ttyUSB2", "  waiting for the first reading"));
+            "scale /dev/ttyUSB2", "  waiting for the first reading"));
 }
 
 TEST(Picture, Four_balances_have_a_line_each_where_there_is_no_more_room) {
     EXPECT_THAT(
         PictureOf(FourBalances(), {80, 5}, kNow),
         ElementsAre(
-            "mettler-toledo /dev/ttyS0 12.34 g  stable, steady",
-            "radwag /dev/ttyUSB0       LOST: no answer; is the balance switched on, the cab>",
-            "kern /dev/ttyUSB1         -1234.567 g  stable, steady",
-            "ohaus /dev/ttyUSB2        waiting for the first reading"));
+            "weighing-table /dev/ttyS0 12.34 g  stable, steady",
+            "drying /dev/ttyUSB0       LOST: no answer; is the balance switched on, the cab>",
+            "oven /dev/ttyUSB1         -1234.567 g  stable, steady",
+            "scale /dev/ttyUSB2        waiting for the first reading"));
     EXPECT_THAT(PictureOf(FourBalances(), {20, 5}, kNow),
                 ElementsAre("</ttyS0 12.34 g  s>", "<tyUSB0 LOST: no a>", "<tyUSB1 -1234.567 >",
                             "<tyUSB2 waiting fo>"));
@@ -129,27 +129,27 @@ TEST(Picture, Has_room_on_a_screen_of_any_size) {
 }
 
 TEST(Picture, A_number_too_wide_to_be_shown_large_is_shown_small) {
-    const auto picture = PictureOf({Weighing("kern /dev/ttyS0", "-1234.567")}, {31, 24}, kNow);
+    const auto picture = PictureOf({Weighing("oven /dev/ttyS0", "-1234.567")}, {31, 24}, kNow);
     EXPECT_THAT(picture, Contains("  -1234.567 g  stable, steady"));
-    EXPECT_THAT(PictureOf({Weighing("kern /dev/ttyS0", "-1234.567")}, {32, 24}, kNow), SizeIs(7));
+    EXPECT_THAT(PictureOf({Weighing("oven /dev/ttyS0", "-1234.567")}, {32, 24}, kNow), SizeIs(7));
 }
 
 TEST(Picture, A_weight_that_is_not_fresh_has_its_age) {
     using std::chrono::seconds;
     const auto stateAt = [](seconds age) {
-        return PictureOf({Weighing("kern /dev/ttyS0", "5.00", age)}, {80, 24}, kNow)[4];
+        return PictureOf({Weighing("oven /dev/ttyS0", "5.00", age)}, {80, 24}, kNow)[4];
     };
     EXPECT_EQ(stateAt(seconds(2)), "  stable, steady");
     EXPECT_EQ(stateAt(seconds(3)), "  3 s ago: stable");
     EXPECT_EQ(stateAt(seconds(119)), "  119 s ago: stable");
     EXPECT_EQ(stateAt(seconds(200)), "  3 min ago: stable");
     EXPECT_EQ(stateAt(seconds(8000)), "  2 h ago: stable");
-    EXPECT_THAT(PictureOf({Weighing("kern /dev/ttyS0", "5.00", seconds(9))}, {80, 2}, kNow),
-                ElementsAre("kern /dev/ttyS0 5.00 g  9 s ago: stable"));
+    EXPECT_THAT(PictureOf({Weighing("oven /dev/ttyS0", "5.00", seconds(9))}, {80, 2}, kNow),
+                ElementsAre("oven /dev/ttyS0 5.00 g  9 s ago: stable"));
 }
 
 TEST(Picture, A_lost_balance_does_not_show_its_old_weight) {
-    const auto picture = PictureOf({Lost("radwag /dev/ttyUSB0")}, {80, 24}, kNow);
+    const auto picture = PictureOf({Lost("drying /dev/ttyUSB0")}, {80, 24}, kNow);
     EXPECT_EQ(picture[1], "             ");
     EXPECT_EQ(picture[2], "     _  _  _ ");
     EXPECT_EQ(picture[3], "             ");
@@ -157,17 +157,17 @@ TEST(Picture, A_lost_balance_does_not_show_its_old_weight) {
 }
 
 TEST(Picture, An_overload_is_said_in_words) {
-    DisplayedBalance balance = Weighing("kern /dev/ttyS0", "");
+    DisplayedBalance balance = Weighing("oven /dev/ttyS0", "");
     balance.reading.meaning = tool::Meaning::Overload;
     EXPECT_THAT(PictureOf({balance}, {80, 24}, kNow)[4], HasSubstr("overload: more is on the pan"));
 }
 
 TEST(Picture, What_an_instrument_sends_moves_no_cursor) {
-    DisplayedBalance balance = Weighing("kern /dev/ttyS0", "5.00");
+    DisplayedBalance balance = Weighing("oven /dev/ttyS0", "5.00");
     balance.reading.unit = "g\x1b[2J";
     balance.lost = "";
     EXPECT_THAT(PictureOf({balance}, {80, 2}, kNow),
-                ElementsAre("kern /dev/ttyS0 5.00 g\\x1b[2J  stable, steady"));
+                ElementsAre("oven /dev/ttyS0 5.00 g\\x1b[2J  stable, steady"));
 }
 
 }  // namespace

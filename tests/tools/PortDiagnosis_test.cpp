@@ -12,11 +12,13 @@
 #include <filesystem>
 #include <vector>
 
+#include "Examples.h"
 #include "RunProgram.h"
 #include "process/Descriptor.h"
 #include "simulator/VirtualBench.h"
 #include "simulator/line/VirtualLine.h"
 
+using examples::kBalance;
 using simulator::Options;
 using simulator::VirtualBench;
 using simulator::VirtualLine;
@@ -43,12 +45,12 @@ class PortDiagnosis : public testing::Test {
         const std::string& sentence, const std::function<void()>& before = [] {},
         const std::string& as = "env ") {
         before();
-        const Ran examined = RunShell(as + WBALANCE " doctor -d mettler-toledo -p 0 --usb");
+        const Ran examined = RunShell(as + WBALANCE " doctor -d " + kBalance + " -p 0 --usb");
         EXPECT_THAT(examined.output, EndsWith("\ndiagnosis      /dev/ttyUSB0" + sentence + "\n"));
         EXPECT_EQ(examined.errors, "");
         EXPECT_EQ(examined.exitCode, 3);
         before();
-        const Ran weighed = RunShell(as + WBALANCE " weigh -d mettler-toledo -p 0 --usb");
+        const Ran weighed = RunShell(as + WBALANCE " weigh -d " + kBalance + " -p 0 --usb");
         EXPECT_EQ(weighed.output, "");
         EXPECT_EQ(weighed.errors, "wbalance: /dev/ttyUSB0" + sentence + "\n");
         EXPECT_EQ(weighed.exitCode, 3);
@@ -56,7 +58,7 @@ class PortDiagnosis : public testing::Test {
 
     VirtualBench bench_;
     simulator::ConnectedInstrument& balance_ =
-        bench_.Place("mettler-toledo", Options().On("/dev/ttyUSB0").WithLoad(3));
+        bench_.Place(kBalance, Options().On("/dev/ttyUSB0").WithLoad(3));
 };
 
 /// Nothing keeps root out. So for root `nobody` meets the node, with the right to read this build
@@ -222,7 +224,7 @@ TEST_F(PortDiagnosis, An_adapter_that_cannot_do_the_settings_is_said_to_refuse_t
 
 TEST_F(PortDiagnosis, CTS_that_is_off_is_seen_before_anything_is_sent_in_vain) {
     OnLine([](VirtualLine& line) { line.SetInstrumentControlLines(TIOCM_DSR); });
-    const Ran ran = Wbalance("doctor -d mettler-toledo -p 0 --usb -l 2400,7E1,rtscts");
+    const Ran ran = Wbalance("doctor -d " + kBalance + " -p 0 --usb -l 2400,7E1,rtscts");
     EXPECT_THAT(ran.output, EndsWith("control lines  CTS off, DSR on, DCD off\n"
                                      "diagnosis      /dev/ttyUSB0: CTS is off, so nothing can be "
                                      "sent with rtscts; switch the balance on, use a cable that "
@@ -232,7 +234,7 @@ TEST_F(PortDiagnosis, CTS_that_is_off_is_seen_before_anything_is_sent_in_vain) {
 
 TEST_F(PortDiagnosis, CTS_does_not_matter_where_nothing_waits_for_it) {
     OnLine([](VirtualLine& line) { line.SetInstrumentControlLines(0); });
-    const Ran ran = Wbalance("doctor -d mettler-toledo -p 0 --usb -t 0");
+    const Ran ran = Wbalance("doctor -d " + kBalance + " -p 0 --usb -t 0");
     EXPECT_THAT(ran.output, HasSubstr("control lines  CTS off, DSR off, DCD off\n"));
     EXPECT_EQ(ran.exitCode, 0);
 }
@@ -257,18 +259,18 @@ TEST_F(PortDiagnosis, The_program_that_holds_the_port_is_named) {
     const std::string held = "held by PortDiagnosis_t (process " + std::to_string(getpid()) +
                              "): end that program first\n";
 
-    const Ran examined = Wbalance("doctor -d mettler-toledo -p 0 --usb");
+    const Ran examined = Wbalance("doctor -d " + kBalance + " -p 0 --usb");
     EXPECT_THAT(examined.output, EndsWith("\ndiagnosis      /dev/ttyUSB0 is " + held));
     EXPECT_EQ(examined.exitCode, 3);
 
-    const Ran weighed = Wbalance("weigh -d mettler-toledo -p 0 --usb");
+    const Ran weighed = Wbalance("weigh -d " + kBalance + " -p 0 --usb");
     EXPECT_EQ(weighed.errors, "wbalance: /dev/ttyUSB0: the port is in use; it is " + held);
     EXPECT_EQ(weighed.exitCode, 3);
 }
 
 TEST_F(PortDiagnosis, A_program_that_only_has_the_number_in_a_lock_file_is_not_blamed) {
     const Lock lock(getpid());
-    const Ran ran = Wbalance("doctor -d mettler-toledo -p 0 --usb -t 0");
+    const Ran ran = Wbalance("doctor -d " + kBalance + " -p 0 --usb -t 0");
     EXPECT_THAT(ran.output, Not(HasSubstr("held by")));
     EXPECT_THAT(ran.output, HasSubstr("access         opens, nobody else holds it\n"));
 }
@@ -278,10 +280,10 @@ TEST_F(PortDiagnosis, A_lock_file_that_is_none_stops_nothing) {
     const std::string path = (bench_.Directory() / "LCK..ttyUSB0").string();
     const auto examine = [&](const std::string& make) {
         RunShell(make);
-        for (const char* command :
-             {"doctor -d mettler-toledo -p 0 --usb -t 0", "ports",
-              "weigh -d mettler-toledo -p 0 --usb -t 0", "detect -p 0 --usb"}) {
-            const Ran ran = RunShell("timeout 60 env " WBALANCE " " + std::string(command));
+        for (const std::string& command :
+             {"doctor -d " + kBalance + " -p 0 --usb -t 0", std::string("ports"),
+              "weigh -d " + kBalance + " -p 0 --usb -t 0", std::string("detect -p 0 --usb")}) {
+            const Ran ran = RunShell("timeout 60 env " WBALANCE " " + command);
             EXPECT_NE(ran.exitCode, 124) << make << ": " << command;
             EXPECT_THAT(ran.exitCode, testing::AnyOf(0, 3)) << make << ": " << command;
         }
@@ -296,7 +298,7 @@ TEST_F(PortDiagnosis, A_lock_file_that_is_none_stops_nothing) {
 TEST_F(PortDiagnosis, The_lock_of_a_program_that_has_ended_holds_nothing) {
     const Ran ended = RunShell("echo $$");
     const Lock lock(std::stoi(ended.output));
-    EXPECT_EQ(Wbalance("weigh -d mettler-toledo -p 0 --usb -t 0").output, "3.00 g\n");
+    EXPECT_EQ(Wbalance("weigh -d " + kBalance + " -p 0 --usb -t 0").output, "3.00 g\n");
 }
 
 TEST_F(PortDiagnosis, Detect_goes_on_behind_line_settings_that_the_port_refuses_and_names_them) {
@@ -336,7 +338,7 @@ TEST_F(ForbiddenPort, A_process_that_cannot_be_looked_into_is_named_but_not_blam
                              "port, sudo rm /var/lock/LCK..ttyUSB0\n";
     const Lock lock(1);
     const Ran examined =
-        RunShell(As(Group()) + WBALANCE " doctor -d mettler-toledo -p 0 --usb -t 0");
+        RunShell(As(Group()) + WBALANCE " doctor -d " + kBalance + " -p 0 --usb -t 0");
     EXPECT_THAT(examined.output, EndsWith("\ndiagnosis      /dev/ttyUSB0 is " + held));
     EXPECT_EQ(examined.exitCode, 3);
     const Ran detected = RunShell(As(Group()) + WBALANCE " detect -p 0 --usb");

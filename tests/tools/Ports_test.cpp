@@ -2,14 +2,17 @@
 
 #include <gmock/gmock.h>
 
+#include "Examples.h"
 #include "RunProgram.h"
+
+using examples::kOtherBalance;
 
 namespace {
 
 Ran Ports(const std::string& arguments) {
-    return RunShell(std::string(WBALANCE_SIM) +
-                    " radwag --usb -- sh -c 'LD_PRELOAD=" STAND_IN_UDEV
-                    ":$LD_PRELOAD exec " WBALANCE " ports" +
+    return RunShell(std::string(WBALANCE_SIM) + " " + kOtherBalance +
+                    " --usb -- sh -c 'LD_PRELOAD=" STAND_IN_UDEV ":$LD_PRELOAD exec " WBALANCE
+                    " ports" +
                     arguments + "'");
 }
 

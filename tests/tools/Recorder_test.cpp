@@ -2,9 +2,11 @@
 
 #include <gmock/gmock.h>
 
+#include "Examples.h"
 #include "TemporaryFile.h"
 #include "readings/Measurement.h"
 
+using examples::kBalance;
 using record::Entry;
 using testing::HasSubstr;
 using testing::StartsWith;
@@ -58,7 +60,7 @@ TEST(Recorder, What_was_recorded_is_measured_alike) {
     report.trace = {{{}, "<== S\r\n ... OK\n\n"},
                     {{}, "Read from scale: S D     12.34 g\r\n (time elapsed: 1 ms)\n"}};
     report.outcome = {1, 12.34};
-    const tool::DriverInfo& driver = tool::FindDriver("mettler-toledo");
+    const tool::DriverInfo& driver = tool::FindDriver(kBalance);
     tool::Recorder(file.Path(), {&driver, {}, driver.line, 1}).Add(request, report);
 
     EXPECT_THAT(file.Text(), HasSubstr(" = weigh 1 12.34"));

@@ -11,8 +11,11 @@
 #include <sstream>
 #include <thread>
 
+#include "Examples.h"
 #include "RunProgram.h"
 
+using examples::kBalance;
+using examples::kOtherBalance;
 using testing::HasSubstr;
 using testing::Not;
 
@@ -109,14 +112,13 @@ class Screen {
     const TemporaryFile before_;
 };
 
-constexpr char kSimulated[] = WBALANCE_SIM " mettler-toledo --load 12.34 -- ";
+const std::string kSimulated = WBALANCE_SIM " " + kBalance + " --load 12.34 -- ";
 
 // The simulated one, and others whose adapters are not there.
 std::string MonitorOf(int balances) {
-    std::string command =
-        std::string(kSimulated) + WBALANCE " monitor -t 0 -i 0.2 mettler-toledo@0";
+    std::string command = kSimulated + WBALANCE " monitor -t 0 -i 0.2 " + kBalance + "@0";
     for (int i = 1; i < balances; ++i)
-        command += " radwag@ttyUSB" + std::to_string(100 + i);
+        command += " " + kOtherBalance + "@ttyUSB" + std::to_string(100 + i);
     return command;
 }
 
@@ -151,8 +153,9 @@ TEST_P(AtAnySize, Every_line_stands_once_and_none_leaves_the_top) {
     int named = 0;
     int more = 0;
     for (const auto& line : lines) {
-        // A name, whole or with its end.
-        if (line.rfind("mettler", 0) == 0 || line.rfind("radwag", 0) == 0 || line[0] == '<')
+        // A name, whole or cut at either end.
+        if (line.rfind(kBalance.substr(0, 7), 0) == 0 || line.rfind(kOtherBalance, 0) == 0 ||
+            line[0] == '<')
             ++named;
         if (line.rfind("and ", 0) == 0) more = std::atoi(line.c_str() + 4);
     }
@@ -193,8 +196,8 @@ TEST(Screen, Follows_the_window_and_cuts_a_lost_balances_sentence) {
     screen.Resize(200, 60);
     EXPECT_TRUE(screen.Shows([&screen] {
         const auto lines = screen.Lines();
-        return lines.size() == 15 && lines[0] == "mettler-toledo /dev/ttyS0" &&
-               lines[3] == "      ||_ . _|  | g" && lines[6] == "radwag /dev/ttyUSB101";
+        return lines.size() == 15 && lines[0] == kBalance + " /dev/ttyS0" &&
+               lines[3] == "      ||_ . _|  | g" && lines[6] == kOtherBalance + " /dev/ttyUSB101";
     })) << screen.Text();
 }
 
@@ -209,7 +212,7 @@ TEST(Screen, Comes_back_below_the_shells_lines_after_Ctrl_Z) {
     screen.ExpectAsBefore();
     screen.Type("clear; fg");
     EXPECT_TRUE(screen.Shows("drift")) << screen.Text();
-    EXPECT_EQ(screen.Lines()[1], "mettler-toledo /dev/ttyS0") << screen.Text();
+    EXPECT_EQ(screen.Lines()[1], kBalance + " /dev/ttyS0") << screen.Text();
     screen.Press("C-c");
     EXPECT_TRUE(screen.Shows("lost 0 times")) << screen.Text();
     screen.ExpectAsBefore();
@@ -227,11 +230,11 @@ TEST(Screen, Keeps_one_picture_however_often_Enter_is_pressed) {
     EXPECT_TRUE(screen.Shows([&screen] {
         int named = 0;
         for (const auto& line : screen.Lines())
-            named += line.rfind("mettler-toledo", 0) == 0 ? 1 : 0;
+            named += line.rfind(kBalance, 0) == 0 ? 1 : 0;
         return named == 1 && screen.Text().find("\nb") == std::string::npos;
     })) << screen.Text();
     std::this_thread::sleep_for(std::chrono::seconds(1));
-    EXPECT_EQ(screen.Lines()[0], "mettler-toledo /dev/ttyS0") << screen.Text();
+    EXPECT_EQ(screen.Lines()[0], kBalance + " /dev/ttyS0") << screen.Text();
     screen.Press("C-c");
     EXPECT_TRUE(screen.Shows("lost 0 times")) << screen.Text();
     screen.ExpectAsBefore();
@@ -242,9 +245,9 @@ TEST(Screen, Is_the_shells_while_the_monitor_runs_in_the_background) {
     const Script monitor(MonitorOf(1));
     screen.Type(monitor.Call() + " &");
     std::this_thread::sleep_for(std::chrono::seconds(2));
-    EXPECT_THAT(screen.Text(), Not(HasSubstr("mettler-toledo")));
+    EXPECT_THAT(screen.Text(), Not(HasSubstr(kBalance)));
     screen.Type("fg");
-    EXPECT_TRUE(screen.Shows("mettler-toledo /dev/ttyS0")) << screen.Text();
+    EXPECT_TRUE(screen.Shows(kBalance + " /dev/ttyS0")) << screen.Text();
 }
 
 TEST(Screen, Is_left_as_it_was_by_every_end) {
@@ -253,8 +256,8 @@ TEST(Screen, Is_left_as_it_was_by_every_end) {
           "pkill -KILL -P $monitor; sleep 2; kill -INT $monitor"}) {
         const Screen screen(80, 24);
         const TemporaryFile number;
-        const Script monitor(std::string(kSimulated) + "sh -c 'echo $$ >" + number.Path() +
-                             "; exec " WBALANCE " monitor -i 0.2 -t 0 mettler-toledo@0'");
+        const Script monitor(kSimulated + "sh -c 'echo $$ >" + number.Path() +
+                             "; exec " WBALANCE " monitor -i 0.2 -t 0 " + kBalance + "@0'");
         screen.Type(monitor.Call());
         EXPECT_TRUE(screen.ShowsReadings()) << screen.Text();
         RunShell("monitor=$(cat " + number.Path() + "); " + end);

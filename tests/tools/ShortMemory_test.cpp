@@ -5,8 +5,10 @@
 
 #include <new>
 
+#include "Examples.h"
 #include "monitor/MonitoredBalance.h"
 
+using examples::kOtherBalance;
 using tool::MonitoredBalance;
 
 namespace {
@@ -29,7 +31,7 @@ TEST(ShortMemory, Is_a_loss_of_the_balance_which_is_looked_for_again) {
         ++traced;
         throw std::bad_alloc();
     };
-    const tool::DriverInfo& driver = tool::FindDriver("radwag");
+    const tool::DriverInfo& driver = tool::FindDriver(kOtherBalance);
     MonitoredBalance balance(
         {&driver, tool::PortName("98", false), driver.line, 1, 1, std::chrono::seconds(1)},
         listener);

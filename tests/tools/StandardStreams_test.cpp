@@ -2,17 +2,19 @@
 
 #include <gmock/gmock.h>
 
+#include "Examples.h"
 #include "RunProgram.h"
 
+using examples::kBalance;
 using testing::HasSubstr;
 
 namespace {
 
-constexpr char kWeigh[] = " weigh -d mettler-toledo -t 0";
+const std::string kWeigh = " weigh -d " + kBalance + " -t 0";
 
 /// Weighs with these streams closed; a program that hangs is ended with exit code 124.
 Ran WeighWithout(const std::string& closed) {
-    return RunShell("timeout 60 " WBALANCE_SIM " mettler-toledo --load 12.34 -- sh -c 'exec " +
+    return RunShell("timeout 60 " WBALANCE_SIM " " + kBalance + " --load 12.34 -- sh -c 'exec " +
                     std::string(WBALANCE) + kWeigh + " " + closed + "'");
 }
 
@@ -38,9 +40,9 @@ TEST(StandardStreams, The_simulator_serves_and_logs_without_them) {
     for (const char* closed : {"<&-", "<&- 2>&-", "<&- >&-", "<&- >&- 2>&-"}) {
         const TemporaryFile log;
         const TemporaryFile weight;
-        const Ran ran =
-            RunShell("timeout 60 " WBALANCE_SIM " mettler-toledo --load 12.34 --log " + log.Path() +
-                     " -- sh -c '" + WBALANCE + kWeigh + " >" + weight.Path() + "' " + closed);
+        const Ran ran = RunShell("timeout 60 " WBALANCE_SIM " " + kBalance +
+                                 " --load 12.34 --log " + log.Path() + " -- sh -c '" + WBALANCE +
+                                 kWeigh + " >" + weight.Path() + "' " + closed);
         EXPECT_EQ(ran.exitCode, 0) << closed;
         EXPECT_EQ(weight.Text(), "12.34 g\n") << closed;
         EXPECT_THAT(log.Text(), HasSubstr("\"S\\r\\n\"")) << closed;

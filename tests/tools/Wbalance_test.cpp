@@ -10,9 +10,15 @@
 #include <sstream>
 #include <thread>
 
+#include "Examples.h"
 #include "RunProgram.h"
 #include "StartedProgram.h"
 
+using examples::kBalance;
+using examples::kBalanceClass;
+using examples::kBalanceWithPanel;
+using examples::kOtherBalance;
+using examples::kThirdBalance;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
@@ -23,31 +29,29 @@ QJsonObject JsonOf(const std::string& line) {
     return QJsonDocument::fromJson(QByteArray::fromStdString(line)).object();
 }
 
-constexpr char kWeigh[] = "weigh -d mettler-toledo -t 0";
+const std::string kWeigh = "weigh -d " + kBalance + " -t 0";
 
 TEST(Wbalance, Weigh_puts_the_weight_alone_on_standard_output) {
-    const Ran ran = WbalanceWith("mettler-toledo --load 12.34", kWeigh);
+    const Ran ran = WbalanceWith(kBalance + " --load 12.34", kWeigh);
     EXPECT_EQ(ran.output, "12.34 g\n");
     EXPECT_EQ(ran.errors, "");
     EXPECT_EQ(ran.exitCode, 0);
 }
 
 TEST(Wbalance, A_balance_that_answers_the_reset_is_weighed_all_the_same) {
-    const Ran ran =
-        WbalanceWith("mettler-toledo --load 100 --with serial-number=4444444444", kWeigh);
+    const Ran ran = WbalanceWith(kBalance + " --load 100 --with serial-number=4444444444", kWeigh);
     EXPECT_EQ(ran.output, "100.00 g\n");
 }
 
 TEST(Wbalance, The_trace_goes_to_standard_error_and_only_when_asked_for) {
-    const Ran ran = WbalanceWith("mettler-toledo --load 12.34", std::string(kWeigh) + " --trace");
+    const Ran ran = WbalanceWith(kBalance + " --load 12.34", kWeigh + " --trace");
     EXPECT_EQ(ran.output, "12.34 g\n");
     EXPECT_THAT(ran.errors, StartsWith("/dev/ttyS0 OPENED SUCCESSFULLY!\n\n"));
     EXPECT_THAT(ran.errors, EndsWith("Generic Mettler Toledo - weight = 12.34 cc.\n\n"));
 }
 
 TEST(Wbalance, Json_has_the_value_the_digits_as_received_and_the_raw_answer) {
-    const Ran ran =
-        WbalanceWith("mettler-toledo --load 12.3", std::string(kWeigh) + " --json --mode stable");
+    const Ran ran = WbalanceWith(kBalance + " --load 12.3", kWeigh + " --json --mode stable");
     const QJsonObject object = JsonOf(ran.output);
     EXPECT_EQ(object["status"].toString(), "weight");
     EXPECT_EQ(object["value"].toDouble(), 12.3);
@@ -55,20 +59,21 @@ TEST(Wbalance, Json_has_the_value_the_digits_as_received_and_the_raw_answer) {
     EXPECT_EQ(object["unit"].toString(), "g");
     EXPECT_EQ(object["stability"].toString(), "stable");
     EXPECT_EQ(object["answer"].toString(), "S S      12.30 g\r\n");
-    EXPECT_EQ(object["driver"].toString(), "mettler-toledo");
+    EXPECT_EQ(object["driver"].toString().toStdString(), kBalance);
     EXPECT_EQ(object["port"].toString(), "/dev/ttyS0");
     EXPECT_EQ(object.size(), 10);
 }
 
 TEST(Wbalance, Csv_has_a_header) {
-    const Ran ran = WbalanceWith("mettler-toledo --load 12.34", std::string(kWeigh) + " --csv");
+    const Ran ran = WbalanceWith(kBalance + " --load 12.34", kWeigh + " --csv");
     EXPECT_THAT(ran.output, StartsWith("time,driver,port,status,value,unit,stability,answer\n"));
-    EXPECT_THAT(ran.output, EndsWith(",mettler-toledo,\"/dev/ttyS0\",weight,12.34,\"g\",stable,"
+    EXPECT_THAT(ran.output, EndsWith("," + kBalance +
+                                     ",\"/dev/ttyS0\",weight,12.34,\"g\",stable,"
                                      "\"S S      12.34 g\\r\\n\"\n"));
 }
 
 TEST(Wbalance, An_overload_is_no_weight_and_has_its_exit_code) {
-    const Ran ran = WbalanceWith("mettler-toledo --fault overload", kWeigh);
+    const Ran ran = WbalanceWith(kBalance + " --fault overload", kWeigh);
     EXPECT_EQ(ran.output, "");
     EXPECT_EQ(ran.errors,
               "wbalance: /dev/ttyS0: overload: more is on the pan than the balance can weigh; take "
@@ -77,35 +82,33 @@ TEST(Wbalance, An_overload_is_no_weight_and_has_its_exit_code) {
 }
 
 TEST(Wbalance, Json_reports_an_underload_without_a_value) {
-    const Ran ran =
-        WbalanceWith("mettler-toledo --fault underload", std::string(kWeigh) + " --json");
+    const Ran ran = WbalanceWith(kBalance + " --fault underload", kWeigh + " --json");
     EXPECT_EQ(JsonOf(ran.output)["status"].toString(), "underload");
     EXPECT_TRUE(JsonOf(ran.output)["value"].isNull());
     EXPECT_EQ(ran.exitCode, 7);
 }
 
 TEST(Wbalance, Silence_has_its_exit_code) {
-    const Ran ran = WbalanceWith("mettler-toledo --fault silent", kWeigh);
+    const Ran ran = WbalanceWith(kBalance + " --fault silent", kWeigh);
     EXPECT_EQ(ran.output, "");
     EXPECT_THAT(ran.errors, StartsWith("wbalance: /dev/ttyS0: no answer;"));
     EXPECT_EQ(ran.exitCode, 4);
 }
 
 TEST(Wbalance, An_answer_cut_short_is_not_understood) {
-    const Ran ran = WbalanceWith("mettler-toledo --load 12.34 --fault truncated=7", kWeigh);
+    const Ran ran = WbalanceWith(kBalance + " --load 12.34 --fault truncated=7", kWeigh);
     EXPECT_EQ(ran.output, "");
     EXPECT_EQ(ran.exitCode, 5);
 }
 
 TEST(Wbalance, Wrong_line_settings_never_give_a_weight) {
-    const Ran ran =
-        WbalanceWith("mettler-toledo --load 12.34", std::string(kWeigh) + " --line 9600,8N1");
+    const Ran ran = WbalanceWith(kBalance + " --load 12.34", kWeigh + " --line 9600,8N1");
     EXPECT_EQ(ran.output, "");
     EXPECT_NE(ran.exitCode, 0);
 }
 
 TEST(Wbalance, A_missing_port_is_said_to_be_missing) {
-    const Ran ran = Wbalance("weigh -d mettler-toledo --port 4711 --usb");
+    const Ran ran = Wbalance("weigh -d " + kBalance + " --port 4711 --usb");
     EXPECT_EQ(ran.output, "");
     EXPECT_EQ(ran.errors,
               "wbalance: /dev/ttyUSB4711: there is no such port; is the adapter plugged in? "
@@ -115,26 +118,27 @@ TEST(Wbalance, A_missing_port_is_said_to_be_missing) {
 
 TEST(Wbalance, An_unknown_driver_is_answered_with_those_there_are) {
     const Ran ran = Wbalance("weigh -d metler");
-    EXPECT_THAT(ran.errors, StartsWith("wbalance: there is no driver \"metler\"; there are: "
-                                       "mettler-toledo, "));
+    EXPECT_THAT(
+        ran.errors,
+        StartsWith("wbalance: there is no driver \"metler\"; there are: " + kBalance + ", "));
     EXPECT_EQ(ran.exitCode, 2);
 }
 
 TEST(Wbalance, An_unknown_command_is_answered_with_those_there_are) {
-    const Ran ran = Wbalance("wiegh -d radwag");
+    const Ran ran = Wbalance("wiegh -d " + kOtherBalance);
     EXPECT_THAT(ran.errors,
                 StartsWith("wbalance: there is no command \"wiegh\"; there are: weigh, "));
     EXPECT_EQ(ran.exitCode, 2);
 }
 
 TEST(Wbalance, An_unknown_mode_is_answered_with_those_there_are) {
-    const Ran ran = Wbalance("weigh -d radwag -m quick");
+    const Ran ran = Wbalance("weigh -d " + kOtherBalance + " -m quick");
     EXPECT_EQ(ran.errors, "wbalance: there is no mode \"quick\"; there are: stable, auto, now\n");
     EXPECT_EQ(ran.exitCode, 2);
 }
 
 TEST(Wbalance, A_device_of_another_kind_is_refused_with_the_kinds_there_are) {
-    const Ran ran = Wbalance("weigh -d radwag -p /dev/null");
+    const Ran ran = Wbalance("weigh -d " + kOtherBalance + " -p /dev/null");
     EXPECT_EQ(ran.errors,
               "wbalance: /dev/null: only /dev/ttyS<number> and /dev/ttyUSB<number> can be used; "
               "connect the balance to such a port\n");
@@ -142,7 +146,8 @@ TEST(Wbalance, A_device_of_another_kind_is_refused_with_the_kinds_there_are) {
 }
 
 TEST(Wbalance, Two_balances_at_one_port_are_refused) {
-    const Ran ran = Wbalance("monitor radwag@0 kern@/dev/ttyS0 -n 1");
+    const Ran ran =
+        Wbalance("monitor " + kOtherBalance + "@0 " + kThirdBalance + "@/dev/ttyS0 -n 1");
     EXPECT_EQ(ran.errors, "wbalance: two balances are at /dev/ttyS0; a port has one balance\n");
     EXPECT_EQ(ran.exitCode, 2);
 }
@@ -155,7 +160,7 @@ TEST(Wbalance, A_record_of_a_Denver_cut_in_its_number_is_truncated) {
 }
 
 TEST(Wbalance, A_time_out_of_more_than_a_minute_is_refused) {
-    const Ran ran = Wbalance("weigh -d mettler-toledo -t 61");
+    const Ran ran = Wbalance("weigh -d " + kBalance + " -t 61");
     EXPECT_THAT(ran.errors, HasSubstr("61 not in range 0 to 60"));
     EXPECT_EQ(ran.exitCode, 2);
 }
@@ -167,8 +172,7 @@ TEST(Wbalance, A_full_disk_behind_standard_output_is_a_failure) {
 }
 
 TEST(Wbalance, A_full_disk_behind_a_record_is_a_failure_and_no_misuse) {
-    const Ran ran =
-        WbalanceWith("mettler-toledo --load 12.34", std::string(kWeigh) + " --record /dev/full");
+    const Ran ran = WbalanceWith(kBalance + " --load 12.34", kWeigh + " --record /dev/full");
     EXPECT_EQ(ran.output, "");
     EXPECT_EQ(ran.errors,
               "wbalance: /dev/full: the record can't be written: No space left on device\n");
@@ -176,7 +180,7 @@ TEST(Wbalance, A_full_disk_behind_a_record_is_a_failure_and_no_misuse) {
 }
 
 TEST(Wbalance, A_record_in_a_folder_that_is_not_there_is_refused) {
-    const Ran ran = Wbalance("weigh -d radwag --record /tmp/no/such/record");
+    const Ran ran = Wbalance("weigh -d " + kOtherBalance + " --record /tmp/no/such/record");
     EXPECT_EQ(ran.errors, "wbalance: /tmp/no/such/record: No such file or directory\n");
     EXPECT_EQ(ran.exitCode, 2);
 }
@@ -188,9 +192,9 @@ TEST(Wbalance, A_folder_is_no_record) {
 }
 
 TEST(Wbalance, A_reader_that_goes_ends_the_monitor_silently_and_leaves_no_lock_behind) {
-    const Ran ran = RunShell(std::string(WBALANCE_SIM) +
-                             " mettler-toledo --load 12.34 -- bash -c '" + WBALANCE +
-                             " monitor mettler-toledo@0 -i 0 -t 0 --csv | head -1;"
+    const Ran ran = RunShell(std::string(WBALANCE_SIM) + " " + kBalance +
+                             " --load 12.34 -- bash -c '" + WBALANCE + " monitor " + kBalance +
+                             "@0 -i 0 -t 0 --csv | head -1;"
                              " echo ${PIPESTATUS[0]}; test -e /var/lock/LCK..ttyS0'");
     EXPECT_EQ(ran.output, "time,driver,port,status,value,unit,stability,answer\n141\n");
     EXPECT_EQ(ran.errors, "");
@@ -198,7 +202,7 @@ TEST(Wbalance, A_reader_that_goes_ends_the_monitor_silently_and_leaves_no_lock_b
 }
 
 TEST(Wbalance, A_wrong_option_leads_to_the_help_of_its_command) {
-    const Ran ran = Wbalance("weigh -d radwag extra");
+    const Ran ran = Wbalance("weigh -d " + kOtherBalance + " extra");
     EXPECT_EQ(ran.errors,
               "wbalance: The following argument was not expected: extra; see wbalance weigh "
               "--help\n");
@@ -207,8 +211,8 @@ TEST(Wbalance, A_wrong_option_leads_to_the_help_of_its_command) {
 
 // A weighing of which the process that holds the port gets a signal, once it is there.
 Ran WeighAndKill(const std::string& signal) {
-    return RunShell(std::string(WBALANCE_SIM) + " mettler-toledo --fault silent -- sh -c '" +
-                    WBALANCE + " weigh -d mettler-toledo -t 60 & until read holder " +
+    return RunShell(std::string(WBALANCE_SIM) + " " + kBalance + " --fault silent -- sh -c '" +
+                    WBALANCE + " weigh -d " + kBalance + " -t 60 & until read holder " +
                     "2>/dev/null </var/lock/LCK..ttyS0; do sleep 0.05; done; kill -s " + signal +
                     " $holder; wait $!; code=$?; ! test -e /var/lock/LCK..ttyS0 || echo locked; "
                     "exit $code'");
@@ -231,20 +235,22 @@ TEST(Wbalance, A_killed_holder_is_not_taken_for_a_library_that_gave_up) {
 }
 
 TEST(Wbalance, Tare_says_what_was_done) {
-    const Ran ran = WbalanceWith("mettler-xs --load 50", "tare -d mettler-xs -t 0");
+    const Ran ran =
+        WbalanceWith(kBalanceWithPanel + " --load 50", "tare -d " + kBalanceWithPanel + " -t 0");
     EXPECT_EQ(ran.output, "tared\n");
     EXPECT_EQ(ran.exitCode, 0);
 }
 
 TEST(Wbalance, A_preset_tare_that_the_balance_refuses_is_no_success) {
-    const Ran ran = WbalanceWith("mettler-xs", "preset-tare -d mettler-xs -t 0 99999");
+    const Ran ran =
+        WbalanceWith(kBalanceWithPanel, "preset-tare -d " + kBalanceWithPanel + " -t 0 99999");
     EXPECT_EQ(ran.output, "");
     EXPECT_THAT(ran.errors, HasSubstr("preset-tare: the balance did not confirm it; it sent "));
     EXPECT_EQ(ran.exitCode, 9);
 }
 
 TEST(Wbalance, A_preset_tare_with_three_decimals_is_refused_before_anything_is_sent) {
-    const Ran ran = Wbalance("preset-tare -d mettler-xs 1.234");
+    const Ran ran = Wbalance("preset-tare -d " + kBalanceWithPanel + " 1.234");
     EXPECT_EQ(ran.errors, "wbalance: a preset tare is sent with two decimals; give no more\n");
     EXPECT_EQ(ran.exitCode, 2);
 }
@@ -257,23 +263,23 @@ TEST(Wbalance, A_sartorius_preset_tare_of_ten_grams_is_refused_with_the_limit) {
 }
 
 TEST(Wbalance, A_display_text_of_58_characters_is_refused_with_the_limit) {
-    const Ran ran = Wbalance("display -d mettler-xs " + std::string(58, 'x'));
+    const Ran ran = Wbalance("display -d " + kBalanceWithPanel + " " + std::string(58, 'x'));
     EXPECT_EQ(ran.errors, "wbalance: the text has 58 characters; at most 57 can be sent\n");
     EXPECT_EQ(ran.exitCode, 2);
 }
 
 TEST(Wbalance, A_display_text_reaches_the_balance) {
     const TemporaryFile log;
-    const Ran ran =
-        WbalanceWith("mettler-xs --log " + log.Path(), "display -d mettler-xs -t 0 HELLO");
+    const Ran ran = WbalanceWith(kBalanceWithPanel + " --log " + log.Path(),
+                                 "display -d " + kBalanceWithPanel + " -t 0 HELLO");
     EXPECT_EQ(ran.output, "displayed\n");
     EXPECT_THAT(log.Text(), HasSubstr("D \\\"HELLO\\\"\\r\\n"));
 }
 
 TEST(Wbalance, An_operation_that_a_driver_lacks_is_answered_with_the_drivers_that_have_it) {
-    const Ran ran = Wbalance("zero -d kern");
-    EXPECT_EQ(ran.errors,
-              "wbalance: the driver kern has no zero; these have: mettler-toledo, radwag\n");
+    const Ran ran = Wbalance("zero -d " + kThirdBalance);
+    EXPECT_EQ(ran.errors, "wbalance: the driver " + kThirdBalance + " has no zero; these have: " +
+                              kBalance + ", " + kOtherBalance + "\n");
     EXPECT_EQ(ran.exitCode, 2);
 }
 
@@ -285,12 +291,13 @@ TEST(Wbalance, A_factory_reset_without_a_terminal_needs_yes) {
 
 TEST(Wbalance, A_record_is_replayed_to_the_same_reading) {
     const TemporaryFile record;
-    const Ran weighed = WbalanceWith("mettler-toledo --load 12.34",
-                                     std::string(kWeigh) + " --record " + record.Path());
+    const Ran weighed =
+        WbalanceWith(kBalance + " --load 12.34", kWeigh + " --record " + record.Path());
     const Ran replayed = Wbalance("replay " + record.Path());
     EXPECT_EQ(weighed.output, "12.34 g\n");
     EXPECT_EQ(replayed.output, "12.34 g\n");
-    EXPECT_THAT(record.Text(), StartsWith("# wbalance record 1\n# driver: mettler-toledo\n"
+    EXPECT_THAT(record.Text(), StartsWith("# wbalance record 1\n# driver: " + kBalance +
+                                          "\n"
                                           "# port: /dev/ttyS0\n# line: 2400,7E1\n# date: "));
     EXPECT_THAT(record.Text(), HasSubstr(" > S\\r\\n\n"));
     EXPECT_THAT(record.Text(), HasSubstr(" < S S      12.34 g\\r\\n\n"));
@@ -311,7 +318,7 @@ TEST(Wbalance, Every_record_of_the_folder_is_read_as_its_name_says) {
 }
 
 std::string RecordWith(const std::string& date, const std::string& time) {
-    return "# wbalance record 1\n# driver: mettler-toledo\n# date: " + date + "\n" + time +
+    return "# wbalance record 1\n# driver: " + kBalance + "\n# date: " + date + "\n" + time +
            " < S S     12.34 g\\r\\n\n" + time + " = weigh 1 12.34\n";
 }
 
@@ -340,22 +347,27 @@ TEST(Wbalance, A_record_at_a_time_that_no_clock_has_is_refused) {
 TEST(Wbalance, An_interval_that_is_no_time_is_refused) {
     for (const char* interval :
          {"nan", "-nan", "inf", "-inf", "1e300", "-1", "86401", "1s", "''"}) {
-        const Ran ran = Wbalance(std::string("monitor kern@0 -n 1 -i ") + interval);
+        const Ran ran = Wbalance("monitor " + kBalance + "@0 -n 1 -i " + interval);
         EXPECT_THAT(ran.errors, StartsWith("wbalance: ")) << interval;
         EXPECT_EQ(ran.exitCode, 2) << interval;
     }
-    EXPECT_THAT(Wbalance("monitor kern@0 -n 1 -i nan").errors, HasSubstr("nan is no number"));
+    EXPECT_THAT(Wbalance("monitor " + kBalance + "@0 -n 1 -i nan").errors,
+                HasSubstr("nan is no number"));
 }
 
 TEST(Wbalance, Numbers_that_no_command_takes_are_refused) {
-    for (const char* arguments :
-         {"weigh -d kern -t nan", "weigh -d kern -t 1e9", "weigh -d kern -t 99999999999999999999",
-          "weigh -d kern -t -1", "weigh -d kern -p 999999999", "weigh -d kern -l 999999999",
-          "weigh -d kern -l 0", "weigh -d kern -l -1", "monitor kern@0 -n -1",
-          "monitor kern@0 -n nan", "monitor kern@0 -n 99999999999999999999",
-          "monitor kern@99999999999999999999 -n 1", "preset-tare -d mettler-xs nan",
-          "preset-tare -d mettler-xs inf", "preset-tare -d mettler-xs 1e300",
-          "preset-tare -d mettler-xs -- -1"}) {
+    for (const std::string& arguments :
+         {"weigh -d " + kBalance + " -t nan", "weigh -d " + kBalance + " -t 1e9",
+          "weigh -d " + kBalance + " -t 99999999999999999999", "weigh -d " + kBalance + " -t -1",
+          "weigh -d " + kBalance + " -p 999999999", "weigh -d " + kBalance + " -l 999999999",
+          "weigh -d " + kBalance + " -l 0", "weigh -d " + kBalance + " -l -1",
+          "monitor " + kBalance + "@0 -n -1", "monitor " + kBalance + "@0 -n nan",
+          "monitor " + kBalance + "@0 -n 99999999999999999999",
+          "monitor " + kBalance + "@99999999999999999999 -n 1",
+          "preset-tare -d " + kBalanceWithPanel + " nan",
+          "preset-tare -d " + kBalanceWithPanel + " inf",
+          "preset-tare -d " + kBalanceWithPanel + " 1e300",
+          "preset-tare -d " + kBalanceWithPanel + " -- -1"}) {
         const Ran ran = Wbalance(arguments);
         EXPECT_EQ(ran.exitCode, 2) << arguments;
         EXPECT_THAT(ran.errors, StartsWith("wbalance: ")) << arguments;
@@ -383,8 +395,7 @@ TEST(Wbalance, A_name_in_a_record_changes_no_terminal) {
 }
 
 TEST(Wbalance, The_trace_of_noise_changes_no_terminal) {
-    const Ran ran =
-        WbalanceWith("mettler-toledo --fault noise=300", std::string(kWeigh) + " --trace");
+    const Ran ran = WbalanceWith(kBalance + " --fault noise=300", kWeigh + " --trace");
     EXPECT_THAT(ran.errors, HasSubstr("Read from scale: "));
     for (const char character : ran.errors)
         EXPECT_TRUE((character >= ' ' && character <= '~') || character == '\n' ||
@@ -426,22 +437,23 @@ TEST(Wbalance, A_file_that_is_no_record_is_refused_with_its_line) {
 }
 
 TEST(Wbalance, Monitor_ends_after_the_count_with_a_summary_on_standard_error) {
-    const Ran ran = WbalanceWith("mettler-toledo --load 12.34",
-                                 "monitor mettler-toledo@0 -n 3 -i 0 -t 0 --json");
+    const Ran ran = WbalanceWith(kBalance + " --load 12.34",
+                                 "monitor " + kBalance + "@0 -n 3 -i 0 -t 0 --json");
     std::istringstream lines(ran.output);
     std::string line;
     int count = 0;
     for (; std::getline(lines, line); ++count)
         EXPECT_EQ(JsonOf(line)["value"].toDouble(), 12.34);
     EXPECT_EQ(count, 3);
-    EXPECT_THAT(ran.errors, StartsWith("mettler-toledo /dev/ttyS0: 3 readings, 3 weights, min "
-                                       "12.34, max 12.34, mean 12.340, sd 0.000 g, drift "));
+    EXPECT_THAT(ran.errors,
+                StartsWith(kBalance + " /dev/ttyS0: 3 readings, 3 weights, min "
+                                      "12.34, max 12.34, mean 12.340, sd 0.000 g, drift "));
     EXPECT_EQ(ran.exitCode, 0);
 }
 
 TEST(Wbalance, Monitor_says_lost_and_back_for_an_adapter_that_is_pulled_and_put_back) {
-    const Ran ran = WbalanceWith("mettler-toledo --load 12.34 --fault unplug@1s+2s",
-                                 "monitor mettler-toledo@0 -n 12 -i 0 -t 0 --json");
+    const Ran ran = WbalanceWith(kBalance + " --load 12.34 --fault unplug@1s+2s",
+                                 "monitor " + kBalance + "@0 -n 12 -i 0 -t 0 --json");
     const auto lost = ran.output.find("\"status\":\"lost\"");
     const auto back = ran.output.find("\"status\":\"back\"");
     EXPECT_NE(lost, std::string::npos);
@@ -452,9 +464,9 @@ TEST(Wbalance, Monitor_says_lost_and_back_for_an_adapter_that_is_pulled_and_put_
 
 TEST(Wbalance, Every_line_that_monitor_has_shown_when_it_is_killed_is_in_the_log) {
     const TemporaryFile log;
-    const Ran ran = RunShell("timeout -s KILL 3 " + std::string(WBALANCE_SIM) +
-                             " mettler-toledo --load 12.34 -- " + WBALANCE +
-                             " monitor mettler-toledo@0 -i 0 -t 0 --json --log " + log.Path());
+    const Ran ran = RunShell("timeout -s KILL 3 " + std::string(WBALANCE_SIM) + " " + kBalance +
+                             " --load 12.34 -- " + WBALANCE + " monitor " + kBalance +
+                             "@0 -i 0 -t 0 --json --log " + log.Path());
     std::istringstream lines(ran.output);
     std::string line;
     int count = 0;
@@ -463,8 +475,9 @@ TEST(Wbalance, Every_line_that_monitor_has_shown_when_it_is_killed_is_in_the_log
     EXPECT_GT(count, 0);
 }
 
-constexpr char kMonitor[] = WBALANCE_SIM " mettler-toledo --load 12.34 -- " WBALANCE
-                                         " monitor mettler-toledo@0 -i 0 -t 0 --json";
+const std::string kMonitor = WBALANCE_SIM " " + kBalance +
+                             " --load 12.34 -- " WBALANCE " monitor " + kBalance +
+                             "@0 -i 0 -t 0 --json";
 
 // Each line that was read is one whole reading.
 void ExpectWholeReadings(const std::string& output) {
@@ -481,7 +494,7 @@ TEST(Wbalance, Ctrl_C_and_SIGTERM_end_the_monitor_with_its_summary) {
         monitor.Signal(signal);
         EXPECT_EQ(monitor.End(), 0);
         ExpectWholeReadings(monitor.Output());
-        EXPECT_THAT(monitor.Errors(), StartsWith("mettler-toledo /dev/ttyS0: "));
+        EXPECT_THAT(monitor.Errors(), StartsWith(kBalance + " /dev/ttyS0: "));
         EXPECT_THAT(monitor.Errors(), EndsWith(", lost 0 times\n"));
     }
 }
@@ -491,7 +504,7 @@ TEST(Wbalance, Ctrl_C_ends_a_monitor_whose_reader_sleeps_with_its_summary) {
     monitor.LetThePipeFill();
     monitor.Signal(SIGINT);
     EXPECT_EQ(monitor.Wait(), 130);
-    EXPECT_THAT(monitor.Errors(), StartsWith("mettler-toledo /dev/ttyS0: "));
+    EXPECT_THAT(monitor.Errors(), StartsWith(kBalance + " /dev/ttyS0: "));
     EXPECT_THAT(monitor.Errors(),
                 EndsWith(", lost 0 times\nwbalance: interrupted; the reader of standard output did "
                          "not take all of it\n"));
@@ -501,7 +514,7 @@ TEST(Wbalance, Ctrl_C_ends_a_monitor_whose_reader_sleeps_with_its_summary) {
 }
 
 TEST(Wbalance, A_reader_that_sleeps_and_wakes_up_gets_every_line_whole) {
-    StartedProgram monitor(std::string(kMonitor) + " -n 40");
+    StartedProgram monitor(kMonitor + " -n 40");
     monitor.LetThePipeFill();
     EXPECT_EQ(monitor.End(), 0);
     ExpectWholeReadings(monitor.Output());
@@ -509,10 +522,11 @@ TEST(Wbalance, A_reader_that_sleeps_and_wakes_up_gets_every_line_whole) {
 }
 
 TEST(Wbalance, Ctrl_C_ends_any_command_with_its_own_exit_code) {
-    for (const char* command :
-         {"weigh -d mettler-toledo -t 60", "tare -d mettler-toledo -t 60",
-          "doctor -d mettler-toledo -t 60", "detect", "weigh -d mettler-toledo -t 60 --json"}) {
-        StartedProgram program(std::string(WBALANCE_SIM) + " mettler-toledo --fault silent -- " +
+    for (const std::string& command :
+         {"weigh -d " + kBalance + " -t 60", "tare -d " + kBalance + " -t 60",
+          "doctor -d " + kBalance + " -t 60", std::string("detect"),
+          "weigh -d " + kBalance + " -t 60 --json"}) {
+        StartedProgram program(std::string(WBALANCE_SIM) + " " + kBalance + " --fault silent -- " +
                                "sh -c 'echo started; exec " + WBALANCE + " " + command + "'");
         EXPECT_TRUE(program.Reads("started"));
         std::this_thread::sleep_for(std::chrono::milliseconds(500));
@@ -555,7 +569,7 @@ class Rotation {
 TEST(Wbalance, The_shipped_rotation_loses_and_doubles_no_line_of_the_log) {
     const Ran folder = RunShell("mktemp -d");
     const std::string log = folder.output.substr(0, folder.output.size() - 1) + "/weights.jsonl";
-    StartedProgram monitor(std::string(kMonitor) + " --log " + log);
+    StartedProgram monitor(kMonitor + " --log " + log);
     EXPECT_TRUE(monitor.Reads("}\n{")) << monitor.Errors();
     const Rotation rotation(log);
     const Ran rotated = rotation.Run();
@@ -573,9 +587,8 @@ TEST(Wbalance, The_shipped_rotation_loses_and_doubles_no_line_of_the_log) {
 TEST(Wbalance,
      SIGHUP_begins_a_new_log_where_there_is_no_terminal_and_ends_the_monitor_without_a_log) {
     const TemporaryFile log;
-    StartedProgram logging(WBALANCE_SIM " mettler-toledo --load 12.34 -- " WBALANCE
-                                        " monitor mettler-toledo@0 -i 3600 -t 0 --json --log " +
-                           log.Path());
+    StartedProgram logging(WBALANCE_SIM " " + kBalance + " --load 12.34 -- " WBALANCE " monitor " +
+                           kBalance + "@0 -i 3600 -t 0 --json --log " + log.Path());
     EXPECT_TRUE(logging.Reads("}\n")) << logging.Errors();
     unlink(log.Path().c_str());
     logging.Signal(SIGHUP);
@@ -592,8 +605,9 @@ TEST(Wbalance,
 }
 
 TEST(Wbalance, A_port_that_is_not_there_is_an_object_for_who_asks_for_json) {
-    for (const char* command : {"weigh -d radwag", "tare -d radwag", "detect"}) {
-        const Ran ran = Wbalance(std::string(command) + " --json -p 4711 --usb");
+    for (const std::string& command :
+         {"weigh -d " + kOtherBalance, "tare -d " + kOtherBalance, std::string("detect")}) {
+        const Ran ran = Wbalance(command + " --json -p 4711 --usb");
         EXPECT_EQ(JsonOf(ran.output)["status"].toString(), "error") << command;
         EXPECT_EQ(JsonOf(ran.output)["port"].toString(), "/dev/ttyUSB4711") << command;
         EXPECT_THAT(JsonOf(ran.output)["message"].toString().toStdString(),
@@ -606,13 +620,13 @@ TEST(Wbalance, A_port_that_is_not_there_is_an_object_for_who_asks_for_json) {
 }
 
 TEST(Wbalance, Detect_and_drivers_have_json) {
-    const Ran found = WbalanceWith("radwag --load 3", "detect --json");
+    const Ran found = WbalanceWith(kOtherBalance + " --load 3", "detect --json");
     EXPECT_EQ(JsonOf(found.output)["status"].toString(), "found");
-    EXPECT_EQ(JsonOf(found.output)["driver"].toString(), "radwag");
+    EXPECT_EQ(JsonOf(found.output)["driver"].toString().toStdString(), kOtherBalance);
     EXPECT_EQ(JsonOf(found.output)["line"].toString(), "9600,7E1");
     EXPECT_EQ(found.exitCode, 0);
-    const QJsonObject driver = JsonOf(Wbalance("drivers mettler-toledo --json").output);
-    EXPECT_EQ(driver["class"].toString(), "WbalanceMettlerToledo");
+    const QJsonObject driver = JsonOf(Wbalance("drivers " + kBalance + " --json").output);
+    EXPECT_EQ(driver["class"].toString().toStdString(), kBalanceClass);
     EXPECT_EQ(driver["line"].toString(), "2400,7E1");
     EXPECT_TRUE(driver["operations"].toObject().contains("zero"));
     const std::string all = Wbalance("drivers --json").output;
@@ -632,14 +646,15 @@ TEST(Wbalance, Help_of_a_command_is_its_help) {
 
 TEST(Wbalance, Monitor_ends_after_a_time_in_several_units) {
     for (const char* duration : {"1", "1s", "0.0166min"}) {
-        const Ran ran = WbalanceWith(
-            "mettler-toledo --load 12.34",
-            std::string("monitor mettler-toledo@0 -i 0 -t 0 --json --for ") + duration);
+        const Ran ran =
+            WbalanceWith(kBalance + " --load 12.34",
+                         "monitor " + kBalance + "@0 -i 0 -t 0 --json --for " + duration);
         EXPECT_THAT(ran.errors, EndsWith(", lost 0 times\n")) << duration;
         EXPECT_EQ(ran.exitCode, 0);
     }
     for (const char* duration : {"nan", "-1", "0", "1 h", "1week", "", "1e300", "inf"}) {
-        const Ran ran = Wbalance("monitor radwag@0 --for \"" + std::string(duration) + "\"");
+        const Ran ran =
+            Wbalance("monitor " + kOtherBalance + "@0 --for \"" + std::string(duration) + "\"");
         EXPECT_EQ(ran.errors, "wbalance: there is no duration \"" + std::string(duration) +
                                   "\"; write seconds, or a number with its unit: 90s, 10min, 8h, "
                                   "7d\n");
@@ -648,22 +663,23 @@ TEST(Wbalance, Monitor_ends_after_a_time_in_several_units) {
 }
 
 TEST(Wbalance, The_statistics_have_the_balances_decimals_and_leave_a_moving_pan_out) {
-    const Ran still =
-        WbalanceWith("mettler-xs --load 123.4567", "monitor mettler-xs@0 -n 2 -i 0 -t 0 --csv");
+    const Ran still = WbalanceWith(kBalanceWithPanel + " --load 123.4567",
+                                   "monitor " + kBalanceWithPanel + "@0 -n 2 -i 0 -t 0 --csv");
     EXPECT_THAT(still.errors, HasSubstr(": 2 readings, 2 weights, min 123.4567, max 123.4567, mean "
                                         "123.45670, sd 0.00000 g, drift +0.00000 g/min, lost 0"));
-    const std::string restless = "kern --fault busy --load 5";
-    const Ran left = WbalanceWith(restless, "monitor kern@0 -n 2 -i 0 -t 0 --csv");
+    const std::string restless = kThirdBalance + " --fault busy --load 5";
+    const Ran left = WbalanceWith(restless, "monitor " + kThirdBalance + "@0 -n 2 -i 0 -t 0 --csv");
     EXPECT_THAT(left.errors,
                 HasSubstr(": 2 readings, 0 weights (2 dynamic ones left out), lost 0 times"));
-    const Ran counted = WbalanceWith(restless, "monitor kern@0 -n 2 -i 0 -t 0 --csv --dynamic");
+    const Ran counted =
+        WbalanceWith(restless, "monitor " + kThirdBalance + "@0 -n 2 -i 0 -t 0 --csv --dynamic");
     EXPECT_THAT(counted.errors, HasSubstr(": 2 readings, 2 weights (2 dynamic ones among them), "
                                           "min "));
 }
 
 TEST(Wbalance, A_balance_is_back_no_later_than_the_weight_behind_it) {
-    const Ran ran = WbalanceWith("mettler-toledo --load 12.34 --fault unplug@1s+2s",
-                                 "monitor mettler-toledo@0 -n 12 -i 0 -t 0 --json");
+    const Ran ran = WbalanceWith(kBalance + " --load 12.34 --fault unplug@1s+2s",
+                                 "monitor " + kBalance + "@0 -n 12 -i 0 -t 0 --json");
     std::istringstream lines(ran.output);
     std::string line;
     QString before;
@@ -680,29 +696,38 @@ TEST(Wbalance, A_balance_is_back_no_later_than_the_weight_behind_it) {
 TEST(Wbalance, Monitor_finds_an_adapter_again_that_comes_back_under_another_number) {
     const TemporaryFile place;
     const std::string link = place.Path() + "-link";
-    const Ran ran = RunShell(
-        "ln -s /dev/ttyUSB0 " + link + "; (sleep 1.5; ln -sfn /dev/ttyUSB1 " + link + ") & " +
-        WBALANCE_SIM + " mettler-toledo --usb --load 12.34 --fault unplug=/dev/ttyUSB1@1s+1s -- " +
-        WBALANCE + " monitor mettler-toledo@" + link + " -n 12 -i 0 -t 0 --json; rm " + link);
+    const Ran ran =
+        RunShell("ln -s /dev/ttyUSB0 " + link + "; (sleep 1.5; ln -sfn /dev/ttyUSB1 " + link +
+                 ") & " + WBALANCE_SIM + " " + kBalance +
+                 " --usb --load 12.34 --fault unplug=/dev/ttyUSB1@1s+1s -- " + WBALANCE +
+                 " monitor " + kBalance + "@" + link + " -n 12 -i 0 -t 0 --json; rm " + link);
     EXPECT_THAT(ran.output, HasSubstr("\"message\":\"at /dev/ttyUSB1\""));
     EXPECT_THAT(ran.output, HasSubstr("\"port\":\"" + link + "\""));
 }
 
 TEST(Wbalance, A_radwag_out_of_its_range_is_no_weight_though_the_driver_says_so) {
-    EXPECT_EQ(WbalanceWith("radwag --fault overload", "weigh -d radwag -t 0").exitCode, 6);
-    EXPECT_EQ(WbalanceWith("radwag --fault underload", "weigh -d radwag -t 0").exitCode, 7);
+    EXPECT_EQ(
+        WbalanceWith(kOtherBalance + " --fault overload", "weigh -d " + kOtherBalance + " -t 0")
+            .exitCode,
+        6);
+    EXPECT_EQ(
+        WbalanceWith(kOtherBalance + " --fault underload", "weigh -d " + kOtherBalance + " -t 0")
+            .exitCode,
+        7);
 }
 
 TEST(Wbalance, A_radwag_is_weighed_tared_and_zeroed) {
-    const Ran weighed = WbalanceWith("radwag --load 8.5", "weigh -d radwag -t 0 --csv");
+    const Ran weighed =
+        WbalanceWith(kOtherBalance + " --load 8.5", "weigh -d " + kOtherBalance + " -t 0 --csv");
     EXPECT_THAT(weighed.output, HasSubstr(",weight,8.5"));
-    EXPECT_EQ(WbalanceWith("radwag --load 8.5", "tare -d radwag").output, "tared\n");
-    EXPECT_EQ(WbalanceWith("radwag", "zero -d radwag").output, "zeroed\n");
+    EXPECT_EQ(WbalanceWith(kOtherBalance + " --load 8.5", "tare -d " + kOtherBalance).output,
+              "tared\n");
+    EXPECT_EQ(WbalanceWith(kOtherBalance, "zero -d " + kOtherBalance).output, "zeroed\n");
 }
 
 TEST(Wbalance, A_log_on_a_full_disk_ends_the_monitor_and_is_no_loss_of_the_balance) {
-    const Ran ran = WbalanceWith("mettler-toledo --load 12.34",
-                                 "monitor mettler-toledo@0 -i 0 -t 0 --json --log /dev/full");
+    const Ran ran = WbalanceWith(kBalance + " --load 12.34",
+                                 "monitor " + kBalance + "@0 -i 0 -t 0 --json --log /dev/full");
     EXPECT_EQ(ran.output, "");
     EXPECT_EQ(ran.errors,
               "wbalance: /dev/full: the log can't be written: No space left on device\n");
@@ -712,9 +737,9 @@ TEST(Wbalance, A_log_on_a_full_disk_ends_the_monitor_and_is_no_loss_of_the_balan
 TEST(Wbalance, A_log_at_the_limit_of_its_size_ends_the_monitor_with_a_sentence_and_no_lock_file) {
     const TemporaryFile log;
     const Ran ran =
-        RunShell("ulimit -f 4; " WBALANCE_SIM " mettler-toledo --load 12.34 -- sh -c '" WBALANCE
-                 " monitor mettler-toledo@0 -m now -i 0 -t 0 --log " +
-                 log.Path() + " >/dev/null; echo $?; ls /var/lock'");
+        RunShell("ulimit -f 4; " WBALANCE_SIM " " + kBalance +
+                 " --load 12.34 -- sh -c '" WBALANCE " monitor " + kBalance +
+                 "@0 -m now -i 0 -t 0 --log " + log.Path() + " >/dev/null; echo $?; ls /var/lock'");
     EXPECT_EQ(ran.output.substr(0, 3), "70\n");
     EXPECT_THAT(ran.output, Not(HasSubstr("LCK..ttyS0")));
     EXPECT_EQ(ran.errors,
@@ -723,7 +748,7 @@ TEST(Wbalance, A_log_at_the_limit_of_its_size_ends_the_monitor_with_a_sentence_a
 
 TEST(Wbalance, Both_commands_of_a_factory_reset_go_over_the_line) {
     const TemporaryFile log;
-    const Ran ran = WbalanceWith("mettler-toledo --line 2400,7N1 --log " + log.Path(),
+    const Ran ran = WbalanceWith(kBalance + " --line 2400,7N1 --log " + log.Path(),
                                  "factory-reset -d ohaus -t 0 --yes");
     EXPECT_EQ(ran.output, "factory reset sent; the balance does not confirm it\n");
     EXPECT_THAT(log.Text(), HasSubstr("R\\r\\n"));
@@ -734,14 +759,14 @@ TEST(Wbalance, Both_commands_of_a_factory_reset_go_over_the_line) {
 // there.
 TEST(Wbalance, An_answer_of_wide_directives_is_an_answer) {
     const TemporaryFile record;
-    std::string text =
-        "# wbalance record 1\n# driver: mettler-toledo\n# port: /dev/ttyS0\n# line: 2400,7E1\n"
-        "# date: 2026-11-21T03:12:00.000+00:00\n0 > SI\\r\\n\n300 < ";
+    std::string text = "# wbalance record 1\n# driver: " + kBalance +
+                       "\n# port: /dev/ttyS0\n# line: 2400,7E1\n"
+                       "# date: 2026-11-21T03:12:00.000+00:00\n0 > SI\\r\\n\n300 < ";
     for (int i = 0; i < 186; ++i)
         text += "%999d";
     record.Write(text + "\n301 = weigh 0 0 now\n");
     const Ran ran = RunShell(WBALANCE_SIM " replay --fast " + record.Path() +
-                             " -- " WBALANCE " weigh -d mettler-toledo -t 0 -m now --json");
+                             " -- " WBALANCE " weigh -d " + kBalance + " -t 0 -m now --json");
     EXPECT_THAT(ran.output, HasSubstr("\"status\":\"not-understood\""));
     EXPECT_GT(ran.output.size(), 186u * 999u);
     EXPECT_EQ(ran.exitCode, 5) << ran.errors;
