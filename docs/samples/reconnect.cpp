@@ -1,5 +1,5 @@
-// Weighs once a second for as long as it runs, on an adapter that may be pulled and plugged in
-// again, also when it comes back under another number:
+// Weighs once a second until it is ended. The adapter may be pulled out and plugged in again, and
+// may come back under another number:
 //
 //     reconnect /dev/serial/by-id/usb-FTDI_A1B2-if00-port0
 
@@ -12,10 +12,10 @@
 #include <memory>
 #include <string>
 
-using Balance = WithLineReadiness<WbalanceMettlerToledo>;
+using Balance = WithLineReadiness<WbalanceSartorius>;
 
-// The number of the port that a stable name leads to now: 0 for /dev/ttyUSB0, -1 while there is
-// none.
+// The number of the port to which a stable name leads now: 0 for /dev/ttyUSB0, -1 while the adapter
+// is out.
 static int PortNumber(const char* stableName) {
     std::error_code missing;
     const std::string device = std::filesystem::read_symlink(stableName, missing).filename();
@@ -24,18 +24,18 @@ static int PortNumber(const char* stableName) {
     return number;
 }
 
-// A new driver whose line is open; null while the adapter is away.
+// A new driver with an open port; null while the adapter is out.
 static std::unique_ptr<Balance> Connect(const char* stableName) {
     auto balance = std::make_unique<Balance>();
     if (balance->SetCommPort(PortNumber(stableName)) == 0) return nullptr;
-    balance->SetCommConfig(2400, Balance::ParityEven, 7, Balance::OneStopBit,
-                           Balance::NoFlowControl, 1, 'U');
+    balance->SetCommConfig(1200, Balance::ParityOdd, 7, Balance::OneStopBit, Balance::NoFlowControl,
+                           1, 'U');
     if (balance->IsReady() == 0) return nullptr;
     return balance;
 }
 
-// Asked when a reading has failed. A port that is there takes its settings once more; one that has
-// gone refuses them, and this driver object can do nothing any more.
+// Call it when a reading has failed. A port that works takes its settings once more. A port whose
+// adapter was pulled out refuses them, and this driver object cannot be used any more.
 static bool IsLost(Balance& balance) {
     return balance.OpenAndSetDefCommConfig() == 0;
 }

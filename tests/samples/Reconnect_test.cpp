@@ -85,7 +85,7 @@ class ReconnectSample : public testing::Test {
     const std::string stableName_ = StableNameOf("ttyUSB3");
     VirtualBench bench_;
     ConnectedInstrument& balance_ =
-        bench_.Place("mettler-toledo", Options().On("/dev/ttyUSB3").WithLoad(12.34));
+        bench_.Place("sartorius", Options().On("/dev/ttyUSB3").WithLoad(12.34));
     Reconnect host_{stableName_};
 };
 
