@@ -1,0 +1,15 @@
+#pragma once
+
+#include <sys/ioctl.h>
+
+#include "simulator/line/calls/Next.h"
+
+namespace simulator::calls {
+
+/// Whether the port behind the descriptor has gone: every request then fails as on a real port.
+inline bool IsHungUp(int descriptor) {
+    int waiting = 0;
+    return Next<::ioctl>("ioctl")(descriptor, FIONREAD, &waiting) != 0;
+}
+
+}  // namespace simulator::calls
