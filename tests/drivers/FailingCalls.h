@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "ScriptedTest.h"
@@ -14,44 +15,54 @@ struct FailingCall {
     int result;        ///< what the operation returns
     std::string
         port;  ///< "open", "held" (after an open that failed), "closed" or "gone" (for good)
+    /// Any other one follows the row in which the same call refuses.
+    Fault fault = Fault::Refuse;
 };
 
-inline std::vector<FailingCall> operator+(std::vector<FailingCall> first,
-                                          const std::vector<FailingCall>& then) {
-    first.insert(first.end(), then.begin(), then.end());
-    return first;
+template <class Driver>
+std::string PortOf(const Driver& driver) {
+    const Line& line = Line::Here();
+    if (line.PortObjects() == 0) return driver.serialObject == nullptr ? "gone" : "closed";
+    if (line.PortObjects() > 1 || driver.serialObject == nullptr) return "left behind";
+    return line.IsOpen() ? "open" : "held";
 }
 
+// Not deduced, so that a lambda will do.
 template <class Driver>
-std::string PortOf(const Open<Driver>& driver) {
-    if (driver.serialObject == nullptr) return "gone";
-    if (Line::Here().PortObjects() == 0) return "closed";
-    return Line::Here().IsOpen() ? "open" : "held";
-}
+using Step = std::function<void(std::common_type_t<Driver>&)>;
+template <class Driver>
+using Operation = std::function<int(std::common_type_t<Driver>&)>;
 
 /// Runs `operation` on a new driver once for each of the calls that it makes on the port, listed in
-/// their order, and lets that one fail. `script` sets up the line and the driver before.
-template <class Driver>
-void ExpectWhenEachCallFails(const std::vector<FailingCall>& calls,
-                             const std::function<void(Open<Driver>&)>& script,
-                             const std::function<int(Open<Driver>&)>& operation) {
+/// their order, and lets that one fail. `script` sets up the line and the driver before; what has
+/// to hold of a driver afterwards, whichever call failed, is said by `afterwards`.
+template <class Driver, class Tested = Open<Driver>>
+void ExpectWhenEachCallFails(const std::vector<FailingCall>& calls, const Step<Tested>& script,
+                             const Operation<Tested>& operation,
+                             const Step<Tested>& afterwards = {}) {
     Line& line = Line::Here();
-    for (std::size_t i = 0; i <= calls.size(); ++i) {
+    int number = 0;
+    for (const FailingCall& row : calls) {
+        if (row.fault == Fault::Refuse) ++number;
+        SCOPED_TRACE("call " + std::to_string(number) + ": " + row.call);
         line.Reset();
-        Open<Driver> driver;
+        Tested driver;
         script(driver);
-        const int before = line.CallCount();
-        if (i == calls.size()) {
-            operation(driver);
-            EXPECT_EQ(line.CallCount() - before, static_cast<int>(i)) << "calls without a failure";
-            return;
-        }
-        SCOPED_TRACE("call " + std::to_string(i + 1) + ": " + calls[i].call);
-        line.FailCall(before + static_cast<int>(i) + 1);
-        EXPECT_EQ(operation(driver), calls[i].result);
-        EXPECT_THAT(line.Transcript(), testing::Contains(calls[i].call + ": refused"));
-        EXPECT_EQ(PortOf(driver), calls[i].port);
+        line.FailCall(line.CallCount() + number, row.fault);
+        EXPECT_EQ(operation(driver), row.result);
+        const bool refused = row.fault == Fault::Refuse;
+        EXPECT_THAT(
+            line.Transcript(),
+            testing::Contains(testing::StartsWith(row.call + (refused ? ": refused" : ""))));
+        EXPECT_EQ(PortOf(driver), row.port);
+        if (afterwards) afterwards(driver);
     }
+    line.Reset();
+    Tested driver;
+    script(driver);
+    const int before = line.CallCount();
+    operation(driver);
+    EXPECT_EQ(line.CallCount() - before, number) << "calls without a failure";
 }
 
 }  // namespace scripted

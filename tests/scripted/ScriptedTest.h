@@ -5,6 +5,7 @@
 #include <wbalance/wbalance.h>
 
 #include <iostream>
+#include <vector>
 
 #include "Line.h"
 
@@ -59,5 +60,12 @@ class Open : public Driver {
     using Driver::stopBitsCode;
     using Driver::timeoutSeconds;
 };
+
+/// One list behind the other, of steps of a transcript for example.
+template <class Row>
+std::vector<Row> operator+(std::vector<Row> first, const std::vector<Row>& then) {
+    first.insert(first.end(), then.begin(), then.end());
+    return first;
+}
 
 }  // namespace scripted
