@@ -282,7 +282,8 @@ TEST(DoctorAtThePort, A_program_that_has_it_open) {
                               " doctor -d mettler-toledo 3>&-'");
     EXPECT_EQ(ran.output, std::to_string(std::atoi(ran.output.c_str())) +
                               "\nport           /dev/ttyS0\n"
-                              "diagnosis      /dev/ttyS0 is held by sh (process " +
+                              "diagnosis      /dev/ttyS0: the port is in use; it is held by sh "
+                              "(process " +
                               std::to_string(std::atoi(ran.output.c_str())) +
                               "): end that program first\n");
     EXPECT_EQ(ran.exitCode, 3);
@@ -356,7 +357,7 @@ TEST(Detect, Asks_nothing_while_another_program_has_the_port_open) {
     const Ran ran =
         RunShell(WBALANCE_SIM " radwag --load 3 -- sh -c 'exec 3<>/dev/ttyS0; echo $$; " WBALANCE
                               " detect 3>&-'");
-    EXPECT_EQ(ran.errors, "wbalance: /dev/ttyS0 is held by sh (process " +
+    EXPECT_EQ(ran.errors, "wbalance: /dev/ttyS0: the port is in use; it is held by sh (process " +
                               std::to_string(std::atoi(ran.output.c_str())) +
                               "): end that program first\n");
     EXPECT_EQ(ran.exitCode, 3);

@@ -260,7 +260,8 @@ TEST_F(PortDiagnosis, The_program_that_holds_the_port_is_named) {
                              "): end that program first\n";
 
     const Ran examined = Wbalance("doctor -d " + kBalance + " -p 0 --usb");
-    EXPECT_THAT(examined.output, EndsWith("\ndiagnosis      /dev/ttyUSB0 is " + held));
+    EXPECT_THAT(examined.output,
+                EndsWith("\ndiagnosis      /dev/ttyUSB0: the port is in use; it is " + held));
     EXPECT_EQ(examined.exitCode, 3);
 
     const Ran weighed = Wbalance("weigh -d " + kBalance + " -p 0 --usb");
@@ -339,10 +340,11 @@ TEST_F(ForbiddenPort, A_process_that_cannot_be_looked_into_is_named_but_not_blam
     const Lock lock(1);
     const Ran examined =
         RunShell(As(Group()) + WBALANCE " doctor -d " + kBalance + " -p 0 --usb -t 0");
-    EXPECT_THAT(examined.output, EndsWith("\ndiagnosis      /dev/ttyUSB0 is " + held));
+    EXPECT_THAT(examined.output,
+                EndsWith("\ndiagnosis      /dev/ttyUSB0: the port is in use; it is " + held));
     EXPECT_EQ(examined.exitCode, 3);
     const Ran detected = RunShell(As(Group()) + WBALANCE " detect -p 0 --usb");
-    EXPECT_EQ(detected.errors, "wbalance: /dev/ttyUSB0 is " + held);
+    EXPECT_EQ(detected.errors, "wbalance: /dev/ttyUSB0: the port is in use; it is " + held);
     EXPECT_EQ(detected.exitCode, 3);
 }
 

@@ -3,7 +3,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "ExitCode.h"
+#include "Trouble.h"
 
 namespace tool {
 
@@ -12,6 +12,8 @@ class ToolError : public std::runtime_error {
  public:
     ToolError(ExitCode exitCode, const std::string& sentence)
         : std::runtime_error(sentence), code(exitCode) {}
+    explicit ToolError(const Diagnosis& diagnosis)
+        : ToolError(diagnosis.code, diagnosis.sentence) {}
 
     const ExitCode code;
 };

@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <functional>
 
-#include "doctor/Doctor.h"
+#include "doctor/Explanation.h"
 #include "readings/Measurement.h"
 
 using testing::HasSubstr;
@@ -74,7 +74,9 @@ TEST_P(LongAnswers, Of_100000_characters_are_measured_and_explained) {
         }
         for (const char* piece : kPieces) {
             const auto measurement = Measure(driver_, Answered(Repeated(piece, 100'000), 4711.0));
-            EXPECT_LT(ExplainAnswer(driver_, driver_.line, "S\r\n", measurement).size(), 1000u);
+            EXPECT_LT(
+                SentenceFor(ExplainAnswer(driver_, driver_.line, "S\r\n", measurement)).size(),
+                1000u);
         }
     });
 }

@@ -114,8 +114,7 @@ std::string Json(const Options& options, const Detection& found, const std::stri
 
 Detection Detect(const Options& options, PortNumber port) {
     // Its questions, at one baud rate after the other, would get into somebody else's conversation.
-    if (const std::string held = WhyHeld(port.Device()); !held.empty())
-        throw ToolError(ExitCode::PortFailed, held);
+    if (const auto held = WhyHeld(port.Device())) throw ToolError(*held);
     Detector detector(
         port, SinkFor(options.trace), [](const std::string& note) { SayLine(note); },
         options.thorough);

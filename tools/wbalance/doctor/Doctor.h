@@ -3,18 +3,12 @@
 #include <functional>
 #include <string>
 
-#include "ExitCode.h"
+#include "Trouble.h"
 #include "line/PortName.h"
 #include "process/Session.h"
 #include "readings/Measurement.h"
 
 namespace tool {
-
-/// What the doctor has found out: one sentence with the next step, and the exit code for it.
-struct Diagnosis {
-    ExitCode code = ExitCode::Done;
-    std::string sentence;
-};
 
 /// Looks at everything between this program and a weight, from the device node to the pan, and
 /// stops at the first thing that is wrong.
@@ -38,14 +32,10 @@ class Doctor {
  private:
     Diagnosis ExamineLine(PortNumber port);
     Diagnosis ExamineBalance(const Connection& connection);
+    Diagnosis Judge(const Connection& connection, const Reading& reading) const;
 
     const Patient patient_;
     const Tell tell_;
 };
-
-/// What an answer that is no weight of this driver shows: another parity, another instrument, an
-/// echo. Pure, for bytes as they were received; there is at least one.
-std::string ExplainAnswer(const DriverInfo& driver, const LineSettings& line,
-                          const std::string& command, const Measurement& measurement);
 
 }  // namespace tool

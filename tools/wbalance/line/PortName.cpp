@@ -75,16 +75,11 @@ PortNumber PortName::Resolve() const {
     std::error_code error;
     const std::string device = std::filesystem::canonical(path_, error).string();
     if (error) {
-        throw ToolError(ExitCode::PortFailed,
-                        path_ + ": " + error.message() +
-                            "; is the adapter plugged in? `wbalance ports` lists the "
-                            "ports that are there");
+        throw ToolError(Diagnose(path_, {Trouble::NoSuchName, {{"REASON", error.message()}}}));
     }
     if (const auto port = PortNumber::OfDevice(device)) return *port;
-    throw ToolError(ExitCode::PortFailed,
-                    path_ + (device == path_ ? "" : " is " + device) +
-                        ": only /dev/ttyS<number> and /dev/ttyUSB<number> can be used; connect the "
-                        "balance to such a port");
+    const std::string named = device == path_ ? path_ : path_ + " is " + device;
+    throw ToolError(Diagnose(named, {Trouble::OtherDevice}));
 }
 
 }  // namespace tool

@@ -23,10 +23,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string ProcessText(long pid) {
+std::string ProgramName(long pid) {
     std::string name;
     std::getline(std::ifstream("/proc/" + std::to_string(pid) + "/comm"), name);
-    return (name.empty() ? "another program" : name) + " (process " + std::to_string(pid) + ")";
+    return name.empty() ? "another program" : name;
 }
 
 enum class Sight { Open, NotOpen, Hidden };
@@ -72,14 +72,16 @@ Holder FindHolder(const std::string& device) {
 
 std::string TextOf(const Holder& holder) {
     if (holder.process == 0) return "";
-    return (holder.isSeenToHold ? "" : "a program that may be ") + ProcessText(holder.process);
+    return (holder.isSeenToHold ? "" : "a program that may be ") + ProgramName(holder.process) +
+           " (process " + std::to_string(holder.process) + ")";
 }
 
-std::string TextAndRemedy(const Holder& holder, const std::string& device) {
-    return TextOf(holder) + ": end that program first" +
-           (holder.isSeenToHold
-                ? ""
-                : "; or, where it does not use the port, sudo rm " + LockFile(device));
+Finding FindingFor(const Holder& holder, const std::string& device) {
+    if (holder.process == 0) return {Trouble::HeldByAnotherUser, {{"DEVICE", device}}};
+    return {holder.isSeenToHold ? Trouble::Held : Trouble::PerhapsHeld,
+            {{"PROGRAM", ProgramName(holder.process)},
+             {"N", std::to_string(holder.process)},
+             {"FILE", LockFile(device)}}};
 }
 
 std::string GroupName(gid_t group) {
@@ -132,33 +134,19 @@ bool JoiningHelps(const struct stat& node) {
            getgrgid(node.st_gid) != nullptr;
 }
 
-std::string WhyForbidden(const std::string& device) {
+Finding WhyForbidden(const std::string& device) {
     struct stat node {};
-    if (stat(device.c_str(), &node) != 0) return "";
-    if (RightsSuffice(node)) {
-        return "; its rights let you use it, so look for a container or a security policy that "
-               "forbids it";
-    }
+    if (stat(device.c_str(), &node) != 0) return {Trouble::Forbidden};
+    if (RightsSuffice(node)) return {Trouble::Policy};
     const std::string group = GroupName(node.st_gid);
     if (!JoiningHelps(node)) {
         char mode[8];
         std::snprintf(mode, sizeof mode, "%04o", node.st_mode & 07777u);
-        return "; its owner is " + UserName(node.st_uid) + ", its group " + group + ", its mode " +
-               mode + ", which keeps you out: check its udev rule";
+        return {Trouble::KeptOut,
+                {{"OWNER", UserName(node.st_uid)}, {"GROUP", group}, {"MODE", mode}}};
     }
-    if (UserIsListedInGroup(node.st_gid)) {
-        return "; its group is " + group +
-               ", which you joined after you had logged in: log out and in again";
-    }
-    return "; its group is " + group + ", you are not in it: sudo adduser " + UserName(geteuid()) +
-           " " + group + ", then log out and in again";
-}
-
-std::string WhyBusy(const std::string& device) {
-    const Holder holder = FindHolder(device);
-    return "; " + (holder.process == 0
-                       ? "another user's program holds it: see sudo fuser -v " + device
-                       : "it is held by " + TextAndRemedy(holder, device));
+    if (UserIsListedInGroup(node.st_gid)) return {Trouble::JoinedAfterLogin, {{"GROUP", group}}};
+    return {Trouble::NotInGroup, {{"GROUP", group}, {"USER", UserName(geteuid())}}};
 }
 
 // Whether the port can't do even the settings with which the library opens it.
@@ -172,24 +160,30 @@ bool RefusesSettings(int port) {
     return refuses;
 }
 
-std::string Explain(const std::string& device, int error) {
+Diagnosis Explain(const std::string& device, int error) {
     switch (error) {
         case EACCES:
         case EPERM:
-            return ": permission denied" + WhyForbidden(device);
+            return Diagnose(device, WhyForbidden(device));
         case EBUSY:
-            return ": the port is in use" + WhyBusy(device);
+            return Diagnose(device, FindingFor(FindHolder(device), device));
         case ENOENT:
-            return ": there is no such port; is the adapter plugged in? `wbalance ports` lists the "
-                   "ports that are there";
+            return Diagnose(device, {Trouble::NoSuchPort});
         case ENODEV:
         case ENXIO:
         case EIO:
-            return ": the node is there but no device is behind it (" +
-                   std::string(std::strerror(error)) + "); plug the adapter in again";
+            return Diagnose(device, {Trouble::DeviceHasGone, {{"REASON", std::strerror(error)}}});
         default:
-            return ": " + std::string(std::strerror(error));
+            return {ExitCode::PortFailed, device + ": " + std::strerror(error)};
     }
+}
+
+// Why the library has not opened a port that this program opens.
+Finding WhyTheLibraryDidNot(const std::string& device, bool refusesSettings) {
+    // Qt takes the lock file of a program that has ended away, unless it is another user's.
+    if (access(LockFile(device).c_str(), F_OK) == 0)
+        return {Trouble::LeftLock, {{"FILE", LockFile(device)}}};
+    return {refusesSettings ? Trouble::EverySettingRefused : Trouble::OpensByNow};
 }
 
 }  // namespace
@@ -198,30 +192,25 @@ std::string HolderOf(const std::string& device) {
     return TextOf(FindHolder(device));
 }
 
-std::string WhyHeld(const std::string& device) {
+std::optional<Diagnosis> WhyHeld(const std::string& device) {
     const Holder holder = FindHolder(device);
-    return holder.process == 0 ? "" : device + " is held by " + TextAndRemedy(holder, device);
+    if (holder.process == 0) return std::nullopt;
+    return Diagnose(device, FindingFor(holder, device));
 }
 
-std::string WhyLocked(const std::string& device) {
-    return device + ": the lock file of a program that has ended keeps the port closed: sudo rm " +
-           LockFile(device);
+Diagnosis WhyLocked(const std::string& device) {
+    return Diagnose(device, {Trouble::LeftLock, {{"FILE", LockFile(device)}}});
 }
 
-std::string WhyNotOpened(const std::string& device) {
+Diagnosis WhyNotOpened(const std::string& device) {
     const int descriptor = open(device.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
-    if (descriptor < 0) return device + Explain(device, errno);
+    if (descriptor < 0) return Explain(device, errno);
     const bool terminal = isatty(descriptor) != 0;
     const bool refuses = terminal && RefusesSettings(descriptor);
     close(descriptor);
-    if (!terminal)
-        return device +
-               ": no serial port is behind it; `wbalance ports` lists those that are there";
-    if (!HolderOf(device).empty()) return device + Explain(device, EBUSY);
-    // Qt takes the lock file of a program that has ended away, unless it is another user's.
-    if (access(LockFile(device).c_str(), F_OK) == 0) return WhyLocked(device);
-    if (refuses) return device + ": the port refuses all line settings; use another adapter";
-    return device + ": the port could not be opened a moment ago but can be now; try again";
+    if (!terminal) return Diagnose(device, {Trouble::NoPortBehindNode});
+    if (const auto held = WhyHeld(device)) return *held;
+    return Diagnose(device, WhyTheLibraryDidNot(device, refuses));
 }
 
 }  // namespace tool

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <optional>
 #include <string>
+
+#include "Trouble.h"
 
 namespace tool {
 
@@ -8,16 +11,16 @@ namespace tool {
 /// may be minicom (process 4321)" where only the lock file tells. Empty when nobody is seen.
 std::string HolderOf(const std::string& device);
 
-/// "/dev/ttyUSB0 is held by minicom (process 4321): end that program first". Empty when nobody is
-/// seen.
-std::string WhyHeld(const std::string& device);
+/// "/dev/ttyUSB0: the port is in use; it is held by minicom (process 4321): end that program
+/// first". Empty when nobody is seen.
+std::optional<Diagnosis> WhyHeld(const std::string& device);
 
 /// That a lock file which nobody holds is in the way, and how to take it away.
-std::string WhyLocked(const std::string& device);
+Diagnosis WhyLocked(const std::string& device);
 
 /// Why a device can't be opened and what to do about it, found out by looking at it again:
 /// "/dev/ttyUSB0: permission denied; its group is dialout and you are not in it: ...". Says that
 /// the device opens when it does.
-std::string WhyNotOpened(const std::string& device);
+Diagnosis WhyNotOpened(const std::string& device);
 
 }  // namespace tool

@@ -79,7 +79,7 @@ void MonitoredBalance::Watch(Clock::time_point now) {
 void MonitoredBalance::RequireDevice() const {
     const std::string device = connection_.port.Device();
     if (IsThere(device)) return;
-    if (!wasThere_) throw ToolError(ExitCode::PortFailed, WhyNotOpened(device));
+    if (!wasThere_) throw ToolError(WhyNotOpened(device));
     const bool stable = settings_.port.Text() != device;
     throw ToolError(ExitCode::PortFailed,
                     device + " has gone" +

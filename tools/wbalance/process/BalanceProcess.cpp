@@ -26,11 +26,8 @@ constexpr std::size_t kLargestPiece = 65536;
 constexpr char kEndOfText = '\0';
 
 [[noreturn]] void ThrowNoProcess() {
-    throw ToolError(ExitCode::Internal,
-                    std::string("no process can be started for the balance: ") +
-                        std::strerror(errno) +
-                        "; end other programs, or raise the limits of this one (ulimit -n, ulimit "
-                        "-u)");
+    const Finding finding{Trouble::NoProcess, {{"REASON", std::strerror(errno)}}};
+    throw ToolError(CodeFor(finding.trouble), SentenceFor(finding));
 }
 
 // The trace's stream: a text crosses in pieces, because a packet has its bounds and what a '%' in
@@ -62,7 +59,7 @@ void EndTheProgram(int signal) {
 
 BalanceProcess::BalanceProcess(const Connection& connection, TraceSink sink)
     : sink_(std::move(sink)), device_(connection.port.Device()), driver_(*connection.driver) {
-    if (LockIsNoFile(device_)) throw ToolError(ExitCode::PortFailed, WhyLocked(device_));
+    if (LockIsNoFile(device_)) throw ToolError(WhyLocked(device_));
     auto [requests, childRequests] = PacketSockets();
     auto [trace, childTrace] = PacketSockets();
     auto [words, childWords] = PacketSockets();

@@ -28,38 +28,29 @@ std::string NameOf(int signal) {
     return name == nullptr ? "signal " + std::to_string(signal) : std::string("SIG") + name;
 }
 
-std::string WhyItGaveUp(const Report& report) {
-    const std::string said = " It said: " + LastLine(report.words);
-    if (report.words.find("libwbalance:") == std::string::npos)
-        return "the process that talked to the balance gave up; try again." + said;
-    return "more came than an answer can hold, and the library gave up; switch the balance's "
-           "continuous output off." +
-           said;
+Finding WhyItGaveUp(const Report& report) {
+    const bool said = report.words.find("libwbalance:") != std::string::npos;
+    return {said ? Trouble::AnswerTooLong : Trouble::GaveUp, {{"WORDS", LastLine(report.words)}}};
+}
+
+// What kept an operation from the balance; Trouble::None where nothing did.
+Finding FindingIn(const Connection& connection, const Report& report) {
+    if (report.endless) return {Trouble::Endless};
+    if (WasKilled(report)) return {Trouble::Killed, {{"SIGNAL", NameOf(report.signal)}}};
+    if (report.died) return WhyItGaveUp(report);
+    if (Dialogue(report.trace).settingsRefused)
+        return {Trouble::SettingsRefused, {{"LINE", connection.line.Text()}}};
+    return {};
 }
 
 }  // namespace
 
 void RequirePort(const Connection& connection, const Report& report) {
     const std::string device = connection.port.Device();
-    if (report.endless) {
-        throw ToolError(ExitCode::NotUnderstood,
-                        device +
-                            ": the balance sends without end, so that no answer can be told from "
-                            "the next; switch its continuous output (auto print) off");
-    }
-    if (WasKilled(report)) {
-        throw ToolError(ExitCode::Internal,
-                        device + ": the process that talked to the balance was killed (" +
-                            NameOf(report.signal) + "); try again");
-    }
-    if (report.died) throw ToolError(ExitCode::Internal, device + ": " + WhyItGaveUp(report));
-    const Dialogue dialogue(report.trace);
-    if (dialogue.openFailed) throw ToolError(ExitCode::PortFailed, WhyNotOpened(device));
-    if (dialogue.settingsRefused) {
-        throw ToolError(ExitCode::PortFailed,
-                        device + ": the port refuses the line settings " + connection.line.Text() +
-                            "; choose others with --line, or use another adapter");
-    }
+    const bool ended = report.endless || report.died;
+    if (!ended && Dialogue(report.trace).openFailed) throw ToolError(WhyNotOpened(device));
+    const Finding finding = FindingIn(connection, report);
+    if (finding.trouble != Trouble::None) throw ToolError(Diagnose(device, finding));
 }
 
 }  // namespace tool

@@ -150,29 +150,7 @@ Measurement Measure(const DriverInfo& driver, const Report& report) {
 }
 
 ExitCode CodeFor(Meaning meaning) {
-    switch (meaning) {
-        case Meaning::Weight:
-            return ExitCode::Done;
-        case Meaning::Overload:
-            return ExitCode::Overload;
-        case Meaning::Underload:
-            return ExitCode::Underload;
-        case Meaning::NotStable:
-            return ExitCode::NotStable;
-        case Meaning::Calibrating:
-        case Meaning::Standby:
-        case Meaning::InstrumentError:
-            return ExitCode::Refused;
-        case Meaning::OtherUnit:
-            return ExitCode::OtherUnit;
-        case Meaning::Truncated:
-            return ExitCode::Truncated;
-        case Meaning::Silence:
-            return ExitCode::Silent;
-        case Meaning::NotUnderstood:
-            return ExitCode::NotUnderstood;
-    }
-    return ExitCode::Internal;
+    return CodeFor(TroubleOf(meaning));
 }
 
 }  // namespace tool

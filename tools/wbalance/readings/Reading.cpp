@@ -5,44 +5,6 @@
 #include "OutsideText.h"
 
 namespace tool {
-namespace {
-
-constexpr char kStabilityUntold[] =
-    "the balance does not tell whether its weight is stable, so there is none with --mode stable; "
-    "read with --mode auto or now";
-
-std::string SentenceFor(Meaning meaning) {
-    switch (meaning) {
-        case Meaning::Weight:
-            return "a weight";
-        case Meaning::Overload:
-            return "overload: more is on the pan than the balance can weigh; take something off";
-        case Meaning::Underload:
-            return "underload: less than the balance can weigh; is the pan in its place?";
-        case Meaning::NotStable:
-            return "no stable weight; wait until the pan is at rest, or read with --mode now";
-        case Meaning::Calibrating:
-            return "the balance is calibrating, testing or taring; wait until it has finished";
-        case Meaning::Standby:
-            return "the balance is in stand-by or does not display a weight; switch it on";
-        case Meaning::InstrumentError:
-            return "the balance reports an error";
-        case Meaning::OtherUnit:
-            return "the weight is not in grams; set the balance's unit to g";
-        case Meaning::Truncated:
-            return "the record is cut off, or longer than the driver takes: digits are missing";
-        case Meaning::NotUnderstood:
-            return "an answer came that is not a weight of this balance; is this the right driver "
-                   "and are the line settings those of the balance?";
-        case Meaning::Silence:
-            return "no answer; is the balance switched on, the cable plugged in, and are the line "
-                   "settings those of the balance?";
-    }
-    return "";
-}
-
-}  // namespace
-
 double Reading::Value() const {
     return std::strtod(digits.c_str(), nullptr);
 }
@@ -92,14 +54,43 @@ std::string WordFor(Stability stability) {
     return "";
 }
 
+Trouble TroubleOf(Meaning meaning) {
+    switch (meaning) {
+        case Meaning::Weight:
+            return Trouble::None;
+        case Meaning::Overload:
+            return Trouble::Overload;
+        case Meaning::Underload:
+            return Trouble::Underload;
+        case Meaning::NotStable:
+            return Trouble::NotStable;
+        case Meaning::Calibrating:
+            return Trouble::Calibrating;
+        case Meaning::Standby:
+            return Trouble::Standby;
+        case Meaning::InstrumentError:
+            return Trouble::InstrumentError;
+        case Meaning::OtherUnit:
+            return Trouble::OtherUnit;
+        case Meaning::Truncated:
+            return Trouble::CutOff;
+        case Meaning::NotUnderstood:
+            return Trouble::NoWeight;
+        case Meaning::Silence:
+            return Trouble::NoAnswer;
+    }
+    return Trouble::NoWeight;
+}
+
 std::string SentenceFor(const Reading& reading) {
     const bool untold = reading.stability == Stability::Unknown && !reading.digits.empty();
-    const std::string sentence = reading.meaning == Meaning::NotStable && untold
-                                     ? kStabilityUntold
-                                     : SentenceFor(reading.meaning);
+    const Trouble trouble = reading.meaning == Meaning::NotStable && untold
+                                ? Trouble::StabilityUntold
+                                : TroubleOf(reading.meaning);
     // A remark may quote the instrument, which may send anything.
     const std::string remark = outside::Printable(outside::Shortened(reading.remark));
-    return remark.empty() ? sentence : sentence + " (" + remark + ")";
+    const std::string sentence = reading.IsWeight() ? "a weight" : SentenceFor(Finding{trouble});
+    return sentence + (remark.empty() ? "" : " (" + remark + ")");
 }
 
 }  // namespace tool

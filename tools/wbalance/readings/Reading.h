@@ -3,6 +3,8 @@
 #include <chrono>
 #include <string>
 
+#include "Trouble.h"
+
 namespace tool {
 
 /// What an instrument meant by an answer.
@@ -42,6 +44,8 @@ struct Reading {
 std::string WordFor(Meaning meaning);
 /// "stable", "dynamic" or "unknown".
 std::string WordFor(Stability stability);
+/// Of a weight Trouble::None.
+Trouble TroubleOf(Meaning meaning);
 /// A sentence for people about a reading that is no weight, with what to do.
 std::string SentenceFor(const Reading& reading);
 

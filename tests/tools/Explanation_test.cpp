@@ -1,4 +1,4 @@
-#include "doctor/Doctor.h"
+#include "doctor/Explanation.h"
 
 #include <gmock/gmock.h>
 
@@ -13,32 +13,33 @@ const tool::LineSettings kLine{2400, 8, 0, 0, 0};
 
 std::string Explanation(const std::string& answer, const std::string& command = "SI\r\n") {
     const tool::DriverInfo& driver = tool::FindDriver(kBalance);
-    return tool::ExplainAnswer(driver, kLine, command, {driver.dialect(answer), answer, {}});
+    return SentenceFor(
+        tool::ExplainAnswer(driver, kLine, command, {driver.dialect(answer), answer, {}}));
 }
 
-TEST(Doctor, Seven_bits_with_parity_read_as_eight_are_recognised) {
+TEST(Explanation, Seven_bits_with_parity_read_as_eight_are_recognised) {
     EXPECT_THAT(Explanation("\x53\xa0\x53\xa0\xb1\xb2\x2e\xb1\xa0\xe7\x8d\x0a"),
                 HasSubstr("use --line 2400,7E1 (or 7O1)"));
 }
 
-TEST(Doctor, Other_garbage_is_a_wrong_baud_rate) {
+TEST(Explanation, Other_garbage_is_a_wrong_baud_rate) {
     EXPECT_THAT(Explanation("\x80\x9f\x01\xfe"), HasSubstr("the baud rate is not that"));
 }
 
-TEST(Doctor, An_echo_is_recognised) {
+TEST(Explanation, An_echo_is_recognised) {
     EXPECT_THAT(Explanation("SI\r\n"), HasSubstr("what is sent comes back"));
 }
 
-TEST(Doctor, Another_instrument_is_recognised_and_named) {
+TEST(Explanation, Another_instrument_is_recognised_and_named) {
     EXPECT_THAT(Explanation("+   123.56 g  \r\n"), HasSubstr("try --driver sartorius"));
     EXPECT_THAT(Explanation("SI ?       18.5 g  \r\n"), HasSubstr("try --driver radwag"));
 }
 
-TEST(Doctor, An_answer_without_its_end_is_recognised) {
+TEST(Explanation, An_answer_without_its_end_is_recognised) {
     EXPECT_THAT(Explanation("S S     "), HasSubstr("no line end"));
 }
 
-TEST(Doctor, Unknown_text_leads_to_detect) {
+TEST(Explanation, Unknown_text_leads_to_detect) {
     EXPECT_THAT(Explanation("HELLO\r\n"), HasSubstr("`wbalance detect`"));
 }
 
