@@ -18,6 +18,10 @@ import subprocess
 import sys
 import tempfile
 
+sys.dont_write_bytecode = True
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "scripts"))
+import instruments
+
 # What can't be run here, by the beginning of the line.
 NOT_RUN = {
     "sudo ": "changes the system",
@@ -31,8 +35,8 @@ NOT_RUN = {
 # Lines of shown output that need what only a real /dev has.
 NOT_COMPARED = re.compile(r"  stable   /dev/serial/by-id/")
 
-# What a command meets that names no driver itself.
-UNNAMED = {"detect": "radwag", "ports": "radwag"}
+# Commands that need a balance and name no driver: they meet the driver of their page.
+UNNAMED = ("detect", "ports")
 # These go on until Ctrl-C.
 ENDLESS = re.compile(r"wbalance monitor (?!.*(-n|--count) )|--pty$")
 LOAD = "12.5"
@@ -119,22 +123,30 @@ def value_of(words, *names):
     return None
 
 
+def driver_of(commands, drivers):
+    """The driver of a page: that of its record, or else the first that it names, or else any."""
+    named = re.compile(r"(?:^|\s)(?:-d |--driver |wbalance-sim |monitor )(" + "|".join(drivers) + r")(?![\w-])")
+    lines = [command.text for command in commands]
+    lines.sort(key=lambda text: "trouble.record" not in text)
+    return next((match.group(1) for match in map(named.search, lines) if match), drivers[0])
+
+
 def served_at(port, usb):
     """The options of wbalance-sim for a port as wbalance takes it."""
     number = re.search(r"(\d+)$", port).group(1) if not port.endswith("port0") else "3"
     return f"--port {number}" + (" --usb" if usb or "USB" in port or "by-id" in port else "")
 
 
-def instruments(command):
+def served_for(command, drivers, page_driver):
     """What wbalance-sim serves for a command of wbalance; empty when it needs no balance."""
     words = shlex.split(command.split(" | ")[0])
     if words[1] == "monitor":
         balances = [word.split("@") for word in words[2:] if "@" in word]
         return " , ".join(f"{driver} --load {LOAD} {served_at(port, False)}" +
                           (f" --line {line[0]}" if line else "") for driver, port, *line in balances)
-    driver = value_of(words, "-d", "--driver") or UNNAMED.get(words[1])
+    driver = value_of(words, "-d", "--driver") or (page_driver if words[1] in UNNAMED else None)
     if "--thorough" in words:
-        driver = "mettler-toledo"  # which is found first; the others take minutes
+        driver = drivers[0]  # which is found first; the others take minutes
     if driver is None or "--help" in words:
         return ""
     load = "0" if words[1] in ("zero", "preset-tare") else LOAD
@@ -150,6 +162,7 @@ class Bench:
     def __init__(self, arguments, home):
         self.home = home
         self.udev = arguments.udev
+        self.drivers = [name for name, _ in instruments.rows()]
         self.environment = dict(os.environ, HOME=str(home), TMPDIR=str(home), LC_ALL="C", **self.host_settings(arguments))
         self.environment["PATH"] = ":".join(
             [str(home / "bin"), str(pathlib.Path(arguments.wbalance).parent),
@@ -164,9 +177,13 @@ class Bench:
         (home / "parcel.script").write_text("0s load 12.5\n")
         # The simulated adapter is one that udev knows.
         self.script("bin/udev", f'LD_PRELOAD="{arguments.udev}:$LD_PRELOAD" exec "$@"')
-        self.run("wbalance weigh -d radwag -p 3 --usb --record trouble.record")
+
+    def use(self, driver):
+        """Has records of this driver from now on, and serves it where a command names none."""
+        self.driver = driver
+        self.run(f"wbalance weigh -d {driver} -p 3 --usb --record trouble.record")
         for copy in ("one", "other"):
-            shutil.copy(home / "trouble.record", home / f"{copy}.record")
+            shutil.copy(self.home / "trouble.record", self.home / f"{copy}.record")
 
     @staticmethod
     def host_settings(arguments):
@@ -177,23 +194,23 @@ class Bench:
         (self.home / name).write_text(f"#!/bin/sh\n{text}\n")
         (self.home / name).chmod(0o755)
 
-    @staticmethod
-    def recorded_host(ports):
+    def recorded_host(self, ports):
         """A host that does at these ports what the record has."""
-        return "sh -c '" + " && ".join(f"wbalance weigh -d radwag -p {port}" for port in ports) + "'"
+        return "sh -c '" + " && ".join(f"wbalance weigh -d {self.driver} -p {port}" for port in ports) + "'"
 
     def as_run(self, command):
         command = command.replace("/dev/serial/by-id/", f"{self.home}/by-id/")
         if command.startswith("wbalance-sim control "):
             command = command.replace("/run/user/1000/", f"{self.home}/")
             path = value_of(shlex.split(command), "--control")
-            return f"wbalance-sim radwag --usb --port 1 {f'--control {path}' if path else ''} -- {command}"
+            return f"wbalance-sim {self.driver} --usb --port 1 {f'--control {path}' if path else ''} -- {command}"
         if command.startswith("wbalance-sim replay ") and command.endswith("./my-host"):
             return command[:-len("./my-host")] + self.recorded_host(re.findall(r"--port (\d+)", command))
         if command == "./first":
-            return f"wbalance-sim radwag --usb --load {LOAD} -- ./first"
-        if command.startswith("wbalance ") and instruments(command):
-            return f"wbalance-sim {instruments(command)} -- udev {command}"
+            return f"wbalance-sim {self.driver} --usb --load {LOAD} -- ./first"
+        served = served_for(command, self.drivers, self.driver) if command.startswith("wbalance ") else ""
+        if served:
+            return f"wbalance-sim {served} -- udev {command}"
         return command
 
     def run(self, command):
@@ -251,7 +268,9 @@ def try_all(name, arguments, commands_of):
         home = pathlib.Path(folder)
         bench = Bench(arguments, home)
         complaints, ran = [], 0
-        for command in commands_of(home):
+        commands = list(commands_of(home))
+        bench.use(driver_of(commands, bench.drivers))
+        for command in commands:
             if any((command.text + " ").startswith(start) for start in NOT_RUN):
                 continue
             if reason_to_skip(command, arguments.compiler):
