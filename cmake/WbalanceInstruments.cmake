@@ -28,3 +28,17 @@ file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/instruments/Instruments.h @ONLY CONT
 ")
 add_library(wbalance_instruments INTERFACE)
 target_include_directories(wbalance_instruments INTERFACE ${PROJECT_BINARY_DIR}/instruments)
+
+# The sources <PREFIX><name><SUFFIX> of the present folder, one for each instrument. An instrument
+# that has none ends the configuration, which names the file that is missing.
+function(wbalance_sources_by_instrument OUTPUT PREFIX SUFFIX)
+    foreach(NAME IN LISTS WBALANCE_INSTRUMENTS)
+        set(SOURCE ${CMAKE_CURRENT_SOURCE_DIR}/${PREFIX}${NAME}${SUFFIX})
+        if(NOT EXISTS ${SOURCE})
+            file(RELATIVE_PATH SOURCE ${PROJECT_SOURCE_DIR} ${SOURCE})
+            message(FATAL_ERROR "drivers/instruments.txt lists ${NAME}, which lacks its ${SOURCE}")
+        endif()
+        list(APPEND SOURCES ${SOURCE})
+    endforeach()
+    set(${OUTPUT} ${SOURCES} PARENT_SCOPE)
+endfunction()

@@ -3,19 +3,14 @@
 #include <algorithm>
 #include <stdexcept>
 
-#include "simulator/instruments/denver-xl1800.h"
-#include "simulator/instruments/gibertini.h"
-#include "simulator/instruments/kern.h"
-#include "simulator/instruments/mettler-pm.h"
-#include "simulator/instruments/mettler-toledo.h"
-#include "simulator/instruments/ohaus.h"
-#include "simulator/instruments/radwag.h"
-#include "simulator/instruments/sartorius.h"
-#include "simulator/instruments/scale-house.h"
-#include "simulator/instruments/setra-el2000s.h"
-
 namespace simulator {
 namespace {
+
+CatalogEntry Named(const char* name, const char* driverClass, CatalogEntry entry) {
+    entry.name = name;
+    entry.driverClass = driverClass;
+    return entry;
+}
 
 std::vector<CatalogEntry> SortedByName(std::vector<CatalogEntry> entries) {
     std::sort(entries.begin(), entries.end(),
@@ -26,21 +21,10 @@ std::vector<CatalogEntry> SortedByName(std::vector<CatalogEntry> entries) {
 }  // namespace
 
 const std::vector<CatalogEntry>& Catalog() {
-    static const std::vector<CatalogEntry> entries = SortedByName({
-        DenverXl1800Entry(),
-        GibertiniEntry(),
-        KernEntry(),
-        MettlerToledoEntry(),
-        MettlerPr2003Entry(),
-        MettlerXsEntry(),
-        MettlerSb32001Entry(),
-        MettlerPmEntry(),
-        OhausEntry(),
-        RadwagEntry(),
-        SartoriusEntry(),
-        ScaleHouseEntry(),
-        SetraEl2000sEntry(),
-    });
+#define WBALANCE_ENTRY(name, Class) Named(name, #Class, EntryOf<Class>()),
+    static const std::vector<CatalogEntry> entries =
+        SortedByName({WBALANCE_FOR_EACH_INSTRUMENT(WBALANCE_ENTRY)});
+#undef WBALANCE_ENTRY
     return entries;
 }
 

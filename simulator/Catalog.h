@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Instruments.h>
+
 #include <functional>
 #include <memory>
 #include <string>
@@ -10,21 +12,37 @@
 #include "simulator/line/LineSettings.h"
 #include "simulator/model/BalanceModel.h"
 
+// The driver of each instrument: here no more than a name for it.
+#define WBALANCE_DECLARE(name, Class) class Class;
+WBALANCE_FOR_EACH_INSTRUMENT(WBALANCE_DECLARE)
+#undef WBALANCE_DECLARE
+
 namespace simulator {
 
 /// One instrument that can be simulated.
 struct CatalogEntry {
-    std::string name;  ///< the name everywhere: catalog, `wbalance` driver, documentation
+    std::string name;         ///< the name everywhere: catalog, `wbalance` driver, documentation
+    std::string driverClass;  ///< class of the library that speaks to it
     std::string maker;
     std::string model;
-    std::string driverClass;  ///< class of the library that speaks to it
-    LineSettings line;        ///< settings as delivered
+    LineSettings line;  ///< settings as delivered
     BalanceData balance;
     std::vector<SwitchDescription> switches;
     std::function<std::unique_ptr<Dialect>(BalanceModel&, const Switches&)> createDialect;
     /// In place of `balance`, for an entry with models that differ in capacity and readability.
     std::function<BalanceData(const Switches&)> modelBalance = nullptr;
 };
+
+/// What instruments/NAME.cpp says of the instrument that this class of the library drives; name and
+/// class are added from drivers/instruments.txt.
+template <class Driver>
+CatalogEntry EntryOf();
+
+#define WBALANCE_DECLARE(name, Class) \
+    template <>                       \
+    CatalogEntry EntryOf<Class>();
+WBALANCE_FOR_EACH_INSTRUMENT(WBALANCE_DECLARE)
+#undef WBALANCE_DECLARE
 
 /// All instruments, in alphabetical order of their names.
 const std::vector<CatalogEntry>& Catalog();

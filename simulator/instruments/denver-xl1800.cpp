@@ -3,8 +3,7 @@
 //   > "?1"  < "1+    12.34 g"    at rest; "U-     0.50 g" while the pan moves
 //   > "T"   no answer
 
-#include "simulator/instruments/denver-xl1800.h"
-
+#include "simulator/Catalog.h"
 #include "simulator/instruments/SignedReading.h"
 
 namespace simulator {
@@ -39,23 +38,20 @@ std::vector<SwitchDescription> DenverSwitches() {
 
 }  // namespace
 
-CatalogEntry DenverXl1800Entry() {
-    BalanceData data;
-    data.capacity = 1800;
-    data.lowestLoad = -180;
-    data.zeroRange = 36;
-    const LineSettings line{2400, 8, Parity::None, 1, FlowControl::None};
-    const auto create = [](BalanceModel& model, const Switches& switches) {
+template <>
+CatalogEntry EntryOf<WbalanceDIC_XL1800>() {
+    CatalogEntry entry;
+    entry.maker = "Denver Instrument";
+    entry.model = "XL-1800, 1800 g";
+    entry.line = {2400, 8, Parity::None, 1, FlowControl::None};
+    entry.balance.capacity = 1800;
+    entry.balance.lowestLoad = -180;
+    entry.balance.zeroRange = 36;
+    entry.switches = DenverSwitches();
+    entry.createDialect = [](BalanceModel& model, const Switches& switches) {
         return std::unique_ptr<Dialect>(new DenverXl1800(model, switches));
     };
-    return {"denver-xl1800",
-            "Denver Instrument",
-            "XL-1800, 1800 g",
-            "WbalanceDIC_XL1800",
-            line,
-            data,
-            DenverSwitches(),
-            create};
+    return entry;
 }
 
 }  // namespace simulator

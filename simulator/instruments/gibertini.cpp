@@ -6,9 +6,9 @@
 // Two other protocols know no flags: EURO answers with the measure alone, PRINTER is silent and
 // sends a line when someone presses the PRINT key, once the pan is at rest.
 
-#include "simulator/instruments/gibertini.h"
-
 #include <algorithm>
+
+#include "simulator/Catalog.h"
 
 namespace simulator {
 namespace {
@@ -128,17 +128,20 @@ std::vector<SwitchDescription> GibertiniSwitches() {
 
 }  // namespace
 
-CatalogEntry GibertiniEntry() {
-    BalanceData data;
-    data.capacity = 610;
-    data.lowestLoad = -61;
-    data.zeroRange = 12.2;
-    const LineSettings line{9600, 7, Parity::None, 1, FlowControl::None};
-    const auto create = [](BalanceModel& model, const Switches& switches) {
+template <>
+CatalogEntry EntryOf<WbalanceGibertini>() {
+    CatalogEntry entry;
+    entry.maker = "Gibertini";
+    entry.model = "CRYSTAL protocol, 610 g";
+    entry.line = {9600, 7, Parity::None, 1, FlowControl::None};
+    entry.balance.capacity = 610;
+    entry.balance.lowestLoad = -61;
+    entry.balance.zeroRange = 12.2;
+    entry.switches = GibertiniSwitches();
+    entry.createDialect = [](BalanceModel& model, const Switches& switches) {
         return std::unique_ptr<Dialect>(new Gibertini(model, switches));
     };
-    return {"gibertini", "Gibertini", "CRYSTAL protocol, 610 g", "WbalanceGibertini",
-            line,        data,        GibertiniSwitches(),       create};
+    return entry;
 }
 
 }  // namespace simulator

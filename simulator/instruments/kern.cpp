@@ -9,11 +9,11 @@
 //   > "O3"  < "A00", one record when the print key is pressed; "O7" and the pan is at rest
 // Each output command ends the one before it.
 
-#include "simulator/instruments/kern.h"
-
 #include <algorithm>
 #include <chrono>
 #include <map>
+
+#include "simulator/Catalog.h"
 
 namespace simulator {
 namespace {
@@ -177,17 +177,20 @@ std::vector<SwitchDescription> KernSwitches() {
 
 }  // namespace
 
-CatalogEntry KernEntry() {
-    BalanceData data;
-    data.capacity = 620;
-    data.lowestLoad = -62;
-    data.zeroRange = 12.4;
-    const LineSettings line{1200, 8, Parity::None, 2, FlowControl::None};
-    const auto create = [](BalanceModel& model, const Switches& switches) {
+template <>
+CatalogEntry EntryOf<WbalanceKern_EW_EGN_EWB>() {
+    CatalogEntry entry;
+    entry.maker = "Kern";
+    entry.model = "EW/EG-N/EWB, 620 g";
+    entry.line = {1200, 8, Parity::None, 2, FlowControl::None};
+    entry.balance.capacity = 620;
+    entry.balance.lowestLoad = -62;
+    entry.balance.zeroRange = 12.4;
+    entry.switches = KernSwitches();
+    entry.createDialect = [](BalanceModel& model, const Switches& switches) {
         return std::unique_ptr<Dialect>(new Kern(model, switches));
     };
-    return {"kern", "Kern", "EW/EG-N/EWB, 620 g", "WbalanceKern_EW_EGN_EWB",
-            line,   data,   KernSwitches(),       create};
+    return entry;
 }
 
 }  // namespace simulator

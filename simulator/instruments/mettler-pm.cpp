@@ -11,8 +11,7 @@
 //   > "IDX"     < "1126493": 7 characters, as the AT106 of the same family
 //   > "@"       < "ES", as every unknown command
 
-#include "simulator/instruments/mettler-pm.h"
-
+#include "simulator/Catalog.h"
 #include "simulator/Text.h"
 #include "simulator/instruments/MtSics.h"
 
@@ -165,12 +164,11 @@ bool SpeaksMtSics(const Switches& switches) {
 
 }  // namespace
 
-CatalogEntry MettlerPmEntry() {
+template <>
+CatalogEntry EntryOf<WbalanceMettlerPM>() {
     CatalogEntry entry;
-    entry.name = "mettler-pm";
     entry.maker = "Mettler";
     entry.model = "PM, 610 g";
-    entry.driverClass = "WbalanceMettlerPM";
     entry.line = {600, 7, Parity::Even, 1, FlowControl::None};
     entry.switches = MtSicsSwitches("level-1");
     entry.switches.insert(

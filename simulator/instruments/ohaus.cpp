@@ -11,10 +11,9 @@
 //
 // What is printed out of range is not documented: here, nothing.
 
-#include "simulator/instruments/ohaus.h"
-
 #include <algorithm>
 
+#include "simulator/Catalog.h"
 #include "simulator/Text.h"
 #include "simulator/instruments/OhausSeries.h"
 
@@ -325,12 +324,11 @@ class OhausPrint : public Dialect {
 
 }  // namespace
 
-CatalogEntry OhausEntry() {
+template <>
+CatalogEntry EntryOf<WbalanceOHAUS_SPU602>() {
     CatalogEntry entry;
-    entry.name = "ohaus";
     entry.maker = "Ohaus";
     entry.model = "Scout Pro or Explorer, 610 g";
-    entry.driverClass = "WbalanceOHAUS_SPU602";
     entry.line = {2400, 7, Parity::None, 1, FlowControl::None};
     entry.switches = OhausSwitches();
     entry.createDialect = [](BalanceModel& model, const Switches& switches) {

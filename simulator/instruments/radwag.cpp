@@ -9,10 +9,9 @@
 // A command that can't be carried out now gets "I", one that does not exist "ES". PC lists those
 // that exist.
 
-#include "simulator/instruments/radwag.h"
-
 #include <algorithm>
 
+#include "simulator/Catalog.h"
 #include "simulator/Text.h"
 #include "simulator/instruments/RadwagFrame.h"
 
@@ -334,18 +333,21 @@ class Radwag : public Dialect {
 
 }  // namespace
 
-CatalogEntry RadwagEntry() {
-    BalanceData balance;
-    balance.capacity = 3000;
-    balance.readability = 0.01;
-    balance.lowestLoad = -300;
-    balance.zeroRange = 60;
-    const LineSettings line{9600, 7, Parity::Even, 1, FlowControl::None};
-    const auto create = [](BalanceModel& model, const Switches& switches) {
+template <>
+CatalogEntry EntryOf<WbalanceRadwag>() {
+    CatalogEntry entry;
+    entry.maker = "Radwag";
+    entry.model = "PS, 3000 g";
+    entry.line = {9600, 7, Parity::Even, 1, FlowControl::None};
+    entry.balance.capacity = 3000;
+    entry.balance.readability = 0.01;
+    entry.balance.lowestLoad = -300;
+    entry.balance.zeroRange = 60;
+    entry.switches = RadwagSwitches();
+    entry.createDialect = [](BalanceModel& model, const Switches& switches) {
         return std::unique_ptr<Dialect>(new Radwag(model, switches));
     };
-    return {"radwag", "Radwag", "PS, 3000 g",     "WbalanceRadwag",
-            line,     balance,  RadwagSwitches(), create};
+    return entry;
 }
 
 }  // namespace simulator

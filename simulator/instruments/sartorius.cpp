@@ -15,11 +15,10 @@
 //   > ESC "s3_"      cancel
 //   > ESC "t5.00_"   type a text, ESC "kF4_" press soft key 4: the text becomes the tare T1
 
-#include "simulator/instruments/sartorius.h"
-
 #include <cctype>
 #include <map>
 
+#include "simulator/Catalog.h"
 #include "simulator/Text.h"
 #include "simulator/instruments/SbiSeries.h"
 
@@ -320,12 +319,11 @@ class Sbi : public Dialect {
 
 }  // namespace
 
-CatalogEntry SartoriusEntry() {
+template <>
+CatalogEntry EntryOf<WbalanceSartorius>() {
     CatalogEntry entry;
-    entry.name = "sartorius";
     entry.maker = "Sartorius";
     entry.model = "balance with 16- or 22-character lines, 610 g";
-    entry.driverClass = "WbalanceSartorius";
     entry.line = {1200, 7, Parity::Odd, 1, FlowControl::None};
     entry.switches = SbiSwitches();
     entry.createDialect = [](BalanceModel& model, const Switches& switches) {

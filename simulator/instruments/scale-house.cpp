@@ -5,7 +5,7 @@
 //   > "Z"   zero
 //   > "T"   tare
 
-#include "simulator/instruments/scale-house.h"
+#include "simulator/Catalog.h"
 
 namespace simulator {
 namespace {
@@ -61,12 +61,11 @@ class ScaleHouseTicket : public Dialect {
 
 }  // namespace
 
-CatalogEntry ScaleHouseEntry() {
+template <>
+CatalogEntry EntryOf<WbalanceScaleHouseALD>() {
     CatalogEntry entry;
-    entry.name = "scale-house";
     entry.maker = "Scale House";
     entry.model = "ALD, 610 g";
-    entry.driverClass = "WbalanceScaleHouseALD";
     entry.line = {2400, 7, Parity::None, 1, FlowControl::None};
     entry.switches = {
         {"ticket",

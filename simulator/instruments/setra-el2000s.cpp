@@ -4,8 +4,7 @@
 //           < "1+      HHH g"   out of range; "LLL" below it
 //   > "T"   no answer
 
-#include "simulator/instruments/setra-el2000s.h"
-
+#include "simulator/Catalog.h"
 #include "simulator/instruments/SignedReading.h"
 
 namespace simulator {
@@ -36,17 +35,20 @@ std::vector<SwitchDescription> SetraSwitches() {
 
 }  // namespace
 
-CatalogEntry SetraEl2000sEntry() {
-    BalanceData data;
-    data.capacity = 2000;
-    data.lowestLoad = -200;
-    data.zeroRange = 40;
-    const LineSettings line{2400, 8, Parity::None, 1, FlowControl::None};
-    const auto create = [](BalanceModel& model, const Switches& switches) {
+template <>
+CatalogEntry EntryOf<WbalanceSetra_EL_2000S>() {
+    CatalogEntry entry;
+    entry.maker = "Setra";
+    entry.model = "EL-2000S, 2000 g";
+    entry.line = {2400, 8, Parity::None, 1, FlowControl::None};
+    entry.balance.capacity = 2000;
+    entry.balance.lowestLoad = -200;
+    entry.balance.zeroRange = 40;
+    entry.switches = SetraSwitches();
+    entry.createDialect = [](BalanceModel& model, const Switches& switches) {
         return std::unique_ptr<Dialect>(new SetraEl2000s(model, switches));
     };
-    return {"setra-el2000s", "Setra", "EL-2000S, 2000 g", "WbalanceSetra_EL_2000S", line, data,
-            SetraSwitches(), create};
+    return entry;
 }
 
 }  // namespace simulator

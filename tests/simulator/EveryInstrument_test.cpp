@@ -1,33 +1,39 @@
-// Each instrument that wbalance-sim lists is weighed by the driver of its name, at that driver's
-// own line settings. The names come from the list itself: none can be forgotten.
+// Each instrument of drivers/instruments.txt is simulated, and weighed by the driver of its name at
+// that driver's own line settings.
 
+#include <Instruments.h>
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <functional>
 #include <future>
 #include <map>
-#include <sstream>
 #include <vector>
 
 #include "RunProgram.h"
 
+using testing::ContainsRegex;
 using testing::HasSubstr;
 
 namespace {
 
-std::vector<std::string> ListedInstruments() {
-    std::istringstream list(RunShell(std::string(WBALANCE_SIM) + " --list").output);
-    std::vector<std::string> names;
-    for (std::string line; std::getline(list, line);)
-        if (line.find("; Wbalance") != std::string::npos)
-            names.push_back(line.substr(0, line.find(':')));
-    return names;
-}
+struct Row {
+    std::string name;
+    std::string driverClass;
+};
+
+#define ROW(name, Class) {name, #Class},
+const std::vector<Row> kInstruments = {WBALANCE_FOR_EACH_INSTRUMENT(ROW)};
+#undef ROW
+
+/// A weight of 12.5 g in JSON, whatever stands behind it.
+const char* const kValue = "\"value\":12\\.5[,}]";
 
 /// Runs the same for every instrument at once: they mostly wait.
 std::map<std::string, Ran> RunEach(const std::function<Ran(const std::string& name)>& run) {
     std::map<std::string, std::future<Ran>> running;
-    for (const auto& name : ListedInstruments())
-        running[name] = std::async(std::launch::async, run, name);
+    for (const auto& row : kInstruments)
+        running[row.name] = std::async(std::launch::async, run, row.name);
     std::map<std::string, Ran> all;
     for (auto& [name, ran] : running)
         all[name] = ran.get();
@@ -36,12 +42,19 @@ std::map<std::string, Ran> RunEach(const std::function<Ran(const std::string& na
 
 }  // namespace
 
-TEST(EveryInstrument, The_list_has_the_thirteen_that_the_library_drives) {
-    EXPECT_EQ(ListedInstruments(),
-              (std::vector<std::string>{"denver-xl1800", "gibertini", "kern", "mettler-pm",
-                                        "mettler-pr2003", "mettler-sb32001", "mettler-toledo",
-                                        "mettler-xs", "ohaus", "radwag", "sartorius", "scale-house",
-                                        "setra-el2000s"}));
+TEST(EveryInstrument, Is_listed_with_the_class_and_the_line_settings_of_its_driver) {
+    const std::string list = RunShell(std::string(WBALANCE_SIM) + " --list").output;
+    for (const auto& [name, driverClass] : kInstruments) {
+        std::string line =
+            Wbalance("drivers " + name + " | sed -n 's/^  line  *//p' | tr -d '\\n'").output;
+        std::replace(line.begin(), line.end(), '-', '.');  // what a driver leaves as it is
+        EXPECT_THAT(
+            list, ContainsRegex("(^|\n)" + name + ": [^\n]*; " + line + "; " + driverClass + "\n"));
+    }
+    std::size_t listed = 0;
+    for (std::size_t at = 0; (at = list.find("; Wbalance", at + 1)) != std::string::npos;)
+        ++listed;
+    EXPECT_EQ(listed, kInstruments.size());
 }
 
 TEST(EveryInstrument, Is_weighed_by_the_driver_of_its_name_as_both_are_delivered) {
@@ -50,7 +63,7 @@ TEST(EveryInstrument, Is_weighed_by_the_driver_of_its_name_as_both_are_delivered
     });
     ASSERT_FALSE(all.empty());
     for (const auto& [name, ran] : all) {
-        EXPECT_THAT(ran.output, HasSubstr("\"value\":12.5}")) << name << ": " << ran.errors;
+        EXPECT_THAT(ran.output, ContainsRegex(kValue)) << name << ": " << ran.errors;
         EXPECT_EQ(ran.exitCode, 0) << name;
     }
 }
@@ -64,7 +77,7 @@ TEST(EveryInstrument, Is_weighed_again_from_the_record_of_its_weighing) {
     });
     ASSERT_FALSE(all.empty());
     for (const auto& [name, ran] : all) {
-        EXPECT_THAT(ran.output, HasSubstr("\"value\":12.5}")) << name << ": " << ran.errors;
+        EXPECT_THAT(ran.output, ContainsRegex(kValue)) << name << ": " << ran.errors;
         EXPECT_EQ(ran.errors, "") << name;
         EXPECT_EQ(ran.exitCode, 0) << name;
     }

@@ -1,7 +1,9 @@
 // What an instrument keeps of a run that lasts for weeks.
 
+#include "Examples.h"
 #include "InstrumentTest.h"
 
+using examples::kBalance;
 using namespace std::chrono_literals;
 
 namespace {
@@ -11,7 +13,7 @@ using Keeping = InstrumentTest;
 }  // namespace
 
 TEST_F(Keeping, Faults_that_are_over_are_forgotten_when_another_begins) {
-    Have("mettler-toledo", 5);
+    Have(kBalance, 5);
     for (int i = 0; i < 100; ++i) {
         const simulator::Time now(i * 1000);
         instrument_->Advance(now);
@@ -21,7 +23,7 @@ TEST_F(Keeping, Faults_that_are_over_are_forgotten_when_another_begins) {
 }
 
 TEST_F(Keeping, Of_answers_that_are_very_late_ten_thousand_are_kept) {
-    Have("mettler-toledo", 5);
+    Have(kBalance, 5);
     AddFault("late=1000s");
     for (int i = 0; i < 10'100; ++i)
         instrument_->Receive("SI\r\n", simulator::Time(i));
@@ -30,7 +32,7 @@ TEST_F(Keeping, Of_answers_that_are_very_late_ten_thousand_are_kept) {
 }
 
 TEST_F(Keeping, A_balance_that_waits_keeps_a_hundred_commands) {
-    Have("mettler-toledo", 5);
+    Have(kBalance, 5);
     AddFault("busy for 1s");
     for (int i = 0; i < 500; ++i)
         instrument_->Receive("S\r\n", simulator::Time(0));

@@ -1,32 +1,15 @@
-#include "simulator/instruments/denver-xl1800.h"
-
-#include <gtest/gtest.h>
-
-#include "simulator/Instrument.h"
+#include "InstrumentTest.h"
 
 using simulator::Instrument;
+using simulator::Key;
 using simulator::Time;
 using namespace std::chrono_literals;
 
 namespace {
 
-/// An XL-1800 in virtual time: what it is asked, what it answers, to the byte.
-class DenverXl1800 : public testing::Test {
+class DenverXl1800 : public InstrumentTest {
  protected:
-    void Have(double load, const std::vector<std::string>& switches = {}) {
-        instrument_ = std::make_unique<Instrument>(simulator::DenverXl1800Entry(), switches);
-        instrument_->Balance().StartWithLoad(load);
-    }
-    std::string Ask(const std::string& bytes, Time at = 0ms) {
-        instrument_->Receive(bytes, at);
-        return instrument_->TakeOutput();
-    }
-    std::string AnswersUntil(Time time) {
-        instrument_->Advance(time);
-        return instrument_->TakeOutput();
-    }
-
-    std::unique_ptr<Instrument> instrument_;
+    DenverXl1800() : InstrumentTest("denver-xl1800") {}
 };
 
 }  // namespace
@@ -90,4 +73,9 @@ TEST_F(DenverXl1800, Letters_take_the_place_of_a_number_out_of_range) {
     EXPECT_EQ(Ask("?1"), "1+      HHH g\r\n");
     Have(-200);
     EXPECT_EQ(Ask("?1"), "1-      LLL g\r\n");
+}
+
+TEST_F(DenverXl1800, The_print_key_sends_what_is_shown) {
+    Have(12.5);
+    EXPECT_EQ(Press(Key::Print), "1+    12.50 g\r\n");
 }

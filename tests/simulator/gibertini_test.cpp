@@ -1,33 +1,16 @@
-#include "simulator/instruments/gibertini.h"
-
-#include <gtest/gtest.h>
-
-#include "simulator/Instrument.h"
+#include "InstrumentTest.h"
 
 using simulator::Fault;
 using simulator::Instrument;
+using simulator::Key;
 using simulator::Time;
 using namespace std::chrono_literals;
 
 namespace {
 
-/// A Gibertini balance in virtual time: what it is asked, what it answers, to the byte.
-class Gibertini : public testing::Test {
+class Gibertini : public InstrumentTest {
  protected:
-    void Have(double load, const std::vector<std::string>& switches = {}) {
-        instrument_ = std::make_unique<Instrument>(simulator::GibertiniEntry(), switches);
-        instrument_->Balance().StartWithLoad(load);
-    }
-    std::string Ask(const std::string& bytes, Time at = 0ms) {
-        instrument_->Receive(bytes, at);
-        return instrument_->TakeOutput();
-    }
-    std::string AnswersUntil(Time time) {
-        instrument_->Advance(time);
-        return instrument_->TakeOutput();
-    }
-
-    std::unique_ptr<Instrument> instrument_;
+    Gibertini() : InstrumentTest("gibertini") {}
 };
 
 }  // namespace
@@ -137,4 +120,16 @@ TEST_F(Gibertini, The_PRINTER_protocol_prints_at_rest_when_the_key_is_pressed) {
     instrument_->Balance().SetLoad(50);
     EXPECT_EQ(AnswersUntil(5s), "");
     EXPECT_EQ(AnswersUntil(9s), "     50.00 g  \r\n");
+}
+
+TEST_F(Gibertini, The_print_key_sends_what_is_shown) {
+    Have(12.5);
+    EXPECT_EQ(Press(Key::Print), "     12.50 g   DS\r\n");
+}
+
+TEST_F(Gibertini, The_print_key_sends_the_form_of_its_protocol) {
+    Have(12.5, {"protocol=printer"});
+    EXPECT_EQ(Press(Key::Print), "     12.50 g  \r\n");
+    Have(12.5, {"protocol=euro"});
+    EXPECT_EQ(Press(Key::Print), "    12.50\r\n");
 }

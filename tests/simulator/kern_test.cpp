@@ -1,34 +1,17 @@
-#include "simulator/instruments/kern.h"
-
-#include <gtest/gtest.h>
-
-#include "simulator/Instrument.h"
+#include "InstrumentTest.h"
 
 using simulator::Character;
 using simulator::Fault;
 using simulator::Instrument;
+using simulator::Key;
 using simulator::Time;
 using namespace std::chrono_literals;
 
 namespace {
 
-/// A Kern balance in virtual time: what it is asked, what it answers, to the byte.
-class Kern : public testing::Test {
+class Kern : public InstrumentTest {
  protected:
-    void Have(double load, const std::vector<std::string>& switches = {}) {
-        instrument_ = std::make_unique<Instrument>(simulator::KernEntry(), switches);
-        instrument_->Balance().StartWithLoad(load);
-    }
-    std::string Ask(const std::string& bytes, Time at = 0ms) {
-        instrument_->Receive(bytes, at);
-        return instrument_->TakeOutput();
-    }
-    std::string AnswersUntil(Time time) {
-        instrument_->Advance(time);
-        return instrument_->TakeOutput();
-    }
-
-    std::unique_ptr<Instrument> instrument_;
+    Kern() : InstrumentTest("kern") {}
 };
 
 }  // namespace
@@ -224,4 +207,9 @@ TEST_F(Kern, A_balance_that_never_rests_sends_nothing_for_O9) {
     EXPECT_EQ(Ask("O9\r\n"), "A00\r\n");
     EXPECT_EQ(AnswersUntil(60s), "");
     EXPECT_EQ(Ask("O8\r\n", 60s), "A00\r\n+  12.50 G U\r\n");
+}
+
+TEST_F(Kern, The_print_key_sends_what_is_shown) {
+    Have(12.5);
+    EXPECT_EQ(Press(Key::Print), "+  12.50 G S\r\n");
 }

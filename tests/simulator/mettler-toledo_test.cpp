@@ -1,48 +1,45 @@
-#include "simulator/instruments/mettler-toledo.h"
-
 #include "InstrumentTest.h"
 
 using simulator::Character;
 using simulator::Instrument;
+using simulator::Key;
 using namespace std::chrono_literals;
 
 namespace {
 
 class MtSics : public InstrumentTest {
  protected:
-    void have(double load, const std::vector<std::string>& switches = {}) {
-        InstrumentTest::Have("mettler-toledo", load, switches);
-    }
+    MtSics() : InstrumentTest("mettler-toledo") {}
 };
 
 }  // namespace
 
 TEST_F(MtSics, S_sends_a_stable_weight_in_ten_columns) {
-    have(100);
+    Have(100);
     EXPECT_EQ(Ask("S\r\n"), "S S     100.00 g\r\n");
 }
 
 TEST_F(MtSics, A_minus_sign_touches_the_digits) {
-    have(-12.5);
+    Have(-12.5);
     EXPECT_EQ(Ask("S\r\n"), "S S     -12.50 g\r\n");
 }
 
 TEST_F(MtSics, S_waits_until_the_pan_is_at_rest) {
-    have(0);
+    Have(0);
     PutOn(50);
     EXPECT_EQ(Ask("S\r\n", 100ms), "");
     EXPECT_EQ(AnswersUntil(5000ms), "S S      50.00 g\r\n");
 }
 
 TEST_F(MtSics, SI_is_answered_with_S_and_the_state_of_the_pan) {
-    have(0);
+    Have(0);
     EXPECT_EQ(Ask("SI\r\n"), "S S       0.00 g\r\n");
     PutOn(50);
     EXPECT_EQ(Ask("SI\r\n", 100ms), "S D      24.33 g\r\n");
 }
 
 TEST_F(MtSics, A_command_that_comes_during_a_wait_is_carried_out_after_it) {
-    have(0);
+    Have(0);
     PutOn(50);
     EXPECT_EQ(Ask("S\r\nTA\r\nI4\r\n", 100ms), "");
     EXPECT_EQ(AnswersUntil(5000ms),
@@ -50,7 +47,7 @@ TEST_F(MtSics, A_command_that_comes_during_a_wait_is_carried_out_after_it) {
 }
 
 TEST_F(MtSics, Reset_cancels_what_is_waited_for_and_keeps_the_tare) {
-    have(0);
+    Have(0);
     EXPECT_EQ(Ask("TA 7.5 g\r\n"), "TA A       7.50 g\r\n");
     PutOn(50);
     EXPECT_EQ(Ask("S\r\n@\r\n", 100ms), "I4 A \"1126493049\"\r\n");
@@ -59,23 +56,23 @@ TEST_F(MtSics, Reset_cancels_what_is_waited_for_and_keeps_the_tare) {
 }
 
 TEST_F(MtSics, Reset_stays_unanswered_where_that_is_switched_off) {
-    have(1, {"reset-answer=off"});
+    Have(1, {"reset-answer=off"});
     EXPECT_EQ(Ask("@\r\n"), "");
     EXPECT_EQ(Ask("I4\r\n"), "I4 A \"1126493049\"\r\n");
 }
 
 TEST_F(MtSics, After_a_power_cut_it_sends_its_serial_number_unasked) {
-    have(1, {"serial-number=B044321"});
+    Have(1, {"serial-number=B044321"});
     instrument_->AddFault(simulator::Fault::Parse("power-cut@1s+2s"));
     EXPECT_EQ(AnswersUntil(2999ms), "");
     EXPECT_EQ(AnswersUntil(3000ms), "I4 A \"B044321\"\r\n");
-    have(1, {"power-on-line=off"});
+    Have(1, {"power-on-line=off"});
     instrument_->AddFault(simulator::Fault::Parse("power-cut@1s+2s"));
     EXPECT_EQ(AnswersUntil(4000ms), "");
 }
 
 TEST_F(MtSics, Waiting_ends_with_I_at_the_stability_time_out) {
-    have(0, {"stability-time-out=3s"});
+    Have(0, {"stability-time-out=3s"});
     instrument_->AddFault(simulator::Fault::Parse("busy"));
     EXPECT_EQ(Ask("S\r\n"), "");
     EXPECT_EQ(AnswersUntil(2999ms), "");
@@ -87,26 +84,26 @@ TEST_F(MtSics, Waiting_ends_with_I_at_the_stability_time_out) {
 }
 
 TEST_F(MtSics, Loads_out_of_range_are_plus_and_minus) {
-    have(610.01);
+    Have(610.01);
     EXPECT_EQ(Ask("S\r\nSI\r\nT\r\nZ\r\n"), "S +\r\nS +\r\nT +\r\nZ +\r\n");
-    have(-61.01);
+    Have(-61.01);
     EXPECT_EQ(Ask("S\r\nSI\r\nT\r\nZ\r\n"), "S -\r\nS -\r\nT -\r\nZ -\r\n");
 }
 
 TEST_F(MtSics, Zero_is_refused_outside_its_range) {
-    have(12.2);
+    Have(12.2);
     EXPECT_EQ(Ask("Z\r\nS\r\n"), "Z A\r\nS S       0.00 g\r\n");
-    have(12.21);
+    Have(12.21);
     EXPECT_EQ(Ask("Z\r\n"), "Z +\r\n");
 }
 
 TEST_F(MtSics, Tare_answers_with_the_tare_weight) {
-    have(100);
+    Have(100);
     EXPECT_EQ(Ask("T\r\nS\r\n"), "T S     100.00 g\r\nS S       0.00 g\r\n");
 }
 
 TEST_F(MtSics, TA_sets_and_shows_the_tare_and_TAC_clears_it) {
-    have(100);
+    Have(100);
     EXPECT_EQ(Ask("TA 12.50 g\r\n"), "TA A      12.50 g\r\n");
     EXPECT_EQ(Ask("TA\r\n"), "TA A      12.50 g\r\n");
     EXPECT_EQ(Ask("SI\r\n"), "S S      87.50 g\r\n");
@@ -114,14 +111,14 @@ TEST_F(MtSics, TA_sets_and_shows_the_tare_and_TAC_clears_it) {
 }
 
 TEST_F(MtSics, TA_with_a_bad_parameter_gets_L_and_changes_nothing) {
-    have(100);
+    Have(100);
     EXPECT_EQ(Ask("TA 12.50\r\nTA g\r\nTA 1 kg\r\nTA -1 g\r\nTA 611 g\r\n"),
               "TA L\r\nTA L\r\nTA L\r\nTA L\r\nTA L\r\n");
     EXPECT_EQ(Ask("TA\r\n"), "TA A       0.00 g\r\n");
 }
 
 TEST_F(MtSics, D_shows_a_text_and_DW_the_weight_again) {
-    have(1);
+    Have(1);
     EXPECT_EQ(Ask("D \"READY\"\r\n"), "D A\r\n");
     EXPECT_EQ(instrument_->Balance().DisplayText(), "READY");
     EXPECT_EQ(Ask("DW\r\n"), "DW A\r\n");
@@ -129,14 +126,14 @@ TEST_F(MtSics, D_shows_a_text_and_DW_the_weight_again) {
 }
 
 TEST_F(MtSics, D_cuts_a_text_that_is_longer_than_the_display) {
-    have(1, {"display-width=7"});
+    Have(1, {"display-width=7"});
     EXPECT_EQ(Ask("D \"READY TO GO\"\r\n"), "D R\r\n");
     EXPECT_EQ(instrument_->Balance().DisplayText(), "READY T");
     EXPECT_EQ(Ask("D READY\r\n"), "D L\r\n");
 }
 
 TEST_F(MtSics, Switched_off_it_weighs_nothing_and_switched_on_it_sends_its_number) {
-    have(1);
+    Have(1);
     EXPECT_EQ(Ask("PWR 0\r\nS\r\nSI\r\nT\r\nZ\r\nTA\r\n"),
               "PWR A\r\nS I\r\nS I\r\nT I\r\nZ I\r\nTA I\r\n");
     EXPECT_EQ(Ask("PWR 1\r\nS\r\n"), "PWR A\r\nI4 A \"1126493049\"\r\nS S       1.00 g\r\n");
@@ -144,7 +141,7 @@ TEST_F(MtSics, Switched_off_it_weighs_nothing_and_switched_on_it_sends_its_numbe
 }
 
 TEST_F(MtSics, SIR_repeats_until_another_weight_is_asked_for) {
-    have(1, {"repeat-interval=500ms"});
+    Have(1, {"repeat-interval=500ms"});
     EXPECT_EQ(Ask("SIR\r\n"), "S S       1.00 g\r\n");
     EXPECT_EQ(AnswersUntil(1000ms), "S S       1.00 g\r\nS S       1.00 g\r\n");
     EXPECT_EQ(Ask("I4\r\n", 1000ms), "I4 A \"1126493049\"\r\n");
@@ -154,7 +151,7 @@ TEST_F(MtSics, SIR_repeats_until_another_weight_is_asked_for) {
 }
 
 TEST_F(MtSics, Unknown_commands_get_ES_and_needless_parameters_EL) {
-    have(1);
+    Have(1);
     EXPECT_EQ(Ask("B 5.00\r\n"), "ES\r\n");
     EXPECT_EQ(Ask("si\r\n"), "ES\r\n");
     EXPECT_EQ(Ask("S 1\r\n"), "EL\r\n");
@@ -162,14 +159,14 @@ TEST_F(MtSics, Unknown_commands_get_ES_and_needless_parameters_EL) {
 }
 
 TEST_F(MtSics, A_command_waits_for_its_whole_line_end) {
-    have(1);
+    Have(1);
     EXPECT_EQ(Ask("S"), "");
     EXPECT_EQ(Ask("I\r", 10ms), "");
     EXPECT_EQ(Ask("\n", 20ms), "S S       1.00 g\r\n");
 }
 
 TEST_F(MtSics, Wrong_parity_gets_one_ET_for_the_command) {
-    have(1);
+    Have(1);
     instrument_->Receive(Character{'S', true, false}, 0ms);
     instrument_->Receive(Character{'I', true, false}, 1ms);
     EXPECT_EQ(instrument_->TakeOutput(), "ET\r\n");
@@ -177,7 +174,7 @@ TEST_F(MtSics, Wrong_parity_gets_one_ET_for_the_command) {
 }
 
 TEST_F(MtSics, After_a_spoiled_line_end_a_pause_begins_a_new_command) {
-    have(1);
+    Have(1);
     for (const char byte : {'S', '\r', '\n'})
         instrument_->Receive(Character{byte, true, false}, 0ms);
     EXPECT_EQ(instrument_->TakeOutput(), "ET\r\n");
@@ -185,7 +182,7 @@ TEST_F(MtSics, After_a_spoiled_line_end_a_pause_begins_a_new_command) {
 }
 
 TEST_F(MtSics, A_break_gets_ET) {
-    have(1);
+    Have(1);
     instrument_->ReceiveBreak(0ms);
     EXPECT_EQ(instrument_->TakeOutput(), "ET\r\n");
 }
@@ -193,7 +190,7 @@ TEST_F(MtSics, A_break_gets_ET) {
 // Reference manual MT-SICS for the Excellence line, commands of level 0 and 1; the quoted texts are
 // answers of a JE1002G, an XS204 and a WXS205SDU.
 TEST_F(MtSics, I0_lists_every_command_that_the_level_1_balance_answers) {
-    have(1);
+    Have(1);
     EXPECT_EQ(Ask("I0\r\n"),
               "I0 B 0 \"I0\"\r\nI0 B 0 \"I1\"\r\nI0 B 0 \"I2\"\r\nI0 B 0 \"I3\"\r\n"
               "I0 B 0 \"I4\"\r\nI0 B 0 \"I5\"\r\nI0 B 0 \"S\"\r\nI0 B 0 \"SI\"\r\n"
@@ -208,10 +205,10 @@ TEST_F(MtSics, I0_lists_what_answers_and_what_it_does_not_list_gets_ES) {
         "@",  "D",  "DW",  "SC",  "SR",  "T",   "TA",  "TAC", "TC",  "TI",  "ZC",
         "C1", "C3", "DAT", "I10", "I11", "M21", "PWR", "SIS", "SNR", "TIM", "UPD"};
     for (const std::string model : {"level-1", "xs204", "wxs205", "pr2003", "sb32001"}) {
-        have(1, {"model=" + model});
+        Have(1, {"model=" + model});
         const std::string list = Ask("I0\r\n");
         for (const std::string& command : all) {
-            have(1, {"model=" + model});
+            Have(1, {"model=" + model});
             const bool isListed = list.find('"' + command + '"') != std::string::npos;
             EXPECT_EQ(Ask(command + "\r\n") != "ES\r\n", isListed) << model << " " << command;
         }
@@ -221,34 +218,34 @@ TEST_F(MtSics, I0_lists_what_answers_and_what_it_does_not_list_gets_ES) {
 // I1: levels, then the version of each level. I2: type, capacity with the overrange, unit. I3:
 // version of the software and type definition. I5: 8 digits and an index letter.
 TEST_F(MtSics, Each_model_says_its_own_texts) {
-    have(1);
+    Have(1);
     EXPECT_EQ(Ask("I1\r\nI2\r\nI3\r\nI5\r\n"),
               "I1 A \"01\" \"2.30\" \"2.22\"\r\nI2 A \"MT-SICS 610.00 g\"\r\n"
               "I3 A \"1.20 34.28.3.4485.1729\"\r\nI5 A \"11671158C\"\r\n");
-    have(1, {"model=xs204"});
+    Have(1, {"model=xs204"});
     EXPECT_EQ(Ask("I1\r\nI2\r\nI11\r\nS\r\n"),
               "I1 A \"0123\" \"2.30\" \"2.22\" \"2.33\" \"2.20\"\r\n"
               "I2 A \"XS204 Excellence 220.0090 g\"\r\nI11 A \"XS204\"\r\n"
               "S S     1.0000 g\r\n");
-    have(1, {"model=wxs205"});
+    Have(1, {"model=wxs205"});
     EXPECT_EQ(Ask("I1\r\nI2\r\nI3\r\nI11\r\nS\r\n"),
               "I1 A \"01\" \"2.30\" \"2.22\"\r\nI2 A \"WXS205SDU WXA-Bridge 220.00900 g\"\r\n"
               "I3 A \"1.10 18.6.4.1361.772\"\r\nI11 A \"WXS205SDU\"\r\nS S    1.00000 g\r\n");
-    have(1, {"model=pr2003"});
+    Have(1, {"model=pr2003"});
     EXPECT_EQ(Ask("I2\r\nS\r\n"), "I2 A \"PR2003 2100.000 g\"\r\nS S      1.000 g\r\n");
-    have(1, {"model=sb32001"});
+    Have(1, {"model=sb32001"});
     EXPECT_EQ(Ask("I2\r\nS\r\n"), "I2 A \"SB32001 32100.0 g\"\r\nS S        1.0 g\r\n");
 }
 
 TEST_F(MtSics, The_load_that_I2_names_is_weighed_and_more_is_overload) {
-    have(220.009, {"model=wxs205"});
+    Have(220.009, {"model=wxs205"});
     EXPECT_EQ(Ask("SI\r\n"), "S S  220.00900 g\r\n");
-    have(220.00901, {"model=wxs205"});
+    Have(220.00901, {"model=wxs205"});
     EXPECT_EQ(Ask("SI\r\n"), "S +\r\n");
 }
 
 TEST_F(MtSics, A_busy_balance_does_not_say_what_it_is) {
-    have(1);
+    Have(1);
     AddFault("busy");
     EXPECT_EQ(Ask("I0\r\nI1\r\nI2\r\nI3\r\nI4\r\nI5\r\n"),
               "I0 I\r\nI1 I\r\nI2 I\r\nI3 I\r\nI4 I\r\nI5 I\r\n");
@@ -256,15 +253,15 @@ TEST_F(MtSics, A_busy_balance_does_not_say_what_it_is) {
 
 // Level 0: ZI zeroes at once and says whether the pan was at rest.
 TEST_F(MtSics, ZI_zeroes_at_once_and_says_whether_the_weight_moved) {
-    have(5);
+    Have(5);
     EXPECT_EQ(Ask("TA 1 g\r\nZI\r\nSI\r\n"), "TA A       1.00 g\r\nZI S\r\nS S       0.00 g\r\n");
     PutOn(8);
     EXPECT_EQ(Ask("ZI\r\n", 100ms), "ZI D\r\n");
     AnswersUntil(5s);
     EXPECT_EQ(Ask("SI\r\n", 5s), "S S       1.54 g\r\n");
-    have(12.21);
+    Have(12.21);
     EXPECT_EQ(Ask("ZI\r\n"), "ZI +\r\n");
-    have(-12.21);
+    Have(-12.21);
     EXPECT_EQ(Ask("ZI\r\n"), "ZI -\r\n");
     AddFault("busy");
     EXPECT_EQ(Ask("ZI\r\n"), "ZI I\r\n");
@@ -272,15 +269,15 @@ TEST_F(MtSics, ZI_zeroes_at_once_and_says_whether_the_weight_moved) {
 
 // Level 1: TI tares at once.
 TEST_F(MtSics, TI_tares_at_once_and_says_whether_the_weight_moved) {
-    have(100);
+    Have(100);
     EXPECT_EQ(Ask("TI\r\nSI\r\n"), "TI S     100.00 g\r\nS S       0.00 g\r\n");
-    have(0);
+    Have(0);
     PutOn(50);
     EXPECT_EQ(Ask("TI\r\n", 100ms), "TI D      24.33 g\r\n");
     EXPECT_EQ(Ask("S\r\n", 5s), "S S      25.67 g\r\n");
-    have(-1);
+    Have(-1);
     EXPECT_EQ(Ask("TI\r\n"), "TI -\r\n");
-    have(611);
+    Have(611);
     EXPECT_EQ(Ask("TI\r\n"), "TI +\r\n");
     AddFault("busy");
     EXPECT_EQ(Ask("TI\r\n"), "TI I\r\n");
@@ -288,14 +285,14 @@ TEST_F(MtSics, TI_tares_at_once_and_says_whether_the_weight_moved) {
 
 // A JE1002G answers the query with S, the manuals say A.
 TEST_F(MtSics, TA_as_a_query_says_A_or_S_and_as_a_setting_A) {
-    have(100, {"tare-query=S"});
+    Have(100, {"tare-query=S"});
     EXPECT_EQ(Ask("TA 12.50 g\r\nTA\r\n"), "TA A      12.50 g\r\nTA S      12.50 g\r\n");
     AddFault("busy");
     EXPECT_EQ(Ask("TA\r\nTAC\r\n"), "TA I\r\nTAC I\r\n");
 }
 
 TEST_F(MtSics, TAC_takes_no_parameters) {
-    have(100);
+    Have(100);
     EXPECT_EQ(Ask("TA 5 g\r\nTAC 1\r\nSI\r\n"),
               "TA A       5.00 g\r\nTAC L\r\nS S      95.00 g\r\n");
 }
@@ -303,7 +300,7 @@ TEST_F(MtSics, TAC_takes_no_parameters) {
 // Instructions of the JS balances, p. 30: a line after each change of 12.5 % of the last stable
 // weight, of 30 steps at least, or of the step that the host names.
 TEST_F(MtSics, SR_sends_a_stable_weight_and_then_each_change) {
-    have(100);
+    Have(100);
     EXPECT_EQ(Ask("SR\r\n"), "S S     100.00 g\r\n");
     PutOn(112);
     EXPECT_EQ(AnswersUntil(5s), "");
@@ -315,14 +312,14 @@ TEST_F(MtSics, SR_sends_a_stable_weight_and_then_each_change) {
 }
 
 TEST_F(MtSics, SR_with_a_step_sends_a_change_of_that_step) {
-    have(100);
+    Have(100);
     EXPECT_EQ(Ask("SR 0.5 g\r\n"), "S S     100.00 g\r\n");
     PutOn(100.4);
     EXPECT_EQ(AnswersUntil(5s), "");
     PutOn(100.5);
     EXPECT_EQ(AnswersUntil(10s), "S D     100.50 g\r\nS S     100.50 g\r\n");
     EXPECT_EQ(Ask("SR 0.5\r\nSR 0 g\r\n", 10s), "SR L\r\nSR L\r\n");
-    have(0.1);
+    Have(0.1);
     EXPECT_EQ(Ask("SR\r\n"), "S S       0.10 g\r\n");
     PutOn(0.39);
     EXPECT_EQ(AnswersUntil(5s), "");
@@ -332,7 +329,7 @@ TEST_F(MtSics, SR_with_a_step_sends_a_change_of_that_step) {
 
 // Level 2: SNR sends stable weights only.
 TEST_F(MtSics, SNR_sends_stable_weights_only) {
-    have(100, {"model=xs204"});
+    Have(100, {"model=xs204"});
     EXPECT_EQ(Ask("SNR\r\n"), "S S   100.0000 g\r\n");
     PutOn(120);
     EXPECT_EQ(AnswersUntil(5s), "S S   120.0000 g\r\n");
@@ -343,7 +340,7 @@ TEST_F(MtSics, SNR_sends_stable_weights_only) {
 
 // Weigh modules: SC, TC and ZC take the value of the moment when their time is over.
 TEST_F(MtSics, Timed_commands_take_what_is_there_when_their_time_is_over) {
-    have(0, {"timed-commands"});
+    Have(0, {"timed-commands"});
     PutOn(50);
     EXPECT_EQ(Ask("SC 100\r\n", 100ms), "");
     EXPECT_EQ(AnswersUntil(200ms), "S D      36.82 g\r\n");
@@ -361,7 +358,7 @@ TEST_F(MtSics, Timed_commands_take_what_is_there_when_their_time_is_over) {
 
 // Level 2: M21 0 sets the unit of S, SI, T and TA; codes 0 g, 1 kg, 3 mg, 4 ug, 5 ct, 7 lb, 8 oz.
 TEST_F(MtSics, M21_sets_the_unit_of_the_weights) {
-    have(12.5, {"model=xs204"});
+    Have(12.5, {"model=xs204"});
     EXPECT_EQ(Ask("M21 0 0\r\nS\r\n"), "M21 A\r\nS S    12.5000 g\r\n");
     EXPECT_EQ(Ask("M21 0 1\r\nS\r\n"), "M21 A\r\nS S  0.0125000 kg\r\n");
     EXPECT_EQ(Ask("M21 0 3\r\nS\r\n"), "M21 A\r\nS S    12500.0 mg\r\n");
@@ -372,19 +369,19 @@ TEST_F(MtSics, M21_sets_the_unit_of_the_weights) {
 }
 
 TEST_F(MtSics, Tares_are_in_the_unit_of_the_host) {
-    have(12.5, {"model=xs204"});
+    Have(12.5, {"model=xs204"});
     EXPECT_EQ(Ask("M21 0 3\r\nTA 2500 mg\r\nS\r\nTA 1 g\r\nT\r\n"),
               "M21 A\r\nTA A     2500.0 mg\r\nS S    10000.0 mg\r\nTA L\r\nT S    12500.0 mg\r\n");
 }
 
 TEST_F(MtSics, M21_refuses_other_codes_and_keeps_the_unit) {
-    have(12.5, {"model=xs204"});
+    Have(12.5, {"model=xs204"});
     EXPECT_EQ(Ask("M21 0 2\r\nM21 1 3\r\nM21\r\nS\r\n"),
               "M21 L\r\nM21 L\r\nM21 L\r\nS S    12.5000 g\r\n");
 }
 
 TEST_F(MtSics, The_unit_of_the_host_lasts_until_one_is_set_at_the_menu) {
-    have(12.5, {"model=xs204"});
+    Have(12.5, {"model=xs204"});
     EXPECT_EQ(Ask("M21 0 3\r\n"), "M21 A\r\n");
     instrument_->Choose("noise=0");
     EXPECT_EQ(Ask("S\r\n"), "S S    12500.0 mg\r\n");
@@ -394,7 +391,7 @@ TEST_F(MtSics, The_unit_of_the_host_lasts_until_one_is_set_at_the_menu) {
 
 // Level 2: I10, the name of the balance: 20 characters, kept over the reset and the mains.
 TEST_F(MtSics, I10_keeps_the_name_that_a_host_gives) {
-    have(1, {"model=xs204", "power-on-line=off"});
+    Have(1, {"model=xs204", "power-on-line=off"});
     EXPECT_EQ(Ask("I10\r\nI10 \"My Balance\"\r\nI10\r\n"),
               "I10 A \"\"\r\nI10 A\r\nI10 A \"My Balance\"\r\n");
     EXPECT_EQ(Ask("I10 \"123456789012345678901\"\r\nI10 x\r\n"), "I10 L\r\nI10 L\r\n");
@@ -405,7 +402,7 @@ TEST_F(MtSics, I10_keeps_the_name_that_a_host_gives) {
 
 // Level 2: C3 adjusts with the built-in weight: B when it begins, A or I when it is over.
 TEST_F(MtSics, C3_begins_and_ends_with_a_line_and_weighs_nothing_in_between) {
-    have(1, {"model=xs204"});
+    Have(1, {"model=xs204"});
     EXPECT_EQ(Ask("C3\r\nSI\r\nC3\r\n"), "C3 B\r\nS I\r\nC3 I\r\n");
     EXPECT_EQ(Ask("S\r\nT\r\nZ\r\nI2\r\n", 59s), "S I\r\nT I\r\nZ I\r\nI2 I\r\n");
     EXPECT_EQ(AnswersUntil(60s), "C3 A\r\n");
@@ -413,14 +410,14 @@ TEST_F(MtSics, C3_begins_and_ends_with_a_line_and_weighs_nothing_in_between) {
 }
 
 TEST_F(MtSics, An_adjustment_of_a_restless_pan_ends_with_I) {
-    have(1, {"model=xs204", "adjustment-time=2s"});
+    Have(1, {"model=xs204", "adjustment-time=2s"});
     EXPECT_EQ(Ask("C1\r\n"), "C1 B\r\n");
     AddFault("busy");
     EXPECT_EQ(AnswersUntil(2s), "C1 I\r\n");
 }
 
 TEST_F(MtSics, A_reset_and_a_power_cut_end_an_adjustment) {
-    have(1, {"model=xs204", "power-on-line=off"});
+    Have(1, {"model=xs204", "power-on-line=off"});
     EXPECT_EQ(Ask("C3\r\n@\r\nSI\r\n"), "C3 B\r\nI4 A \"1126493049\"\r\nS S     1.0000 g\r\n");
     EXPECT_EQ(Ask("C3\r\n", 1s), "C3 B\r\n");
     AddFault("power-cut@2s+1s");
@@ -430,7 +427,7 @@ TEST_F(MtSics, A_reset_and_a_power_cut_end_an_adjustment) {
 
 // Level 2: date and time, also as settings; the clock goes on.
 TEST_F(MtSics, DAT_and_TIM_say_and_set_a_clock_that_goes_on) {
-    have(1, {"model=xs204"});
+    Have(1, {"model=xs204"});
     EXPECT_EQ(Ask("DAT\r\nTIM\r\n"), "DAT A 01 01 2026\r\nTIM A 08 00 00\r\n");
     EXPECT_EQ(Ask("DAT 28 02 2024\r\nTIM 23 59 58\r\n"), "DAT A\r\nTIM A\r\n");
     EXPECT_EQ(Ask("DAT\r\nTIM\r\n", 2s), "DAT A 29 02 2024\r\nTIM A 00 00 00\r\n");
@@ -440,7 +437,7 @@ TEST_F(MtSics, DAT_and_TIM_say_and_set_a_clock_that_goes_on) {
 
 // Level 2: UPD, lines a second of SIR.
 TEST_F(MtSics, UPD_sets_the_rate_of_SIR) {
-    have(1, {"model=xs204"});
+    Have(1, {"model=xs204"});
     EXPECT_EQ(Ask("UPD\r\nUPD 2\r\nUPD\r\nSIR\r\n"),
               "UPD A 5\r\nUPD A\r\nUPD A 2\r\nS S     1.0000 g\r\n");
     EXPECT_EQ(AnswersUntil(499ms), "");
@@ -450,44 +447,48 @@ TEST_F(MtSics, UPD_sets_the_rate_of_SIR) {
 
 // Level 2: SIS: state, value, unit code, decimals, step, approval, tare (1 weighed, 2 entered).
 TEST_F(MtSics, SIS_says_all_about_the_weight) {
-    have(100, {"model=xs204"});
+    Have(100, {"model=xs204"});
     EXPECT_EQ(Ask("SIS\r\n"), "SIS A 0 100.0000 0 4 1 0 0\r\n");
     EXPECT_EQ(Ask("TA 1 g\r\nSIS\r\n"), "TA A     1.0000 g\r\nSIS A 0 99.0000 0 4 1 0 2\r\n");
     EXPECT_EQ(Ask("TI\r\nM21 0 3\r\nSIS\r\n"),
               "TI S   100.0000 g\r\nM21 A\r\nSIS A 0 0.0 3 1 1 0 1\r\n");
     PutOn(110);
     EXPECT_EQ(Ask("SIS\r\n", 100ms), "SIS A 1 4865.8 3 1 1 0 1\r\n");
-    have(221, {"model=xs204"});
+    Have(221, {"model=xs204"});
     EXPECT_EQ(Ask("SIS\r\n").substr(0, 8), "SIS A 4 ");
-    have(-23, {"model=xs204"});
+    Have(-23, {"model=xs204"});
     EXPECT_EQ(Ask("SIS\r\n").substr(0, 8), "SIS A 5 ");
     AddFault("busy");
     EXPECT_EQ(Ask("SIS\r\n"), "SIS I\r\n");
 }
 
 TEST_F(MtSics, A_bridge_without_terminal_has_no_display) {
-    have(1, {"model=wxs205"});
+    Have(1, {"model=wxs205"});
     EXPECT_EQ(Ask("D \"HELLO\"\r\nDW\r\nSI\r\n"), "ES\r\nES\r\nS S    1.00000 g\r\n");
 }
 
 TEST_F(MtSics, Pieces_are_counted_in_whole_ones) {
-    have(12.4, {"unit=PCS"});
+    Have(12.4, {"unit=PCS"});
     EXPECT_EQ(Ask("S\r\nT\r\n"), "S S         12 PCS\r\nT S         12 PCS\r\n");
 }
 
-TEST(MtSicsFamily, Each_model_shows_its_own_decimals_at_its_own_settings) {
-    const auto weightOf = [](const char* name) {
-        Instrument instrument(simulator::FindInstrument(name));
-        instrument.Balance().StartWithLoad(12.3456);
-        instrument.Receive("S\r\n", 0ms);
-        return instrument.TakeOutput();
-    };
-    EXPECT_EQ(weightOf("mettler-toledo"), "S S      12.35 g\r\n");
-    EXPECT_EQ(weightOf("mettler-pr2003"), "S S     12.346 g\r\n");
-    EXPECT_EQ(weightOf("mettler-xs"), "S S    12.3456 g\r\n");
-    EXPECT_EQ(weightOf("mettler-sb32001"), "S S       12.3 g\r\n");
+TEST_F(MtSics, Shows_its_own_decimals_at_its_own_settings) {
+    Have(12.3456);
+    EXPECT_EQ(Ask("S\r\n"), "S S      12.35 g\r\n");
     EXPECT_EQ(simulator::FindInstrument("mettler-toledo").line.Text(), "2400,7E1");
-    EXPECT_EQ(simulator::FindInstrument("mettler-pr2003").line.Text(), "2400,7E1");
-    EXPECT_EQ(simulator::FindInstrument("mettler-xs").line.Text(), "9600,8N1");
-    EXPECT_EQ(simulator::FindInstrument("mettler-sb32001").line.Text(), "2400,7E1");
+}
+
+TEST_F(MtSics, The_print_key_sends_what_is_shown) {
+    Have(12.5);
+    EXPECT_EQ(Press(Key::Print), "S S      12.50 g\r\n");
+}
+
+TEST_F(MtSics, A_switch_of_the_balance_as_such_does_not_end_SIR_and_one_of_MT_SICS_does) {
+    Have(12.5, {"repeat-interval=200ms"});
+    EXPECT_EQ(Ask("SIR\r\n"), "S S      12.50 g\r\n");
+    instrument_->Choose("unit=kg");
+    EXPECT_EQ(AnswersUntil(250ms), "S S    0.01250 kg\r\n");
+    instrument_->Choose("serial-number=7777777");
+    EXPECT_EQ(AnswersUntil(1s), "");
+    EXPECT_EQ(Ask("I4\r\n", 1s), "I4 A \"7777777\"\r\n");
 }

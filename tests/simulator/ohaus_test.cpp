@@ -1,70 +1,67 @@
-#include "simulator/instruments/ohaus.h"
-
 #include "InstrumentTest.h"
 
+using simulator::Key;
 using namespace std::chrono_literals;
 
 namespace {
 
 class Ohaus : public InstrumentTest {
  protected:
-    void have(double load, const std::vector<std::string>& switches = {}) {
-        InstrumentTest::Have("ohaus", load, switches);
-    }
+    Ohaus() : InstrumentTest("ohaus") {}
 };
 
 TEST_F(Ohaus, Scout_Pro_prints_weight_unit_and_mark_in_their_columns) {
-    have(12.73);
+    Have(12.73);
     EXPECT_EQ(Ask("P\r\n"), "       12.73 g      \r\n");
     AddFault("busy");
     EXPECT_EQ(Ask("P\r\n"), "       12.73 g     ?\r\n");
 }
 
 TEST_F(Ohaus, Scout_Pro_may_print_the_mark_closer) {
-    have(12.73, {"line=scout-pro-close-mark"});
+    Have(12.73, {"line=scout-pro-close-mark"});
     AddFault("busy");
     EXPECT_EQ(Ask("P\r\n"), "       12.73 g    ?\r\n");
 }
 
 TEST_F(Ohaus, Scout_Pro_of_the_larger_ranges_prints_a_narrow_unit) {
-    have(311, {"line=scout-pro-narrow", "readability=1"});
+    Have(311, {"line=scout-pro-narrow", "readability=1"});
     EXPECT_EQ(Ask("P\r\n"), "        311 g\r\n");
     AddFault("busy");
     EXPECT_EQ(Ask("P\r\n"), "        311 g ?\r\n");
 }
 
 TEST_F(Ohaus, Explorer_prints_ten_columns) {
-    have(192.21, {"line=explorer"});
+    Have(192.21, {"line=explorer"});
     EXPECT_EQ(Ask("P\r\n"), "    192.21 g\r\n");
-    have(0.01, {"line=explorer"});
+    Have(0.01, {"line=explorer"});
     AddFault("busy");
     EXPECT_EQ(Ask("P\r\n"), "      0.01 g ?\r\n");
 }
 
 TEST_F(Ohaus, Explorer_Pro_prints_nine_columns_and_a_wide_unit) {
-    have(-12.21, {"line=explorer-pro"});
+    Have(-12.21, {"line=explorer-pro"});
     EXPECT_EQ(Ask("P\r\n"), "   -12.21 g     \r\n");
     AddFault("busy");
     EXPECT_EQ(Ask("P\r\n"), "   -12.21 g    ?\r\n");
 }
 
 TEST_F(Ohaus, Numeric_only_leaves_the_unit_out) {
-    have(12.73, {"numeric-only"});
+    Have(12.73, {"numeric-only"});
     EXPECT_EQ(Ask("P\r\n"), "       12.73        \r\n");
-    have(12.73, {"numeric-only", "line=explorer"});
+    Have(12.73, {"numeric-only", "line=explorer"});
     EXPECT_EQ(Ask("P\r\n"), "     12.73\r\n");
-    have(12.73, {"numeric-only", "line=explorer-pro"});
+    Have(12.73, {"numeric-only", "line=explorer-pro"});
     EXPECT_EQ(Ask("P\r\n"), "    12.73 \r\n");
 }
 
 TEST_F(Ohaus, Commands_end_in_CR_with_or_without_LF) {
-    have(1, {"line=explorer"});
+    Have(1, {"line=explorer"});
     EXPECT_EQ(Ask("P\r"), "      1.00 g\r\n");
     EXPECT_EQ(Ask("\nP\rP\r\n"), "      1.00 g\r\n      1.00 g\r\n");
 }
 
 TEST_F(Ohaus, SP_waits_until_the_pan_is_at_rest_and_P_does_not) {
-    have(0, {"line=explorer"});
+    Have(0, {"line=explorer"});
     PutOn(50);
     EXPECT_EQ(Ask("P\r\n", 100ms), "     24.33 g ?\r\n");
     EXPECT_EQ(Ask("SP\r\n", 100ms), "");
@@ -72,7 +69,7 @@ TEST_F(Ohaus, SP_waits_until_the_pan_is_at_rest_and_P_does_not) {
 }
 
 TEST_F(Ohaus, P_waits_as_well_in_stable_only_mode) {
-    have(0, {"line=explorer", "stable-only"});
+    Have(0, {"line=explorer", "stable-only"});
     PutOn(50);
     EXPECT_EQ(Ask("P\r\n", 100ms), "");
     EXPECT_EQ(AnswersUntil(5000ms), "     50.00 g\r\n");
@@ -82,33 +79,33 @@ TEST_F(Ohaus, P_waits_as_well_in_stable_only_mode) {
 }
 
 TEST_F(Ohaus, A_Scout_Pro_that_does_not_know_SP_stays_silent) {
-    have(1, {"stable-print=off"});
+    Have(1, {"stable-print=off"});
     EXPECT_EQ(Ask("SP\r\n"), "");
     EXPECT_EQ(AnswersUntil(60s), "");
     EXPECT_EQ(Ask("P\r\n", 60s), "        1.00 g      \r\n");
 }
 
 TEST_F(Ohaus, An_Explorer_that_never_comes_to_rest_says_ES_after_40_seconds) {
-    have(1, {"line=explorer"});
+    Have(1, {"line=explorer"});
     AddFault("busy");
     EXPECT_EQ(Ask("SP\r\n"), "");
     EXPECT_EQ(AnswersUntil(39999ms), "");
     EXPECT_EQ(AnswersUntil(40000ms), "ES\r\n");
-    have(1);
+    Have(1);
     AddFault("busy");
     EXPECT_EQ(Ask("SP\r\n"), "");
     EXPECT_EQ(AnswersUntil(60s), "");
 }
 
 TEST_F(Ohaus, T_zeroes_near_zero_and_tares_elsewhere) {
-    have(5, {"line=explorer"});
+    Have(5, {"line=explorer"});
     EXPECT_EQ(Ask("T\r\nP\r\n"), "      0.00 g\r\n");
-    have(50, {"line=explorer"});
+    Have(50, {"line=explorer"});
     EXPECT_EQ(Ask("T\r\nP\r\n"), "      0.00 g\r\n");
 }
 
 TEST_F(Ohaus, Prints_unasked_until_0A) {
-    have(1, {"line=explorer"});
+    Have(1, {"line=explorer"});
     EXPECT_EQ(Ask("2A\r\n"), "      1.00 g\r\n");
     EXPECT_EQ(AnswersUntil(4s), "      1.00 g\r\n      1.00 g\r\n");
     EXPECT_EQ(Ask("CA\r\n", 4s), "      1.00 g\r\n");
@@ -118,14 +115,14 @@ TEST_F(Ohaus, Prints_unasked_until_0A) {
 }
 
 TEST_F(Ohaus, Prints_at_once_while_SP_waits_for_the_pan) {
-    have(0, {"line=explorer"});
+    Have(0, {"line=explorer"});
     PutOn(50);
     EXPECT_EQ(Ask("SP\r\nP\r\n", 100ms).size(), std::string("      0.00 g ?\r\n").size());
     EXPECT_EQ(AnswersUntil(5000ms), "     50.00 g\r\n");
 }
 
 TEST_F(Ohaus, Factory_settings_may_print_unasked_until_0A) {
-    have(1, {"line=explorer", "factory-auto-print"});
+    Have(1, {"line=explorer", "factory-auto-print"});
     EXPECT_EQ(Ask("\x1bR\r\n0A\r\n"), "      1.00 g\r\n");
     EXPECT_EQ(AnswersUntil(60s), "");
     EXPECT_EQ(Ask("\x1bR\r\n", 60s), "      1.00 g\r\n");
@@ -133,29 +130,29 @@ TEST_F(Ohaus, Factory_settings_may_print_unasked_until_0A) {
 }
 
 TEST_F(Ohaus, Factory_settings_may_change_the_line_so_that_nothing_is_understood) {
-    have(1, {"line=explorer", "reset-changes-line", "factory-auto-print"});
+    Have(1, {"line=explorer", "reset-changes-line", "factory-auto-print"});
     EXPECT_EQ(Ask("\x1bR\r\n0A\r\n"), "      1.00 g\r\n");
     EXPECT_EQ(AnswersUntil(200ms), "      1.00 g\r\n");
 }
 
 TEST_F(Ohaus, Unknown_commands_and_loads_out_of_range_print_nothing) {
-    have(1);
+    Have(1);
     EXPECT_EQ(Ask("X\r\n\r\nXA\r\n9999A\r\nP 1\r\n"), "");
-    have(610.01);
+    Have(610.01);
     EXPECT_EQ(Ask("P\r\nSP\r\n"), "");
 }
 
 TEST_F(Ohaus, Other_units_are_printed_as_such) {
-    have(1234, {"line=explorer", "unit=kg", "capacity=2000", "readability=1"});
+    Have(1234, {"line=explorer", "unit=kg", "capacity=2000", "readability=1"});
     EXPECT_EQ(Ask("P\r\n"), "     1.234 kg\r\n");
-    have(28.35, {"line=explorer", "unit=oz"});
+    Have(28.35, {"line=explorer", "unit=oz"});
     EXPECT_EQ(Ask("P\r\n"), "    1.0000 oz\r\n");
 }
 
 // Explorer EX manual, tables 9-10: the commands are acknowledged with OK!, others are refused with
 // ES.
 TEST_F(Ohaus, An_Explorer_acknowledges_what_it_sets_and_refuses_what_it_does_not_know) {
-    have(5, {"series=explorer"});
+    Have(5, {"series=explorer"});
     EXPECT_EQ(Ask("0P\r\n2U\r\n1M\r\n0M\r\nON\r\n"), "OK!\r\nOK!\r\nOK!\r\nOK!\r\nOK!\r\n");
     EXPECT_EQ(Ask("X\r\n0A\r\n99U\r\n7M\r\nxT\r\n3601P\r\nP 1\r\n2\r\n"),
               "ES\r\nES\r\nES\r\nES\r\nES\r\nES\r\nES\r\nES\r\n");
@@ -163,7 +160,7 @@ TEST_F(Ohaus, An_Explorer_acknowledges_what_it_sets_and_refuses_what_it_does_not
 
 // Scout Pro kit EN-3 and Discovery service manual, table 4-3: no acknowledgement.
 TEST_F(Ohaus, A_Discovery_acknowledges_nothing_and_refuses_what_it_does_not_know) {
-    have(50, {"series=discovery"});
+    Have(50, {"series=discovery"});
     EXPECT_EQ(Ask("T\r\nIP\r\n"), "      0.00 g\r\n");
     EXPECT_EQ(Ask("0P\r\n2U\r\n0FMT\r\n"), "ES\r\nES\r\n");
     EXPECT_EQ(Ask("12.5T\r\nIP\r\n0T\r\nIP\r\n"), "     37.50 g\r\n     50.00 g\r\n");
@@ -171,10 +168,10 @@ TEST_F(Ohaus, A_Discovery_acknowledges_nothing_and_refuses_what_it_does_not_know
 
 // Explorer EX manual: T and Z; with readings of an EX225D: OK! at once, ES for an empty pan.
 TEST_F(Ohaus, T_and_Z_are_acknowledged_at_once_and_done_when_the_pan_rests) {
-    have(50, {"series=explorer"});
+    Have(50, {"series=explorer"});
     EXPECT_EQ(Ask("T\r\nIP\r\n"), "OK!\r\n      0.00 g\r\n");
     EXPECT_EQ(Ask("Z\r\n"), "ES\r\n");
-    have(5, {"series=explorer"});
+    Have(5, {"series=explorer"});
     EXPECT_EQ(Ask("Z\r\nIP\r\nT\r\n"), "OK!\r\n      0.00 g\r\nES\r\n");
     PutOn(30);
     EXPECT_EQ(Ask("T\r\n", 100ms), "OK!\r\n");
@@ -183,7 +180,7 @@ TEST_F(Ohaus, T_and_Z_are_acknowledged_at_once_and_done_when_the_pan_rests) {
 }
 
 TEST_F(Ohaus, IP_prints_at_once_and_P_waits_40_seconds_for_a_stable_weight_when_set_so) {
-    have(0, {"series=explorer", "stable-only"});
+    Have(0, {"series=explorer", "stable-only"});
     PutOn(50);
     EXPECT_EQ(Ask("IP\r\n", 100ms), "     24.33 g ?\r\n");
     AddFault("busy");
@@ -194,7 +191,7 @@ TEST_F(Ohaus, IP_prints_at_once_and_P_waits_40_seconds_for_a_stable_weight_when_
 
 // Explorer EX manual: xT presets a tare in the unit that is shown, 0T clears it, PT says it.
 TEST_F(Ohaus, A_preset_tare_is_in_the_unit_that_is_shown) {
-    have(50, {"series=explorer"});
+    Have(50, {"series=explorer"});
     EXPECT_EQ(Ask("12.5T\r\nIP\r\nPT\r\n"), "OK!\r\n     37.50 g\r\n     12.50 g\r\n");
     EXPECT_EQ(Ask("0T\r\nIP\r\n"), "OK!\r\n     50.00 g\r\n");
     EXPECT_EQ(Ask("2U\r\n0.02T\r\nIP\r\n"), "OK!\r\nOK!\r\n   0.03000 kg\r\n");
@@ -204,7 +201,7 @@ TEST_F(Ohaus, A_preset_tare_is_in_the_unit_that_is_shown) {
 // Explorer EX manual: xU chooses the unit: 0 mg, 1 g, 2 kg, 3 ct, 4 oz, 5 ozt, 6 lb, 7 dwt, 8
 // grain.
 TEST_F(Ohaus, XU_chooses_the_unit_and_U_the_next_one) {
-    have(50, {"series=explorer"});
+    Have(50, {"series=explorer"});
     EXPECT_EQ(Ask("0U\r\nIP\r\nPU\r\n"), "OK!\r\n     50000 mg\r\nmg\r\n");
     EXPECT_EQ(Ask("1U\r\nIP\r\n"), "OK!\r\n     50.00 g\r\n");
     EXPECT_EQ(Ask("2U\r\nIP\r\n"), "OK!\r\n   0.05000 kg\r\n");
@@ -219,7 +216,7 @@ TEST_F(Ohaus, XU_chooses_the_unit_and_U_the_next_one) {
 
 // Explorer EX manual: 0M weighing, 1M counting, M the next mode, PM says it.
 TEST_F(Ohaus, XM_chooses_weighing_or_counting) {
-    have(12.4, {"series=explorer"});
+    Have(12.4, {"series=explorer"});
     EXPECT_EQ(Ask("PM\r\n1M\r\nPM\r\nIP\r\n"), "Weighing\r\nOK!\r\nCounting\r\n        12 PCS\r\n");
     EXPECT_EQ(Ask("M\r\nIP\r\nM\r\nIP\r\n0M\r\nIP\r\n"),
               "OK!\r\n     12.40 g\r\nOK!\r\n        12 PCS\r\nOK!\r\n     12.40 g\r\n");
@@ -227,7 +224,7 @@ TEST_F(Ohaus, XM_chooses_weighing_or_counting) {
 
 // Read from a new Scout: 1M is weighing, xU the unit; 0FMT is acknowledged.
 TEST_F(Ohaus, A_new_Scout_acknowledges_and_prints_a_line_of_its_own) {
-    have(12.4, {"series=scout"});
+    Have(12.4, {"series=scout"});
     EXPECT_EQ(Ask("1M\r\n1U\r\n0P\r\n0FMT\r\nIP\r\n"),
               "OK!\r\nOK!\r\nOK!\r\nOK!\r\n     12.40 g  \r\n");
     EXPECT_EQ(Ask("T\r\nIP\r\n"), "OK!\r\n      0.00 g   N\r\n");
@@ -240,7 +237,7 @@ TEST_F(Ohaus, A_new_Scout_acknowledges_and_prints_a_line_of_its_own) {
 
 // Scout Pro kit EN-3: xM chooses the unit: 0 g, 1 oz, 2 ozt, 3 dwt, 4 count, 5 lb; no answer.
 TEST_F(Ohaus, XM_chooses_the_unit_of_a_Scout_Pro) {
-    have(50);
+    Have(50);
     EXPECT_EQ(Ask("1M\r\nP\r\n"), "      1.7637 oz     \r\n");
     EXPECT_EQ(Ask("4M\r\nP\r\n"), "          50 PCS    \r\n");
     EXPECT_EQ(Ask("6M\r\n0M\r\nP\r\n"), "       50.00 g      \r\n");
@@ -248,7 +245,7 @@ TEST_F(Ohaus, XM_chooses_the_unit_of_a_Scout_Pro) {
 
 // Scout Pro kit EN-3 and AS table: V, "?", LE.
 TEST_F(Ohaus, A_Scout_Pro_says_version_stability_and_last_error) {
-    have(50, {"software=1.12"});
+    Have(50, {"software=1.12"});
     EXPECT_EQ(Ask("V\r\n?\r\nLE\r\n"), "1.12\r\ng      \r\n[Err 0]\r\n");
     AddFault("busy");
     EXPECT_EQ(Ask("?\r\n"), "g     ?\r\n");
@@ -256,13 +253,13 @@ TEST_F(Ohaus, A_Scout_Pro_says_version_stability_and_last_error) {
 
 // Explorer EX manual: PSN serial number, PV versions; V is as PV.
 TEST_F(Ohaus, An_Explorer_says_serial_number_and_version) {
-    have(50, {"series=explorer", "serial-number=B7", "software=2.03"});
+    Have(50, {"series=explorer", "serial-number=B7", "software=2.03"});
     EXPECT_EQ(Ask("PSN\r\nPV\r\nV\r\n"), "B7\r\n2.03\r\n2.03\r\n");
 }
 
 // Explorer EX manual: CP prints all the time, xP every x seconds, 0P ends both.
 TEST_F(Ohaus, CP_and_xP_print_until_0P) {
-    have(1, {"series=explorer"});
+    Have(1, {"series=explorer"});
     EXPECT_EQ(Ask("2P\r\n"), "      1.00 g\r\n");
     EXPECT_EQ(AnswersUntil(4s), "      1.00 g\r\n      1.00 g\r\n");
     EXPECT_EQ(Ask("CP\r\n", 4s), "      1.00 g\r\n");
@@ -273,7 +270,7 @@ TEST_F(Ohaus, CP_and_xP_print_until_0P) {
 
 // Explorer EX manual: SLP prints each new stable load, SLZP zero as well. Scout Pro: SA.
 TEST_F(Ohaus, SLP_prints_each_new_stable_load_and_SLZP_zero_too) {
-    have(1, {"series=explorer"});
+    Have(1, {"series=explorer"});
     EXPECT_EQ(Ask("SLP\r\n"), "      1.00 g\r\n");
     PutOn(20);
     EXPECT_EQ(AnswersUntil(5s), "     20.00 g\r\n");
@@ -285,18 +282,23 @@ TEST_F(Ohaus, SLP_prints_each_new_stable_load_and_SLZP_zero_too) {
     PutOn(0);
     EXPECT_EQ(AnswersUntil(20s), "      0.00 g\r\n");
     EXPECT_EQ(Ask("0P\r\n", 20s), "OK!\r\n");
-    have(1, {"line=explorer"});
+    Have(1, {"line=explorer"});
     EXPECT_EQ(Ask("SA\r\n"), "      1.00 g\r\n");
     EXPECT_EQ(Ask("0A\r\n"), "");
 }
 
 // Adventurer service manual, table 1-6, and a new Scout: ES while the balance wakes up.
 TEST_F(Ohaus, Switched_off_it_says_ES_until_it_is_awake_again) {
-    have(1, {"series=scout"});
+    Have(1, {"series=scout"});
     EXPECT_EQ(Ask("OFF\r\nIP\r\n1M\r\n"), "OK!\r\nES\r\nES\r\n");
     EXPECT_EQ(Ask("ON\r\n1M\r\n", 1s), "OK!\r\nES\r\n");
     EXPECT_EQ(Ask("1M\r\n", 2999ms), "ES\r\n");
     EXPECT_EQ(Ask("1M\r\nIP\r\n", 3s), "OK!\r\n      1.00 g  \r\n");
+}
+
+TEST_F(Ohaus, The_print_key_sends_what_is_shown) {
+    Have(12.5);
+    EXPECT_EQ(Press(Key::Print), "       12.50 g      \r\n");
 }
 
 }  // namespace

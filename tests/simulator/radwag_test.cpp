@@ -1,36 +1,16 @@
-#include "simulator/instruments/radwag.h"
-
-#include <gtest/gtest.h>
-
-#include "simulator/Instrument.h"
+#include "InstrumentTest.h"
 
 using simulator::Fault;
 using simulator::Instrument;
+using simulator::Key;
 using simulator::Time;
 using namespace std::chrono_literals;
 
 namespace {
 
-/// A balance in virtual time: what it is asked, what it answers, to the byte.
-class Radwag : public testing::Test {
+class Radwag : public InstrumentTest {
  protected:
-    void Have(double load, const std::vector<std::string>& switches = {}) {
-        instrument_ = std::make_unique<Instrument>(simulator::RadwagEntry(), switches);
-        instrument_->Balance().StartWithLoad(load);
-    }
-    std::string Ask(const std::string& bytes, Time at = 0ms) {
-        instrument_->Receive(bytes, at);
-        return instrument_->TakeOutput();
-    }
-    std::string AnswersUntil(Time time) {
-        instrument_->Advance(time);
-        return instrument_->TakeOutput();
-    }
-    /// Puts a load on the pan, which takes its time to come to rest.
-    void PutOn(double load) { instrument_->Balance().SetLoad(load); }
-    void AddFault(const std::string& fault) { instrument_->AddFault(Fault::Parse(fault)); }
-
-    std::unique_ptr<Instrument> instrument_;
+    Radwag() : InstrumentTest("radwag") {}
 };
 
 }  // namespace
@@ -289,4 +269,14 @@ TEST_F(Radwag, IC_adjusts_and_refuses_everything_meanwhile) {
     EXPECT_EQ(AnswersUntil(10900ms), "");
     PutOn(100);
     EXPECT_EQ(AnswersUntil(11s), "IC E\r\n");
+}
+
+TEST_F(Radwag, The_print_key_sends_what_is_shown) {
+    Have(12.5);
+    EXPECT_EQ(Press(Key::Print), "       12.50 g  \r\n");
+}
+
+TEST_F(Radwag, Out_of_range_the_print_key_sends_a_mark_and_zero) {
+    Have(5000);
+    EXPECT_EQ(Press(Key::Print), "^       0.00 g  \r\n");
 }

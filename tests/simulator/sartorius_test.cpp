@@ -1,9 +1,8 @@
-#include "simulator/instruments/sartorius.h"
-
 #include <map>
 
 #include "InstrumentTest.h"
 
+using simulator::Key;
 using namespace std::chrono_literals;
 
 namespace {
@@ -13,33 +12,31 @@ const std::string kTare = "\x1bT\r\n";
 
 class Sartorius : public InstrumentTest {
  protected:
-    void have(double load, const std::vector<std::string>& switches = {}) {
-        InstrumentTest::Have("sartorius", load, switches);
-    }
+    Sartorius() : InstrumentTest("sartorius") {}
 };
 
 TEST_F(Sartorius, Prints_a_line_of_16_characters) {
-    have(123.56);
+    Have(123.56);
     EXPECT_EQ(Ask(kPrint), "+   123.56 g  \r\n");
-    have(-12.34);
+    Have(-12.34);
     EXPECT_EQ(Ask(kPrint), "-    12.34 g  \r\n");
-    have(0);
+    Have(0);
     EXPECT_EQ(Ask(kPrint), "+     0.00 g  \r\n");
 }
 
 TEST_F(Sartorius, Prints_a_line_of_22_characters_with_an_identifier) {
-    have(123.56, {"line=22"});
+    Have(123.56, {"line=22"});
     EXPECT_EQ(Ask(kPrint), "N     +   123.56 g  \r\n");
 }
 
 TEST_F(Sartorius, A_command_needs_no_line_end) {
-    have(1);
+    Have(1);
     EXPECT_EQ(Ask("\x1bP"), "+     1.00 g  \r\n");
     EXPECT_EQ(Ask("\x1bP\x1bP"), "+     1.00 g  \r\n+     1.00 g  \r\n");
 }
 
 TEST_F(Sartorius, A_command_may_come_in_pieces) {
-    have(0);
+    Have(0);
     EXPECT_EQ(Ask("\x1b"), "");
     EXPECT_EQ(Ask("t5"), "");
     EXPECT_EQ(Ask(".00"), "");
@@ -48,26 +45,26 @@ TEST_F(Sartorius, A_command_may_come_in_pieces) {
 }
 
 TEST_F(Sartorius, Unknown_commands_and_stray_characters_get_no_answer) {
-    have(1);
+    Have(1);
     EXPECT_EQ(Ask("P\r\nS\r\n\x1bQ\r\n\x1bx9_\r\n"), "");
     EXPECT_EQ(Ask(kPrint), "+     1.00 g  \r\n");
 }
 
 TEST_F(Sartorius, As_delivered_prints_only_at_rest) {
-    have(0);
+    Have(0);
     PutOn(50);
     EXPECT_EQ(Ask(kPrint, 100ms), "");
     EXPECT_EQ(AnswersUntil(5000ms), "+    50.00 g  \r\n");
 }
 
 TEST_F(Sartorius, Prints_a_moving_pan_without_its_unit_when_set_to_print_at_once) {
-    have(0, {"print=at-once"});
+    Have(0, {"print=at-once"});
     PutOn(50);
     EXPECT_EQ(Ask(kPrint, 100ms), "+    24.33    \r\n");
 }
 
 TEST_F(Sartorius, Prints_nothing_for_a_moving_pan_when_set_so) {
-    have(0, {"print=stable-or-nothing"});
+    Have(0, {"print=stable-or-nothing"});
     PutOn(50);
     EXPECT_EQ(Ask(kPrint, 100ms), "");
     EXPECT_EQ(AnswersUntil(5000ms), "");
@@ -75,7 +72,7 @@ TEST_F(Sartorius, Prints_nothing_for_a_moving_pan_when_set_so) {
 }
 
 TEST_F(Sartorius, Waits_for_a_busy_balance_until_the_wait_is_cancelled) {
-    have(1);
+    Have(1);
     AddFault("busy");
     EXPECT_EQ(Ask(kPrint), "");
     EXPECT_EQ(AnswersUntil(3600s), "");
@@ -85,57 +82,57 @@ TEST_F(Sartorius, Waits_for_a_busy_balance_until_the_wait_is_cancelled) {
 }
 
 TEST_F(Sartorius, Overload_and_underload_are_letters_or_words) {
-    have(610.01);
+    Have(610.01);
     EXPECT_EQ(Ask(kPrint), "      H       \r\n");
-    have(-61.01);
+    Have(-61.01);
     EXPECT_EQ(Ask(kPrint), "      L       \r\n");
-    have(610.01, {"line=22"});
+    Have(610.01, {"line=22"});
     EXPECT_EQ(Ask(kPrint), "Stat        H       \r\n");
-    have(610.01, {"line=22", "words"});
+    Have(610.01, {"line=22", "words"});
     EXPECT_EQ(Ask(kPrint), "Stat        High    \r\n");
-    have(-61.01, {"line=22", "words"});
+    Have(-61.01, {"line=22", "words"});
     EXPECT_EQ(Ask(kPrint), "Stat        Low     \r\n");
 }
 
 TEST_F(Sartorius, Shows_other_things_than_a_weight) {
-    have(1, {"display=blank"});
+    Have(1, {"display=blank"});
     EXPECT_EQ(Ask(kPrint), "              \r\n");
-    have(1, {"display=calibration"});
+    Have(1, {"display=calibration"});
     EXPECT_EQ(Ask(kPrint), "      C       \r\n");
-    have(1, {"display=final"});
+    Have(1, {"display=final"});
     EXPECT_EQ(Ask(kPrint), "      --      \r\n");
-    have(1, {"display=error"});
+    Have(1, {"display=error"});
     EXPECT_EQ(Ask(kPrint), "   Err  54    \r\n");
-    have(1, {"display=error-054"});
+    Have(1, {"display=error-054"});
     EXPECT_EQ(Ask(kPrint), "   Err 054    \r\n");
-    have(1, {"display=external-calibration"});
+    Have(1, {"display=external-calibration"});
     EXPECT_EQ(Ask(kPrint), "   Cal. Ext.  \r\n");
-    have(1, {"display=error", "line=22"});
+    Have(1, {"display=error", "line=22"});
     EXPECT_EQ(Ask(kPrint), "Stat     Err  54    \r\n");
-    have(1, {"display=standby", "line=22"});
+    Have(1, {"display=standby", "line=22"});
     EXPECT_EQ(Ask(kPrint), "Stat       OFF      \r\n");
 }
 
 TEST_F(Sartorius, A_verified_balance_brackets_its_last_digit) {
-    have(123.56, {"verified"});
+    Have(123.56, {"verified"});
     EXPECT_EQ(Ask(kPrint), "+ 123.5[6] g  \r\n");
 }
 
 TEST_F(Sartorius, A_ninth_digit_stands_in_position_1) {
-    have(0.11125507, {"unit=mg", "readability=0.00000001"});
+    Have(0.11125507, {"unit=mg", "readability=0.00000001"});
     EXPECT_EQ(Ask(kPrint), "+111.25507 mg \r\n");
 }
 
 TEST_F(Sartorius, Tare_zeroes_near_zero_and_tares_elsewhere) {
-    have(5);
+    Have(5);
     EXPECT_EQ(Ask(kTare + kPrint), "+     0.00 g  \r\n");
-    have(50);
+    Have(50);
     EXPECT_EQ(Ask(kTare + kPrint), "+     0.00 g  \r\n");
     EXPECT_EQ(instrument_->Balance().TareWeight(), 50);
 }
 
 TEST_F(Sartorius, Zero_and_tare_have_commands_of_their_own) {
-    have(5);
+    Have(5);
     EXPECT_EQ(Ask("\x1b"
                   "f4_" +
                   kPrint),
@@ -149,7 +146,7 @@ TEST_F(Sartorius, Zero_and_tare_have_commands_of_their_own) {
 }
 
 TEST_F(Sartorius, A_typed_text_becomes_the_tare_by_soft_key_4) {
-    have(0, {"line=22"});
+    Have(0, {"line=22"});
     EXPECT_EQ(Ask("\x1bt5.00_\r\n"), "");
     EXPECT_EQ(instrument_->Balance().DisplayText(), "5.00");
     EXPECT_EQ(Ask("\x1bkF4_\r\n" + kPrint), "N1    -     5.00 g  \r\n");
@@ -157,35 +154,35 @@ TEST_F(Sartorius, A_typed_text_becomes_the_tare_by_soft_key_4) {
 }
 
 TEST_F(Sartorius, A_stored_tare_is_added_to_the_container) {
-    have(50);
+    Have(50);
     EXPECT_EQ(Ask(kTare + "\x1bt5.00_\x1bkF4_" + kPrint), "-     5.00 g  \r\n");
     EXPECT_EQ(instrument_->Balance().TareWeight(), 55);
 }
 
 TEST_F(Sartorius, A_stored_tare_may_have_a_line_of_its_own) {
-    have(0, {"line=22", "tare-line=TP1"});
+    Have(0, {"line=22", "tare-line=TP1"});
     EXPECT_EQ(Ask("\x1bt5.00_\x1bkF4_" + kPrint),
               "TP1   +     5.00 g  \r\nN1    -     5.00 g  \r\n");
-    have(0, {"line=22", "tare-line=T1"});
+    Have(0, {"line=22", "tare-line=T1"});
     EXPECT_EQ(Ask("\x1bt5.00_\x1bkF4_" + kPrint),
               "T1    +     5.00 g  \r\nN1    -     5.00 g  \r\n");
 }
 
 TEST_F(Sartorius, Soft_key_4_does_nothing_in_another_application_or_without_a_number) {
-    have(0, {"store-key=off"});
+    Have(0, {"store-key=off"});
     EXPECT_EQ(Ask("\x1bt5.00_\x1bkF4_" + kPrint), "+     0.00 g  \r\n");
-    have(0);
+    Have(0);
     EXPECT_EQ(Ask("\x1btlot 7_\x1bkF4_" + kPrint), "+     0.00 g  \r\n");
     EXPECT_EQ(Ask("\x1bt999_\x1bkF4_" + kPrint), "+     0.00 g  \r\n");
 }
 
 TEST_F(Sartorius, Cancel_forgets_what_was_typed) {
-    have(0);
+    Have(0);
     EXPECT_EQ(Ask("\x1bt5.00_\x1bs3_\x1bkF4_" + kPrint), "+     0.00 g  \r\n");
 }
 
 TEST_F(Sartorius, Prints_ten_lines_a_second_unasked_from_the_switching_on_when_set_so) {
-    have(1, {"auto-print"});
+    Have(1, {"auto-print"});
     AnswersUntil(0ms);  // the line of the switching on
     EXPECT_EQ(AnswersUntil(200ms), "+     1.00 g  \r\n+     1.00 g  \r\n");
 }
@@ -198,14 +195,14 @@ std::string Esc(const std::string& command) {
 // Manuals of LA p. 120, ME215 p. 143, LE p. 54: x1_ model, x2_ serial number, x3_ software. The
 // MSE's line of 20 characters and the Entris' word in front were read from such balances.
 TEST_F(Sartorius, Says_its_model_serial_number_and_software) {
-    have(1, {"series=mse", "line=22"});
+    Have(1, {"series=mse", "line=22"});
     EXPECT_EQ(Ask(Esc("x1_") + Esc("x2_") + Esc("x3_")),
               "MSE1203S-100-DR     \r\n37454321            \r\n00-37-09            \r\n");
-    have(1, {"series=entris2", "line=22"});
+    Have(1, {"series=entris2", "line=22"});
     EXPECT_EQ(Ask(Esc("x1_")), "Model  BCE124I-1CEU \r\n");
-    have(1, {"series=mse"});
+    Have(1, {"series=mse"});
     EXPECT_EQ(Ask(Esc("x1_") + Esc("x2_")), "MSE1203S-100-D\r\n37454321      \r\n");
-    have(1, {"serial-number=12809099", "software=00-39-21"});
+    Have(1, {"serial-number=12809099", "software=00-39-21"});
     EXPECT_EQ(Ask(Esc("x1_") + Esc("x2_") + Esc("x3_")),
               "LA620S        \r\n12809099      \r\n00-39-21      \r\n");
 }
@@ -217,19 +214,19 @@ TEST_F(Sartorius, Each_series_has_a_model_of_its_own) {
         {"entris2", "Model  BCE124I\r\n"}, {"quintix", "QUINTIX612-1S \r\n"},
         {"cubis2", "MCA5201S      \r\n"}};
     for (const auto& [series, model] : models) {
-        have(1, {"series=" + series});
+        Have(1, {"series=" + series});
         EXPECT_EQ(Ask(Esc("x1_")), model) << series;
     }
 }
 
 // CP p. 60 and LE p. 54 have no x3_.
 TEST_F(Sartorius, A_CP_does_not_say_its_software) {
-    have(1, {"series=cp"});
+    Have(1, {"series=cp"});
     EXPECT_EQ(Ask(Esc("x3_") + kPrint), "+     1.00 g  \r\n");
 }
 
 TEST_F(Sartorius, Says_its_model_while_it_waits_for_the_pan) {
-    have(0);
+    Have(0);
     PutOn(50);
     EXPECT_EQ(Ask(kPrint + Esc("x2_"), 100ms), "37454321      \r\n");
     EXPECT_EQ(AnswersUntil(5s), "+    50.00 g  \r\n");
@@ -238,7 +235,7 @@ TEST_F(Sartorius, Says_its_model_while_it_waits_for_the_pan) {
 // Entris II note p. 4 and measurements at an MSE: U tares, V zeroes. LA p. 120 has f4_ and f3_.
 TEST_F(Sartorius, Tares_and_zeroes_apart_with_the_commands_of_its_series) {
     const auto tareAfter = [&](const std::string& series, const std::string& commands) {
-        have(5, {"series=" + series});
+        Have(5, {"series=" + series});
         EXPECT_EQ(Ask(commands), "");
         return instrument_->Balance().TareWeight();
     };
@@ -260,7 +257,7 @@ TEST_F(Sartorius, Tares_and_zeroes_apart_with_the_commands_of_its_series) {
 // LA p. 120: K very stable, L stable, M unstable, N very unstable place.
 TEST_F(Sartorius, The_filter_sets_how_fast_the_weight_follows_the_load) {
     const auto shownAfter = [&](const std::string& command) {
-        have(0, {"print=at-once"});
+        Have(0, {"print=at-once"});
         EXPECT_EQ(Ask(Esc(command)), "");
         PutOn(50);
         return Ask(kPrint, 100ms);
@@ -273,7 +270,7 @@ TEST_F(Sartorius, The_filter_sets_how_fast_the_weight_follows_the_load) {
 
 // LA p. 120: O blocks the keys, R frees them.
 TEST_F(Sartorius, Blocked_keys_do_nothing) {
-    have(5);
+    Have(5);
     const auto tareKey = [&] {
         instrument_->Press(simulator::Key::Tare);
         instrument_->Press(simulator::Key::Print);
@@ -289,36 +286,36 @@ TEST_F(Sartorius, Blocked_keys_do_nothing) {
 // LA p. 120, Extend p. 47: x0_ and Z adjust with the built-in weight, W as the menu says.
 TEST_F(Sartorius, Shows_C_while_it_adjusts) {
     for (const std::string command : {"x0_", "Z", "W"}) {
-        have(5, {"adjustment-time=3s"});
+        Have(5, {"adjustment-time=3s"});
         EXPECT_EQ(Ask(Esc(command) + kPrint), "      C       \r\n") << command;
         EXPECT_EQ(Ask(kPrint, 2999ms), "      C       \r\n") << command;
         EXPECT_EQ(Ask(kPrint, 3000ms), "+     5.00 g  \r\n") << command;
     }
-    have(5, {"words", "line=22"});
+    Have(5, {"words", "line=22"});
     EXPECT_EQ(Ask(Esc("Z") + kPrint), "Stat        Cal.    \r\n");
 }
 
 // LA p. 120: S restarts; a Cubis II does not know it.
 TEST_F(Sartorius, A_restart_forgets_the_tare_and_zeroes_near_zero) {
-    have(5, {"series=mse"});
+    Have(5, {"series=mse"});
     EXPECT_EQ(Ask(Esc("U") + Esc("S")), "");
     EXPECT_EQ(instrument_->Balance().TareWeight(), 0);
     EXPECT_EQ(Ask(kPrint), "      0.00 g  \r\n");
-    have(5, {"series=cubis2"});
+    Have(5, {"series=cubis2"});
     EXPECT_EQ(Ask(Esc("S") + kPrint), "+     5.00 g  \r\n");
 }
 
 // Measurements at an MSE: p_; Entris II note p. 4 and Combics p. 103: kP_.
 TEST_F(Sartorius, Prints_on_every_interface_with_the_command_of_its_series) {
-    have(5, {"series=mse"});
+    Have(5, {"series=mse"});
     EXPECT_EQ(Ask(Esc("p_") + Esc("kP_")), "+     5.00 g  \r\n");
-    have(5, {"series=entris2"});
+    Have(5, {"series=entris2"});
     EXPECT_EQ(Ask(Esc("kP_") + Esc("p_")), "+     5.00 g  \r\n");
 }
 
 // CP p. 59: with automatic print on, ESC P is the print key that stops and starts it.
 TEST_F(Sartorius, ESC_P_stops_and_starts_what_a_CP_prints_unasked) {
-    have(1, {"series=cp", "auto-print"});
+    Have(1, {"series=cp", "auto-print"});
     AnswersUntil(0ms);
     EXPECT_EQ(Ask(kPrint, 50ms), "");
     EXPECT_EQ(AnswersUntil(1s), "");
@@ -329,13 +326,13 @@ TEST_F(Sartorius, ESC_P_stops_and_starts_what_a_CP_prints_unasked) {
 
 // Measured at an MSE: one line, then nothing until T, V or a key; V sends a line of its own.
 TEST_F(Sartorius, ESC_P_ends_what_an_MSE_prints_unasked_until_it_is_tared_or_zeroed) {
-    have(100, {"series=mse", "auto-print", "line=22"});
+    Have(100, {"series=mse", "auto-print", "line=22"});
     AnswersUntil(0ms);
     EXPECT_EQ(Ask(kPrint, 50ms), "N     +   100.00 g  \r\n");
     EXPECT_EQ(AnswersUntil(1s), "");
     EXPECT_EQ(Ask(Esc("T"), 1s), "N           0.00 g  \r\n");
     EXPECT_EQ(AnswersUntil(1100ms), "N           0.00 g  \r\n");
-    have(5, {"series=mse", "auto-print", "line=22"});
+    Have(5, {"series=mse", "auto-print", "line=22"});
     AnswersUntil(0ms);
     EXPECT_EQ(Ask(Esc("V"), 50ms), "Stat                \r\nN           0.00 g  \r\n");
     EXPECT_EQ(Ask(kPrint, 60ms), "N           0.00 g  \r\n");
@@ -344,7 +341,7 @@ TEST_F(Sartorius, ESC_P_ends_what_an_MSE_prints_unasked_until_it_is_tared_or_zer
 }
 
 TEST_F(Sartorius, In_the_LA_series_ESC_P_prints_between_what_comes_unasked) {
-    have(1, {"auto-print"});
+    Have(1, {"auto-print"});
     AnswersUntil(0ms);
     EXPECT_EQ(Ask(kPrint, 50ms), "+     1.00 g  \r\n");
     EXPECT_EQ(AnswersUntil(100ms), "+     1.00 g  \r\n");
@@ -352,7 +349,7 @@ TEST_F(Sartorius, In_the_LA_series_ESC_P_prints_between_what_comes_unasked) {
 
 // Read from a Cubis II MCA5201S: gross is G, zero has no sign, a moving value comes at once.
 TEST_F(Sartorius, A_Cubis_II_does_not_wait_and_calls_gross_G) {
-    have(0, {"series=cubis2", "line=22"});
+    Have(0, {"series=cubis2", "line=22"});
     EXPECT_EQ(Ask(kPrint), "G           0.00 g  \r\n");
     PutOn(50);
     EXPECT_EQ(Ask(kPrint, 100ms), "G     +    24.33    \r\n");
@@ -361,23 +358,28 @@ TEST_F(Sartorius, A_Cubis_II_does_not_wait_and_calls_gross_G) {
 
 // Read from a Quintix: a blank line behind what was printed.
 TEST_F(Sartorius, A_Quintix_ends_a_print_with_a_blank_line) {
-    have(5, {"series=quintix"});
+    Have(5, {"series=quintix"});
     EXPECT_EQ(Ask(kPrint), "+     5.00 g  \r\n\r\n");
 }
 
 // Extend p. 47, Entris II note p. 4: ESC may be left out.
 TEST_F(Sartorius, An_Extend_takes_commands_without_ESC) {
-    have(1, {"series=extend"});
+    Have(1, {"series=extend"});
     EXPECT_EQ(Ask("P\r\nx2_\r\n\x1bP\r\n"),
               "+     1.00 g  \r\n37454321      \r\n+     1.00 g  \r\n");
 }
 
 // Combics p. 103: Qnt is a count of pieces.
 TEST_F(Sartorius, Pieces_are_counted_in_whole_ones) {
-    have(12.4, {"unit=PCS", "line=22"});
+    Have(12.4, {"unit=PCS", "line=22"});
     EXPECT_EQ(Ask(kPrint), "Qnt   +       12 pcs\r\n");
-    have(12.4, {"unit=PCS"});
+    Have(12.4, {"unit=PCS"});
     EXPECT_EQ(Ask(kPrint), "+       12 pcs\r\n");
+}
+
+TEST_F(Sartorius, The_print_key_sends_what_is_shown) {
+    Have(12.5);
+    EXPECT_EQ(Press(Key::Print), "+    12.50 g  \r\n");
 }
 
 }  // namespace

@@ -1,10 +1,7 @@
-#include "simulator/instruments/setra-el2000s.h"
-
-#include <gtest/gtest.h>
-
-#include "simulator/Instrument.h"
+#include "InstrumentTest.h"
 
 using simulator::Instrument;
+using simulator::Key;
 using simulator::Time;
 using namespace std::chrono_literals;
 
@@ -12,18 +9,9 @@ namespace {
 
 /// An EL-2000S in virtual time: what it is asked, what it answers, to the byte. What it shares with
 /// the XL-1800 is tested there.
-class SetraEl2000s : public testing::Test {
+class SetraEl2000s : public InstrumentTest {
  protected:
-    void Have(double load, const std::vector<std::string>& switches = {}) {
-        instrument_ = std::make_unique<Instrument>(simulator::SetraEl2000sEntry(), switches);
-        instrument_->Balance().StartWithLoad(load);
-    }
-    std::string Ask(const std::string& bytes, Time at = 0ms) {
-        instrument_->Receive(bytes, at);
-        return instrument_->TakeOutput();
-    }
-
-    std::unique_ptr<Instrument> instrument_;
+    SetraEl2000s() : InstrumentTest("setra-el2000s") {}
 };
 
 }  // namespace
@@ -62,4 +50,9 @@ TEST_F(SetraEl2000s, Letters_take_the_place_of_a_number_out_of_range) {
     EXPECT_EQ(Ask("#"), "1+      HHH g\r\n");
     Have(-300);
     EXPECT_EQ(Ask("#"), "1-      LLL g\r\n");
+}
+
+TEST_F(SetraEl2000s, The_print_key_sends_what_is_shown) {
+    Have(12.5);
+    EXPECT_EQ(Press(Key::Print), "1+    12.50 g\r\n");
 }
