@@ -9,6 +9,16 @@
 
 namespace scripted {
 
+using Weighing = std::function<int(long mode, double* weight, int* decimals)>;
+
+/// A weighing that always shows this.
+inline Weighing Shows(double grams, int result = 1) {
+    return [=](long /*mode*/, double* weight, int* /*decimals*/) {
+        *weight = grams;
+        return result;
+    };
+}
+
 /// A host's own driver on `Driver`, for tests of what a driver asks of the class derived from it.
 /// It notes each question, and gives the driver's own answer where the test does not say another.
 template <class Driver>
@@ -28,7 +38,7 @@ class Host : public Open<Driver> {
     long ReadinessChecks() const { return std::count(calls.begin(), calls.end(), "IsReady"); }
 
     std::function<int()> readiness;
-    std::function<int(long mode, double* weight, int* decimals)> weighing;
+    Weighing weighing;
     std::vector<std::string> calls;  ///< "IsReady", "Weight 0 without decimals"
 };
 

@@ -165,10 +165,7 @@ TYPED_TEST_P(SignedReadingDriver, RestoreFactorySettings_is_the_base_class_one) 
 
 TYPED_TEST_P(SignedReadingDriver, IsReady_returns_what_the_hosts_Weight_returns_in_mode_1) {
     Host<typename TypeParam::Driver> host;
-    host.weighing = [](long, double* grams, int*) {
-        *grams = 0.0;
-        return 7;
-    };
+    host.weighing = Shows(0.0, 7);
     EXPECT_EQ(host.IsReady(), 7);
     EXPECT_THAT(host.calls, ElementsAre("IsReady", "Weight 1 without decimals"));
     EXPECT_THAT(this->line.Transcript(), ElementsAreArray(kOpened));
@@ -179,10 +176,7 @@ TYPED_TEST_P(SignedReadingDriver, Tare_succeeds_below_a_tenth_of_a_gram_strictly
     host.readiness = [] { return 1; };
     ASSERT_EQ(host.OpenAndSetDefCommConfig(), 1);
     const auto tareAt = [&host](double rest) {
-        host.weighing = [rest](long, double* grams, int*) {
-            *grams = rest;
-            return 1;
-        };
+        host.weighing = Shows(rest);
         return host.Tare();
     };
     EXPECT_EQ(tareAt(0.0), 1);
@@ -199,13 +193,9 @@ TYPED_TEST_P(SignedReadingDriver, Tare_fails_with_the_hosts_Weight_and_takes_any
     Host<typename TypeParam::Driver> host;
     host.readiness = [] { return 1; };
     ASSERT_EQ(host.OpenAndSetDefCommConfig(), 1);
-    int result = 0;
-    host.weighing = [&result](long, double* grams, int*) {
-        *grams = 0.0;
-        return result;
-    };
+    host.weighing = Shows(0.0, 0);
     EXPECT_EQ(host.Tare(), 0);
-    result = 2;
+    host.weighing = Shows(0.0, 2);
     EXPECT_EQ(host.Tare(), 1);
 }
 

@@ -94,10 +94,7 @@ TEST_F(WbalanceDIC_XL1800Test, Tare_asks_the_hosts_Weight_in_mode_0_and_not_its_
     Host<WbalanceDIC_XL1800> host;
     ASSERT_EQ(host.OpenAndSetDefCommConfig(), 1);
     host.readiness = [] { return 0; };
-    host.weighing = [](long, double* grams, int*) {
-        *grams = 0.0;
-        return 1;
-    };
+    host.weighing = Shows(0.0);
     EXPECT_EQ(host.Tare(), 1);
     EXPECT_THAT(host.calls, ElementsAre("Weight 0 without decimals"));
 }

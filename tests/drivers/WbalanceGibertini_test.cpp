@@ -1,9 +1,13 @@
 #include <csignal>
 
-#include "ScriptedTest.h"
+#include "FailingCalls.h"
+#include "Host.h"
 
+using scripted::ExpectWhenEachCallFails;
 using scripted::Fault;
+using scripted::Host;
 using scripted::Open;
+using scripted::operator+;
 using scripted::ScriptedTest;
 using testing::ElementsAre;
 using testing::ElementsAreArray;
@@ -17,11 +21,6 @@ namespace {
 
 using Gibertini = Open<WbalanceGibertini>;
 using Steps = std::vector<std::string>;
-
-Steps operator+(Steps first, const Steps& second) {
-    first.insert(first.end(), second.begin(), second.end());
-    return first;
-}
 
 constexpr char kSettings[] =
     R"(trace "Balance Comm Port settings:\nBaud rate = 9600\nParity = 1024\nData bits = 7\n)"
@@ -435,16 +434,16 @@ TEST_F(WbalanceGibertiniTest, A_negative_port_number_is_not_ready) {
     EXPECT_THAT(line.Transcript(), IsEmpty());
 }
 
-// A host whose readiness ends the chain after some levels, so that each level gets to send.
-class BoundedGibertini : public Gibertini {
- public:
-    explicit BoundedGibertini(int levels) : left(levels) {}
-    int IsReady() override { return left-- > 0 ? Gibertini::IsReady() : OpenAndClear(); }
-    int left;
-};
+/// A host whose readiness ends the chain after two levels, so that each level gets to send.
+void EndAfterTwoLevels(Host<WbalanceGibertini>& gibertini) {
+    gibertini.readiness = [&gibertini, left = 2]() mutable {
+        return left-- > 0 ? gibertini.WbalanceGibertini::IsReady() : gibertini.OpenAndClear();
+    };
+}
 
 TEST_F(WbalanceGibertiniTest, Each_level_of_the_chain_takes_its_own_weight_once_it_is_ended) {
-    BoundedGibertini gibertini(2);
+    Host<WbalanceGibertini> gibertini;
+    EndAfterTwoLevels(gibertini);
     line.Answer("B\r", {{"      1.00 g   DS\r\n"}});
     line.Answer("B\r", {{"      2.00 g   DS\r\n"}});
     line.Answer("B\r", {{"      3.00 g   DS\r\n"}});
@@ -456,7 +455,8 @@ TEST_F(WbalanceGibertiniTest, Each_level_of_the_chain_takes_its_own_weight_once_
 }
 
 TEST_F(WbalanceGibertiniTest, A_send_that_fails_in_the_chain_ends_it_without_another_one) {
-    BoundedGibertini gibertini(2);
+    Host<WbalanceGibertini> gibertini;
+    EndAfterTwoLevels(gibertini);
     line.Fail("write");
     EXPECT_EQ(gibertini.Weight(1, &weight, nullptr), 0);
     EXPECT_THAT(line.Trace(), EndsWith("Gibertini - Weight\n<== B\r ... FAIL\n\n"));
@@ -465,7 +465,8 @@ TEST_F(WbalanceGibertiniTest, A_send_that_fails_in_the_chain_ends_it_without_ano
 }
 
 TEST_F(WbalanceGibertiniTest, A_reading_that_fails_in_the_chain_ends_it_without_another_send) {
-    BoundedGibertini gibertini(2);
+    Host<WbalanceGibertini> gibertini;
+    EndAfterTwoLevels(gibertini);
     line.Answer("B\r", {{"      1.00 g   DS\r\n"}});
     EXPECT_EQ(gibertini.Tare(), 0);
     EXPECT_THAT(line.Sent(), ElementsAre("B\r", "B\r"));
@@ -474,41 +475,29 @@ TEST_F(WbalanceGibertiniTest, A_reading_that_fails_in_the_chain_ends_it_without_
 // What a host overrides
 
 TEST_F(WbalanceGibertiniTest, IsReady_returns_what_the_hosts_Weight_returns_in_mode_1) {
-    class Host : public Gibertini {
-     public:
-        int Weight(long mode, double* grams, int* count) override {
-            asked = mode == 1 && *grams == 0.0 && count == nullptr;
-            return 7;
-        }
-        bool asked = false;
-    } host;
+    Host<WbalanceGibertini> host;
+    host.weighing = [](long /*mode*/, double* grams, int* /*count*/) {
+        EXPECT_EQ(*grams, 0.0);
+        return 7;
+    };
     EXPECT_EQ(host.IsReady(), 7);
-    EXPECT_TRUE(host.asked);
+    EXPECT_THAT(host.calls, ElementsAre("IsReady", "Weight 1 without decimals"));
     EXPECT_THAT(line.Transcript(), ElementsAreArray(kOpened));
 }
 
-class HostReadiness : public Gibertini {
- public:
-    int IsReady() override {
-        ++calls;
-        return ready;
-    }
-    int ready = 1;
-    int calls = 0;
-};
-
 TEST_F(WbalanceGibertiniTest, A_host_that_is_not_ready_sends_nothing) {
-    HostReadiness host;
-    host.ready = 0;
+    Host<WbalanceGibertini> host;
+    host.readiness = [] { return 0; };
     EXPECT_EQ(host.Tare(), 0);
     EXPECT_EQ(host.Weight(1, &weight, nullptr), 0);
-    EXPECT_EQ(host.calls, 2);
+    EXPECT_EQ(host.ReadinessChecks(), 2);
     EXPECT_THAT(line.Transcript(), IsEmpty());
     EXPECT_EQ(weight, -1.0);
 }
 
 TEST_F(WbalanceGibertiniTest, A_host_that_is_ready_without_a_port_gets_0) {
-    HostReadiness host;
+    Host<WbalanceGibertini> host;
+    host.readiness = [] { return 1; };
     EXPECT_EQ(host.Tare(), 0);
     EXPECT_EQ(host.Weight(1, &weight, nullptr), 0);
     EXPECT_THAT(line.Transcript(),
@@ -518,48 +507,30 @@ TEST_F(WbalanceGibertiniTest, A_host_that_is_ready_without_a_port_gets_0) {
 
 // The transport failing at each single call of a weighing
 
-struct FailingCall {
-    std::string name;
-    int call;
-    Fault fault;
-    int result;
-    int portObjects;
-    bool open;
-    bool serialObject;
-};
-
-class WbalanceGibertiniFailingCallTest : public WbalanceGibertiniTest,
-                                         public testing::WithParamInterface<FailingCall> {};
-
-TEST_P(WbalanceGibertiniFailingCallTest, Leaves_the_result_and_the_port_as_they_have_to_be) {
-    line.Answer("B\r", {{"    123.45 g   DS\r\n"}});
-    line.FailCall(GetParam().call, GetParam().fault);
-
-    EXPECT_EQ(balance.Weight(1, &weight, &decimals), GetParam().result);
-
-    EXPECT_EQ(weight, GetParam().result == 1 ? 123.45 : -1.0);
-    EXPECT_EQ(line.PortObjects(), GetParam().portObjects);
-    EXPECT_EQ(line.IsOpen(), GetParam().open);
-    EXPECT_EQ(balance.serialObject != nullptr, GetParam().serialObject);
+TEST_F(WbalanceGibertiniTest, Weight_when_each_call_on_the_port_fails) {
+    ExpectWhenEachCallFails<WbalanceGibertini, WithLineReadiness<Gibertini>>(
+        {{"open /dev/ttyS0", 0, "held"},
+         {"setBaudRate 9600", 0, "gone"},
+         {"setDataBits 7", 0, "gone"},
+         {"setStopBits 1", 0, "gone"},
+         {"setFlowControl none", 0, "gone"},
+         {"clear input", 0, "closed"},
+         {R"(write "B\r")", 0, "open"},
+         {R"(write "B\r")", 0, "open", Fault::ShortWrite},
+         {R"(write "B\r")", 0, "open", Fault::HangUp},
+         {"wait 1000", 1, "open"},
+         {"wait 1000", 1, "open", Fault::EmptyRead},
+         {"wait 1000", 0, "open", Fault::HangUp},
+         {"wait 1000", 1, "open"},
+         {"wait 1000", 1, "open"}},
+        [this](auto&) { line.Answer("B\r", {{"    123.45 g   DS\r\n"}}); },
+        [this](auto& driver) {
+            weight = -1.0;
+            const int status = driver.Weight(1, &weight, &decimals);
+            EXPECT_EQ(weight, status == 1 ? 123.45 : -1.0);
+            return status;
+        });
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Calls, WbalanceGibertiniFailingCallTest,
-    testing::Values(FailingCall{"open", 1, Fault::Refuse, 0, 1, false, true},
-                    FailingCall{"baud_rate", 2, Fault::Refuse, 0, 0, false, false},
-                    FailingCall{"data_bits", 3, Fault::Refuse, 0, 0, false, false},
-                    FailingCall{"stop_bits", 4, Fault::Refuse, 0, 0, false, false},
-                    FailingCall{"flow_control", 5, Fault::Refuse, 0, 0, false, false},
-                    FailingCall{"clear", 6, Fault::Refuse, 0, 0, false, true},
-                    FailingCall{"write", 7, Fault::Refuse, 0, 1, true, true},
-                    FailingCall{"short_write", 7, Fault::ShortWrite, 0, 1, true, true},
-                    FailingCall{"hang_up_at_the_write", 7, Fault::HangUp, 0, 1, true, true},
-                    FailingCall{"first_wait", 8, Fault::Refuse, 1, 1, true, true},
-                    FailingCall{"first_wait_without_data", 8, Fault::EmptyRead, 1, 1, true, true},
-                    FailingCall{"hang_up_at_the_wait", 8, Fault::HangUp, 0, 1, true, true},
-                    FailingCall{"second_wait", 9, Fault::Refuse, 1, 1, true, true},
-                    FailingCall{"third_wait", 10, Fault::Refuse, 1, 1, true, true}),
-    [](const auto& row) { return row.param.name; });
 
 // The parser alone
 

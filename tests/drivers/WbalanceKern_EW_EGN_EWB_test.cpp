@@ -2,10 +2,14 @@
 #include <cmath>
 #include <csignal>
 
-#include "ScriptedTest.h"
+#include "FailingCalls.h"
+#include "Host.h"
 
+using scripted::ExpectWhenEachCallFails;
 using scripted::Fault;
+using scripted::Host;
 using scripted::Open;
+using scripted::operator+;
 using scripted::ScriptedTest;
 using testing::ElementsAre;
 using testing::ElementsAreArray;
@@ -23,11 +27,6 @@ constexpr char kSettings[] =
     R"(Stop bits = 2\nFlow control = 0\nTimeout = 1\n===> OK\n\n")";
 
 using Steps = std::vector<std::string>;
-
-Steps operator+(Steps first, const Steps& second) {
-    first.insert(first.end(), second.begin(), second.end());
-    return first;
-}
 
 const Steps kOpened = {"open /dev/ttyS0",     R"(trace "/dev/ttyS0 OPENED SUCCESSFULLY!\n\n")",
                        "setBaudRate 1200",    "setDataBits 8",
@@ -582,16 +581,16 @@ TEST_F(WbalanceKernTest, A_negative_port_number_is_not_ready) {
     EXPECT_THAT(line.Transcript(), IsEmpty());
 }
 
-// A host whose readiness ends the chain after some levels, so that each level gets to send.
-class BoundedKern : public Kern {
- public:
-    explicit BoundedKern(int levels) : left(levels) {}
-    int IsReady() override { return left-- > 0 ? Kern::IsReady() : OpenAndClear(); }
-    int left;
-};
+/// A host whose readiness ends the chain after two levels, so that each level gets to send.
+void EndAfterTwoLevels(Host<WbalanceKern_EW_EGN_EWB>& kern) {
+    kern.readiness = [&kern, left = 2]() mutable {
+        return left-- > 0 ? kern.WbalanceKern_EW_EGN_EWB::IsReady() : kern.OpenAndClear();
+    };
+}
 
 TEST_F(WbalanceKernTest, Each_level_of_the_chain_takes_its_own_weight_once_the_readiness_ends_it) {
-    BoundedKern kern(2);
+    Host<WbalanceKern_EW_EGN_EWB> kern;
+    EndAfterTwoLevels(kern);
     line.AlwaysAnswer("O9\r\n", {{"A00\r\n+   9.00 G S\r\n"}});
     line.AlwaysAnswer("O8\r\n", {{"A00\r\n+   8.00 G S\r\n"}});
 
@@ -603,7 +602,8 @@ TEST_F(WbalanceKernTest, Each_level_of_the_chain_takes_its_own_weight_once_the_r
 }
 
 TEST_F(WbalanceKernTest, A_send_that_fails_in_the_chain_ends_it_without_another_one) {
-    BoundedKern kern(2);
+    Host<WbalanceKern_EW_EGN_EWB> kern;
+    EndAfterTwoLevels(kern);
     line.Fail("write");
     EXPECT_EQ(kern.Weight(2, &weight, nullptr), 0);
     EXPECT_THAT(line.Trace(), EndsWith("Kern EW/EG-N/EWB - Weight\n<== O9\r\n ... FAIL\n\n"));
@@ -612,7 +612,8 @@ TEST_F(WbalanceKernTest, A_send_that_fails_in_the_chain_ends_it_without_another_
 }
 
 TEST_F(WbalanceKernTest, A_read_that_fails_in_the_chain_ends_it_without_another_send) {
-    BoundedKern kern(2);
+    Host<WbalanceKern_EW_EGN_EWB> kern;
+    EndAfterTwoLevels(kern);
     line.Answer("O9\r\n", {{"A00\r\n+   9.00 G S\r\n"}});
     EXPECT_EQ(kern.Tare(), 0);
     EXPECT_THAT(line.Sent(), ElementsAre("O9\r\n", "O9\r\n"));
@@ -620,71 +621,62 @@ TEST_F(WbalanceKernTest, A_read_that_fails_in_the_chain_ends_it_without_another_
 
 // What a host overrides
 
-class HostKern : public Kern {
- public:
-    int IsReady() override {
-        calls.push_back("IsReady");
-        return ready;
-    }
-    int Weight(long mode, double* weight, int* decimals) override {
-        calls.push_back("Weight " + std::to_string(mode) + " from " +
-                        std::to_string(std::lround(*weight * 100)) + " cg" +
-                        (decimals == nullptr ? " without decimals" : " with decimals"));
-        if (mode != 2) return Kern::Weight(mode, weight, decimals);
-        *weight = results.front();
-        results.erase(results.begin());
-        return *weight < 0.0 ? 0 : 1;
-    }
-
-    int ready = 1;
-    std::vector<double> results;
-    std::vector<std::string> calls;
-};
-
 TEST_F(WbalanceKernTest, IsReady_returns_what_the_hosts_Weight_returns_in_mode_1) {
-    class Host : public Kern {
-     public:
-        int Weight(long mode, double* grams, int* count) override {
-            asked = mode == 1 && *grams == 0.0 && count == nullptr;
-            return 7;
-        }
-        bool asked = false;
-    } host;
+    Host<WbalanceKern_EW_EGN_EWB> host;
+    host.weighing = [](long /*mode*/, double* grams, int* /*count*/) {
+        EXPECT_EQ(*grams, 0.0);
+        return 7;
+    };
     EXPECT_EQ(host.IsReady(), 7);
-    EXPECT_TRUE(host.asked);
+    EXPECT_THAT(host.calls, ElementsAre("IsReady", "Weight 1 without decimals"));
     EXPECT_THAT(line.Transcript(), ElementsAreArray(kOpened));
 }
 
+/// A host that is ready, whose immediate weights are these, one after the other; a negative one
+/// fails.
+void ShowOneByOne(Host<WbalanceKern_EW_EGN_EWB>& host, std::vector<double>& results) {
+    host.readiness = [] { return 1; };
+    host.weighing = [&host, &results](long mode, double* weight, int* decimals) {
+        if (mode != 2) return host.WbalanceKern_EW_EGN_EWB::Weight(mode, weight, decimals);
+        EXPECT_EQ(*weight, 0.0);
+        *weight = results.front();
+        results.erase(results.begin());
+        return *weight < 0.0 ? 0 : 1;
+    };
+}
+
 TEST_F(WbalanceKernTest, The_average_is_taken_from_the_hosts_Weight) {
-    HostKern host;
+    Host<WbalanceKern_EW_EGN_EWB> host;
     ASSERT_EQ(host.OpenAndSetDefCommConfig(), 1);
     line.Answer("O9\r\n", {{"A00\r\n"}});
     line.Answer("O0\r\n", {{"A00\r\n"}});
-    host.results = {1.0, 2.0, 3.0, 4.0, 5.5};
+    std::vector<double> results = {1.0, 2.0, 3.0, 4.0, 5.5};
+    ShowOneByOne(host, results);
     weight = 0.25;
 
     EXPECT_EQ(host.Weight(1, &weight, &decimals), 1);
 
     EXPECT_EQ(weight, 3.1);
-    const std::string immediate = "Weight 2 from 0 cg without decimals";
-    EXPECT_THAT(host.calls, ElementsAre("Weight 1 from 25 cg with decimals", "IsReady", immediate,
-                                        immediate, immediate, immediate, immediate));
+    const std::string immediate = "Weight 2 without decimals";
+    EXPECT_THAT(host.calls, ElementsAre("Weight 1 with decimals", "IsReady", immediate, immediate,
+                                        immediate, immediate, immediate));
 }
 
 TEST_F(WbalanceKernTest, The_average_ends_with_the_hosts_first_failure) {
-    HostKern host;
+    Host<WbalanceKern_EW_EGN_EWB> host;
     ASSERT_EQ(host.OpenAndSetDefCommConfig(), 1);
     line.Answer("O9\r\n", {{"A00\r\n"}});
     line.Answer("O0\r\n", {{"A00\r\n"}});
-    host.results = {1.0, -1.0, 3.0};
+    std::vector<double> results = {1.0, -1.0, 3.0};
+    ShowOneByOne(host, results);
     EXPECT_EQ(host.Weight(1, &weight, nullptr), 0);
     EXPECT_EQ(weight, -1.0);
-    EXPECT_THAT(host.results, ElementsAre(3.0));
+    EXPECT_THAT(results, ElementsAre(3.0));
 }
 
 TEST_F(WbalanceKernTest, A_host_that_is_not_ready_sends_nothing) {
-    HostKern host;
-    host.ready = 0;
+    Host<WbalanceKern_EW_EGN_EWB> host;
+    host.readiness = [] { return 0; };
     EXPECT_EQ(host.Tare(), 0);
     EXPECT_EQ(host.Weight(1, &weight, nullptr), 0);
     EXPECT_THAT(line.Transcript(), IsEmpty());
@@ -692,7 +684,8 @@ TEST_F(WbalanceKernTest, A_host_that_is_not_ready_sends_nothing) {
 }
 
 TEST_F(WbalanceKernTest, A_host_that_is_ready_without_a_port_gets_0) {
-    HostKern host;
+    Host<WbalanceKern_EW_EGN_EWB> host;
+    host.readiness = [] { return 1; };
     EXPECT_EQ(host.Tare(), 0);
     EXPECT_THAT(line.Transcript(), ElementsAre(R"(trace "Kern EW/EG-N/EWB - Tare\n")",
                                                R"(trace "<== T \r\n ... FAIL\n\n")"));
@@ -700,49 +693,31 @@ TEST_F(WbalanceKernTest, A_host_that_is_ready_without_a_port_gets_0) {
 
 // The transport failing at each single call of a weighing
 
-struct FailingCall {
-    std::string name;
-    int call;
-    Fault fault;
-    int result;
-    int portObjects;
-    bool open;
-    bool serialObject;
-};
-
-class WbalanceKernFailingCallTest : public WbalanceKernTest,
-                                    public testing::WithParamInterface<FailingCall> {};
-
-TEST_P(WbalanceKernFailingCallTest, Leaves_the_result_and_the_port_as_they_have_to_be) {
-    line.Answer("O8\r\n", {{"A00\r\n+  12.50 G S\r\n"}});
-    line.FailCall(GetParam().call, GetParam().fault);
-
-    EXPECT_EQ(balance.Weight(2, &weight, &decimals), GetParam().result);
-
-    EXPECT_EQ(weight, GetParam().result == 1 ? 12.5 : -1.0);
-    EXPECT_EQ(line.PortObjects(), GetParam().portObjects);
-    EXPECT_EQ(line.IsOpen(), GetParam().open);
-    EXPECT_EQ(balance.serialObject != nullptr, GetParam().serialObject);
+TEST_F(WbalanceKernTest, Weight_when_each_call_on_the_port_fails) {
+    ExpectWhenEachCallFails<WbalanceKern_EW_EGN_EWB, WithLineReadiness<Kern>>(
+        {{"open /dev/ttyS0", 0, "held"},
+         {"setBaudRate 1200", 0, "gone"},
+         {"setDataBits 8", 0, "gone"},
+         {"setParity none", 0, "gone"},
+         {"setStopBits 2", 0, "gone"},
+         {"setFlowControl none", 0, "gone"},
+         {"clear input", 0, "closed"},
+         {R"(write "O8\r\n")", 0, "open"},
+         {R"(write "O8\r\n")", 0, "open", Fault::ShortWrite},
+         {R"(write "O8\r\n")", 0, "open", Fault::HangUp},
+         {"wait 1000", 1, "open"},
+         {"wait 1000", 1, "open", Fault::EmptyRead},
+         {"wait 1000", 0, "open", Fault::HangUp},
+         {"wait 1000", 1, "open"},
+         {"wait 1000", 1, "open"}},
+        [this](auto&) { line.Answer("O8\r\n", {{"A00\r\n+  12.50 G S\r\n"}}); },
+        [this](auto& driver) {
+            weight = -1.0;
+            const int status = driver.Weight(2, &weight, &decimals);
+            EXPECT_EQ(weight, status == 1 ? 12.5 : -1.0);
+            return status;
+        });
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Calls, WbalanceKernFailingCallTest,
-    testing::Values(FailingCall{"open", 1, Fault::Refuse, 0, 1, false, true},
-                    FailingCall{"baud_rate", 2, Fault::Refuse, 0, 0, false, false},
-                    FailingCall{"data_bits", 3, Fault::Refuse, 0, 0, false, false},
-                    FailingCall{"parity", 4, Fault::Refuse, 0, 0, false, false},
-                    FailingCall{"stop_bits", 5, Fault::Refuse, 0, 0, false, false},
-                    FailingCall{"flow_control", 6, Fault::Refuse, 0, 0, false, false},
-                    FailingCall{"clear", 7, Fault::Refuse, 0, 0, false, true},
-                    FailingCall{"write", 8, Fault::Refuse, 0, 1, true, true},
-                    FailingCall{"short_write", 8, Fault::ShortWrite, 0, 1, true, true},
-                    FailingCall{"hang_up_at_the_write", 8, Fault::HangUp, 0, 1, true, true},
-                    FailingCall{"first_wait", 9, Fault::Refuse, 1, 1, true, true},
-                    FailingCall{"first_wait_without_data", 9, Fault::EmptyRead, 1, 1, true, true},
-                    FailingCall{"hang_up_at_the_wait", 9, Fault::HangUp, 0, 1, true, true},
-                    FailingCall{"second_wait", 10, Fault::Refuse, 1, 1, true, true},
-                    FailingCall{"third_wait", 11, Fault::Refuse, 1, 1, true, true}),
-    [](const auto& row) { return row.param.name; });
 
 // The parser alone
 

@@ -2,11 +2,14 @@
 #include <limits>
 
 #include "FailingCalls.h"
+#include "Host.h"
 
 using scripted::ExpectWhenEachCallFails;
 using scripted::Fault;
+using scripted::Host;
 using scripted::Open;
 using scripted::ScriptedTest;
+using scripted::Shows;
 using testing::ElementsAre;
 using testing::EndsWith;
 using testing::IsEmpty;
@@ -34,32 +37,6 @@ class WbalanceOHAUS_SPU602Test : public ScriptedTest {
     int decimals = -1;
     bool unstable = true;
     std::string left;
-};
-
-/// A host's own driver on this one.
-class HostBalance : public WbalanceOHAUS_SPU602 {
- public:
-    int IsReady() override {
-        ++readinessChecks;
-        if (OpenAndSetDefCommConfig() == 0) return 0;
-        return ready;
-    }
-    int ReadinessOfTheDriver() { return WbalanceOHAUS_SPU602::IsReady(); }
-    int Weight(long mode, double* weight, int* decimals) override {
-        ++weighings;
-        modeSeen = mode;
-        decimalsSeen = decimals;
-        *weight = reading;
-        return result;
-    }
-
-    int readinessChecks = 0;
-    int ready = 1;
-    int weighings = 0;
-    long modeSeen = -1;
-    int* decimalsSeen = &weighings;
-    double reading = 0.0;
-    int result = 1;
 };
 
 // Construction
@@ -125,12 +102,10 @@ TEST_F(WbalanceOHAUS_SPU602Test, IsReady_refuses_a_negative_port_number_before_a
 }
 
 TEST_F(WbalanceOHAUS_SPU602Test, IsReady_takes_mode_1_of_a_derived_class_with_null_decimals) {
-    HostBalance host;
-    host.result = 7;
-    EXPECT_EQ(host.ReadinessOfTheDriver(), 7);
-    EXPECT_EQ(host.weighings, 1);
-    EXPECT_EQ(host.modeSeen, 1);
-    EXPECT_EQ(host.decimalsSeen, nullptr);
+    Host<WbalanceOHAUS_SPU602> host;
+    host.weighing = [](long, double*, int*) { return 7; };
+    EXPECT_EQ(host.IsReady(), 7);
+    EXPECT_THAT(host.calls, ElementsAre("IsReady", "Weight 1 without decimals"));
     EXPECT_THAT(line.Sent(), IsEmpty());
 }
 
@@ -227,19 +202,17 @@ TEST_F(WbalanceOHAUS_SPU602Test, Tare_discards_what_is_printed_unasked_during_it
 }
 
 TEST_F(WbalanceOHAUS_SPU602Test, Tare_uses_a_derived_class_for_readiness_and_the_check) {
-    HostBalance host;
+    Host<WbalanceOHAUS_SPU602> host;
+    host.readiness = [&host] { return host.OpenAndSetDefCommConfig(); };
+    host.weighing = Shows(0.0);
     EXPECT_EQ(host.Tare(), 1);
-    EXPECT_EQ(host.readinessChecks, 1);
-    EXPECT_EQ(host.weighings, 1);
-    EXPECT_EQ(host.modeSeen, 0);
-    EXPECT_EQ(host.decimalsSeen, nullptr);
+    EXPECT_THAT(host.calls, ElementsAre("IsReady", "Weight 0 without decimals"));
     EXPECT_THAT(line.Sent(), ElementsAre("T\r\n"));
-    host.result = 0;
+    host.weighing = Shows(0.0, 0);
     EXPECT_EQ(host.Tare(), 0);
-    host.result = 1;
-    host.reading = std::numeric_limits<double>::quiet_NaN();
+    host.weighing = Shows(std::numeric_limits<double>::quiet_NaN());
     EXPECT_EQ(host.Tare(), 0);
-    host.ready = 0;
+    host.readiness = [] { return 0; };
     line.Forget();
     EXPECT_EQ(host.Tare(), 0);
     EXPECT_THAT(line.Sent(), IsEmpty());

@@ -3,10 +3,11 @@
 #include <functional>
 
 #include "Dialogue.h"
-#include "ScriptedTest.h"
+#include "Host.h"
 
 using scripted::Dialogue;
 using scripted::Fault;
+using scripted::Host;
 using scripted::Open;
 using scripted::ScriptedTest;
 using testing::ElementsAre;
@@ -178,36 +179,26 @@ TEST_F(WbalanceRadwagTest,
     }
 }
 
-class OwnReadiness : public Open<WbalanceRadwag> {
- public:
-    int IsReady() override {
-        ++asked;
-        return ready ? Open<WbalanceRadwag>::IsReady() : 0;
-    }
-    int asked = 0;
-    bool ready = true;
-};
-
 TEST_F(WbalanceRadwagTest,
        Every_operation_asks_a_hosts_own_readiness_and_sends_nothing_after_its_0) {
-    OwnReadiness own;
-    own.ready = false;
+    Host<WbalanceRadwag> own;
+    own.readiness = [] { return 0; };
     for (const Operation& operation : kOperations) {
         SCOPED_TRACE(operation.name);
-        own.asked = 0;
+        own.calls.clear();
         EXPECT_EQ(operation.call(own), 0);
-        EXPECT_EQ(own.asked, 1);
+        EXPECT_EQ(own.ReadinessChecks(), 1);
     }
     EXPECT_THAT(line.Transcript(), IsEmpty());
 }
 
 TEST_F(WbalanceRadwagTest, Tare_and_mode_1_ask_a_hosts_own_readiness_for_each_of_their_steps) {
-    OwnReadiness own;
+    Host<WbalanceRadwag> own;
     EXPECT_EQ(own.Tare(), 0);
-    EXPECT_EQ(own.asked, 3);
-    own.asked = 0;
+    EXPECT_EQ(own.ReadinessChecks(), 3);
+    own.calls.clear();
     EXPECT_EQ(WeightOf(own, 1), 0);
-    EXPECT_EQ(own.asked, 3);
+    EXPECT_EQ(own.ReadinessChecks(), 3);
 }
 
 // Tare and zero, once
@@ -609,39 +600,30 @@ TEST_F(WbalanceRadwagTest, Mode_1_of_a_silent_balance_fails_after_six_silent_rea
     EXPECT_EQ(line.Now(), 19800);
 }
 
-class OwnWeight : public Open<WbalanceRadwag> {
- public:
-    int Weight(long mode, double* weight, int* decimals) override {
-        calls.push_back(mode);
-        if (mode == 1) return Open<WbalanceRadwag>::Weight(mode, weight, decimals);
-        pointersKept = pointersKept && weight == expectedWeight && decimals == expectedDecimals;
-        *weight = static_cast<double>(mode);
-        return mode == succeeding ? 7 : 0;
-    }
-    std::vector<long> calls;
-    double* expectedWeight = nullptr;
-    int* expectedDecimals = nullptr;
-    bool pointersKept = true;
-    long succeeding = 0;
-};
-
 TEST_F(WbalanceRadwagTest, Mode_1_asks_a_hosts_own_weight_for_modes_0_and_2_and_passes_its_result) {
-    OwnWeight own;
-    own.expectedWeight = &weight;
-    own.expectedDecimals = &decimals;
+    Host<WbalanceRadwag> own;
+    std::vector<long> asked;
+    long succeeding = 0;
+    own.weighing = [&](long mode, double* grams, int* count) {
+        asked.push_back(mode);
+        if (mode == 1) return own.WbalanceRadwag::Weight(mode, grams, count);
+        EXPECT_EQ(grams, &weight);
+        EXPECT_EQ(count, &decimals);
+        *grams = static_cast<double>(mode);
+        return mode == succeeding ? 7 : 0;
+    };
     EXPECT_EQ(own.Weight(1, &weight, &decimals), 7);
-    EXPECT_THAT(own.calls, ElementsAre(1, 0));
+    EXPECT_THAT(asked, ElementsAre(1, 0));
 
-    own.calls.clear();
-    own.succeeding = 2;
+    asked.clear();
+    succeeding = 2;
     EXPECT_EQ(own.Weight(1, &weight, &decimals), 7);
-    EXPECT_THAT(own.calls, ElementsAre(1, 0, 2));
+    EXPECT_THAT(asked, ElementsAre(1, 0, 2));
 
-    own.calls.clear();
-    own.succeeding = -1;
+    asked.clear();
+    succeeding = -1;
     EXPECT_EQ(own.Weight(1, &weight, &decimals), 0);
-    EXPECT_THAT(own.calls, ElementsAre(1, 0, 2));
-    EXPECT_TRUE(own.pointersKept);
+    EXPECT_THAT(asked, ElementsAre(1, 0, 2));
     EXPECT_THAT(line.Sent(), IsEmpty());
 }
 

@@ -3,10 +3,13 @@
 #include <limits>
 
 #include "FailingCalls.h"
+#include "Host.h"
 
 using scripted::ExpectWhenEachCallFails;
+using scripted::Host;
 using scripted::Open;
 using scripted::ScriptedTest;
+using scripted::Shows;
 using testing::ElementsAre;
 using testing::EndsWith;
 using testing::IsEmpty;
@@ -41,24 +44,6 @@ class WbalanceSartoriusTest : public ScriptedTest {
     Open<WbalanceSartorius> balance;
     double weight = -1.0;
     int decimals = -1;
-};
-
-/// A host's own driver on this one: its Weight is the one that the operations call.
-class HostBalance : public WbalanceSartorius {
- public:
-    int Weight(long mode, double* weight, int* decimals) override {
-        ++calls;
-        modeSeen = mode;
-        decimalsSeen = decimals;
-        *weight = reading;
-        return result;
-    }
-
-    int calls = 0;
-    long modeSeen = -1;
-    int* decimalsSeen = &calls;
-    double reading = 0.0;
-    int result = 1;
 };
 
 // Construction
@@ -118,12 +103,10 @@ TEST_F(WbalanceSartoriusTest, IsReady_refuses_a_negative_port_number_before_anyt
 }
 
 TEST_F(WbalanceSartoriusTest, IsReady_takes_mode_1_of_a_derived_class_with_null_decimals) {
-    HostBalance host;
-    host.result = 7;
+    Host<WbalanceSartorius> host;
+    host.weighing = [](long, double*, int*) { return 7; };
     EXPECT_EQ(host.IsReady(), 7);
-    EXPECT_EQ(host.calls, 1);
-    EXPECT_EQ(host.modeSeen, 1);
-    EXPECT_EQ(host.decimalsSeen, nullptr);
+    EXPECT_THAT(host.calls, ElementsAre("IsReady", "Weight 1 without decimals"));
     EXPECT_THAT(line.Sent(), IsEmpty());
 }
 
@@ -199,18 +182,16 @@ TEST_F(WbalanceSartoriusTest, Tare_of_an_overloaded_balance_succeeds_because_its
 }
 
 TEST_F(WbalanceSartoriusTest, Tare_checks_with_mode_0_of_a_derived_class_and_null_decimals) {
-    HostBalance host;
+    Host<WbalanceSartorius> host;
     ASSERT_EQ(host.OpenAndSetDefCommConfig(), 1);
     line.Forget();
+    host.weighing = Shows(0.0);
     EXPECT_EQ(host.Tare(), 1);
-    EXPECT_EQ(host.calls, 1);
-    EXPECT_EQ(host.modeSeen, 0);
-    EXPECT_EQ(host.decimalsSeen, nullptr);
+    EXPECT_THAT(host.calls, ElementsAre("Weight 0 without decimals"));
     EXPECT_THAT(line.Sent(), ElementsAre(kCancel, kTare));
-    host.result = 0;
+    host.weighing = Shows(0.0, 0);
     EXPECT_EQ(host.Tare(), 0);
-    host.result = 1;
-    host.reading = std::numeric_limits<double>::quiet_NaN();
+    host.weighing = Shows(std::numeric_limits<double>::quiet_NaN());
     EXPECT_EQ(host.Tare(), 0);
 }
 
@@ -346,16 +327,14 @@ TEST_F(WbalanceSartoriusTest, TareSet_may_fail_a_hundredth_off) {
 }
 
 TEST_F(WbalanceSartoriusTest, TareSet_checks_with_mode_0_of_a_derived_class_and_null_decimals) {
-    HostBalance host;
+    Host<WbalanceSartorius> host;
     ASSERT_EQ(host.OpenAndSetDefCommConfig(), 1);
     line.Forget();
-    host.reading = -5.0;
+    host.weighing = Shows(-5.0);
     EXPECT_EQ(host.TareSet(5.0), 1);
-    EXPECT_EQ(host.calls, 1);
-    EXPECT_EQ(host.modeSeen, 0);
-    EXPECT_EQ(host.decimalsSeen, nullptr);
+    EXPECT_THAT(host.calls, ElementsAre("Weight 0 without decimals"));
     EXPECT_THAT(line.Sent(), ElementsAre(kCancel, kTare, kPreset500, kStore));
-    host.result = 0;
+    host.weighing = Shows(-5.0, 0);
     EXPECT_EQ(host.TareSet(5.0), 0);
 }
 

@@ -95,10 +95,7 @@ TEST_F(WbalanceSetra_EL_2000STest, Tare_asks_the_hosts_readiness_and_its_Weight_
     Host<WbalanceSetra_EL_2000S> host;
     ASSERT_EQ(host.OpenAndSetDefCommConfig(), 1);
     host.readiness = [] { return 1; };
-    host.weighing = [](long, double* grams, int*) {
-        *grams = 0.0;
-        return 1;
-    };
+    host.weighing = Shows(0.0);
     EXPECT_EQ(host.Tare(), 1);
     EXPECT_THAT(host.calls, ElementsAre("IsReady", "Weight 0 without decimals"));
 }

@@ -2,11 +2,14 @@
 #include <limits>
 
 #include "../FailingCalls.h"
+#include "../Host.h"
 
 using scripted::ExpectWhenEachCallFails;
 using scripted::Fault;
+using scripted::Host;
 using scripted::Open;
 using scripted::ScriptedTest;
+using scripted::Shows;
 using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;
@@ -46,34 +49,10 @@ class WbalanceMettlerPMTest : public ScriptedTest {
     int decimals = -1;
 };
 
-/// A host's own driver on this one.
-class HostBalance : public WbalanceMettlerPM {
- public:
-    int IsReady() override {
-        ++readinessChecks;
-        if (OpenAndSetDefCommConfig() == 0) return 0;
-        return ready;
-    }
-    int Weight(long mode, double* weight, int* decimals) override {
-        ++weighings;
-        modeSeen = mode;
-        decimalsSeen = decimals;
-        *weight = reading;
-        return result;
-    }
-    int WeightOfTheDriver(long mode, double* weight) {
-        return WbalanceMettlerPM::Weight(mode, weight, nullptr);
-    }
-    using WbalanceMettlerPM::protocolCode;
-
-    int readinessChecks = 0;
-    int ready = 1;
-    int weighings = 0;
-    long modeSeen = -1;
-    int* decimalsSeen = &weighings;
-    double reading = 0.0;
-    int result = 1;
-};
+/// A host's readiness that opens the port and sends nothing.
+void OpenWhenAsked(Host<WbalanceMettlerPM>& host) {
+    host.readiness = [&host] { return host.OpenAndSetDefCommConfig(); };
+}
 
 // Construction
 
@@ -382,21 +361,20 @@ TEST_F(WbalanceMettlerPMTest, Tare_in_MT_SICS_succeeds_on_an_overload_because_it
 }
 
 TEST_F(WbalanceMettlerPMTest, Tare_uses_a_derived_class_for_readiness_and_the_check) {
-    HostBalance host;
+    Host<WbalanceMettlerPM> host;
+    OpenWhenAsked(host);
+    host.weighing = Shows(0.0);
     EXPECT_EQ(host.Tare(), 1);
-    EXPECT_EQ(host.readinessChecks, 1);
-    EXPECT_EQ(host.weighings, 1);
-    EXPECT_EQ(host.modeSeen, 0);
-    EXPECT_EQ(host.decimalsSeen, nullptr);
+    EXPECT_THAT(host.calls, ElementsAre("IsReady", "Weight 0 without decimals"));
     EXPECT_THAT(line.Sent(), ElementsAre("T\r\n"));
 
-    host.result = 0;
+    host.weighing = Shows(0.0, 0);
     EXPECT_EQ(host.Tare(), 0);
-    host.result = 2;
+    host.weighing = Shows(0.0, 2);
     EXPECT_EQ(host.Tare(), 1);
-    host.reading = std::numeric_limits<double>::quiet_NaN();
+    host.weighing = Shows(std::numeric_limits<double>::quiet_NaN(), 2);
     EXPECT_EQ(host.Tare(), 0);
-    host.ready = 0;
+    host.readiness = [] { return 0; };
     line.Forget();
     EXPECT_EQ(host.Tare(), 0);
     EXPECT_THAT(line.Sent(), IsEmpty());
@@ -768,18 +746,12 @@ TEST_F(WbalanceMettlerPMTest, Mode_1_whose_sending_fails_in_the_first_pass_is_0)
     EXPECT_THAT(line.Sleeps(), ElementsAre(500, 1000));
 }
 
-class ReadinessThatWeighs : public Open<WbalanceMettlerPM> {
- public:
-    int IsReady() override {
-        *weight = 7.0;
-        return OpenAndClear();
-    }
-    double* weight = nullptr;
-};
-
 TEST_F(WbalanceMettlerPMTest, Mode_1_stores_the_0_of_its_failure_after_a_hosts_own_readiness) {
-    ReadinessThatWeighs own;
-    own.weight = &weight;
+    Host<WbalanceMettlerPM> own;
+    own.readiness = [this, &own] {
+        weight = 7.0;
+        return own.OpenAndClear();
+    };
     EXPECT_EQ(own.Weight(1, &weight, nullptr), 0);
     EXPECT_EQ(weight, 0.0);
 }
@@ -809,14 +781,15 @@ TEST_F(WbalanceMettlerPMTest, A_failing_readiness_check_is_a_weight_of_0_with_re
 }
 
 TEST_F(WbalanceMettlerPMTest, Weight_uses_the_readiness_check_of_a_derived_class) {
-    HostBalance host;
+    Host<WbalanceMettlerPM> host;
+    OpenWhenAsked(host);
     line.Answer("S\r\n", {{"S       12.34 g\r\n"}});
-    EXPECT_EQ(host.WeightOfTheDriver(0, &weight), 1);
+    EXPECT_EQ(host.Weight(0, &weight, nullptr), 1);
     EXPECT_EQ(weight, 12.34);
-    EXPECT_EQ(host.readinessChecks, 1);
+    EXPECT_EQ(host.ReadinessChecks(), 1);
     EXPECT_THAT(line.Sent(), ElementsAre("S\r\n"));
-    host.ready = 0;
-    EXPECT_EQ(host.WeightOfTheDriver(0, &weight), 0);
+    host.readiness = [] { return 0; };
+    EXPECT_EQ(host.Weight(0, &weight, nullptr), 0);
     EXPECT_EQ(weight, 0.0);
 }
 
@@ -924,16 +897,16 @@ TEST_F(WbalanceMettlerPMTest, TareSet_before_any_IsReady_goes_the_standard_way_w
 }
 
 TEST_F(WbalanceMettlerPMTest, TareSet_in_standard_PM_uses_a_derived_class_for_every_step) {
-    HostBalance host;
+    Host<WbalanceMettlerPM> host;
+    OpenWhenAsked(host);
+    host.weighing = Shows(0.0);
     EXPECT_EQ(host.TareSet(5.0), 1);
-    EXPECT_EQ(host.readinessChecks, 2);
-    EXPECT_EQ(host.weighings, 2);
-    EXPECT_EQ(host.modeSeen, 0);
-    EXPECT_EQ(host.decimalsSeen, nullptr);
+    EXPECT_THAT(host.calls, ElementsAre("IsReady", "Weight 0 without decimals", "IsReady",
+                                        "Weight 0 without decimals"));
     EXPECT_THAT(line.Sent(), ElementsAre("T\r\n", "B 5.00\r\n"));
 }
 
-class HostTare : public HostBalance {
+class HostTare : public Host<WbalanceMettlerPM> {
  public:
     int Tare() override { return 0; }
 };
@@ -941,7 +914,7 @@ class HostTare : public HostBalance {
 TEST_F(WbalanceMettlerPMTest, TareSet_in_standard_PM_uses_the_tare_of_a_derived_class) {
     HostTare host;
     EXPECT_EQ(host.TareSet(5.0), 0);
-    EXPECT_EQ(host.readinessChecks, 0);
+    EXPECT_THAT(host.calls, IsEmpty());
     EXPECT_THAT(line.Sent(), IsEmpty());
 }
 
@@ -1051,20 +1024,22 @@ TEST_F(WbalanceMettlerPMTest, TareSet_in_MT_SICS_when_each_call_on_the_port_fail
 }
 
 TEST_F(WbalanceMettlerPMTest, TareSet_in_MT_SICS_uses_the_readiness_check_of_a_derived_class) {
-    HostBalance host;
+    Host<WbalanceMettlerPM> host;
+    OpenWhenAsked(host);
     host.protocolCode = kSics;
     line.Answer("T\r\n", {{"T S       0.00 g\r\n"}});
     EXPECT_EQ(host.TareSet(5.0), 1);
-    EXPECT_EQ(host.readinessChecks, 1);
-    EXPECT_EQ(host.weighings, 0);
-    host.ready = 0;
+    EXPECT_THAT(host.calls, ElementsAre("IsReady"));
+    host.readiness = [] { return 0; };
     EXPECT_EQ(host.TareSet(5.0), 0);
 }
 
 using WbalanceMettlerPMDeathTest = WbalanceMettlerPMTest;
 
 TEST_F(WbalanceMettlerPMDeathTest, A_preset_of_28_characters_ends_the_process_in_standard_PM) {
-    HostBalance host;
+    Host<WbalanceMettlerPM> host;
+    OpenWhenAsked(host);
+    host.weighing = Shows(0.0);
     EXPECT_EQ(host.TareSet(1e24), 1);
     EXPECT_EXIT(host.TareSet(5e24), testing::KilledBySignal(SIGABRT),
                 "libwbalance: a preset-tare command does not fit its buffer of 32 bytes");

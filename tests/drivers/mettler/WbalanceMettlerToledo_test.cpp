@@ -1,10 +1,12 @@
 #include "../Dialogue.h"
 #include "../FailingCalls.h"
+#include "../Host.h"
 
 using scripted::Dialogue;
 using scripted::ExpectWhenEachCallFails;
 using scripted::FailingCall;
 using scripted::Fault;
+using scripted::Host;
 using scripted::Open;
 using scripted::Reply;
 using scripted::ScriptedTest;
@@ -161,20 +163,9 @@ TEST_F(WbalanceMettlerToledoTest, Without_a_serial_object_every_operation_fails_
     EXPECT_THAT(line.Transcript(), IsEmpty());
 }
 
-/// A host's driver with a readiness of its own.
-class HostBalance : public Open<WbalanceMettlerToledo> {
- public:
-    int IsReady() override {
-        ++calls;
-        return ready ? OpenAndClear() : 0;
-    }
-
-    bool ready = true;
-    int calls = 0;
-};
-
 TEST_F(WbalanceMettlerToledoTest, Tare_and_Weight_use_the_readiness_of_a_derived_class) {
-    HostBalance host;
+    Host<WbalanceMettlerToledo> host;
+    host.readiness = [&host] { return host.OpenAndClear(); };
     line.Answer("Z\r\n", {{"Z A\r\n"}});
     line.Answer("S\r\n", {{"S S      1.50 g\r\n"}});
     line.Answer("SI\r\n", {{"S S      2.50 g\r\n"}});
@@ -185,13 +176,13 @@ TEST_F(WbalanceMettlerToledoTest, Tare_and_Weight_use_the_readiness_of_a_derived
     EXPECT_EQ(host.Weight(2, &weight, nullptr), 1);
     EXPECT_EQ(weight, 2.5);
 
-    EXPECT_EQ(host.calls, 3);
+    EXPECT_EQ(host.ReadinessChecks(), 3);
     EXPECT_THAT(line.Sent(), ElementsAre("Z\r\n", "S\r\n", "SI\r\n"));
 }
 
 TEST_F(WbalanceMettlerToledoTest, Nothing_is_sent_when_the_readiness_of_a_derived_class_fails) {
-    HostBalance host;
-    host.ready = false;
+    Host<WbalanceMettlerToledo> host;
+    host.readiness = [] { return 0; };
 
     EXPECT_EQ(host.Tare(), 0);
     for (const long mode : {0, 1, 2}) {
@@ -200,20 +191,21 @@ TEST_F(WbalanceMettlerToledoTest, Nothing_is_sent_when_the_readiness_of_a_derive
         EXPECT_EQ(weight, 0.0);
     }
 
-    EXPECT_EQ(host.calls, 4);
+    EXPECT_EQ(host.ReadinessChecks(), 4);
     EXPECT_THAT(line.Transcript(), IsEmpty());
 }
 
 TEST_F(WbalanceMettlerToledoTest, A_derived_class_without_a_serial_object_is_not_asked) {
-    HostBalance host;
+    Host<WbalanceMettlerToledo> host;
+    host.readiness = [&host] { return host.OpenAndClear(); };
     host.timeoutSeconds = 61;
     host.IsReady();
-    host.calls = 0;
+    host.calls.clear();
 
     EXPECT_EQ(host.Tare(), 0);
     EXPECT_EQ(host.Weight(1, &weight, nullptr), 0);
 
-    EXPECT_EQ(host.calls, 0);
+    EXPECT_EQ(host.ReadinessChecks(), 0);
 }
 
 // Tare, which is a zeroing.
