@@ -297,9 +297,10 @@ TEST(Detect, Prints_the_command_line_and_the_call_for_what_it_found) {
         "  wbalance weigh --driver mettler-toledo --port 2 --usb\n"
         "  WbalanceMettlerToledo balance; balance.SetCommPort(2); "
         "balance.SetCommConfig(2400, 2, 7, 0, 0, 1, 'U');\n"
-        "  The balance does not say that it is a PR, XS or SB32001. If it is one, its own driver "
-        "can more:\n"
-        "  --driver mettler-pr2003, mettler-xs or mettler-sb32001.\n");
+        "  The balance does not tell its model. If it is one of these, its own driver can more:\n"
+        "  --driver mettler-pr2003   PR2003 and the PR line\n"
+        "  --driver mettler-xs       XS\n"
+        "  --driver mettler-sb32001  SB32001\n");
     EXPECT_THAT(ran.errors, StartsWith("trying 2400,7E1\n"));
     EXPECT_EQ(ran.exitCode, 0);
 }

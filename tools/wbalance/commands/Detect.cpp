@@ -7,6 +7,7 @@
 #include "ToolError.h"
 #include "detect/Detector.h"
 #include "line/PortTrouble.h"
+#include "output/Columns.h"
 #include "output/Json.h"
 #include "output/Stream.h"
 #include "process/Session.h"
@@ -58,12 +59,12 @@ void Report(const Options& options, PortNumber port, const Detection& found) {
     PrintLine("  wbalance weigh --driver " + driver.name + " " + PortArguments(options) +
               (own ? "" : " --line " + found.line.Text()));
     PrintLine("  " + driver.driverClass + " balance; " + CallsFor(port, found.line));
-    if (found.driver == "mettler-toledo") {
-        PrintLine(
-            "  The balance does not say that it is a PR, XS or SB32001. If it is one, its own "
-            "driver can more:");
-        PrintLine("  --driver mettler-pr2003, mettler-xs or mettler-sb32001.");
-    }
+    const auto models = ModelsLike(driver);
+    if (models.empty()) return;
+    PrintLine(
+        "  The balance does not tell its model. If it is one of these, its own driver can more:");
+    for (const DriverInfo* model : models)
+        PrintLine("  --driver " + Padded(model->name, 16) + " " + model->models);
 }
 
 std::string TextOf(const std::vector<LineSettings>& settings) {

@@ -21,10 +21,8 @@ void AddOnce(std::vector<LineSettings>& settings, const LineSettings& line) {
 }
 
 bool IsDeliveredWith(const Probe& probe, const LineSettings& line) {
-    return std::any_of(Drivers().begin(), Drivers().end(), [&](const DriverInfo& driver) {
-        return driver.line == line && std::find(probe.drivers.begin(), probe.drivers.end(),
-                                                driver.name) != probe.drivers.end();
-    });
+    return std::any_of(probe.drivers.begin(), probe.drivers.end(),
+                       [&](const DriverInfo* driver) { return driver->line == line; });
 }
 
 }  // namespace
@@ -69,18 +67,19 @@ bool Detector::TryProbe(BalanceProcess& balance, const Connection& connection, c
     if (!heard_) return false;
     // Before the first question the instrument may hold half a command, from what was sent at other
     // settings; it complains about that.
-    if (probe.driverFor(answer).empty())
+    if (probe.DriverFor(answer) == nullptr)
         answer = AskAgain(balance, connection, probe.command, answer);
-    const std::string driver = probe.driverFor(answer);
-    if (driver.empty()) {
+    const DriverInfo* driver = probe.DriverFor(answer);
+    if (driver == nullptr) {
         NoteStranger(answer, connection.line);
         return false;
     }
     // One answer may be chance: noise, or the end of a line that someone else asked for.
-    if (probe.driverFor(AskAgain(balance, connection, probe.command, "")) != driver) return false;
-    found_ = {driver, connection.line, answer, false, false, connection.line, {}};
-    if (driver == "mettler-toledo")
-        found_.driver = DriverForModel(AskAgain(balance, connection, "I2\r\n", ""));
+    if (probe.DriverFor(AskAgain(balance, connection, probe.command, "")) != driver) return false;
+    found_ = {driver->name, connection.line, answer, false, false, connection.line, {}};
+    const std::string& forModel = driver->recognition.modelQuestion;
+    if (!forModel.empty())
+        found_.driver = DriverForModel(*driver, AskAgain(balance, connection, forModel, "")).name;
     return true;
 }
 

@@ -1,30 +1,30 @@
 #pragma once
 
-#include <optional>
 #include <string>
 #include <vector>
 
-#include "readings/Reading.h"
+#include "drivers/DriverTable.h"
 
 namespace tool {
 
-/// A question that changes nothing on any instrument, and who answers it how.
-///
-/// Only requests for a reading are used. "B\r", Gibertini's request, would preset a tare on a
-/// Mettler PM; it is asked where nothing else has been answered, for a PM answers the first
-/// question. The carriage return ahead of it ends what the questions without a line end have left.
+/// A question that changes nothing on any instrument, and who answers it how: what the rows of the
+/// drivers say about it, taken together.
 struct Probe {
     std::string command;
-    /// The driver whose instrument answers so; empty when the answer is none of those.
-    std::string (*driverFor)(const std::string& answer);
-    std::vector<std::string> drivers;  ///< that it can find
+    std::vector<const DriverInfo*> drivers;  ///< that it can find
+
+    /// The driver whose instrument answers so; null when the answer is none of those.
+    const DriverInfo* DriverFor(const std::string& answer) const;
 };
 
 /// The questions in the order in which they are asked.
 const std::vector<Probe>& Probes();
 
-/// The model behind an MT-SICS balance's answer to "I2\r\n", as a driver's name:
-/// I2 A "PR2003 2100.000 g".
-std::string DriverForModel(const std::string& answer);
+/// The drivers of the models that answer like the instrument of `found` and are only told from it
+/// by its question for the model.
+std::vector<const DriverInfo*> ModelsLike(const DriverInfo& found);
+
+/// The driver of the model that the answer to that question shows; `found` where it shows none.
+const DriverInfo& DriverForModel(const DriverInfo& found, const std::string& answer);
 
 }  // namespace tool

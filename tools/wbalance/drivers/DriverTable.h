@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "Recognition.h"
 #include "line/LineSettings.h"
 #include "process/Request.h"
 #include "readings/Dialect.h"
@@ -54,6 +55,7 @@ struct DriverInfo {
     /// Commands that the instrument answers at once, one after the other, where it says nothing to
     /// a request until its pan is at rest. Empty where it always says something.
     std::vector<std::string> question = {};
+    Recognition recognition = {};  ///< how its instrument is found on a port
 
     double leastPresetTare = 0.0;           ///< grams
     double greatestPresetTare = 999999.99;  ///< grams

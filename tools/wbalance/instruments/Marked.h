@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Answers.h"
 #include "Operations.h"
 #include "drivers/Factory.h"
 
@@ -7,12 +8,13 @@
 namespace tool {
 
 template <class Driver>
-DriverInfo Marked(const char* maker, const char* models) {
+DriverInfo Marked(const char* maker, const char* models, const char* request) {
     // The driver's own check wants a stable weight, also before one that may be moving.
     DriverInfo driver{maker, models, ReadMarked, Quiet<Driver>};
     driver.readyFirst = true;
     driver.modes = "stable and auto: five requests for a stable weight; now: also while moving";
     driver.operations = {{Operation::Tare, Weighed(Tare)}};
+    driver.recognition.asked = {{request, IsWeight<ReadMarked>}};
     return driver;
 }
 

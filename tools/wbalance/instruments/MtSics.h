@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Answers.h"
 #include "Operations.h"
 #include "drivers/Factory.h"
 
@@ -11,11 +12,18 @@ inline constexpr char kMtModes[] = "stable: S; auto: S, else the mean of five SI
 // @ ends the waiting of a command that has not been answered; it keeps zero and tare.
 inline const std::vector<std::string> kMtQuestion = {"@\r\n", "SI\r\n"};
 
+inline constexpr char kMtSics[] = "MT-SICS";
+inline constexpr char kMtRequest[] = "SI\r\n";
+
+/// A model that answers a request for a weight as every MT-SICS balance does; `mark` is in its
+/// answer to the question for the model.
 template <class Driver>
-DriverInfo MettlerWithPanel(const char* models) {
+DriverInfo MettlerWithPanel(const char* models, const char* mark) {
     DriverInfo driver{"Mettler Toledo", models, ReadMtSics, Plain<Driver>};
     driver.modes = kMtModes;
     driver.question = kMtQuestion;
+    driver.recognition.protocol = kMtSics;
+    driver.recognition.modelMark = mark;
     driver.operations = {
         {Operation::Tare, Trusted(Tare)},
         {Operation::PresetTare,
@@ -27,8 +35,8 @@ DriverInfo MettlerWithPanel(const char* models) {
 }
 
 template <class Driver>
-DriverInfo MettlerWithSwitch(const char* models) {
-    DriverInfo driver = MettlerWithPanel<Driver>(models);
+DriverInfo MettlerWithSwitch(const char* models, const char* mark) {
+    DriverInfo driver = MettlerWithPanel<Driver>(models, mark);
     driver.operations[Operation::SwitchOn] = Answered(SwitchOn<Driver>, "PWR 1", "PWR A");
     driver.operations[Operation::SwitchOff] = Answered(SwitchOff<Driver>, "PWR 0", "PWR A");
     return driver;

@@ -6,7 +6,7 @@ namespace tool {
 
 template <>
 DriverInfo InfoOf<WbalanceDIC_XL1800>() {
-    return Marked<WbalanceDIC_XL1800>("Denver Instrument", "XL-1800");
+    return Marked<WbalanceDIC_XL1800>("Denver Instrument", "XL-1800", "?1");
 }
 
 }  // namespace tool

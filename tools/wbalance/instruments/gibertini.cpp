@@ -1,5 +1,6 @@
 #include <wbalance/WbalanceGibertini.h>
 
+#include "Answers.h"
 #include "Operations.h"
 #include "drivers/Factory.h"
 
@@ -15,6 +16,11 @@ DriverInfo InfoOf<WbalanceGibertini>() {
         "is not stable";
     // Its record says that it is taring (T), and whether the pan is at rest (S) or not yet.
     driver.operations = {{Operation::Tare, Answered(Tare, "T", "TS")}};
+    // "B\r", its request, would preset a tare on a Mettler PM, which answers the first question and
+    // is found by it. The carriage return in front ends what questions without a line end have
+    // left, which a Gibertini would take for the beginning of this one.
+    driver.recognition.asked = {{"\rB\r", Means<ReadGibertini>}};
+    driver.recognition.askedLast = true;
     return driver;
 }
 

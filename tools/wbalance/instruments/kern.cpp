@@ -1,9 +1,17 @@
 #include <wbalance/WbalanceKern_EW_EGN_EWB.h>
 
+#include "Answers.h"
 #include "Operations.h"
 #include "drivers/Factory.h"
 
 namespace tool {
+namespace {
+
+bool IsWrongCommand(const std::string& answer) {
+    return StartsWith(answer, "E01");
+}
+
+}  // namespace
 
 template <>
 DriverInfo InfoOf<WbalanceKern_EW_EGN_EWB>() {
@@ -13,6 +21,8 @@ DriverInfo InfoOf<WbalanceKern_EW_EGN_EWB>() {
         "stable: O9, 5 s, and no weight when its status is blank; auto: O9, else the mean of five "
         "O8; now: O8";
     driver.operations = {{Operation::Tare, Trusted(Tare)}};
+    driver.recognition.asked = {{"O8\r\n", Means<ReadKern>}};
+    driver.recognition.overheard = {{"SI\r\n", IsWrongCommand}};
     return driver;
 }
 

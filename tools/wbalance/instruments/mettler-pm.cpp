@@ -3,6 +3,16 @@
 #include "MtSics.h"
 
 namespace tool {
+namespace {
+
+// "SD      12.34 g"; what MT-SICS answers is another family's, until its model tells that it is a
+// PM.
+bool IsPmAnswer(const std::string& answer) {
+    if (StartsWith(answer, "SI+") || StartsWith(answer, "SI-")) return true;
+    return IsWeight<ReadPm>(answer) && !Means<ReadMtSics>(answer);
+}
+
+}  // namespace
 
 template <>
 DriverInfo InfoOf<WbalanceMettlerPM>() {
@@ -10,6 +20,9 @@ DriverInfo InfoOf<WbalanceMettlerPM>() {
                       Plain<WbalanceMettlerPM>};
     driver.modes = kMtModes;
     driver.question = kMtQuestion;
+    driver.recognition.asked = {{kMtRequest, IsPmAnswer}};
+    driver.recognition.protocol = kMtSics;
+    driver.recognition.modelMark = "PM";
     auto preset = Weighed(PresetTareOnceReady,
                           "tares first; with MT-SICS the tare that this gives is added to it");
     preset.command = "TA ";

@@ -6,7 +6,7 @@ namespace tool {
 
 template <>
 DriverInfo InfoOf<WbalanceMettlerPR2003>() {
-    return MettlerWithSwitch<WbalanceMettlerPR2003>("PR2003 and the PR line");
+    return MettlerWithSwitch<WbalanceMettlerPR2003>("PR2003 and the PR line", "PR");
 }
 
 }  // namespace tool

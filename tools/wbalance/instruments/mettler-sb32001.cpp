@@ -6,7 +6,7 @@ namespace tool {
 
 template <>
 DriverInfo InfoOf<WbalanceMettlerSB32001>() {
-    return MettlerWithPanel<WbalanceMettlerSB32001>("SB32001");
+    return MettlerWithPanel<WbalanceMettlerSB32001>("SB32001", "SB");
 }
 
 }  // namespace tool

@@ -3,6 +3,14 @@
 #include "MtSics.h"
 
 namespace tool {
+namespace {
+
+// "S S     100.00 g"; the name of the command behind the first S would be another maker's.
+bool IsMtSicsAnswer(const std::string& answer) {
+    return StartsWith(answer, "S ") && Means<ReadMtSics>(answer);
+}
+
+}  // namespace
 
 template <>
 DriverInfo InfoOf<WbalanceMettlerToledo>() {
@@ -12,6 +20,10 @@ DriverInfo InfoOf<WbalanceMettlerToledo>() {
                       Quiet<WbalanceMettlerToledo>};
     driver.modes = kMtModes;
     driver.question = kMtQuestion;
+    driver.recognition.asked = {{kMtRequest, IsMtSicsAnswer}};
+    driver.recognition.protocol = kMtSics;
+    // > "I2\r\n"  < I2 A "PR2003 2100.000 g"
+    driver.recognition.modelQuestion = "I2\r\n";
     auto tare = Trusted(Tare,
                         "zeroes (Z) and does not tare, so that a load on the pan may prevent it; "
                         "the drivers of the models tare (T)");

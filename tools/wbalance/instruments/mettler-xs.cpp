@@ -6,7 +6,7 @@ namespace tool {
 
 template <>
 DriverInfo InfoOf<WbalanceMettlerXS>() {
-    return MettlerWithSwitch<WbalanceMettlerXS>("XS");
+    return MettlerWithSwitch<WbalanceMettlerXS>("XS", "XS");
 }
 
 }  // namespace tool

@@ -1,15 +1,25 @@
 #include <wbalance/WbalanceRadwag.h>
 
+#include "Answers.h"
 #include "Operations.h"
 #include "drivers/Factory.h"
 
 namespace tool {
+namespace {
+
+// "SI ?       18.5 g  "
+bool IsFrame(const std::string& answer) {
+    return StartsWith(answer, "SI ") && Means<ReadRadwag>(answer);
+}
+
+}  // namespace
 
 template <>
 DriverInfo InfoOf<WbalanceRadwag>() {
     DriverInfo driver{"Radwag", "balances and terminals of the common command set", ReadRadwag,
                       Plain<WbalanceRadwag>};
     driver.modes = "stable: S; auto: S, else SI; now: SI";
+    driver.recognition.asked = {{"SI\r\n", IsFrame}};
     driver.operations = {
         {Operation::Tare, Trusted(Tare, "zeroes instead when the balance refuses the tare")},
         {Operation::Zero, Trusted(Zero<WbalanceRadwag>)}};

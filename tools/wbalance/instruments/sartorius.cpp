@@ -1,9 +1,31 @@
 #include <wbalance/WbalanceSartorius.h>
 
+#include <algorithm>
+#include <cctype>
+
+#include "Answers.h"
 #include "Operations.h"
 #include "drivers/Factory.h"
+#include "readings/Fields.h"
 
 namespace tool {
+namespace {
+
+// A name filled up to the length of a print line's text.
+bool IsModel(const std::string& line) {
+    const bool filledUp = line.size() == 14 || line.size() == 20;
+    return filledUp && std::isalpha(static_cast<unsigned char>(line.front())) != 0 &&
+           std::any_of(line.begin(), line.end(),
+                       [](unsigned char one) { return std::isdigit(one) != 0; });
+}
+
+// > ESC "x1_"  < "LA620S        "
+bool IsModelAnswer(const std::string& answer) {
+    const auto lines = LinesOf(answer);
+    return lines.size() == 1 && LooksLikeText(answer) && IsModel(lines.front());
+}
+
+}  // namespace
 
 template <>
 DriverInfo InfoOf<WbalanceSartorius>() {
@@ -15,6 +37,7 @@ DriverInfo InfoOf<WbalanceSartorius>() {
         "stable no weight when it prints one that is not";
     // The model: the queries are answered also while a print waits for stability.
     driver.question = {"\x1bx1_"};
+    driver.recognition.asked = {{"\x1bP\r\n", Means<ReadSbi>}, {"\x1bx1_\r\n", IsModelAnswer}};
     auto preset = Weighed(PresetTare, "tares first; works where soft key 4 stores the tare");
     preset.setter = "\x1bt";
     driver.operations = {{Operation::Tare, Weighed(Tare)}, {Operation::PresetTare, preset}};

@@ -1,5 +1,6 @@
 #include <wbalance/WbalanceScaleHouseALD.h>
 
+#include "Answers.h"
 #include "Operations.h"
 #include "drivers/Factory.h"
 
@@ -12,6 +13,7 @@ DriverInfo InfoOf<WbalanceScaleHouseALD>() {
     driver.modes =
         "auto and now: P, the net weight of the ticket; stable: no weight, because a ticket does "
         "not tell whether it is stable";
+    driver.recognition.asked = {{"P\r\n", IsTicket}};
     driver.operations = {{Operation::Tare, Weighed(Tare, "zeroes, then tares")}};
     return driver;
 }

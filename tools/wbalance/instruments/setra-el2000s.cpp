@@ -6,7 +6,7 @@ namespace tool {
 
 template <>
 DriverInfo InfoOf<WbalanceSetra_EL_2000S>() {
-    return Marked<WbalanceSetra_EL_2000S>("Setra", "EL-2000S");
+    return Marked<WbalanceSetra_EL_2000S>("Setra", "EL-2000S", "#");
 }
 
 }  // namespace tool

@@ -28,6 +28,8 @@ Reading ReadGibertini(const std::string& answer);
 Reading ReadMarked(const std::string& answer);
 /// Scale House ALD tickets.
 Reading ReadTicket(const std::string& answer);
+/// Whether the answer is a ticket with a weight, and no other instrument's print line.
+bool IsTicket(const std::string& answer);
 
 /// A reading that is none, for a reason that a few words tell.
 Reading NoWeight(Meaning meaning, const std::string& remark = "");

@@ -34,6 +34,14 @@ Reading ReadingOf(const Entry& entry) {
                     entry.moving ? Stability::Dynamic : Stability::Unknown);
 }
 
+// The legend of the first line, where it is one that only tickets have.
+bool HasLegend(const std::string& answer) {
+    const auto lines = LinesOf(answer);
+    const auto words = WordsOf(lines.empty() ? "" : lines.front());
+    return words.size() > 2 &&
+           (words[2] == "N" || words[2] == "G" || words[2] == "T" || words[2] == "NET");
+}
+
 }  // namespace
 
 Reading ReadTicket(const std::string& answer) {
@@ -54,6 +62,12 @@ Reading ReadTicket(const std::string& answer) {
         return NoWeight(Meaning::NotUnderstood,
                         "a tare is in use, but no net weight is printed: have its line printed");
     return first ? ReadingOf(*first) : Reading{};
+}
+
+bool IsTicket(const std::string& answer) {
+    if (answer.find("PROJ") == std::string::npos && !HasLegend(answer)) return false;
+    const Meaning meaning = ReadTicket(answer).meaning;
+    return meaning == Meaning::Weight || meaning == Meaning::OtherUnit;
 }
 
 }  // namespace tool
