@@ -16,8 +16,8 @@ std::string Traced(Input& input) {
     }
 }
 
-double Weight(Input& input, const tool::DriverInfo& driver, const tool::Dialogue& dialogue) {
-    const std::string answer = dialogue.exchanges.empty() ? "" : dialogue.exchanges.back().answer;
+double Weight(Input& input, const tool::DriverInfo& driver, const tool::WireExchanges& wire) {
+    const std::string answer = wire.exchanges.empty() ? "" : wire.exchanges.back().answer;
     if (input.Coin()) return driver.dialect(answer).Value();
     return input.Number() / 100.0;
 }
@@ -48,7 +48,7 @@ tool::Report AnyReport(Input& input, const tool::DriverInfo& driver) {
     report.outcome.result = input.Below(3);
     for (int texts = 1 + input.Below(8); texts != 0; --texts)
         report.trace.push_back({{}, Traced(input)});
-    report.outcome.weight = Weight(input, driver, tool::Dialogue(report.trace));
+    report.outcome.weight = Weight(input, driver, tool::WireExchanges(report.trace));
     return report;
 }
 

@@ -1,21 +1,9 @@
 #include "Trouble.h"
 
+#include "FilledText.h"
+
 namespace tool {
 namespace {
-
-// The sentence with its words put in.
-std::string Filled(const std::string& text, const std::map<std::string, std::string>& words) {
-    std::string filled;
-    std::size_t end = 0;
-    for (;;) {
-        const std::size_t open = text.find('{', end);
-        if (open == std::string::npos) return filled + text.substr(end);
-        const std::size_t close = text.find('}', open);
-        filled += text.substr(end, open - end);
-        filled += words.at(text.substr(open + 1, close - open - 1));
-        end = close + 1;
-    }
-}
 
 const TroubleInfo& RowOf(Trouble trouble) {
     return Troubles().at(static_cast<std::size_t>(trouble));
@@ -148,7 +136,7 @@ const std::vector<TroubleInfo>& Troubles() {
 std::string SentenceFor(const Finding& finding) {
     const TroubleInfo& row = RowOf(finding.trouble);
     const std::string remark = finding.remark.empty() ? "" : " (" + finding.remark + ")";
-    return Filled(row.says, finding.words) + remark + Filled(row.remedy, finding.words);
+    return Filled(row.says, finding.fillIns) + remark + Filled(row.remedy, finding.fillIns);
 }
 
 ExitCode CodeFor(Trouble trouble) {

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <map>
 #include <string>
 #include <vector>
 
 #include "ExitCode.h"
+#include "FilledText.h"
 
 namespace tool {
 
@@ -78,7 +78,7 @@ const std::vector<TroubleInfo>& Troubles();
 /// A trouble as it was met.
 struct Finding {
     Trouble trouble = Trouble::None;
-    std::map<std::string, std::string> words = {};  ///< for those in braces
+    FillIns fillIns = {};
     std::string remark = {};  ///< one more fact, which stands in brackets ahead of the remedy
 };
 

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "BalanceOptions.h"
+#include "ExampleDrivers.h"
 #include "doctor/Doctor.h"
 #include "output/Columns.h"
 #include "output/Stream.h"
@@ -10,14 +11,13 @@
 namespace tool {
 namespace {
 
-constexpr char kExamples[] =
-    "Examples:\n"
-    "  wbalance doctor -d mettler-toledo -p 0\n"
-    "  wbalance doctor -d radwag -p 3 --usb --line 9600,8N1\n"
-    "\n"
-    "Looks at the port, who may use it and who holds it, the adapter, the control lines, what "
-    "comes\n"
-    "back and what it means; the last line is the diagnosis. The exit codes are those of weigh.\n";
+constexpr char kExamples[] = R"(Examples:
+  wbalance doctor -d {driver} -p 0
+  wbalance doctor -d {other} -p 3 --usb --line 9600,8N1
+
+Looks at the port, who may use it and who holds it, the adapter, the control lines, what comes
+back and what it means; the last line is the diagnosis. The exit codes are those of weigh.
+)";
 
 void PrintFinding(const std::string& what, const std::string& seen) {
     PrintLine(Padded(what, 14) + " " + seen);
@@ -40,7 +40,7 @@ ExitCode Run(const BalanceOptions& options) {
 void AddDoctor(arguments::Command application, ExitCode& exitCode) {
     const auto command = application.AddSubcommand(
         "doctor", "Find out why a balance does not give its weight, and what to do");
-    command.Footer(kExamples);
+    command.Footer(WithExampleDrivers(kExamples));
     const auto options = std::make_shared<BalanceOptions>();
     options->AddTo(command);
     command.Callback([options, &exitCode] { exitCode = Run(*options); });

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "ExampleDrivers.h"
 #include "drivers/DriverTable.h"
 #include "output/Columns.h"
 #include "output/Json.h"
@@ -10,11 +11,11 @@
 namespace tool {
 namespace {
 
-constexpr char kExamples[] =
-    "Examples:\n"
-    "  wbalance drivers\n"
-    "  wbalance drivers radwag\n"
-    "  wbalance drivers --json\n";
+constexpr char kExamples[] = R"(Examples:
+  wbalance drivers
+  wbalance drivers {other}
+  wbalance drivers --json
+)";
 
 struct Options {
     std::string name;
@@ -69,7 +70,7 @@ ExitCode Run(const Options& options) {
 
 void AddDrivers(arguments::Command application, ExitCode& exitCode) {
     const auto command = application.AddSubcommand("drivers", "List the drivers, or describe one");
-    command.Footer(kExamples);
+    command.Footer(WithExampleDrivers(kExamples));
     const auto options = std::make_shared<Options>();
     command.AddOption("NAME", options->name, "the driver to describe").TypeName("");
     command.AddFlag("--json", options->json, "one JSON object a line");

@@ -9,6 +9,7 @@
 #include <set>
 
 #include "BalanceOptions.h"
+#include "ExampleDrivers.h"
 #include "ToolError.h"
 #include "WeighOptions.h"
 #include "monitor/Monitor.h"
@@ -18,17 +19,17 @@ namespace {
 
 constexpr double kLongestDuration = 100000.0;  // of any unit
 
-constexpr char kExamples[] =
-    "Examples:\n"
-    "  wbalance monitor mettler-toledo@0\n"
-    "  wbalance monitor radwag@/dev/serial/by-id/usb-FTDI_A1B2-if00-port0 kern@1@4800,8N2\n"
-    "  wbalance monitor radwag@ttyUSB3 --interval 0 --timeout 0 --json --log weights.jsonl\n"
-    "  wbalance monitor radwag@ttyUSB3 --for 8h --log shift.csv\n"
-    "  wbalance monitor radwag@ttyUSB3 --json | mosquitto_pub -l -h broker -t lab/balance\n"
-    "\n"
-    "A balance that is unplugged or falls silent is reported as lost, looked for, and reported as\n"
-    "back. Ctrl-C ends with a summary on standard error. A log that is moved or deleted is begun\n"
-    "anew at its next line; without a terminal, SIGHUP does so at once.\n";
+constexpr char kExamples[] = R"(Examples:
+  wbalance monitor {driver}@0
+  wbalance monitor {other}@/dev/serial/by-id/usb-FTDI_A1B2-if00-port0 {third}@1@4800,8N2
+  wbalance monitor {other}@ttyUSB3 --interval 0 --timeout 0 --json --log weights.jsonl
+  wbalance monitor {other}@ttyUSB3 --for 8h --log shift.csv
+  wbalance monitor {other}@ttyUSB3 --json | mosquitto_pub -l -h broker -t lab/balance
+
+A balance that is unplugged or falls silent is reported as lost, looked for, and reported as
+back. Ctrl-C ends with a summary on standard error. A log that is moved or deleted is begun
+anew at its next line; without a terminal, SIGHUP does so at once.
+)";
 
 struct Options {
     std::vector<std::string> balances;
@@ -62,7 +63,7 @@ std::chrono::milliseconds DurationOf(const std::string& text) {
     return Milliseconds(number * unit->second);
 }
 
-// "kern@/dev/ttyUSB1@4800,8N2"
+// DRIVER@/dev/ttyUSB1@4800,8N2
 MonitoredBalance::Settings SettingsOf(const std::string& text, const Options& options) {
     const std::size_t first = text.find('@');
     if (first == std::string::npos)
@@ -115,7 +116,7 @@ ExitCode Run(const Options& options) {
 void AddMonitor(arguments::Command application, ExitCode& exitCode) {
     const auto command =
         application.AddSubcommand("monitor", "Read one or more balances over and over");
-    command.Footer(kExamples);
+    command.Footer(WithExampleDrivers(kExamples));
     const auto options = std::make_shared<Options>();
     command.AddOption("BALANCE", options->balances, "DRIVER@PORT[@LINE], one or more")
         .TypeName("")

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "BalanceOptions.h"
+#include "ExampleDrivers.h"
 #include "ToolError.h"
 #include "output/Json.h"
 #include "output/MeasurementFormat.h"
@@ -167,7 +168,8 @@ arguments::Command Add(arguments::Command application, ExitCode& exitCode, Opera
                        const std::shared_ptr<Options>& options) {
     const std::string word = WordFor(operation);
     const auto command = application.AddSubcommand(word, description);
-    std::string footer = "Example:\n  wbalance " + word + " " + example + "\nDrivers that have it:";
+    std::string footer = "Example:\n  wbalance " + word + " " + WithExampleDrivers(example) +
+                         "\nDrivers that have it:";
     for (const auto& driver : Drivers()) {
         if (driver.Has(operation)) footer += " " + driver.name;
     }
@@ -187,30 +189,29 @@ arguments::Command Add(arguments::Command application, ExitCode& exitCode, Opera
 }  // namespace
 
 void AddOperations(arguments::Command application, ExitCode& exitCode) {
-    Add(application, exitCode, Operation::Tare, "Tare the balance", "-d radwag -p 3 --usb");
-    Add(application, exitCode, Operation::Zero, "Zero the balance", "-d radwag -p 3 --usb");
+    Add(application, exitCode, Operation::Tare, "Tare the balance", "-d {other} -p 3 --usb");
+    Add(application, exitCode, Operation::Zero, "Zero the balance", "-d {other} -p 3 --usb");
 
     const auto preset = std::make_shared<Options>();
-    Add(application, exitCode, Operation::PresetTare, "Set a preset tare",
-        "-d mettler-xs -p 0 12.50", preset)
+    Add(application, exitCode, Operation::PresetTare, "Set a preset tare", "-d {panel} -p 0 12.50",
+        preset)
         .AddOption("GRAMS", preset->request.grams, "the preset tare in grams, two decimals")
         .TypeName("")
         .Required();
 
     const auto display = std::make_shared<Options>();
     Add(application, exitCode, Operation::Display, "Show a text on the balance's display",
-        "-d mettler-xs -p 0 \"NEXT SAMPLE\"", display)
+        "-d {panel} -p 0 \"NEXT SAMPLE\"", display)
         .AddOption("TEXT", display->request.text, "at most 57 characters")
         .TypeName("")
         .Required();
 
-    Add(application, exitCode, Operation::SwitchOn, "Switch the balance on", "-d mettler-xs -p 0");
-    Add(application, exitCode, Operation::SwitchOff, "Switch the balance off",
-        "-d mettler-xs -p 0");
+    Add(application, exitCode, Operation::SwitchOn, "Switch the balance on", "-d {panel} -p 0");
+    Add(application, exitCode, Operation::SwitchOff, "Switch the balance off", "-d {panel} -p 0");
 
     const auto reset = std::make_shared<Options>();
     Add(application, exitCode, Operation::FactoryReset,
-        "Put the balance back to its factory settings (asks first)", "-d ohaus -p 0 --yes", reset)
+        "Put the balance back to its factory settings (asks first)", "-d {reset} -p 0 --yes", reset)
         .AddFlag("--yes", reset->yes, "do not ask");
 }
 

@@ -11,12 +11,12 @@
 namespace tool {
 namespace {
 
-constexpr char kExamples[] =
-    "Examples:\n"
-    "  wbalance ports\n"
-    "  wbalance ports --json\n"
-    "\n"
-    "A stable name leads to the adapter wherever it is plugged in; use it as --port.\n";
+constexpr char kExamples[] = R"(Examples:
+  wbalance ports
+  wbalance ports --json
+
+A stable name leads to the adapter wherever it is plugged in; use it as --port.
+)";
 
 void PrintField(const char* label, const std::string& text) {
     if (!text.empty()) PrintLine("  " + Padded(label, 8) + " " + text);

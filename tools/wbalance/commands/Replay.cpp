@@ -3,6 +3,7 @@
 #include <QtCore/QDateTime>
 #include <memory>
 
+#include "ExampleDrivers.h"
 #include "Record.h"
 #include "ToolError.h"
 #include "output/MeasurementFormat.h"
@@ -12,14 +13,14 @@
 namespace tool {
 namespace {
 
-constexpr char kExamples[] =
-    "Examples:\n"
-    "  wbalance weigh -d radwag -p 3 --usb --record trouble.record\n"
-    "  wbalance replay trouble.record\n"
-    "  wbalance replay trouble.record --json\n"
-    "\n"
-    "Reads the recorded answers again and says what each weighing means. No port is opened. The\n"
-    "exit code is that of the last weighing.\n";
+constexpr char kExamples[] = R"(Examples:
+  wbalance weigh -d {other} -p 3 --usb --record trouble.record
+  wbalance replay trouble.record
+  wbalance replay trouble.record --json
+
+Reads the recorded answers again and says what each weighing means. No port is opened. The
+exit code is that of the last weighing.
+)";
 
 struct Options {
     std::string path;
@@ -68,7 +69,7 @@ ExitCode Run(const Options& options) {
 
 void AddReplay(arguments::Command application, ExitCode& exitCode) {
     const auto command = application.AddSubcommand("replay", "Read the answers of a record again");
-    command.Footer(kExamples);
+    command.Footer(WithExampleDrivers(kExamples));
     const auto options = std::make_shared<Options>();
     command.AddOption("FILE", options->path, "what --record has written").TypeName("").Required();
     const auto json = command.AddFlag("--json", options->json, "one JSON object a line");

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "BalanceOptions.h"
+#include "ExampleDrivers.h"
 #include "OutsideText.h"
 #include "ToolError.h"
 #include "WeighOptions.h"
@@ -11,15 +12,15 @@
 namespace tool {
 namespace {
 
-constexpr char kExamples[] =
-    "Examples:\n"
-    "  wbalance weigh --driver mettler-toledo --port 0\n"
-    "  wbalance weigh -d radwag -p 3 --usb --mode stable --json\n"
-    "  wbalance weigh -d kern -p /dev/serial/by-id/usb-FTDI_A1B2-if00-port0 --line 4800,8N2\n"
-    "\n"
-    "The weight is on standard output, alone. Exit codes: 0 weight, 2 usage, 3 port, 4 silence,\n"
-    "5 not understood, 6 overload, 7 underload, 8 not stable, 9 error, calibration or stand-by,\n"
-    "10 other unit, 11 truncated, 70 internal, 130 interrupted.\n";
+constexpr char kExamples[] = R"(Examples:
+  wbalance weigh --driver {driver} --port 0
+  wbalance weigh -d {other} -p 3 --usb --mode stable --json
+  wbalance weigh -d {third} -p /dev/serial/by-id/usb-FTDI_A1B2-if00-port0 --line 4800,8N2
+
+The weight is on standard output, alone. Exit codes: 0 weight, 2 usage, 3 port, 4 silence,
+5 not understood, 6 overload, 7 underload, 8 not stable, 9 error, calibration or stand-by,
+10 other unit, 11 truncated, 70 internal, 130 interrupted.
+)";
 
 struct Options {
     BalanceOptions balance;
@@ -71,7 +72,7 @@ ExitCode Run(const Options& options) {
 
 void AddWeigh(arguments::Command application, ExitCode& exitCode) {
     const auto command = application.AddSubcommand("weigh", "Read the weight once");
-    command.Footer(kExamples);
+    command.Footer(WithExampleDrivers(kExamples));
     const auto options = std::make_shared<Options>();
     options->balance.AddTo(command);
     options->weigh.AddTo(command);

@@ -109,7 +109,7 @@ std::string Detector::Ask(BalanceProcess& balance, const Connection& connection,
     request.operation = Operation::Display;
     request.text = command;
     const Report report = balance.Perform(request, [] {});
-    if (Dialogue(report.trace).settingsRefused) {
+    if (WireExchanges(report.trace).settingsRefused) {
         // An adapter that can't do these may do the next.
         refused_.push_back(connection.line);
         heard_ = false;
@@ -117,7 +117,7 @@ std::string Detector::Ask(BalanceProcess& balance, const Connection& connection,
     }
     RequirePort(connection, report);
     heard_ = report.outcome.result != 0;
-    return Dialogue(report.trace).Received();
+    return WireExchanges(report.trace).Received();
 }
 
 }  // namespace tool

@@ -42,8 +42,8 @@ std::string AdapterText(const std::string& device) {
 Finding FindingIn(const DriverInfo& driver, const LineSettings& line, const Report& report,
                   const Measurement& measurement) {
     if (EndsInMidAnswer(report.trace, measurement.answer)) return {Trouble::TooManyPieces};
-    const Dialogue dialogue(report.trace);
-    return ExplainAnswer(driver, line, dialogue.exchanges.back().command, measurement);
+    const WireExchanges wire(report.trace);
+    return ExplainAnswer(driver, line, wire.exchanges.back().command, measurement);
 }
 
 }  // namespace

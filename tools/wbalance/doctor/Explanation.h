@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "Trouble.h"
-#include "process/Dialogue.h"
+#include "process/WireExchange.h"
 #include "readings/Measurement.h"
 
 namespace tool {

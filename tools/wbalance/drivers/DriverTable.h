@@ -61,7 +61,7 @@ struct DriverInfo {
     double greatestPresetTare = 999999.99;  ///< grams
     std::size_t longestText = 57;           ///< characters of a display text
 
-    std::string name = {};         ///< as the command line has it: "mettler-toledo"
+    std::string name = {};         ///< as the command line has it
     std::string driverClass = {};  ///< of the library
     LineSettings line = {};        ///< the driver's own defaults
 

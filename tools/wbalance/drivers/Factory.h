@@ -39,12 +39,12 @@ std::unique_ptr<Cwbalance> Plain() {
 /// The driver with a readiness check that sends nothing, where its own would spoil the reading that
 /// follows, end in a circle, or cost one reading more.
 template <class Driver>
-std::unique_ptr<Cwbalance> Quiet() {
+std::unique_ptr<Cwbalance> LineReady() {
     return std::make_unique<Asking<WithLineReadiness<Driver>>>();
 }
 
-/// A quiet driver that resets its instrument to factory settings and sees the commands off: the
-/// driver waits for no answer, and what no wait follows stays in the port's buffer.
+/// A LineReady() driver that resets its instrument to factory settings and sees the commands off:
+/// the driver waits for no answer, and what no wait follows stays in the port's buffer.
 template <class Driver>
 class Resetting : public WithLineReadiness<Driver> {
  public:

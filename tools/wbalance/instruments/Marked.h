@@ -10,7 +10,7 @@ namespace tool {
 template <class Driver>
 DriverInfo Marked(const char* maker, const char* models, const char* request) {
     // The driver's own check wants a stable weight, also before one that may be moving.
-    DriverInfo driver{maker, models, ReadMarked, Quiet<Driver>};
+    DriverInfo driver{maker, models, ReadMarked, LineReady<Driver>};
     driver.readyFirst = true;
     driver.modes = "stable and auto: five requests for a stable weight; now: also while moving";
     driver.operations = {{Operation::Tare, Weighed(Tare)}};

@@ -10,7 +10,7 @@ template <>
 DriverInfo InfoOf<WbalanceGibertini>() {
     // The driver's own check weighs, and weighing checks first.
     DriverInfo driver{"Gibertini", "CRYSTAL, EU-C (CRYSTAL protocol)", ReadGibertini,
-                      Quiet<WbalanceGibertini>};
+                      LineReady<WbalanceGibertini>};
     driver.modes =
         "all alike: B, the first valid record within 20 s; with stable no weight when that record "
         "is not stable";

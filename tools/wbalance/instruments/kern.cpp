@@ -16,7 +16,7 @@ bool IsWrongCommand(const std::string& answer) {
 template <>
 DriverInfo InfoOf<WbalanceKern_EW_EGN_EWB>() {
     // The driver's own check weighs, and weighing checks first.
-    DriverInfo driver{"Kern", "EW, EG-N, EWB", ReadKern, Quiet<WbalanceKern_EW_EGN_EWB>};
+    DriverInfo driver{"Kern", "EW, EG-N, EWB", ReadKern, LineReady<WbalanceKern_EW_EGN_EWB>};
     driver.modes =
         "stable: O9, 5 s, and no weight when its status is blank; auto: O9, else the mean of five "
         "O8; now: O8";

@@ -17,7 +17,7 @@ DriverInfo InfoOf<WbalanceMettlerToledo>() {
     // The reset of the driver's own check is answered "I4 A ...", and its 4 would
     // be taken for the weight.
     DriverInfo driver{"Mettler Toledo", "any balance that speaks MT-SICS", ReadMtSics,
-                      Quiet<WbalanceMettlerToledo>};
+                      LineReady<WbalanceMettlerToledo>};
     driver.modes = kMtModes;
     driver.question = kMtQuestion;
     driver.recognition.asked = {{kMtRequest, IsMtSicsAnswer}};

@@ -30,7 +30,7 @@ bool IsModelAnswer(const std::string& answer) {
 template <>
 DriverInfo InfoOf<WbalanceSartorius>() {
     DriverInfo driver{"Sartorius", "balances with SBI print lines", ReadSbi,
-                      Quiet<WbalanceSartorius>};
+                      LineReady<WbalanceSartorius>};
     driver.readyFirst = true;
     driver.modes =
         "all alike: what the balance prints (ESC P), by its own setting after stability; with "

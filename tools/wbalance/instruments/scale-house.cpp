@@ -8,7 +8,7 @@ namespace tool {
 
 template <>
 DriverInfo InfoOf<WbalanceScaleHouseALD>() {
-    DriverInfo driver{"Scale House", "ALD", ReadTicket, Quiet<WbalanceScaleHouseALD>};
+    DriverInfo driver{"Scale House", "ALD", ReadTicket, LineReady<WbalanceScaleHouseALD>};
     driver.readyFirst = true;
     driver.modes =
         "auto and now: P, the net weight of the ticket; stable: no weight, because a ticket does "

@@ -21,7 +21,7 @@ namespace tool {
 namespace {
 
 constexpr int kTickMs = 200;
-constexpr int kLongestFarewellMs = 2000;
+constexpr int kLongestEndMs = 2000;
 constexpr std::size_t kLargestPiece = 65536;
 constexpr char kEndOfText = '\0';
 
@@ -87,7 +87,7 @@ BalanceProcess::~BalanceProcess() {
 bool BalanceProcess::EndsByItself() const {
     shutdown(requests_.Get(), SHUT_WR);
     pollfd end{trace_.Get(), 0, 0};
-    return poll(&end, 1, kLongestFarewellMs) > 0;
+    return poll(&end, 1, kLongestEndMs) > 0;
 }
 
 // Nothing may be thrown out of the child: it would go on as if it were the parent.
@@ -172,8 +172,8 @@ void BalanceProcess::TakeOutcome() {
 
 bool BalanceProcess::IsInDoubt() const {
     if (driver_.question.empty() || !WaitsForThePan(report_.request.operation)) return false;
-    const Dialogue dialogue(report_.trace);
-    return dialogue.AnythingSent() && !dialogue.AnythingReceived();
+    const WireExchanges wire(report_.trace);
+    return wire.AnythingSent() && !wire.AnythingReceived();
 }
 
 void BalanceProcess::Ask() {

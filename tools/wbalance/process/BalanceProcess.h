@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "Descriptor.h"
-#include "Dialogue.h"
 #include "EndlessAnswer.h"
+#include "WireExchange.h"
 #include "Worker.h"
 
 namespace tool {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Dialogue.h"
+#include "WireExchange.h"
 
 namespace tool {
 

@@ -38,7 +38,7 @@ Finding FindingIn(const Connection& connection, const Report& report) {
     if (report.endless) return {Trouble::Endless};
     if (WasKilled(report)) return {Trouble::Killed, {{"SIGNAL", NameOf(report.signal)}}};
     if (report.died) return WhyItGaveUp(report);
-    if (Dialogue(report.trace).settingsRefused)
+    if (WireExchanges(report.trace).settingsRefused)
         return {Trouble::SettingsRefused, {{"LINE", connection.line.Text()}}};
     return {};
 }
@@ -48,7 +48,7 @@ Finding FindingIn(const Connection& connection, const Report& report) {
 void RequirePort(const Connection& connection, const Report& report) {
     const std::string device = connection.port.Device();
     const bool ended = report.endless || report.died;
-    if (!ended && Dialogue(report.trace).openFailed) throw ToolError(WhyNotOpened(device));
+    if (!ended && WireExchanges(report.trace).openFailed) throw ToolError(WhyNotOpened(device));
     const Finding finding = FindingIn(connection, report);
     if (finding.trouble != Trouble::None) throw ToolError(Diagnose(device, finding));
 }

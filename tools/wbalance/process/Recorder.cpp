@@ -82,7 +82,7 @@ void Recorder::Add(const Request& request, const Report& report) {
 }
 
 void Recorder::WriteExchanges(const std::vector<TraceText>& trace) {
-    for (const auto& exchange : Dialogue(trace).exchanges) {
+    for (const auto& exchange : WireExchanges(trace).exchanges) {
         if (!exchange.command.empty())
             Write(exchange.sent, Entry::Kind::FromHost, exchange.command);
         if (!exchange.answer.empty())

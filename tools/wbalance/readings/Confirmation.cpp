@@ -16,14 +16,14 @@ constexpr double kNoticed = 0.1;
 
 const std::string kBegun = "the balance has begun it and finishes it when its pan comes to rest";
 
-const Exchange* LastAnswered(const Dialogue& dialogue) {
-    const auto last = std::find_if(dialogue.exchanges.rbegin(), dialogue.exchanges.rend(),
-                                   [](const Exchange& one) { return !one.answer.empty(); });
-    return last == dialogue.exchanges.rend() ? nullptr : &*last;
+const WireExchange* LastAnswered(const WireExchanges& wire) {
+    const auto last = std::find_if(wire.exchanges.rbegin(), wire.exchanges.rend(),
+                                   [](const WireExchange& one) { return !one.answer.empty(); });
+    return last == wire.exchanges.rend() ? nullptr : &*last;
 }
 
-const Exchange* ExchangeOf(const Dialogue& dialogue, const std::string& command) {
-    for (const auto& exchange : dialogue.exchanges) {
+const WireExchange* ExchangeOf(const WireExchanges& wire, const std::string& command) {
+    for (const auto& exchange : wire.exchanges) {
         if (exchange.command.rfind(command, 0) == 0) return &exchange;
     }
     return nullptr;
@@ -64,13 +64,13 @@ Confirmation NotAtRest() {
 }
 
 // Nothing came for it.
-Confirmation Unanswered(Operation operation, const Dialogue& dialogue) {
-    if (LastAnswered(dialogue) == nullptr) return NoAnswer();
+Confirmation Unanswered(Operation operation, const WireExchanges& wire) {
+    if (LastAnswered(wire) == nullptr) return NoAnswer();
     if (WaitsForThePan(operation)) return NotAtRest();
     return {ExitCode::Silent, "the balance did not answer it"};
 }
 
-Confirmation Unchecked(const Reading& reading, const Exchange& last) {
+Confirmation Unchecked(const Reading& reading, const WireExchange& last) {
     return {CodeFor(reading.meaning), "it could not be checked: " + SentenceFor(reading) +
                                           "; the balance sent " + outside::Quoted(last.answer)};
 }
@@ -80,18 +80,17 @@ std::string WeightOf(const Reading& reading) {
 }
 
 // A driver that reads a weight as its check takes some messages for 0.00.
-Confirmation CheckedByWeight(const DriverInfo& driver, const Dialogue& dialogue) {
-    const Exchange* last = LastAnswered(dialogue);
+Confirmation CheckedByWeight(const DriverInfo& driver, const WireExchanges& wire) {
+    const WireExchange* last = LastAnswered(wire);
     if (last == nullptr) return NoAnswer();
     const Reading reading = driver.dialect(last->answer);
     return reading.IsWeight() ? Confirmation{} : Unchecked(reading, *last);
 }
 
-Confirmation Failed(const DriverInfo& driver, Operation operation, const Dialogue& dialogue) {
+Confirmation Failed(const DriverInfo& driver, Operation operation, const WireExchanges& wire) {
     const OperationInfo& info = driver.operations.at(operation);
-    const Exchange* last = LastAnswered(dialogue);
-    if (last == nullptr || last != &dialogue.exchanges.back())
-        return Unanswered(operation, dialogue);
+    const WireExchange* last = LastAnswered(wire);
+    if (last == nullptr || last != &wire.exchanges.back()) return Unanswered(operation, wire);
     if (!info.checkedByWeight) return RefusedWith(last->answer, info);
     const Reading reading = driver.dialect(last->answer);
     if (!reading.IsWeight()) return {CodeFor(reading.meaning), SentenceFor(reading)};
@@ -108,28 +107,28 @@ Confirmation Failed(const DriverInfo& driver, Operation operation, const Dialogu
 struct AroundPreset {
     std::optional<Reading> first;   ///< of all
     std::optional<Reading> before;  ///< the last one ahead of the command
-    const Exchange* last = nullptr;
+    const WireExchange* last = nullptr;
 };
 
-AroundPreset LookAround(const DriverInfo& driver, const Dialogue& dialogue,
-                        const Exchange& setter) {
+AroundPreset LookAround(const DriverInfo& driver, const WireExchanges& wire,
+                        const WireExchange& setter) {
     AroundPreset around;
-    for (const Exchange& exchange : dialogue.exchanges) {
+    for (const WireExchange& exchange : wire.exchanges) {
         if (&exchange == &setter) break;
         const Reading reading = driver.dialect(exchange.answer);
         if (!reading.IsWeight()) continue;
         if (!around.first) around.first = reading;
         around.before = reading;
     }
-    around.last = &dialogue.exchanges.back();
+    around.last = &wire.exchanges.back();
     return around;
 }
 
 // Tared, a balance shows about zero; with the preset that follows it shows what is on the pan less
 // the preset, whatever its driver makes of that.
-Confirmation CheckedByChange(const DriverInfo& driver, const Dialogue& dialogue,
-                             const Exchange& setter, double preset) {
-    const AroundPreset around = LookAround(driver, dialogue, setter);
+Confirmation CheckedByChange(const DriverInfo& driver, const WireExchanges& wire,
+                             const WireExchange& setter, double preset) {
+    const AroundPreset around = LookAround(driver, wire, setter);
     if (around.last->answer.empty()) return NotAtRest();
     const Reading after = driver.dialect(around.last->answer);
     if (!after.IsWeight()) return Unchecked(after, *around.last);
@@ -147,11 +146,11 @@ Confirmation CheckedByChange(const DriverInfo& driver, const Dialogue& dialogue,
 
 // Whether the answer to the operation's own command confirms it, where there was such a command.
 std::optional<Confirmation> ConfirmedByAnswer(const DriverInfo& driver, Operation operation,
-                                              const Dialogue& dialogue) {
+                                              const WireExchanges& wire) {
     const OperationInfo& info = driver.operations.at(operation);
-    const Exchange* exchange = info.command.empty() ? nullptr : ExchangeOf(dialogue, info.command);
+    const WireExchange* exchange = info.command.empty() ? nullptr : ExchangeOf(wire, info.command);
     if (exchange == nullptr) return std::nullopt;
-    if (exchange->answer.empty()) return Unanswered(operation, dialogue);
+    if (exchange->answer.empty()) return Unanswered(operation, wire);
     if (exchange->answer.find(info.confirmation) != std::string::npos) return Confirmation{};
     if (driver.dialect(exchange->answer).meaning == Meaning::Calibrating)
         return Confirmation{ExitCode::NotStable,
@@ -160,9 +159,9 @@ std::optional<Confirmation> ConfirmedByAnswer(const DriverInfo& driver, Operatio
 }
 
 // Radwag's tare falls back on zeroing, whose success it reports as its own.
-bool ZeroedInstead(const Dialogue& dialogue) {
-    const Exchange* last = LastAnswered(dialogue);
-    return last != nullptr && last->command == "Z\r\n" && dialogue.exchanges.size() > 1;
+bool ZeroedInstead(const WireExchanges& wire) {
+    const WireExchange* last = LastAnswered(wire);
+    return last != nullptr && last->command == "Z\r\n" && wire.exchanges.size() > 1;
 }
 
 }  // namespace
@@ -174,15 +173,14 @@ Confirmation Confirm(const DriverInfo& driver, Operation operation, const Report
         return {CodeFor(reading.meaning), SentenceFor(reading)};
     }
     const OperationInfo& info = driver.operations.at(operation);
-    const Dialogue dialogue(report.trace);
-    const Exchange* setter = info.setter.empty() ? nullptr : ExchangeOf(dialogue, info.setter);
-    if (setter != nullptr) return CheckedByChange(driver, dialogue, *setter, report.request.grams);
-    if (report.outcome.result == 0) return Failed(driver, operation, dialogue);
-    if (const auto confirmation = ConfirmedByAnswer(driver, operation, dialogue))
-        return *confirmation;
-    if (info.checkedByWeight) return CheckedByWeight(driver, dialogue);
+    const WireExchanges wire(report.trace);
+    const WireExchange* setter = info.setter.empty() ? nullptr : ExchangeOf(wire, info.setter);
+    if (setter != nullptr) return CheckedByChange(driver, wire, *setter, report.request.grams);
+    if (report.outcome.result == 0) return Failed(driver, operation, wire);
+    if (const auto confirmation = ConfirmedByAnswer(driver, operation, wire)) return *confirmation;
+    if (info.checkedByWeight) return CheckedByWeight(driver, wire);
     if (info.zeroes) return {ExitCode::Done, "zeroed, as this driver does in place of taring"};
-    if (operation == Operation::Tare && ZeroedInstead(dialogue))
+    if (operation == Operation::Tare && ZeroedInstead(wire))
         return {ExitCode::Done, "zeroed, because the balance did not confirm the tare"};
     return {};
 }

@@ -27,7 +27,7 @@ std::string DigitsOf(double value, int decimals) {
 
 // The answers to the command that was repeated at the end.
 std::vector<Reading> LastReadings(const DriverInfo& driver,
-                                  const std::vector<Exchange>& exchanges) {
+                                  const std::vector<WireExchange>& exchanges) {
     std::vector<Reading> readings;
     for (auto exchange = exchanges.rbegin(); exchange != exchanges.rend(); ++exchange) {
         if (exchange->command != exchanges.back().command || readings.size() == kAveraged) break;
@@ -72,12 +72,12 @@ Reading Contradiction(Reading reading, double taken) {
     return reading;
 }
 
-Reading Accepted(const DriverInfo& driver, const Dialogue& dialogue, const Exchange& last,
+Reading Accepted(const DriverInfo& driver, const WireExchanges& wire, const WireExchange& last,
                  double taken) {
     const Reading reading = driver.dialect(last.answer);
     if (!reading.IsWeight()) return reading;
     if (Same(reading.Value(), taken)) return reading;
-    const auto readings = LastReadings(driver, dialogue.exchanges);
+    const auto readings = LastReadings(driver, wire.exchanges);
     if (!AllAreWeights(readings) || reading.stability != Stability::Dynamic)
         return Contradiction(reading, taken);
     double sum = 0.0;
@@ -94,9 +94,9 @@ Reading Unanswered(const Reading& earlier) {
                     "stability");
 }
 
-Reading Rejected(const DriverInfo& driver, const Dialogue& dialogue, const Exchange& last) {
+Reading Rejected(const DriverInfo& driver, const WireExchanges& wire, const WireExchange& last) {
     Reading reading = driver.dialect(last.answer);
-    if (&last != &dialogue.exchanges.back()) return Unanswered(reading);
+    if (&last != &wire.exchanges.back()) return Unanswered(reading);
     if (!reading.IsWeight()) return reading;
     if (reading.stability == Stability::Dynamic) {
         reading.meaning = Meaning::NotStable;
@@ -116,17 +116,17 @@ Reading StableOrNone(Reading reading) {
     return reading;
 }
 
-const Exchange* LastAnswered(const Dialogue& dialogue) {
-    const auto last = std::find_if(dialogue.exchanges.rbegin(), dialogue.exchanges.rend(),
-                                   [](const Exchange& one) { return !one.answer.empty(); });
-    return last == dialogue.exchanges.rend() ? nullptr : &*last;
+const WireExchange* LastAnswered(const WireExchanges& wire) {
+    const auto last = std::find_if(wire.exchanges.rbegin(), wire.exchanges.rend(),
+                                   [](const WireExchange& one) { return !one.answer.empty(); });
+    return last == wire.exchanges.rend() ? nullptr : &*last;
 }
 
 }  // namespace
 
 Measurement SignOfLife(const DriverInfo& driver, const Report& report) {
-    const Dialogue dialogue(report.question);
-    const Exchange* last = LastAnswered(dialogue);
+    const WireExchanges wire(report.question);
+    const WireExchange* last = LastAnswered(wire);
     if (last == nullptr) return {NoWeight(Meaning::Silence), "", report.finished};
     const Meaning meaning = driver.dialect(last->answer).meaning;
     if (meaning == Meaning::Overload || meaning == Meaning::Underload)
@@ -140,12 +140,12 @@ Measurement SignOfLife(const DriverInfo& driver, const Report& report) {
 
 Measurement Measure(const DriverInfo& driver, const Report& report) {
     const bool stableOnly = report.request.mode == kStableOnly;
-    const Dialogue dialogue(report.trace);
-    const Exchange* last = LastAnswered(dialogue);
+    const WireExchanges wire(report.trace);
+    const WireExchange* last = LastAnswered(wire);
     if (last == nullptr) return SignOfLife(driver, report);
     const Reading reading = report.outcome.result != 0
-                                ? Accepted(driver, dialogue, *last, report.outcome.weight)
-                                : Rejected(driver, dialogue, *last);
+                                ? Accepted(driver, wire, *last, report.outcome.weight)
+                                : Rejected(driver, wire, *last);
     return {stableOnly ? StableOrNone(reading) : reading, last->answer, last->answered};
 }
 

@@ -1,4 +1,4 @@
-#include "Dialogue.h"
+#include "WireExchange.h"
 
 #include <algorithm>
 #include <string_view>
@@ -24,9 +24,9 @@ bool EndsWith(std::string_view text, std::string_view end) {
 }
 
 // "<== S\r\n ... OK\n\n"
-Exchange ReadCommand(const TraceText& traced) {
+WireExchange ReadCommand(const TraceText& traced) {
     const std::string_view text = traced.text;
-    Exchange exchange;
+    WireExchange exchange;
     exchange.taken = EndsWith(text, kTaken);
     const std::size_t tail = exchange.taken ? kTaken.size() : kNotTaken.size();
     if (text.size() >= kCommand.size() + tail)
@@ -61,7 +61,7 @@ std::string AnswerIn(const std::string& traced) {
     return HoldsAWait(traced) ? ReadAnswer(traced) : "";
 }
 
-Dialogue::Dialogue(const std::vector<TraceText>& trace) {
+WireExchanges::WireExchanges(const std::vector<TraceText>& trace) {
     for (const auto& traced : trace) {
         const std::string_view text = traced.text;
         if (StartsWith(text, kOpenFailed)) openFailed = true;
@@ -75,16 +75,16 @@ Dialogue::Dialogue(const std::vector<TraceText>& trace) {
     }
 }
 
-bool Dialogue::AnythingSent() const {
+bool WireExchanges::AnythingSent() const {
     return std::any_of(exchanges.begin(), exchanges.end(),
-                       [](const Exchange& exchange) { return exchange.taken; });
+                       [](const WireExchange& exchange) { return exchange.taken; });
 }
 
-bool Dialogue::AnythingReceived() const {
+bool WireExchanges::AnythingReceived() const {
     return !Received().empty();
 }
 
-std::string Dialogue::Received() const {
+std::string WireExchanges::Received() const {
     std::string received;
     for (const auto& exchange : exchanges)
         received += exchange.answer;

@@ -15,7 +15,7 @@ struct TraceText {
 };
 
 /// One command and what came back for it.
-struct Exchange {
+struct WireExchange {
     std::string command;  ///< as sent, line end included
     bool taken = false;   ///< whether the port took every byte
     std::string answer;   ///< all that was received before the next command
@@ -35,12 +35,12 @@ std::string AnswerIn(const std::string& traced);
 /// The trace is the only place where a host sees what the instrument answered. A '%' in an answer
 /// is interpreted there, and what follows a zero byte is missing; such an answer no longer has its
 /// instrument's form, so that it is never taken for a weight.
-struct Dialogue {
-    explicit Dialogue(const std::vector<TraceText>& trace);
+struct WireExchanges {
+    explicit WireExchanges(const std::vector<TraceText>& trace);
 
     bool openFailed = false;       ///< the device could not be opened
     bool settingsRefused = false;  ///< the port does not take the line settings
-    std::vector<Exchange> exchanges;
+    std::vector<WireExchange> exchanges;
 
     /// Whether the port took a whole command.
     bool AnythingSent() const;
