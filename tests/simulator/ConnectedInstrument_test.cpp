@@ -6,6 +6,9 @@
 
 #include <numeric>
 
+#include "Examples.h"
+
+using examples::kBalance;
 using simulator::Character;
 using simulator::ConnectedInstrument;
 using simulator::HostLine;
@@ -39,8 +42,8 @@ class TalkativeHost final : public HostLine {
 
 std::unique_ptr<ConnectedInstrument> BalanceFor(const std::string& words,
                                                 const Options& options = {}) {
-    return std::make_unique<ConnectedInstrument>(simulator::FindInstrument("mettler-toledo"),
-                                                 options, std::make_unique<TalkativeHost>(words));
+    return std::make_unique<ConnectedInstrument>(simulator::FindInstrument(kBalance), options,
+                                                 std::make_unique<TalkativeHost>(words));
 }
 
 std::size_t BytesIn(const std::vector<LineEvent>& log) {
@@ -76,7 +79,7 @@ class SeekingHost final : public HostLine {
 }  // namespace
 
 TEST(ConnectedInstrument, Says_of_a_hundred_settings_at_most_that_they_are_not_its_own) {
-    ConnectedInstrument balance(simulator::FindInstrument("mettler-toledo"), {},
+    ConnectedInstrument balance(simulator::FindInstrument(kBalance), {},
                                 std::make_unique<SeekingHost>());
     for (int i = 0; i < 1000; ++i)
         balance.Serve();

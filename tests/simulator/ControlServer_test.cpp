@@ -14,7 +14,9 @@
 #include <thread>
 
 #include "AllDescriptors.h"
+#include "Examples.h"
 
+using examples::kBalance;
 using simulator::Options;
 using simulator::VirtualBench;
 using testing::AnyOf;
@@ -86,7 +88,7 @@ std::string AnswerTo(const VirtualBench& bench, const std::string& message) {
 
 TEST(ControlServer, A_request_is_a_device_and_words_and_the_answer_begins_with_plus_or_minus) {
     VirtualBench bench;
-    auto& balance = bench.Place("kern", Options().On("/dev/ttyUSB1"));
+    auto& balance = bench.Place(kBalance, Options().On("/dev/ttyUSB1"));
     const ControlServer server(bench, "");
     EXPECT_EQ(AnswerTo(bench, "ttyUSB1\nfault silent"), "+");
     EXPECT_EQ(balance.FaultsInForce(), std::vector<std::string>{"silent"});
@@ -97,24 +99,25 @@ TEST(ControlServer, A_request_is_a_device_and_words_and_the_answer_begins_with_p
 
 TEST(ControlServer, Rubbish_and_nothing_are_answered_and_hurt_nobody) {
     VirtualBench bench;
-    bench.Place("kern");
+    bench.Place(kBalance);
     const ControlServer server(bench, "");
     EXPECT_THAT(AnswerTo(bench, ""), StartsWith("-\"\" is nothing that can be done"));
     EXPECT_THAT(AnswerTo(bench, "\n\xff\x01"), StartsWith("-\"\xff\x01\" is nothing that can"));
     Socket::ConnectTo(ControlServer::SocketIn(bench.Directory()));
-    EXPECT_THAT(AnswerTo(bench, "\nstatus"), StartsWith("+/dev/ttyS0: kern shows 0.00 g"));
+    EXPECT_THAT(AnswerTo(bench, "\nstatus"),
+                StartsWith("+/dev/ttyS0: " + kBalance + " shows 0.00 g"));
 }
 
 TEST(ControlServer, Nobody_is_reached_once_it_has_ended) {
     VirtualBench bench;
-    bench.Place("kern");
+    bench.Place(kBalance);
     { const ControlServer server(bench, ""); }
     EXPECT_EQ(AnswerTo(bench, "\nstatus"), "no connection");
 }
 
 TEST(ControlServer, A_client_that_sends_a_byte_now_and_then_holds_up_nobody_nor_the_end) {
     VirtualBench bench;
-    bench.Place("kern");
+    bench.Place(kBalance);
     std::atomic<bool> over{false};
     std::thread slow;
     {
@@ -127,7 +130,8 @@ TEST(ControlServer, A_client_that_sends_a_byte_now_and_then_holds_up_nobody_nor_
                 std::this_thread::sleep_for(100ms);
             }
         });
-        EXPECT_THAT(AnswerTo(bench, "\nstatus"), StartsWith("+/dev/ttyS0: kern shows 0.00 g"));
+        EXPECT_THAT(AnswerTo(bench, "\nstatus"),
+                    StartsWith("+/dev/ttyS0: " + kBalance + " shows 0.00 g"));
     }
     over = true;
     slow.join();
@@ -135,17 +139,18 @@ TEST(ControlServer, A_client_that_sends_a_byte_now_and_then_holds_up_nobody_nor_
 
 TEST(ControlServer, More_idle_clients_than_are_served_at_once_give_way_to_others) {
     VirtualBench bench;
-    bench.Place("kern");
+    bench.Place(kBalance);
     const ControlServer server(bench, "");
     std::vector<std::optional<Socket>> idle;
     for (int i = 0; i < 40; ++i)
         idle.push_back(Socket::ConnectTo(ControlServer::SocketIn(bench.Directory())));
-    EXPECT_THAT(AnswerTo(bench, "\nstatus"), StartsWith("+/dev/ttyS0: kern shows 0.00 g"));
+    EXPECT_THAT(AnswerTo(bench, "\nstatus"),
+                StartsWith("+/dev/ttyS0: " + kBalance + " shows 0.00 g"));
 }
 
 TEST(ControlServer, A_request_without_an_end_is_not_listened_to) {
     VirtualBench bench;
-    bench.Place("kern");
+    bench.Place(kBalance);
     const ControlServer server(bench, "");
     EXPECT_THAT(AnswerTo(bench, "\n" + std::string(65'535, 'x')), StartsWith("-\"xxx"));
     EXPECT_THAT(AnswerTo(bench, std::string(1'000'000, 'x')), AnyOf("", "no answer"));
@@ -154,7 +159,7 @@ TEST(ControlServer, A_request_without_an_end_is_not_listened_to) {
 TEST(ControlServer, An_answer_that_nobody_takes_holds_nobody_up) {
     VirtualBench bench;
     for (int i = 0; i < 100; ++i)
-        bench.Place("kern", Options().On("/dev/ttyS" + std::to_string(i)));
+        bench.Place(kBalance, Options().On("/dev/ttyS" + std::to_string(i)));
     const ControlServer server(bench, "");
     std::vector<std::optional<Socket>> deaf;
     for (int i = 0; i < 31; ++i) {
@@ -163,15 +168,16 @@ TEST(ControlServer, An_answer_that_nobody_takes_holds_nobody_up) {
         ::setsockopt(deaf.back()->Descriptor(), SOL_SOCKET, SO_RCVBUF, &small, sizeof small);
         deaf.back()->Send("\nstatus");
     }
-    EXPECT_THAT(AnswerTo(bench, "\nstatus"), StartsWith("+/dev/ttyS0: kern shows 0.00 g"));
+    EXPECT_THAT(AnswerTo(bench, "\nstatus"),
+                StartsWith("+/dev/ttyS0: " + kBalance + " shows 0.00 g"));
 }
 
 TEST(ControlServer, Short_of_descriptors_it_goes_on_when_there_are_some) {
     VirtualBench bench;
-    bench.Place("kern");
+    bench.Place(kBalance);
     const ControlServer server(bench, "");
     // It is under way: a thread that begins without descriptors can't be judged by a sanitizer.
-    EXPECT_THAT(AnswerTo(bench, "\nstatus"), StartsWith("+/dev/ttyS0: kern shows"));
+    EXPECT_THAT(AnswerTo(bench, "\nstatus"), StartsWith("+/dev/ttyS0: " + kBalance + " shows"));
     const Socket client(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
     sockaddr_un address = {};
     address.sun_family = AF_UNIX;
@@ -184,8 +190,9 @@ TEST(ControlServer, Short_of_descriptors_it_goes_on_when_there_are_some) {
         std::this_thread::sleep_for(50ms);  // so that it has tried to accept
     }
     client.Send("\nstatus");
-    EXPECT_THAT(client.Receive(30s).value_or("no answer"), StartsWith("+/dev/ttyS0: kern shows"));
-    EXPECT_THAT(AnswerTo(bench, "\nstatus"), StartsWith("+/dev/ttyS0: kern shows"));
+    EXPECT_THAT(client.Receive(30s).value_or("no answer"),
+                StartsWith("+/dev/ttyS0: " + kBalance + " shows"));
+    EXPECT_THAT(AnswerTo(bench, "\nstatus"), StartsWith("+/dev/ttyS0: " + kBalance + " shows"));
 }
 
 TEST(ControlServer, Another_users_bench_is_refused) {
@@ -210,7 +217,7 @@ TEST(ControlServer, A_socket_in_another_users_directory_is_refused) {
 TEST(ControlServer, Another_user_gets_no_answer) {
     if (::geteuid() != 0) GTEST_SKIP() << "only root can act as another user";
     VirtualBench bench;
-    bench.Place("kern");
+    bench.Place(kBalance);
     const ControlServer server(bench, "");
     const auto path = ControlServer::SocketIn(bench.Directory());
     ::chmod(bench.Directory().c_str(), 0755);
@@ -226,5 +233,6 @@ TEST(ControlServer, Another_user_gets_no_answer) {
         std::ofstream(place.Path() / "answer") << socket.Receive(30s).value_or("no answer") << "|";
     });
     EXPECT_THAT(stranger.TextOf("answer"), AnyOf("|", "no answer|"));
-    EXPECT_THAT(AnswerTo(bench, "\nstatus"), StartsWith("+/dev/ttyS0: kern shows 0.00 g"));
+    EXPECT_THAT(AnswerTo(bench, "\nstatus"),
+                StartsWith("+/dev/ttyS0: " + kBalance + " shows 0.00 g"));
 }

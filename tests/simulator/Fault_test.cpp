@@ -2,8 +2,10 @@
 
 #include <gmock/gmock.h>
 
+#include "Examples.h"
 #include "simulator/Instrument.h"
 
+using examples::kBalance;
 using simulator::Fault;
 using simulator::FindInstrument;
 using simulator::Instrument;
@@ -38,7 +40,7 @@ class FaultyBalance : public testing::Test {
         return instrument_.TakeOutput();
     }
 
-    Instrument instrument_{FindInstrument("mettler-toledo")};
+    Instrument instrument_{FindInstrument(kBalance)};
 };
 
 }  // namespace
@@ -91,7 +93,7 @@ TEST_F(FaultyBalance, Noise_comes_ahead_of_the_answer_and_is_the_same_in_every_r
     const std::string answer = Ask("SI\r\n", 0ms);
     ASSERT_EQ(answer.size(), 21u);
     EXPECT_EQ(answer.substr(3), "S S      12.34 g\r\n");
-    Instrument again(FindInstrument("mettler-toledo"));
+    Instrument again(FindInstrument(kBalance));
     again.AddFault(Fault::Parse("noise=3"));
     again.Balance().StartWithLoad(12.34);
     again.Receive("SI\r\n", 0ms);

@@ -5,8 +5,12 @@
 #include <sstream>
 #include <vector>
 
+#include "Examples.h"
 #include "RunProgram.h"
 
+using examples::kBalance;
+using examples::kOtherBalance;
+using examples::kThirdBalance;
 using testing::AllOf;
 using testing::Contains;
 using testing::ElementsAre;
@@ -34,21 +38,23 @@ std::vector<std::string> Offered(const std::string& words) {
 }  // namespace
 
 TEST(SimCompletion, Offers_instruments_first_and_behind_a_comma) {
-    EXPECT_THAT(Offered("ke"), ElementsAre("kern"));
-    EXPECT_THAT(Offered("kern , rad"), ElementsAre("radwag"));
-    EXPECT_THAT(Offered("\"\""), IsSupersetOf({"mettler-toledo", "replay", "control", "--list"}));
+    EXPECT_THAT(Offered(kThirdBalance.substr(0, 2)), ElementsAre(kThirdBalance));
+    EXPECT_THAT(Offered(kThirdBalance + " , " + kOtherBalance.substr(0, 3)),
+                ElementsAre(kOtherBalance));
+    EXPECT_THAT(Offered("\"\""), IsSupersetOf({kBalance, std::string("replay"),
+                                               std::string("control"), std::string("--list")}));
 }
 
 TEST(SimCompletion, Offers_the_switches_of_the_instrument_that_is_meant) {
-    EXPECT_THAT(Offered("kern --with \"\""),
+    EXPECT_THAT(Offered(kThirdBalance + " --with \"\""),
                 AllOf(IsSupersetOf({"acknowledgement=", "noise="}), Not(Contains("protocol="))));
 }
 
 TEST(SimCompletion, Offers_faults_and_options) {
-    EXPECT_THAT(Offered("kern --fault un"), ElementsAre("underload", "unplug"));
-    EXPECT_THAT(Offered("kern --p"), ElementsAre("--port", "--pace", "--pty"));
-    EXPECT_THAT(Offered("kern --pace = f"), ElementsAre("ftdi"));
-    EXPECT_THAT(Offered("kern --pace ="),
+    EXPECT_THAT(Offered(kThirdBalance + " --fault un"), ElementsAre("underload", "unplug"));
+    EXPECT_THAT(Offered(kThirdBalance + " --p"), ElementsAre("--port", "--pace", "--pty"));
+    EXPECT_THAT(Offered(kThirdBalance + " --pace = f"), ElementsAre("ftdi"));
+    EXPECT_THAT(Offered(kThirdBalance + " --pace ="),
                 ElementsAre("character", "16550", "ftdi", "pl2303", "ch341"));
     EXPECT_THAT(Offered("replay a.record --fas"), ElementsAre("--fast"));
 }
@@ -60,5 +66,5 @@ TEST(SimCompletion, Offers_what_control_can_do) {
 }
 
 TEST(SimCompletion, Offers_programs_behind_two_dashes) {
-    EXPECT_THAT(Offered("kern -- wbalance-s"), Contains("wbalance-sim"));
+    EXPECT_THAT(Offered(kThirdBalance + " -- wbalance-s"), Contains("wbalance-sim"));
 }

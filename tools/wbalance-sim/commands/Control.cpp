@@ -7,6 +7,7 @@
 #include <stdexcept>
 
 #include "Arguments.h"
+#include "ExampleInstruments.h"
 #include "control/ControlServer.h"
 #include "control/Desk.h"
 #include "simulator/BenchDirectory.h"
@@ -51,7 +52,8 @@ fs::path OnlyRunningBench() {
     const auto benches = RunningBenches();
     if (benches.empty())
         throw std::runtime_error(
-            "no wbalance-sim of yours is running; start one, such as wbalance-sim kern --pty");
+            WithExamples("no wbalance-sim of yours is running; start one, such as wbalance-sim "
+                         "{balance} --pty"));
     if (benches.size() == 1) return benches.front();
     std::string paths;
     for (const auto& bench : benches)

@@ -6,6 +6,7 @@
 #include <memory>
 #include <stdexcept>
 
+#include "ExampleInstruments.h"
 #include "ExitCode.h"
 #include "HostProgram.h"
 #include "InstrumentList.h"
@@ -36,8 +37,8 @@ const char* const kReplayExamples =
     "none and gets no answer; the record goes on with the command that it has next.\n"
     "Port and line settings are the record's own where nothing else is said.\n"
     "Examples:\n"
-    "  wbalance weigh -d radwag -p 3 --usb --record trouble.record\n"
-    "  wbalance-sim replay trouble.record -- wbalance weigh -d radwag -p 3 --usb\n"
+    "  wbalance weigh -d {balance} -p 3 --usb --record trouble.record\n"
+    "  wbalance-sim replay trouble.record -- wbalance weigh -d {balance} -p 3 --usb\n"
     "  wbalance-sim replay trouble.record --fast --port 0 --log - -- ./my-host\n"
     "  wbalance-sim replay one.record --port 0 , replay other.record --port 1 -- ./my-host\n"
     "  wbalance-sim replay trouble.record --pty\n"
@@ -49,16 +50,16 @@ const char* const kExamples =
     "  wbalance-sim control CHANGE    change something while it runs\n"
     "  wbalance-sim replay FILE       an instrument that answers as in a record\n"
     "Several instruments stand in a row with a comma, a word of its own, between them:\n"
-    "  wbalance-sim kern --load 5 , radwag --port 1 --usb --load 7 -- ./my-host\n"
+    "  wbalance-sim {balance} --load 5 , {other} --port 1 --usb --load 7 -- ./my-host\n"
     "Examples:\n"
     "  wbalance-sim --list\n"
-    "  wbalance-sim mettler-toledo --load 12.34 -- ./my-host --port 0\n"
-    "  wbalance-sim mettler-xs --usb --port 1 --load 0 --load 100@5s --log - -- ./my-host\n"
-    "  wbalance-sim mettler-toledo --line 9600,8N1 --fault silent@5s+2s -- ./my-host\n"
-    "  wbalance-sim radwag --script parcel.script -- ./my-host\n"
-    "  wbalance-sim mettler-toledo --with reset-answer=off --pty\n"
+    "  wbalance-sim {balance} --load 12.34 -- ./my-host --port 0\n"
+    "  wbalance-sim {balance} --usb --port 1 --load 0 --load 100@5s --log - -- ./my-host\n"
+    "  wbalance-sim {balance} --line 9600,8N1 --fault silent@5s+2s -- ./my-host\n"
+    "  wbalance-sim {balance} --script parcel.script -- ./my-host\n"
+    "  wbalance-sim {balance} --with {switch} --pty\n"
     "A host built with a sanitizer needs the sanitizer's runtime first:\n"
-    "  LD_PRELOAD=$(gcc -print-file-name=libasan.so) wbalance-sim mettler-toledo -- ./my-host\n"
+    "  LD_PRELOAD=$(gcc -print-file-name=libasan.so) wbalance-sim {balance} -- ./my-host\n"
     "Exit code: the program's; 128 and the number of the signal that ended it; 125 when\n"
     "wbalance-sim itself fails, 126 and 127 when the program cannot be run or found.";
 
@@ -116,7 +117,7 @@ std::unique_ptr<Placement> ParseOne(std::vector<std::string> words, RunOptions& 
     if (isReplay) words.erase(words.begin());
     const arguments::Grammar grammar{isReplay ? "wbalance-sim replay" : "wbalance-sim",
                                      isReplay ? kReplayDescription : kDescription,
-                                     isReplay ? kReplayExamples : kExamples};
+                                     WithExamples(isReplay ? kReplayExamples : kExamples)};
     arguments::Parse(grammar, words, [&](arguments::Command command) {
         placement->AddTo(command);
         run.AddTo(command);

@@ -1,0 +1,28 @@
+"""What client programs send to a mettler-xs, and its answers; pyserial_client.py says how."""
+
+from mt_sics import BASIC_COMMANDS
+
+LINE = (9600, 8, "N", 1)
+
+STEPS = {
+    "": [
+        (b"@\r\n", b'I4 A "1126493049"\r\n'),
+        (b"I0\r\n", BASIC_COMMANDS + b'I0 B 2 "C1"\r\nI0 B 2 "C3"\r\nI0 B 2 "DAT"\r\n'
+                    b'I0 B 2 "I10"\r\nI0 B 2 "I11"\r\nI0 B 2 "M21"\r\nI0 B 2 "PWR"\r\n'
+                    b'I0 B 2 "SIS"\r\nI0 B 2 "SNR"\r\nI0 B 2 "TIM"\r\nI0 A 2 "UPD"\r\n'),
+        (b"I1\r\n", b'I1 A "0123" "2.30" "2.22" "2.33" "2.20"\r\n'),
+        (b"I2\r\n", b'I2 A "XS204 Excellence 220.0090 g"\r\n'),
+        (b"I3\r\n", b'I3 A "4.10 10.28.0.493.142"\r\n'),
+        (b"I4\r\n", b'I4 A "1126493049"\r\n'),
+        (b"M21 0 0\r\n", b"M21 A\r\n"),
+        (b"S\r\n", b"S S     2.5000 g\r\n"),
+        (b"T\r\n", b"T S     2.5000 g\r\n"),
+        (b"TA\r\n", b"TA A     2.5000 g\r\n"),
+        (b"SI\r\n", b"S S     0.0000 g\r\n"),
+        (b"TAC\r\n", b"TAC A\r\n"),
+        (b"TI\r\n", b"TI S     2.5000 g\r\n"),
+        (b"ZI\r\n", b"ZI S\r\n"),
+        (b"Z\r\n", b"Z A\r\n"),
+        (b"SI\r\n", b"S S     0.0000 g\r\n"),
+    ],
+}

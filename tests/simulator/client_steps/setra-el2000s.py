@@ -1,0 +1,11 @@
+"""What client programs send to a setra-el2000s, and its answers; pyserial_client.py says how."""
+
+LINE = (2400, 8, "N", 1)
+
+STEPS = {
+    "": [
+        (b"#", b"1+     2.50 g\r\n"),
+        (b"T", b""),
+        (b"#", b"1+     0.00 g\r\n"),
+    ],
+}
