@@ -6,31 +6,30 @@ class CSerialObject;
 
 /// A balance on a serial line: the abstract base of every driver.
 ///
-/// A host constructs the driver of the instrument that is fitted, may change the port number and
-/// the line settings, and then calls the operations. No explicit open or close is needed:
-/// IsReady() opens the port and leaves it open, and so do the other operations, except those of
-/// which the driver says that they need an IsReady() before them. Settings that change take effect
-/// at the next operation that opens; a changed port number or port kind does only after
-/// CloseCommPort().
+/// A host constructs the driver of its instrument, may change the port number and the line
+/// settings, and then calls the operations. No explicit open or close is needed. IsReady() opens
+/// the port and leaves it open. The other operations do so, too, unless the driver says that they
+/// need an IsReady() before them. Changed settings take effect at the next operation that opens the
+/// port. A changed port number or port kind takes effect only after CloseCommPort().
 ///
 /// Results are 1 for success and 0 for failure unless a member says otherwise; weights are in
-/// grams. Nothing is thrown, except what Qt and the C++ library throw when they find no memory.
-/// Every command, answer and failure is traced on standard output (CSerialObject::TavinTrace()). A
-/// text that does not fit the fixed buffer it is meant for ends the process with SIGABRT, standard
-/// output flushed and one line printed on standard error before; the members name the cases.
+/// grams. The library throws nothing. Qt and the C++ library throw when memory runs out. Every
+/// command, answer and failure is traced on standard output (CSerialObject::TavinTrace()). If a
+/// text does not fit its fixed buffer, the library flushes standard output, prints one line on
+/// standard error and ends the process with SIGABRT. The members name these cases.
 ///
-/// Numbers are read, sent and traced as the "C" locale has them, with a point, whatever the locale
-/// of the process or the thread, which stays as it is. (The GNU C library has that
-/// locale ready. Where another C library finds no memory for it, the host's stays in force.)
+/// Numbers are read, sent and traced with a decimal point, as in the "C" locale. The locale of the
+/// process and of the thread does not matter and does not change. (The GNU C library always has the
+/// "C" locale. If another C library has no memory for it, the host's locale stays in force.)
 ///
 /// Pointers must not be null unless a member says what null does.
 ///
-/// A driver object is used by one thread at a time and keeps no state outside itself, so that each
-/// thread may have its own. All waiting blocks the caller; the pages in docs/instruments/ say for
-/// how long. The object owns its serial object, and that owns its port.
+/// Use a driver object in one thread at a time. It keeps no state outside itself, so each thread
+/// may have its own. All waiting blocks the caller; the pages in docs/instruments/ say for how
+/// long. The object owns its serial object, and the serial object owns the port.
 ///
-/// A driver of a host's own derives from this class, sets every settings field in its constructor
-/// (SetCommPort() and SetCommConfig() do) and overrides what its instrument can do.
+/// A host can have its own driver. It derives from this class, sets every settings field in its
+/// constructor (with SetCommPort() and SetCommConfig()) and overrides what its instrument can do.
 ///
 /// The fields, their order and the order of the virtual functions are part of the binary interface.
 class WBALANCE_EXPORT Cwbalance {
@@ -50,7 +49,7 @@ class WBALANCE_EXPORT Cwbalance {
     /// Opens the port and finds out whether the balance can be used, as the driver describes.
     virtual int IsReady() = 0;
 
-    /// Tares, or where the driver says so zeroes, the balance.
+    /// Tares the balance, or zeroes it if the driver says so.
     virtual int Tare() = 0;
 
     /// Reads the weight.
@@ -62,13 +61,14 @@ class WBALANCE_EXPORT Cwbalance {
     /// @return 0 failure, 1 a (stable) weight, and in the drivers that tell them apart 2 a dynamic
     ///   one. Use `*weight` only with a result other than 0.
     ///
-    /// Here: writes 0.0 and returns 0.
+    /// This base class writes 0.0 and returns 0.
     virtual int Weight(long mode, double* weight, int* decimals);
 
-    /// Sets a preset tare of `preset` grams. Here: sends nothing and returns 1.
+    /// Sets a preset tare of `preset` grams. This base class sends nothing and returns 1.
     virtual int TareSet(double preset);
 
-    /// Puts the instrument back to its factory settings. Here: sends nothing and returns 1.
+    /// Restores the factory settings of the instrument. This base class sends nothing and returns
+    /// 1.
     virtual int RestoreFactorySettings();
 
     /// Chooses the port by the number in its device name.
@@ -77,37 +77,37 @@ class WBALANCE_EXPORT Cwbalance {
 
     /// Chooses the line settings and the kind of port.
     ///
-    /// The arguments are checked and stored one at a time in their order; the first one out of
-    /// range ends the call with 0, the ones before it stay stored and the ones after it stay as
-    /// they were. An unknown code is stored and leaves that setting of the port alone.
+    /// The arguments are checked and stored one after the other. The first one that is out of range
+    /// ends the call with 0: the ones before it are stored, the ones after it are not. An unknown
+    /// code is stored and does not change that setting of the port.
     ///
     /// @param baud bits per second, 1 or more
     /// @param parity a Parity code, 0 or more
     /// @param dataBits 7 or 8 (0 or more; others leave the port's own)
     /// @param stopBits a StopBits code, 0 or more
     /// @param flowControl a FlowControl code, 0 or more
-    /// @param timeout seconds that one wait for data may last: 1 to 60, or 0 for 100 ms. More than
-    ///   60 is stored, and makes the configuration fail at the next open.
+    /// @param timeout seconds that one wait for data may last: 1 to 60, or 0 for 100 ms. A larger
+    ///   value is stored, and the configuration then fails at the next open.
     /// @param portKind 'S' for "/dev/ttyS<port>" or 'U' for "/dev/ttyUSB<port>"
     int SetCommConfig(int baud, int parity, int dataBits, int stopBits, int flowControl,
                       int timeout, char portKind);
 
     /// Opens the port, or finds it open, and applies the stored settings.
     ///
-    /// A port that can't be opened gives 0; its unopened port object stays, the next operation
-    /// finds it held and fails too, and the one after that tries the device again. A setting that
-    /// the port refuses gives 0 for good: the serial object is destroyed, and every operation of
-    /// this driver object fails from then on. Construct a new one.
+    /// If the port can't be opened, the result is 0, and the unopened port object stays. The next
+    /// operation finds this object and fails, too. The operation after that tries the device again.
+    /// If the port refuses a setting, the result is 0 and the serial object is destroyed: every
+    /// later operation of this driver object fails. Construct a new one.
     int OpenAndSetDefCommConfig();
 
     /// Closes the port. @return 0 when there is no serial object any more.
     int CloseCommPort();
 
-    /// The first number in the text of an answer; the answer's form is not checked.
+    /// Returns the first number in the text of an answer. The form of the answer is not checked.
     ///
-    /// A '-' directly before the first digit makes it negative. A '+' does not count, nor does a
-    /// '-' with blanks between it and the digits. The number goes on for as long as digits, '.' and
-    /// '-' follow; the value is the longest valid number at its start.
+    /// A '-' directly before the first digit makes it negative. A '+' has no effect, and neither
+    /// has a '-' with blanks between it and the digits. The number continues as long as digits, '.'
+    /// and '-' follow. The value is the longest valid number at its start.
     ///
     /// @param answer fewer than 100 characters; a longer text ends the process. Must not be null.
     /// @param decimals receives how many characters of the number follow its first point; stays as
@@ -116,13 +116,13 @@ class WBALANCE_EXPORT Cwbalance {
     double ParseWeight(char* answer, int* decimals);
 
  protected:
-    /// Creates the serial object and leaves every other field unset: the driver's constructor sets
-    /// them.
+    /// Creates the serial object. It does not set the other fields: the driver's constructor must
+    /// do so.
     Cwbalance();
 
-    /// The start that the drivers' operations share: refuses a negative port number or a missing
+    /// The common start of the drivers' operations. It refuses a negative port number or a missing
     /// serial object, opens the port with the stored settings and discards what was received
-    /// before. When the port refuses to discard it, the port is closed.
+    /// before. If the port refuses to discard it, the port is closed.
     /// @return 1 when the line can be used, else 0
     int OpenAndClear();
 

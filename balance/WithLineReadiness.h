@@ -1,38 +1,37 @@
 #pragma once
 
-/// Any driver with a readiness check that is the line's alone: open, configure and clear, and
-/// nothing sent.
+/// Any driver with a readiness check of the line only: it opens, configures and clears the port,
+/// and sends nothing.
 ///
-/// Readiness is a virtual call, and the drivers' operations begin with it. In some drivers the
-/// driver's own check stands in the way of the reading that follows:
+/// Readiness is a virtual call, and the drivers' operations begin with it. The own check of some
+/// drivers spoils the reading that follows:
 ///
-/// - Generic Mettler Toledo: the check sends the reset "@" and leaves its answer (I4 A
-///   "1126493049") to be read as part of the weight answer, so that a balance that answers the
-///   reset reads as 4 g.
-/// - Kern EW/EG-N/EWB and Gibertini: the check asks for a weight, which asks for the check, and so
-///   on; no byte reaches the instrument.
-/// - Ohaus: a tare costs a trial reading first.
+/// - It sends a reset and leaves the balance's answer in the line. The driver then reads this
+///   answer as part of the weight.
+/// - It asks for a weight, which asks for the check, and so on. No byte reaches the instrument.
+/// - It makes a trial reading, which takes time.
 ///
-/// With these, and wherever a host wants the reading and nothing before it:
+/// The header and the page of each driver say what its check does. With such a driver, or whenever
+/// a host wants the reading and nothing before it:
 ///
-///     WithLineReadiness<WbalanceMettlerToledo> balance;
+///     WithLineReadiness<Driver> balance;
 ///     double grams = 0.0;
 ///     int decimals = 0;
 ///     int status = balance.Weight(1, &grams, &decimals);
 ///
-/// The drivers whose other operations don't open the port (Sartorius, Ohaus, Scale House, XL-1800,
-/// EL-2000S `Weight`) need one IsReady() before them; this one is enough for that.
+/// Some drivers need one IsReady() before their other operations, because these don't open the
+/// port. This IsReady() is enough for that.
 ///
-/// Do not use it where the reset is wanted: the PR2003, XS, SB32001 and PM drivers reset or detect
-/// in their own check and remember that it is done.
+/// Do not use it with a driver whose own check resets the balance or detects its protocol, and
+/// remembers that it is done.
 ///
-/// A successful IsReady() says that the line is open, not that an instrument answers on it.
-/// Results, threads, ownership: as for the driver.
+/// A successful IsReady() means that the port is open. It does not mean that an instrument answers.
+/// Results, threads and ownership are those of the driver.
 template <class Driver>
 class WithLineReadiness : public Driver {
  public:
     using Driver::Driver;
 
-    /// 1 when the port is open, configured and cleared. Nothing is sent and nothing waited for.
+    /// 1 when the port is open, configured and cleared. It sends nothing and waits for nothing.
     int IsReady() override { return Driver::OpenAndClear(); }
 };

@@ -1,8 +1,7 @@
 #pragma once
 
 /// @file
-/// Everything that libwbalance offers: the drivers, the class behind which they stand, the
-/// transport.
+/// Everything that libwbalance offers: the drivers, their base class and the transport.
 
 #include "CSerialObject.h"
 #include "Cwbalance.h"

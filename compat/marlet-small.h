@@ -1,11 +1,10 @@
 #pragma once
 
-/// @file
-/// The two platform functions on which the balance library stands. They are a shared library of
-/// their own, `libmarlet-small.so`, and the balance library calls them through its dynamic symbols:
-/// a host that has its own `libmarlet-small.so`, or a test with a virtual clock, puts that one in
-/// their place. The library is asked for by that name alone, without a version. Both functions may
-/// be called from any thread.
+/// @file The two platform functions that the balance library uses. They are a separate shared
+/// library, `libmarlet-small.so`, and the balance library calls them through its dynamic symbols.
+/// So a host with its own `libmarlet-small.so`, or a test with a virtual clock, can replace them.
+/// The library is looked up by this name, without a version. Both functions may be called from any
+/// thread.
 
 #define MARLET_SMALL_API __attribute__((visibility("default")))
 

@@ -7,15 +7,15 @@
 /// Line settings at construction: port 0 of kind 'S', 2400 baud, no parity, 8 data bits, one stop
 /// bit, no flow control, a time-out of 1 s.
 ///
-/// IsReady() alone opens the port, and has to come first: on a driver whose port is not open Tare()
-/// and Weight() return 0, because their command can't be sent.
+/// Only IsReady() opens the port, so call it first. If the port is not open, Tare() and Weight()
+/// can't send their command and return 0.
 ///
-/// RestoreFactorySettings() is that of Cwbalance: it sends nothing and returns 1.
+/// RestoreFactorySettings() is inherited from Cwbalance: it sends nothing and returns 1.
 ///
 /// Times below count full time-outs t (1 s unless changed), the fixed pauses, and the settle delay
 /// d after each piece of an answer: 100 ms, or the environment variable WBALANCE_SLEEP, a decimal
-/// number of milliseconds that every Weight() reads anew. It has no bounds: a text without digits
-/// gives 0, and a negative number waits no time. It has to fit an int.
+/// number of milliseconds. Every Weight() reads it again. It has no limits: a text without digits
+/// gives 0, and a negative number means no delay. It has to fit an int.
 class WBALANCE_EXPORT WbalanceDIC_XL1800 : public Cwbalance {
  public:
     WbalanceDIC_XL1800();
@@ -37,18 +37,17 @@ class WBALANCE_EXPORT WbalanceDIC_XL1800 : public Cwbalance {
 
     /// Reads the weight. Does not open the port.
     ///
-    /// Sends "?1" up to five times until an answer is accepted. Each answer is collected until
-    /// nothing comes for t: with one piece d + 2 t at most, so that five that are refused take
-    /// 5 (d + 2 t). At the latest the piece that brings its 128th character ends an answer, so that
-    /// a balance that never stops sending can't hold up the call. What that piece holds beyond the
-    /// 128th character is dropped, and what comes later begins the next answer.
-    /// More than some 980 characters at once end the process (CSerialObject::ReceiveAnswer()).
+    /// Sends "?1" up to five times until an answer is accepted. It collects each answer until
+    /// nothing comes for t. An answer in one piece takes at most d + 2 t, so five refused answers
+    /// take 5 (d + 2 t). The piece that brings the 128th character ends an answer, so a balance
+    /// that never stops sending can't block the call. The rest of that piece is dropped. What comes
+    /// later begins the next answer. More than about 980 characters at once end the process
+    /// (CSerialObject::ReceiveAnswer()).
     ///
     /// @param mode 2 accepts an unstable weight, too; any other value only a stable one
-    /// @param weight receives grams. Null returns 0 at once. With the result 0 it holds 0.0,
-    ///   or the value of an unstable weight that was refused, also when a later command could not
-    ///   be sent. Stays as it is without a serial object (see
-    ///   Cwbalance::OpenAndSetDefCommConfig()).
+    /// @param weight receives grams. Null returns 0 at once. With the result 0 it holds 0.0, or the
+    ///   value of an unstable weight that was refused, also if a later command could not be sent.
+    ///   It is unchanged if there is no serial object (see Cwbalance::OpenAndSetDefCommConfig()).
     /// @param decimals is not used
     /// @return 1, also for an unstable weight in mode 2; 0 failure
     int Weight(long mode, double* weight, int* decimals) override;
@@ -59,9 +58,9 @@ class WBALANCE_EXPORT WbalanceDIC_XL1800 : public Cwbalance {
     /// The weight in an answer: "1+" or "1-" anywhere in it marks a stable one, else "U+" or "U-"
     /// an unstable one.
     ///
-    /// The number is what follows the first '+' of the whole answer, wherever it stands, and only
-    /// in an answer without any, negated, what follows the first '-'. No digits there read as 0.0.
-    /// The unit is not looked at.
+    /// The number follows the first '+' of the whole answer, wherever it stands. Only if the answer
+    /// has no '+', the number follows the first '-' and is negative. If there are no digits, the
+    /// number is 0.0. The driver does not look at the unit.
     ///
     /// @param answer a zero-terminated text; must not be null
     /// @param weight receives the value, 0.0 without a mark; must not be null

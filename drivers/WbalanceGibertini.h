@@ -5,28 +5,28 @@
 /// Gibertini balances set to the CRYSTAL protocol (source: the maker's CRYSTAL and EU-C LCD
 /// operating manuals, chapters on the interface).
 ///
-/// Line settings at construction: port 0 of kind 'S', 9600 baud, parity as the port has it (code
-/// 1024 is none of the codes, so that no parity is set), 7 data bits, one stop bit, no flow
-/// control, a time-out of 1 s.
+/// Line settings at construction: port 0 of kind 'S', 9600 baud, parity as the port has it (1024 is
+/// not one of the codes, so the driver sets no parity), 7 data bits, one stop bit, no flow control,
+/// a time-out of 1 s.
 ///
 /// Read this first: IsReady() asks Weight() for a trial weight, and Weight() and Tare() begin with
-/// IsReady(). On a port that works they call each other until the stack is exhausted, which ends
-/// the process, and no byte reaches the balance; only a line that fails to open, configure or clear
-/// ends it with 0. Hosts give the driver a readiness of the line's alone:
+/// IsReady(). If the port works, they call each other until the stack is used up, which ends the
+/// process. No byte reaches the balance. Only if the port can't be opened, configured or cleared,
+/// they return 0. Hosts therefore use the driver with a readiness that only checks the line:
 ///
 ///     WithLineReadiness<WbalanceGibertini> balance;
 ///
-/// (or override IsReady() in a class of their own). Everything said below about what is sent and
-/// how long it takes is about such a driver.
+/// (or override IsReady() in their own class). What is said below about commands and times is about
+/// such a driver.
 ///
-/// RestoreFactorySettings() is that of Cwbalance: it sends nothing and returns 1.
+/// RestoreFactorySettings() is inherited from Cwbalance: it sends nothing and returns 1.
 ///
-/// Times below count full time-outs t (1 s unless changed) and the fixed pauses. A reading takes
-/// 3 t at most: 2 t after an answer that came at once, 3 t without one. Of what comes in that time
-/// the first 64 characters count. Without a line feed at their end it is read on, 100 ms later, for
-/// another 3 t, and so on for as long as the balance sends; what passes the 1005 characters that a
-/// line of the trace can show is dropped and ends the reading. More than some 980 characters within
-/// 3 t end the process (CSerialObject::ReceiveAnswer()).
+/// The times below consist of full time-outs t (1 s unless changed) and fixed pauses. A reading
+/// takes 2 t after an answer that came at once, and 3 t without an answer. The first 64 characters
+/// that come in this time count. If they do not end with a line feed, the driver reads again after
+/// 100 ms, for another 3 t, and so on for as long as the balance sends. A line of the trace can
+/// show 1005 characters: what comes after them is dropped and ends the reading. More than about 980
+/// characters within 3 t end the process (CSerialObject::ReceiveAnswer()).
 class WBALANCE_EXPORT WbalanceGibertini : public Cwbalance {
  public:
     WbalanceGibertini();
@@ -44,23 +44,23 @@ class WBALANCE_EXPORT WbalanceGibertini : public Cwbalance {
     /// reading.
     int Tare() override;
 
-    /// Reads the weight after IsReady(): asks once ("B") and reads on, 200 ms apart, until all that
-    /// has come is made of valid records or 20 s have passed.
+    /// Reads the weight after IsReady(): asks once ("B") and reads again every 200 ms, until
+    /// everything that came consists of valid records or 20 s have passed.
     ///
-    /// Records that come with gaps are joined. What has once made the text invalid (an error
-    /// record, a fragment that is never completed, a fourth record within 3 t, which is cut off)
-    /// keeps it so until the 20 s are over.
+    /// Records that come with gaps are joined. A text stays invalid until the 20 s are over if it
+    /// contains an error record, a fragment that is never completed, or a fourth record within 3 t,
+    /// which is cut off.
     ///
     /// @param mode is ignored
-    /// @param weight receives grams, the value of the first record; must not be null. A record that
-    ///   is refused overwrites it, too: use it only with the result 1. Stays as it is when none
-    ///   came or the command could not be sent.
-    /// @param decimals receives 2 as soon as 19 characters have come, whatever the record's
-    ///   decimals are; may be null
+    /// @param weight receives grams, the value of the first record; must not be null. A refused
+    ///   record overwrites it, too, so use it only with the result 1. Stays as it is when none came
+    ///   or the command could not be sent.
+    /// @param decimals receives 2 as soon as 19 characters have come, whatever decimals the record
+    ///   has; may be null
     /// @return 1, also for a weight that is marked as unstable; 0 failure, after 20 s + one reading
     ///   + 200 ms at most when the request could be sent
     ///
-    /// The unit is not looked at: the number is passed on as it stands.
+    /// The driver does not look at the unit: it returns the number as it stands.
     int Weight(long mode, double* weight, int* decimals) override;
 
     /// This driver has no preset tare. @return always 0; nothing is sent

@@ -9,23 +9,23 @@
 /// bits, no flow control, a time-out of 1 s.
 ///
 /// Read this first: IsReady() asks Weight() for a trial weight, and Weight() and Tare() begin with
-/// IsReady(). On a port that works they call each other until the stack is exhausted, which ends
-/// the process, and no byte reaches the balance; only a line that fails to open, configure or clear
-/// ends it with 0. Hosts give the driver a readiness of the line's alone:
+/// IsReady(). If the port works, they call each other until the stack is used up, which ends the
+/// process. No byte reaches the balance. Only if the port can't be opened, configured or cleared,
+/// they return 0. Hosts therefore use the driver with a readiness that only checks the line:
 ///
 ///     WithLineReadiness<WbalanceKern_EW_EGN_EWB> balance;
 ///
-/// (or override IsReady() in a class of their own). Everything said below about what is sent and
-/// how long it takes is about such a driver.
+/// (or override IsReady() in their own class). What is said below about commands and times is about
+/// such a driver.
 ///
-/// RestoreFactorySettings() is that of Cwbalance: it sends nothing and returns 1.
+/// RestoreFactorySettings() is inherited from Cwbalance: it sends nothing and returns 1.
 ///
-/// Times below count full time-outs t (1 s unless changed) and the fixed pauses. A reading takes
-/// 3 t at most: 2 t after an answer that came at once, 3 t without one. Of what comes in that time
-/// the first 64 characters count. Without a line feed at their end it is read on, 100 ms later, for
-/// another 3 t, and so on for as long as the balance sends; what passes the 1005 characters that a
-/// line of the trace can show is dropped and ends the reading. More than some 980 characters within
-/// 3 t end the process (CSerialObject::ReceiveAnswer()).
+/// The times below consist of full time-outs t (1 s unless changed) and fixed pauses. A reading
+/// takes 2 t after an answer that came at once, and 3 t without an answer. The first 64 characters
+/// that come in this time count. If they do not end with a line feed, the driver reads again after
+/// 100 ms, for another 3 t, and so on for as long as the balance sends. A line of the trace can
+/// show 1005 characters: what comes after them is dropped and ends the reading. More than about 980
+/// characters within 3 t end the process (CSerialObject::ReceiveAnswer()).
 class WBALANCE_EXPORT WbalanceKern_EW_EGN_EWB : public Cwbalance {
  public:
     WbalanceKern_EW_EGN_EWB();
@@ -46,19 +46,20 @@ class WBALANCE_EXPORT WbalanceKern_EW_EGN_EWB : public Cwbalance {
     ///
     /// @param mode
     ///   - 2 one immediate weight ("O8"; one reading).
-    ///   - 0 a weight after stabilization ("O9"). When the balance acknowledges and sends no record
-    ///     yet, its line is read on, 200 ms apart, until 5 s have passed: one reading, and 5 s
-    ///     + one reading + 200 ms at most.
-    ///   - 1 and any other value: the same, and when that wait was in vain too, stop ("O0") and the
-    ///     average of five calls of Weight() with mode 2 (virtual; six readings more).
+    ///   - 0 a weight after stabilization ("O9"). If the balance acknowledges but sends no record
+    ///     yet, the driver reads again every 200 ms until 5 s have passed: one reading, and at most
+    ///     5 s + one reading + 200 ms.
+    ///   - 1 and any other value: the same. If no record comes in this time, it sends stop ("O0")
+    ///     and returns the average of five virtual calls of Weight() with mode 2 (six readings
+    ///     more).
     /// @param weight receives grams; must not be null. Stays as it is with the result 0.
     /// @param decimals receives 7 when the record's value has a point, whatever its decimals; stays
     ///   as it is without one, and when the weight is an average. May be null.
     /// @return 1, also for a weight that is marked as not stable; 0 failure
     ///
-    /// The driver can't tell a weight from a record in error (status E: overload, underload): its
-    /// digits are passed on. Of a record in the 7-digit format (15 characters) the last digit is
-    /// lost. The unit is not looked at.
+    /// The driver can't tell a weight from an error record (status E: overload, underload): it
+    /// returns the digits. It loses the last digit of a record in the 7-digit format (15
+    /// characters). The driver does not look at the unit.
     int Weight(long mode, double* weight, int* decimals) override;
 
     /// The balance has no preset tare. @return always 0; nothing is sent
@@ -68,8 +69,8 @@ class WBALANCE_EXPORT WbalanceKern_EW_EGN_EWB : public Cwbalance {
     /// characters "A00\r\n" when the answer begins with an A.
     ///
     /// In the record, counted from 0: the sign at 0 ('-' or anything else), the value from 1 to 7,
-    /// the status at 11. A record that the answer's end cuts off is read as far as it goes, as not
-    /// stable.
+    /// the status at 11. If the answer ends within the record, the driver reads what is there and
+    /// takes it as not stable.
     ///
     /// @param answer a zero-terminated text; null returns 0
     /// @param weight receives the value; may be null

@@ -3,8 +3,8 @@
 #include <cstdarg>
 #include <cstddef>
 
-/// Copying and formatting into buffers of fixed size. A text that does not fit is never cut: it
-/// prints one line that names `what` on standard error and ends the process with SIGABRT.
+/// Copying and formatting into buffers of fixed size. A text that does not fit is never cut: one
+/// line on standard error names `what`, and the process ends with SIGABRT.
 namespace bounded_text {
 
 /// Copies `text` and its terminating zero into `buffer`.

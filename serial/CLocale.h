@@ -8,8 +8,8 @@ namespace c_locale {
 /// While it lives, the calling thread formats and reads numbers in the "C" locale. The locale of
 /// the process and of its other threads stays as it is.
 ///
-/// The C library has that locale ready and allocates nothing for it. One that has to, and has no
-/// memory, leaves the host's locale in force.
+/// The GNU C library always has this locale and allocates nothing for it. If another C library has
+/// no memory for it, the host's locale stays in force.
 class InForce {
  public:
     InForce();

@@ -11,28 +11,30 @@ namespace exchange {
 /// Formats a line as printf does, in a buffer of 1024 bytes, and traces it.
 __attribute__((format(printf, 2, 3))) void Trace(CSerialObject& serial, const char* format, ...);
 
-/// Traces a text as it stands. Needs no serial object: some failures are that there is none.
+/// Traces a text as it stands. It needs no serial object, because a missing serial object is one of
+/// the failures.
 void Trace(const char* text);
 
 /// Sends a fixed command of at most 9 characters without tracing it first. The transport gets a
 /// copy that it may write into.
 int Send(CSerialObject& serial, const char* command);
 
-/// Traces `format` with the display name, whatever comes of it, and sends the command.
+/// Traces `format` with the display name in any case, and sends the command.
 int Send(CSerialObject& serial, const char* format, const char* displayName, const char* command);
 
-/// Makes attempts until one is true, each false one followed by a pause of `pauseMs`. The last one
-/// is the first that ends `limitMs` or more after the start; its pause is made, too.
+/// Makes attempts until one is true, with a pause of `pauseMs` after each false one. The last
+/// attempt is the first one that ends `limitMs` or more after the start; the pause after it is
+/// made, too.
 /// @return whether an attempt was true
 bool TryFor(unsigned int limitMs, int pauseMs, const std::function<bool()>& attempt);
 
-/// What `Answer` is made of, whatever its size.
+/// The search of `Answer`, for any size.
 bool Holds(const char* text, std::size_t within, const char* mark);
 
 /// An instrument's answer of at most `Size` characters.
 ///
-/// An answer that fills its buffer arrives without a terminating zero; here one always stands
-/// behind it, so that the text can be searched and parsed.
+/// An answer that fills its buffer arrives without a terminating zero. Here a zero always follows
+/// it, so that the text can be searched and parsed.
 template <long Size>
 class Answer {
  public:
@@ -53,12 +55,12 @@ class Answer {
     char text_[Size + 1] = {};
 };
 
-/// What an instrument sends in lines, collected over as many reads as it takes.
+/// What an instrument sends in lines, collected over as many reads as necessary.
 ///
 /// Holds as much as one line of the trace can show (CSerialObject::ReceiveAllAnswer()).
 class CollectedAnswer {
  public:
-    /// Reads on up to the next line feed and appends what came.
+    /// Reads up to the next line feed and appends what came.
     int ReceiveMore(CSerialObject& serial) {
         return serial.ReceiveAllAnswerWithin(text_, sizeof text_, kRoundSize, '\n');
     }

@@ -8,18 +8,19 @@
 /// Line settings at construction: port 0 of kind 'S', 2400 baud, even parity, 7 data bits, one stop
 /// bit, no flow control, a time-out of 1 s.
 ///
-/// TareSet() and RestoreFactorySettings() are those of Cwbalance: they send nothing and return 1.
+/// TareSet() and RestoreFactorySettings() are inherited from Cwbalance: they send nothing and
+/// return 1.
 ///
-/// Times below count full time-outs t (1 s unless changed) and the fixed pauses.
+/// The times below consist of full time-outs t (1 s unless changed) and fixed pauses.
 class WBALANCE_EXPORT WbalanceMettlerToledo : public Cwbalance {
  public:
     WbalanceMettlerToledo();
     ~WbalanceMettlerToledo() override;
 
-    /// Opens and clears the line and sends the reset "@". Its answer is not read: a balance that
-    /// answers it, as most do, has that answer taken for the beginning of the next one, and the
-    /// weight is then the first digit in it (the 4 of I4). WithLineReadiness has a readiness that
-    /// sends no reset.
+    /// Opens and clears the line and sends the reset "@". The driver does not read the answer. Most
+    /// balances do answer; the driver then takes this answer for the beginning of the next one, and
+    /// the weight is its first digit (the 4 of I4). WithLineReadiness has a readiness that sends no
+    /// reset.
     ///
     /// @return 1 when the reset was handed to the port. 0 when the port can't be opened, configured
     ///   or cleared (then it is closed) or the reset can't be sent (then it is closed too). Never
@@ -42,7 +43,7 @@ class WBALANCE_EXPORT WbalanceMettlerToledo : public Cwbalance {
     /// @return 1 a stable weight, 2 a dynamic one, 0 failure (no answer or one that is not a
     ///   weight, such as an overload)
     ///
-    /// The unit of the answer is not looked at: the number is passed on as it stands.
+    /// The driver does not look at the unit of the answer: it returns the number as it stands.
     int Weight(long mode, double* weight, int* decimals) override;
 
  private:
