@@ -17,6 +17,6 @@ bool EnterLocale() {
     return true;
 }
 
-[[maybe_unused]] const bool entered = EnterLocale();
+[[maybe_unused]] const bool kEntered = EnterLocale();
 
 }  // namespace
