@@ -45,7 +45,7 @@ class CannedDialect : public simulator::Dialect {
 simulator::CatalogEntry CannedInstrument(const Operation& operation) {
     simulator::CatalogEntry entry;
     entry.name = operation.driver;
-    entry.line = simulator::LineSettings::Parse(operation.line).value();
+    entry.line = simulator::UartSettings::Parse(operation.line).value();
     entry.createDialect = [answers = operation.answers](simulator::BalanceModel& balance,
                                                         const simulator::Switches&) {
         return std::make_unique<CannedDialect>(balance, answers);

@@ -29,8 +29,8 @@ void SetUp(simulator::Instrument& instrument, const std::string& text) {
         fuzz::Require(!fault.until || *fault.until >= fault.from, "no fault ends before it begins");
         instrument.AddFault(fault);
     });
-    if (const auto line = simulator::LineSettings::Parse(text))
-        fuzz::Require(simulator::LineSettings::Parse(line->Text()) == line,
+    if (const auto line = simulator::UartSettings::Parse(text))
+        fuzz::Require(simulator::UartSettings::Parse(line->Text()) == line,
                       "the line settings as they are written");
 }
 

@@ -9,7 +9,7 @@
 
 #include "simulator/Switches.h"
 #include "simulator/instruments/Dialect.h"
-#include "simulator/line/LineSettings.h"
+#include "simulator/line/UartSettings.h"
 #include "simulator/model/BalanceModel.h"
 
 // The driver of each instrument: here no more than a name for it.
@@ -25,7 +25,7 @@ struct CatalogEntry {
     std::string driverClass;  ///< class of the library that speaks to it
     std::string maker;
     std::string model;
-    LineSettings line;  ///< settings as delivered
+    UartSettings line;  ///< settings as delivered
     BalanceData balance;
     std::vector<SwitchDescription> switches;
     std::function<std::unique_ptr<Dialect>(BalanceModel&, const Switches&)> createDialect;

@@ -26,7 +26,7 @@ constexpr auto kPlugRetry = std::chrono::seconds(1);
 }  // namespace
 
 Options& Options::At(const std::string& settings) {
-    line = LineSettings::Parse(settings);
+    line = UartSettings::Parse(settings);
     if (!line)
         throw std::invalid_argument("\"" + settings + "\" are no line settings such as 2400,7E1");
     return *this;
@@ -198,13 +198,13 @@ void ConnectedInstrument::OnEvent(Listener listener) {
     listener_ = std::move(listener);
 }
 
-std::optional<LineSettings> ConnectedInstrument::SettingsOfLastCommand() {
+std::optional<UartSettings> ConnectedInstrument::SettingsOfLastCommand() {
     const Lock lock(mutex_);
     CatchUp();
     return settingsOfLastCommand_;
 }
 
-LineSettings ConnectedInstrument::HostSettings() {
+UartSettings ConnectedInstrument::HostSettings() {
     const Lock lock(mutex_);
     return line_->HostSettings();
 }
@@ -337,7 +337,7 @@ void ConnectedInstrument::TakeBytes(const HostLine::Arrival& arrival) {
 }
 
 /// Only who speaks has made all settings: many hosts open the port first and set it in steps.
-void ConnectedInstrument::CompareSettings(const LineSettings& host) {
+void ConnectedInstrument::CompareSettings(const UartSettings& host) {
     if (host.AgreesWith(settings_) || otherSettings_.size() >= kMostOtherSettings) return;
     if (!otherSettings_.insert(host.Text()).second) return;
     Record(LineEvent::Kind::OtherSettings, settings_.Text());
@@ -411,7 +411,7 @@ void ConnectedInstrument::KeepDistance(Moment late) {
 ConnectedInstrument::Moment ConnectedInstrument::Put(std::deque<InTransit>& way,
                                                      const std::vector<Character>& characters,
                                                      Moment free,
-                                                     const LineSettings& sender) const {
+                                                     const UartSettings& sender) const {
     const Moment perCharacter = pace_ ? sender.CharacterTime() : Moment(0);
     free = std::max(free, SinceSetUp());
     for (const Character& character : characters) {

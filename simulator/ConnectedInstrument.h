@@ -26,7 +26,7 @@ struct Options {
     std::vector<std::string> switches;  ///< "name=value"
     std::vector<Fault> faults;          ///< what goes wrong, and when
     Script script;                      ///< what else happens, and when
-    std::optional<LineSettings> line;   ///< the instrument's settings; empty: as delivered
+    std::optional<UartSettings> line;   ///< the instrument's settings; empty: as delivered
     std::optional<Adapter> pace;        ///< characters take their time on the line, to this port
 
     Options& On(const std::string& path) { return device = path, *this; }
@@ -41,7 +41,7 @@ struct Options {
     }
     /// The script in a file, beside what there is; throws as ReadScriptFile does.
     Options& WithScript(const std::string& path);
-    /// `settings` as LineSettings::parse reads them; throws std::invalid_argument for other text.
+    /// `settings` as UartSettings::parse reads them; throws std::invalid_argument for other text.
     Options& At(const std::string& settings);
     /// Characters take their time on the line, and the host gets them as its `port` hands them
     /// over, in the words of Adapter::parse; throws as that does.
@@ -68,7 +68,7 @@ struct LineEvent {
     /// Of Unplugged and PluggedIn the device, of OtherSettings the instrument's settings, of
     /// Trouble a sentence.
     std::string bytes;
-    LineSettings settings;  ///< the host's at that time
+    UartSettings settings;  ///< the host's at that time
 };
 
 /// An instrument in real time at the end of a serial line. Every function may be called from any
@@ -110,9 +110,9 @@ class ConnectedInstrument {
     void OnEvent(Listener listener);
 
     /// The line settings in force when the host sent its last bytes; empty before the first.
-    std::optional<LineSettings> SettingsOfLastCommand();
-    LineSettings HostSettings();  ///< the host's line settings now
-    LineSettings OwnSettings() const { return settings_; }
+    std::optional<UartSettings> SettingsOfLastCommand();
+    UartSettings HostSettings();  ///< the host's line settings now
+    UartSettings OwnSettings() const { return settings_; }
     bool IsOpenedByHost();
     std::string Device();                              ///< the device's present name
     const std::string& Name() const { return name_; }  ///< of the catalog
@@ -159,7 +159,7 @@ class ConnectedInstrument {
     const Fault* UnplugFault() const;
     void TakeArrival(const HostLine::Arrival& arrival);
     void TakeBytes(const HostLine::Arrival& arrival);
-    void CompareSettings(const LineSettings& host);
+    void CompareSettings(const UartSettings& host);
     void PassToInstrument();
     void TakeAnswers();
     void PassToHost();
@@ -167,7 +167,7 @@ class ConnectedInstrument {
     std::optional<Moment> NextPiece();
     void KeepDistance(Moment late);
     Moment Put(std::deque<InTransit>& way, const std::vector<Character>& characters, Moment free,
-               const LineSettings& sender) const;
+               const UartSettings& sender) const;
     void Record(LineEvent::Kind kind, const std::string& bytes);
     void ForgetOldEvents();
     std::string Sent(LineEvent::Kind kind);
@@ -176,7 +176,7 @@ class ConnectedInstrument {
     Clock::time_point start_ = Clock::now();
     std::string name_;
     Instrument instrument_;
-    LineSettings settings_;
+    UartSettings settings_;
     std::optional<Adapter> pace_;
     std::unique_ptr<HostLine> line_;
     std::string returnsAs_;
@@ -192,7 +192,7 @@ class ConnectedInstrument {
     Moment instrumentFree_{0};
     std::deque<LineEvent> log_;
     std::size_t loggedBytes_ = 0;
-    std::optional<LineSettings> settingsOfLastCommand_;
+    std::optional<UartSettings> settingsOfLastCommand_;
     std::set<std::string> otherSettings_;  ///< at which the host has spoken
     Listener listener_;
     std::function<void()> changed_;

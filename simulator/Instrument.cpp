@@ -170,9 +170,9 @@ void Instrument::ApplyFaults() {
     const bool busy = ActiveFault("busy");
     dialect_->SetBusy(busy);
     balance_.ForceUnstable(busy);
-    auto range = Reading::Range::Inside;
-    if (ActiveFault("overload")) range = Reading::Range::Over;
-    if (ActiveFault("underload")) range = Reading::Range::Under;
+    auto range = Indication::Range::Inside;
+    if (ActiveFault("overload")) range = Indication::Range::Over;
+    if (ActiveFault("underload")) range = Indication::Range::Under;
     balance_.ForceRange(range);
 }
 

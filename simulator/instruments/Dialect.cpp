@@ -153,8 +153,9 @@ void Dialect::Every(Time period, Action action) {
 void Dialect::AtEachRest(Action action) {
     const auto moved = std::make_shared<bool>(true);
     Every(balance_.Data().refresh, [this, moved, action = std::move(action)] {
-        const Reading reading = balance_.Read();
-        const bool rests = !busy_ && reading.stable && reading.range == Reading::Range::Inside;
+        const Indication indication = balance_.Read();
+        const bool rests =
+            !busy_ && indication.stable && indication.range == Indication::Range::Inside;
         if (rests && *moved) action();
         *moved = !rests;
     });

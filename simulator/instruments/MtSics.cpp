@@ -77,8 +77,8 @@ void MtSics::Unknown(const std::string& command) {
 
 bool MtSics::IsOutOfRange(const std::string& id) {
     const auto range = Balance().Read().range;
-    if (range == Reading::Range::Inside) return false;
-    Say(id + (range == Reading::Range::Over ? " +" : " -"));
+    if (range == Indication::Range::Inside) return false;
+    Say(id + (range == Indication::Range::Over ? " +" : " -"));
     return true;
 }
 
@@ -176,23 +176,23 @@ void MtSics::Watch(const std::string& id, const std::string& text) {
 }
 
 void MtSics::FollowChange(std::optional<double> step, bool saysMoving) {
-    const Reading reading = Balance().Read();
-    const bool isStable = reading.stable && reading.range == Reading::Range::Inside;
-    if (!moved_ && HasChanged(reading, step)) {
+    const Indication indication = Balance().Read();
+    const bool isStable = indication.stable && indication.range == Indication::Range::Inside;
+    if (!moved_ && HasChanged(indication, step)) {
         moved_ = true;
         if (saysMoving && !isStable) SayWeightNow();
     }
     if (!moved_ || !isStable || IsUnable()) return;
     SayWeightNow();
-    lastSent_ = reading.value;
+    lastSent_ = indication.value;
     moved_ = false;
 }
 
-bool MtSics::HasChanged(const Reading& reading, std::optional<double> step) const {
+bool MtSics::HasChanged(const Indication& indication, std::optional<double> step) const {
     const double readability = Balance().Data().readability;
     const double last = std::fabs(lastSent_) * Balance().Data().gramsPerUnit;
     const double needed = step.value_or(std::max(kChangingPart * last, kLeastSteps * readability));
-    const double change = std::fabs(reading.value - lastSent_) * Balance().Data().gramsPerUnit;
+    const double change = std::fabs(indication.value - lastSent_) * Balance().Data().gramsPerUnit;
     return change > needed - readability / 2;
 }
 

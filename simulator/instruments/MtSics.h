@@ -93,7 +93,7 @@ class MtSics : public Dialect {
     void InTime(const std::string& id, const std::string& milliseconds, Action then);
     void Watch(const std::string& id, const std::string& step);
     void FollowChange(std::optional<double> step, bool saysMoving);
-    bool HasChanged(const Reading& reading, std::optional<double> step) const;
+    bool HasChanged(const Indication& indication, std::optional<double> step) const;
     void TareNow(const std::string& id);
     static std::optional<std::string> QuotedText(const std::string& parameters);
     std::optional<double> Grams(const std::string& weight) const;

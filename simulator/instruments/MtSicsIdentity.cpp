@@ -50,7 +50,7 @@ void MtSics::SayType() {
     BalanceData data = Balance().Data();
     data.gramsPerUnit = 1;
     data.countsPieces = false;
-    Reading full = BalanceModel(data).Read();
+    Indication full = BalanceModel(data).Read();
     full.value = data.capacity;
     Answer("I2", Quoted(model_.type + " " + full.Digits() + " g"));
 }

@@ -71,17 +71,18 @@ void MtSics::ChooseUnit(const std::string& parameters) {
 
 // > "SIS"   < "SIS A 0 100.00 0 2 1 0 0": state, value, unit, decimals, step, approval, tare
 void MtSics::SayStatus() {
-    const Reading reading = Balance().Read();
-    const auto unit = std::find_if(kHostUnits.begin(), kHostUnits.end(),
-                                   [&](const HostUnit& each) { return each.text == reading.unit; });
+    const Indication indication = Balance().Read();
+    const auto unit = std::find_if(kHostUnits.begin(), kHostUnits.end(), [&](const HostUnit& each) {
+        return each.text == indication.unit;
+    });
     if (IsUnable() || unit == kHostUnits.end()) return Say("SIS I");
-    std::string state = reading.stable ? "0" : "1";
-    if (reading.range != Reading::Range::Inside)
-        state = reading.range == Reading::Range::Over ? "4" : "5";
+    std::string state = indication.stable ? "0" : "1";
+    if (indication.range != Indication::Range::Inside)
+        state = indication.range == Indication::Range::Over ? "4" : "5";
     const double tare = Balance().TareWeight();
     const std::string info = tare == 0 ? "0" : (tare == enteredTare_ ? "2" : "1");
-    Say("SIS A " + state + " " + reading.Digits() + " " + std::to_string(unit->code) + " " +
-        std::to_string(reading.decimals) + " 1 0 " + info);
+    Say("SIS A " + state + " " + indication.Digits() + " " + std::to_string(unit->code) + " " +
+        std::to_string(indication.decimals) + " 1 0 " + info);
 }
 
 // > "DAT"   < "DAT A 22 11 2026";  > "DAT 01 10 2021"   < "DAT A"

@@ -8,29 +8,29 @@ namespace {
 constexpr std::size_t kCommandColumns = 3;
 
 /// Out of range there is no mass: it reads zero.
-std::string MassOf(Reading reading) {
-    if (reading.range != Reading::Range::Inside) reading.value = 0;
-    return reading.Digits();
+std::string MassOf(Indication indication) {
+    if (indication.range != Indication::Range::Inside) indication.value = 0;
+    return indication.Digits();
 }
 
-std::string MarkOf(const Reading& reading) {
-    if (reading.range == Reading::Range::Over) return "^";
-    if (reading.range == Reading::Range::Under) return "v";
-    return reading.stable ? " " : "?";
+std::string MarkOf(const Indication& indication) {
+    if (indication.range == Indication::Range::Over) return "^";
+    if (indication.range == Indication::Range::Under) return "v";
+    return indication.stable ? " " : "?";
 }
 
 }  // namespace
 
-std::string RadwagFrame(const std::string& command, const Reading& reading, bool isWide) {
-    return LeftAligned(command, kCommandColumns) + (isWide ? " " : "") + RadwagMass(reading);
+std::string RadwagFrame(const std::string& command, const Indication& indication, bool isWide) {
+    return LeftAligned(command, kCommandColumns) + (isWide ? " " : "") + RadwagMass(indication);
 }
 
-std::string RadwagMass(const Reading& reading) {
-    const std::string digits = MassOf(reading);
+std::string RadwagMass(const Indication& indication) {
+    const std::string digits = MassOf(indication);
     const bool isNegative = digits.front() == '-';
-    return MarkOf(reading) + " " + (isNegative ? "-" : " ") +
+    return MarkOf(indication) + " " + (isNegative ? "-" : " ") +
            RightAligned(digits.substr(isNegative), kRadwagMassColumns) + " " +
-           LeftAligned(reading.unit == "PCS" ? "pcs" : reading.unit, kRadwagUnitColumns);
+           LeftAligned(indication.unit == "PCS" ? "pcs" : indication.unit, kRadwagUnitColumns);
 }
 
 const std::vector<Unit>& RadwagUnits() {

@@ -13,10 +13,10 @@ constexpr std::size_t kRadwagMassColumns = 9;
 constexpr std::size_t kRadwagUnitColumns = 3;
 
 /// "SI ?       18.5 g  "; a wide one has a blank more behind the command.
-std::string RadwagFrame(const std::string& command, const Reading& reading, bool isWide);
+std::string RadwagFrame(const std::string& command, const Indication& indication, bool isWide);
 
 /// What the frame and the print key's line have in common: stability, sign, mass and unit.
-std::string RadwagMass(const Reading& reading);
+std::string RadwagMass(const Indication& indication);
 
 /// The units that a host can choose for the frames, in the order of "US next".
 const std::vector<Unit>& RadwagUnits();

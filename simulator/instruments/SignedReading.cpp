@@ -38,15 +38,15 @@ void SignedReading::Tare() {
 }
 
 // "1+    12.34 g" at rest, "U-     0.50 g" while the pan moves
-std::string SignedReading::Line(const Reading& reading) const {
-    return (reading.stable ? "1" : "U") + Sign(reading) +
-           RightAligned(Number(reading), kNumberColumns) + " " + reading.unit;
+std::string SignedReading::Line(const Indication& indication) const {
+    return (indication.stable ? "1" : "U") + Sign(indication) +
+           RightAligned(Number(indication), kNumberColumns) + " " + indication.unit;
 }
 
-std::string SignedReading::Number(const Reading& reading) {
-    if (reading.range == Reading::Range::Over) return "HHH";
-    if (reading.range == Reading::Range::Under) return "LLL";
-    return reading.Digits().substr(reading.value < 0 ? 1 : 0);
+std::string SignedReading::Number(const Indication& indication) {
+    if (indication.range == Indication::Range::Over) return "HHH";
+    if (indication.range == Indication::Range::Under) return "LLL";
+    return indication.Digits().substr(indication.value < 0 ? 1 : 0);
 }
 
 std::vector<SwitchDescription> SignedReadingSwitches() {

@@ -22,12 +22,14 @@ class SignedReading : public Dialect {
     bool Interrupts(const std::string&) const override { return true; }
 
     /// The line of a reading, without its end.
-    virtual std::string Line(const Reading& reading) const;
+    virtual std::string Line(const Indication& indication) const;
 
     /// "-": the sign of a reading, also of a positive one.
-    static std::string Sign(const Reading& reading) { return reading.value < 0 ? "-" : "+"; }
+    static std::string Sign(const Indication& indication) {
+        return indication.value < 0 ? "-" : "+";
+    }
     /// The number without its sign; letters in its place out of range.
-    static std::string Number(const Reading& reading);
+    static std::string Number(const Indication& indication);
     const Switches& ChosenSwitches() const { return switches_; }
 
  private:

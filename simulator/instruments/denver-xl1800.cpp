@@ -15,13 +15,13 @@ class DenverXl1800 : public SignedReading {
         : SignedReading(model, switches, "?1", "T") {}
 
  protected:
-    std::string Line(const Reading& reading) const override {
+    std::string Line(const Indication& indication) const override {
         const std::string timeLine = ChosenSwitches().IsOn("time-line") ? "09:10:37\r\n" : "";
         const std::string& form = ChosenSwitches().Text("form");
-        const std::string signAndNumber = Sign(reading) + RightAligned(Number(reading), 10);
-        if (form == "spaced") return timeLine + (reading.stable ? "1 " : "U ") + signAndNumber;
+        const std::string signAndNumber = Sign(indication) + RightAligned(Number(indication), 10);
+        if (form == "spaced") return timeLine + (indication.stable ? "1 " : "U ") + signAndNumber;
         if (form == "bare") return timeLine + signAndNumber;
-        return timeLine + SignedReading::Line(reading);
+        return timeLine + SignedReading::Line(indication);
     }
 };
 

@@ -89,18 +89,18 @@ class Gibertini : public Dialect {
     }
 
     std::string MeasureAndUnit() const {
-        const Reading reading = Balance().Read();
-        return RightAligned(reading.Digits(), 10) + " " + LeftAligned(reading.unit, 3);
+        const Indication indication = Balance().Read();
+        return RightAligned(indication.Digits(), 10) + " " + LeftAligned(indication.unit, 3);
     }
 
     /// Measure, unit, two flags: "    123.45 g   DS".
     std::string Record(char state) const {
-        const Reading reading = Balance().Read();
-        std::string flags = {state, reading.stable ? 'S' : 'I'};
+        const Indication indication = Balance().Read();
+        std::string flags = {state, indication.stable ? 'S' : 'I'};
         if (state == 'D') flags[0] = switches_.Text("flag").front();
         if (Now() < testedAt_) flags[0] = 'I';
-        if (reading.range == Reading::Range::Over) flags = "OE";
-        if (reading.range == Reading::Range::Under) flags = "UE";
+        if (indication.range == Indication::Range::Over) flags = "OE";
+        if (indication.range == Indication::Range::Under) flags = "UE";
         return MeasureAndUnit() + " " + flags;
     }
 

@@ -114,10 +114,10 @@ class Kern : public Dialect {
     void RepeatForEachLoad() {
         wasEmpty_ = true;
         Every(Balance().Data().refresh, [this] {
-            const Reading reading = Balance().Read();
-            const bool isLoaded = reading.value > 0;
+            const Indication indication = Balance().Read();
+            const bool isLoaded = indication.value > 0;
             if (!isLoaded) wasEmpty_ = true;
-            if (!isLoaded || !wasEmpty_ || !reading.stable) return;
+            if (!isLoaded || !wasEmpty_ || !indication.stable) return;
             Say(Record());
             wasEmpty_ = false;
         });
@@ -135,10 +135,10 @@ class Kern : public Dialect {
 
     /// Sign, digits, unit, tolerance, status: "+  12.50 G S". In error the digits mean nothing.
     std::string Record() {
-        const Reading reading = Balance().Read();
-        const bool isNegative = reading.value < 0;
-        return (isNegative ? "-" : "+") + Columns(reading.Digits().substr(isNegative)) +
-               UnitText(reading.unit) + " " + Status(reading);
+        const Indication indication = Balance().Read();
+        const bool isNegative = indication.value < 0;
+        return (isNegative ? "-" : "+") + Columns(indication.Digits().substr(isNegative)) +
+               UnitText(indication.unit) + " " + Status(indication);
     }
 
     static std::string UnitText(const std::string& unit) {
@@ -153,9 +153,9 @@ class Kern : public Dialect {
         return std::string(width - std::min(width, digits.size()), fill) + digits;
     }
 
-    static std::string Status(const Reading& reading) {
-        if (reading.range != Reading::Range::Inside) return "E";
-        return reading.stable ? "S" : "U";
+    static std::string Status(const Indication& indication) {
+        if (indication.range != Indication::Range::Inside) return "E";
+        return indication.stable ? "S" : "U";
     }
 
     Switches switches_;

@@ -72,15 +72,15 @@ class StandardPm : public Dialect {
  private:
     bool IsOutOfRange() {
         const auto range = Balance().Read().range;
-        if (range == Reading::Range::Inside) return false;
-        Say(range == Reading::Range::Over ? "SI+" : "SI-");
+        if (range == Indication::Range::Inside) return false;
+        Say(range == Indication::Range::Over ? "SI+" : "SI-");
         return true;
     }
 
     void SayWeight() {
-        const Reading reading = Balance().Read();
-        Say(LeftAligned(reading.stable ? "S" : "SD", kIdentifierColumns) + " " +
-            RightAligned(reading.Digits(), kValueColumns) + " " + reading.unit);
+        const Indication indication = Balance().Read();
+        Say(LeftAligned(indication.stable ? "S" : "SD", kIdentifierColumns) + " " +
+            RightAligned(indication.Digits(), kValueColumns) + " " + indication.unit);
     }
 
     void SendStable() {

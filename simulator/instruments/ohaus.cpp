@@ -174,9 +174,9 @@ class OhausPrint : public Dialect {
     }
 
     void SayReading() {
-        const Reading reading = Balance().Read();
-        if (reading.range != Reading::Range::Inside || !Balance().IsOn()) return;
-        Say(Line(reading.Digits(), reading.unit, reading.stable && !IsBusy()));
+        const Indication indication = Balance().Read();
+        if (indication.range != Indication::Range::Inside || !Balance().IsOn()) return;
+        Say(Line(indication.Digits(), indication.unit, indication.stable && !IsBusy()));
     }
 
     std::string Line(const std::string& digits, const std::string& unit, bool isStable) const {

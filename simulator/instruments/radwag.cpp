@@ -163,10 +163,10 @@ class Radwag : public Dialect {
     void SendImmediately() { SayNow("SI", Balance().Read()); }
     void SendImmediatelyInUnit() { SayNow("SUI", ReadInUnit()); }
 
-    void SayNow(const std::string& command, const Reading& reading) {
+    void SayNow(const std::string& command, const Indication& indication) {
         if (IsBusy()) return Say(command + " I");
         if (switches_.IsOn("confirms-at-once")) Say(command + " A");
-        Say(Frame(command, reading));
+        Say(Frame(command, indication));
     }
 
     // > "C1"  < "C1 A" and the frames of SI, until "C0"; "CU1" those of SUI
@@ -217,10 +217,10 @@ class Radwag : public Dialect {
     void SayLowLimit() { SayLimit("DH", lowLimit_); }
     void SayHighLimit() { SayLimit("UH", highLimit_); }
     void SayLimit(const std::string& name, double limit) {
-        Reading reading = Balance().Read();
-        reading.value = limit;
-        Say(name + " " + RightAligned(reading.Digits(), kRadwagMassColumns) + " " +
-            LeftAligned(reading.unit, kRadwagUnitColumns) + " ");
+        Indication indication = Balance().Read();
+        indication.value = limit;
+        Say(name + " " + RightAligned(indication.Digits(), kRadwagMassColumns) + " " +
+            LeftAligned(indication.unit, kRadwagUnitColumns) + " ");
     }
 
     // > "K1"  < "K1 OK"  the keys are blocked until "K0" or the next power-off
@@ -242,7 +242,7 @@ class Radwag : public Dialect {
         Say("BN A " + Quoted(name));
     }
     void SayCapacity() {
-        Reading full = Balance().Read();
+        Indication full = Balance().Read();
         full.value = Balance().Data().capacity / Balance().Data().gramsPerUnit;
         Say("FS A " + Quoted(full.Digits()));
     }
@@ -312,15 +312,15 @@ class Radwag : public Dialect {
     }
 
     /// In the unit that a host has chosen for the display; S and SI keep to the basic unit.
-    Reading ReadInUnit() const {
+    Indication ReadInUnit() const {
         const Unit basic{Balance().Data().unit, Balance().Data().gramsPerUnit};
         const Unit pieces{"pcs", 1, true};
         if (mode_ == kCounting) return Balance().ReadIn(pieces);
         return Balance().ReadIn(unit_ == 0 ? basic : RadwagUnits()[unit_]);
     }
 
-    std::string Frame(const std::string& command, const Reading& reading) const {
-        return RadwagFrame(command, reading, switches_.Text("frame") == "22");
+    std::string Frame(const std::string& command, const Indication& indication) const {
+        return RadwagFrame(command, indication, switches_.Text("frame") == "22");
     }
 
     Switches switches_;

@@ -182,20 +182,20 @@ class Sbi : public Dialect {
     void SayReading() {
         const std::string special = SpecialText();
         if (!special.empty()) return SayLine("Stat", special);
-        const Reading reading = Balance().Read();
+        const Indication indication = Balance().Read();
         if (!storedTare_.empty() && switches_.Text("tare-line") != "off" && HasIdentifiers())
-            SayLine(switches_.Text("tare-line"), Weight("+", storedTare_, reading.stable));
-        std::string digits = reading.Digits();
-        const std::string sign = SignOf(reading);
+            SayLine(switches_.Text("tare-line"), Weight("+", storedTare_, indication.stable));
+        std::string digits = indication.Digits();
+        const std::string sign = SignOf(indication);
         if (sign == "-") digits.erase(0, 1);
         if (switches_.IsOn("verified"))
             digits = digits.substr(0, digits.size() - 1) + "[" + digits.back() + "]";
-        SayLine(Identifier(), Weight(sign, digits, reading.stable));
+        SayLine(Identifier(), Weight(sign, digits, indication.stable));
     }
 
-    std::string SignOf(const Reading& reading) const {
-        if (reading.value == 0 && !series_.signsZero) return " ";
-        return reading.value < 0 ? "-" : "+";
+    std::string SignOf(const Indication& indication) const {
+        if (indication.value == 0 && !series_.signsZero) return " ";
+        return indication.value < 0 ? "-" : "+";
     }
 
     std::string Identifier() const {
@@ -209,9 +209,9 @@ class Sbi : public Dialect {
         const bool words = switches_.IsOn("words");
         if (adjusting_) return words ? "      Cal." : "      C";
         switch (Balance().Read().range) {
-            case Reading::Range::Over:
+            case Indication::Range::Over:
                 return words ? "      High" : "      H";
-            case Reading::Range::Under:
+            case Indication::Range::Under:
                 return words ? "      Low" : "      L";
             default:
                 break;
@@ -304,7 +304,7 @@ class Sbi : public Dialect {
         const double before = Balance().TareWeight();
         if (Balance().PresetTare(before + *value * Balance().Data().gramsPerUnit) != Outcome::Done)
             return;
-        Reading stored = Balance().Read();
+        Indication stored = Balance().Read();
         stored.value = *value;
         storedTare_ = stored.Digits();
     }

@@ -35,9 +35,9 @@ class ScaleHouseTicket : public Dialect {
     }
 
     void Print() {
-        const Reading net = Balance().Read();
-        if (net.range != Reading::Range::Inside) return Say("ERR");
-        Reading gross = net;
+        const Indication net = Balance().Read();
+        if (net.range != Indication::Range::Inside) return Say("ERR");
+        Indication gross = net;
         gross.value += Balance().TareWeight() / Balance().Data().gramsPerUnit;
         const std::string& ticket = switches_.Text("ticket");
         if (ticket == "net-word") return Say(Weight(net.Digits(), " NET"));

@@ -16,10 +16,10 @@ class SetraEl2000s : public SignedReading {
         : SignedReading(model, switches, "#", switches.Text("tare-command")) {}
 
  protected:
-    std::string Line(const Reading& reading) const override {
-        if (ChosenSwitches().Text("form") == "marked") return SignedReading::Line(reading);
+    std::string Line(const Indication& indication) const override {
+        if (ChosenSwitches().Text("form") == "marked") return SignedReading::Line(indication);
         // Sign, six digits with their point, blank, mode, unit, one more character: "+ 12.34 NG "
-        return Sign(reading) + RightAligned(Number(reading), 7) + " NG ";
+        return Sign(indication) + RightAligned(Number(indication), 7) + " NG ";
     }
 };
 

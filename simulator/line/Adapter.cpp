@@ -71,7 +71,7 @@ Adapter Adapter::Parse(const std::string& text) {
     return adapter;
 }
 
-void Adapter::Receive(const Character& character, Moment at, const LineSettings& line) {
+void Adapter::Receive(const Character& character, Moment at, const UartSettings& line) {
     collected_.push_back(character);
     const bool isFull = collected_.size() >= trigger_ || line.baudRate < slowestCollected_;
     if (isFull)

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "simulator/line/LineSettings.h"
 #include "simulator/line/Uart.h"
+#include "simulator/line/UartSettings.h"
 
 namespace simulator {
 
@@ -29,7 +29,7 @@ class Adapter {
 
     /// A character is complete on the wire, which is at the host's settings `line`. Not before what
     /// is due until then was handed over.
-    void Receive(const Character& character, Moment at, const LineSettings& line);
+    void Receive(const Character& character, Moment at, const UartSettings& line);
 
     /// When the host gets what has been collected; empty when nothing has.
     std::optional<Moment> Due() const { return due_; }

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "simulator/line/LineSettings.h"
 #include "simulator/line/Uart.h"
+#include "simulator/line/UartSettings.h"
 
 namespace simulator {
 
@@ -32,7 +32,7 @@ class HostLine {
     /// Bytes that arrived together, the settings at which they were sent, and break conditions.
     struct Arrival {
         std::string bytes;
-        LineSettings settings;
+        UartSettings settings;
         unsigned breaks = 0;
     };
 
@@ -47,7 +47,7 @@ class HostLine {
     virtual bool IsOpen() const = 0;
 
     /// The settings that the host has made last.
-    virtual LineSettings HostSettings() const = 0;
+    virtual UartSettings HostSettings() const = 0;
 
     /// The adapter is pulled out: the host's open port is hung up, the device is gone.
     virtual void Unplug() = 0;

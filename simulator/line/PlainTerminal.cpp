@@ -2,7 +2,7 @@
 
 namespace simulator {
 
-PlainTerminal::PlainTerminal(const LineSettings& assumed) : assumed_(assumed) {
+PlainTerminal::PlainTerminal(const UartSettings& assumed) : assumed_(assumed) {
     PlugIn({});
 }
 

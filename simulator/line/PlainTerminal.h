@@ -12,7 +12,7 @@ namespace simulator {
 class PlainTerminal final : public HostLine {
  public:
     /// `assumed` are the host's settings as far as this line knows.
-    explicit PlainTerminal(const LineSettings& assumed);
+    explicit PlainTerminal(const UartSettings& assumed);
 
     const std::string& Device() const override { return path_; }
     /// None while it is closed: a closed terminal would always be ready.
@@ -21,14 +21,14 @@ class PlainTerminal final : public HostLine {
     void Serve(const std::function<void(const Arrival&)>& arrived) override;
     void Deliver(const std::vector<Character>& characters) override;
     bool IsOpen() const override { return open_; }
-    LineSettings HostSettings() const override { return assumed_; }
+    UartSettings HostSettings() const override { return assumed_; }
     /// Hangs the host up; the path is gone.
     void Unplug() override;
     /// A new pseudo-terminal; its path is the system's choice, not `device`.
     void PlugIn(const std::string& device) override;
 
  private:
-    LineSettings assumed_;
+    UartSettings assumed_;
     std::unique_ptr<PseudoTerminal> terminal_;
     std::string path_;
     bool open_ = false;

@@ -21,11 +21,11 @@ bool ParityBit(Parity parity, unsigned data) {
     return false;
 }
 
-unsigned DataOf(char byte, const LineSettings& settings) {
+unsigned DataOf(char byte, const UartSettings& settings) {
     return static_cast<unsigned char>(byte) & ((1u << settings.dataBits) - 1u);
 }
 
-std::vector<bool> Wire(const std::string& bytes, const LineSettings& sender) {
+std::vector<bool> Wire(const std::string& bytes, const UartSettings& sender) {
     std::vector<bool> bits;
     for (const char byte : bytes) {
         const unsigned data = DataOf(byte, sender);
@@ -42,7 +42,7 @@ std::vector<bool> Wire(const std::string& bytes, const LineSettings& sender) {
 /// that bit times and their middles are whole numbers on both sides.
 class Receiver {
  public:
-    Receiver(std::vector<bool> bits, const LineSettings& sender, const LineSettings& receiver)
+    Receiver(std::vector<bool> bits, const UartSettings& sender, const UartSettings& receiver)
         : bits_(std::move(bits)),
           settings_(receiver),
           sentBit_(2 * std::int64_t{receiver.baudRate}),
@@ -99,7 +99,7 @@ class Receiver {
     }
 
     std::vector<bool> bits_;
-    LineSettings settings_;
+    UartSettings settings_;
     std::int64_t sentBit_;
     std::int64_t readBit_;
     std::int64_t now_ = 0;
@@ -107,8 +107,8 @@ class Receiver {
 
 }  // namespace
 
-std::vector<Character> Transmit(const std::string& bytes, const LineSettings& sender,
-                                const LineSettings& receiver) {
+std::vector<Character> Transmit(const std::string& bytes, const UartSettings& sender,
+                                const UartSettings& receiver) {
     if (!sender.AgreesWith(receiver))
         return Receiver(Wire(bytes, sender), sender, receiver).ReadAll();
     std::vector<Character> characters;

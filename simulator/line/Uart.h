@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "simulator/line/LineSettings.h"
+#include "simulator/line/UartSettings.h"
 
 namespace simulator {
 
@@ -21,7 +21,7 @@ struct Character {
 /// first and sampled in the middle of each of the receiver's bit times; only the first stop bit is
 /// looked at; after a framing error the receiver waits until the line is idle. Equal settings give
 /// the bytes themselves, cut to the data bits.
-std::vector<Character> Transmit(const std::string& bytes, const LineSettings& sender,
-                                const LineSettings& receiver);
+std::vector<Character> Transmit(const std::string& bytes, const UartSettings& sender,
+                                const UartSettings& receiver);
 
 }  // namespace simulator

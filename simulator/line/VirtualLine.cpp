@@ -92,9 +92,9 @@ int DataBitsOf(tcflag_t control) {
     }
 }
 
-LineSettings Unpacked(std::uint64_t settings) {
+UartSettings Unpacked(std::uint64_t settings) {
     const tcflag_t control = PackedLineFlags(settings);
-    LineSettings line;
+    UartSettings line;
     line.baudRate = static_cast<int>(PackedBaudRate(settings));
     line.dataBits = DataBitsOf(control);
     line.parity = ParityOf(control);
@@ -287,7 +287,7 @@ void VirtualLine::Deliver(const std::vector<Character>& characters) {
     terminal_->Write(bytes);
 }
 
-LineSettings VirtualLine::HostSettings() const {
+UartSettings VirtualLine::HostSettings() const {
     return Unpacked(state_->settings);
 }
 

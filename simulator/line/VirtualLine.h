@@ -38,7 +38,7 @@ class VirtualLine final : public HostLine {
     void Serve(const std::function<void(const Arrival&)>& arrived) override;
     void Deliver(const std::vector<Character>& characters) override;
     bool IsOpen() const override { return terminal_ && state_->hostOpen; }
-    LineSettings HostSettings() const override;
+    UartSettings HostSettings() const override;
     void Unplug() override;
     void PlugIn(const std::string& device) override;
 

@@ -31,7 +31,7 @@ double ValueIn(const Unit& unit, double grams) {
 
 }  // namespace
 
-std::string Reading::Digits() const {
+std::string Indication::Digits() const {
     return DigitsOf(value, decimals);
 }
 
@@ -92,19 +92,19 @@ void BalanceModel::Refresh(Time at) {
     lastRefresh_ = at;
 }
 
-Reading BalanceModel::ReadIn(const Unit& unit) const {
-    Reading reading;
-    reading.range = Range();
-    reading.stable = IsStable();
-    reading.unit = unit.text;
-    reading.decimals = DecimalsIn(unit);
-    reading.value = ValueIn(unit, RoundToStep(GrossWeight() - tare_));
-    return reading;
+Indication BalanceModel::ReadIn(const Unit& unit) const {
+    Indication indication;
+    indication.range = Range();
+    indication.stable = IsStable();
+    indication.unit = unit.text;
+    indication.decimals = DecimalsIn(unit);
+    indication.value = ValueIn(unit, RoundToStep(GrossWeight() - tare_));
+    return indication;
 }
 
 Outcome BalanceModel::Zero() {
-    if (Range() == Reading::Range::Over) return Outcome::TooHigh;
-    if (Range() == Reading::Range::Under) return Outcome::TooLow;
+    if (Range() == Indication::Range::Over) return Outcome::TooHigh;
+    if (Range() == Indication::Range::Under) return Outcome::TooLow;
     if (GrossWeight() > data_.zeroRange) return Outcome::TooHigh;
     if (GrossWeight() < -data_.zeroRange) return Outcome::TooLow;
     zero_ = shown_;
@@ -113,8 +113,9 @@ Outcome BalanceModel::Zero() {
 }
 
 Outcome BalanceModel::Tare() {
-    if (Range() == Reading::Range::Over) return Outcome::TooHigh;
-    if (Range() == Reading::Range::Under || RoundToStep(GrossWeight()) < 0) return Outcome::TooLow;
+    if (Range() == Indication::Range::Over) return Outcome::TooHigh;
+    if (Range() == Indication::Range::Under || RoundToStep(GrossWeight()) < 0)
+        return Outcome::TooLow;
     tare_ = RoundToStep(GrossWeight());
     return Outcome::Done;
 }
@@ -158,13 +159,13 @@ int BalanceModel::DecimalsIn(const Unit& unit) const {
     return count;
 }
 
-Reading::Range BalanceModel::Range() const {
-    if (forcedRange_ != Reading::Range::Inside) return forcedRange_;
+Indication::Range BalanceModel::Range() const {
+    if (forcedRange_ != Indication::Range::Inside) return forcedRange_;
     // Steps that have no exact binary form may add up to a little more than the capacity.
     if (RoundToStep(GrossWeight()) > data_.capacity + data_.readability / 1000)
-        return Reading::Range::Over;
-    if (GrossWeight() < data_.lowestLoad) return Reading::Range::Under;
-    return Reading::Range::Inside;
+        return Indication::Range::Over;
+    if (GrossWeight() < data_.lowestLoad) return Indication::Range::Under;
+    return Indication::Range::Inside;
 }
 
 }  // namespace simulator

@@ -27,7 +27,7 @@ struct BalanceData {
 };
 
 /// What the display shows.
-struct Reading {
+struct Indication {
     enum class Range { Inside, Over, Under };
 
     double value = 0;  ///< net weight in the displayed unit, rounded to the readability
@@ -78,9 +78,9 @@ class BalanceModel {
     void ScheduleLoad(Time at, double grams);
     void StartWithLoad(double grams);
 
-    Reading Read() const { return ReadIn({data_.unit, data_.gramsPerUnit, data_.countsPieces}); }
+    Indication Read() const { return ReadIn({data_.unit, data_.gramsPerUnit, data_.countsPieces}); }
     /// The same in another unit than that of the display.
-    Reading ReadIn(const Unit& unit) const;
+    Indication ReadIn(const Unit& unit) const;
 
     Outcome Zero();                    ///< the present load is zero; clears the tare
     Outcome Tare();                    ///< the present load is tare; refused below zero
@@ -102,7 +102,7 @@ class BalanceModel {
 
     /// Conditions forced from outside: a pan that never comes to rest, a balance out of its range.
     void ForceUnstable(bool forced) { forcedUnstable_ = forced; }
-    void ForceRange(Reading::Range range) { forcedRange_ = range; }
+    void ForceRange(Indication::Range range) { forcedRange_ = range; }
 
  private:
     struct LoadChange {
@@ -115,7 +115,7 @@ class BalanceModel {
     double GrossWeight() const { return shown_ - zero_; }
     bool IsStable() const;
     int DecimalsIn(const Unit& unit) const;
-    Reading::Range Range() const;
+    Indication::Range Range() const;
 
     BalanceData data_;
     std::mt19937 random_;
@@ -133,7 +133,7 @@ class BalanceModel {
     std::string displayText_;
     bool on_ = true;
     bool forcedUnstable_ = false;
-    Reading::Range forcedRange_ = Reading::Range::Inside;
+    Indication::Range forcedRange_ = Indication::Range::Inside;
 };
 
 }  // namespace simulator

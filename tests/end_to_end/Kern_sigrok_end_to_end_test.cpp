@@ -14,8 +14,8 @@
 
 #include "simulator/VirtualBench.h"
 
-using simulator::LineSettings;
 using simulator::Options;
+using simulator::UartSettings;
 using simulator::VirtualBench;
 
 namespace {
@@ -79,7 +79,7 @@ TEST_F(KernReadBySigrok, A_stable_weight) {
     auto& balance = Have(Options().WithLoad(12.5));
     EXPECT_EQ(Readings(), "Mass: 12.50 g\nMass: 12.50 g\n");
     EXPECT_EQ(balance.SentByHost(), "O1\r\nO1\r\n");
-    EXPECT_EQ(balance.SettingsOfLastCommand(), LineSettings::Parse("1200,8N2"));
+    EXPECT_EQ(balance.SettingsOfLastCommand(), UartSettings::Parse("1200,8N2"));
 }
 
 TEST_F(KernReadBySigrok, An_unstable_weight) {

@@ -9,9 +9,9 @@
 
 #include "simulator/VirtualBench.h"
 
-using simulator::LineSettings;
 using simulator::Options;
 using simulator::Parity;
+using simulator::UartSettings;
 using simulator::VirtualBench;
 
 namespace {
@@ -33,7 +33,7 @@ int CodeOf(Parity parity) {
     return static_cast<int>(parity);
 }
 
-int StopBitsCodeOf(const LineSettings& line) {
+int StopBitsCodeOf(const UartSettings& line) {
     return line.stopBits == 2 ? 2 : 0;
 }
 
@@ -42,7 +42,7 @@ class Pieces : public testing::Test {
  protected:
     /// At the instrument's own baud rate where none is given.
     void Have(Maker driver, const char* instrument, const char* port, int baudRate = 0) {
-        LineSettings line = simulator::FindInstrument(instrument).line;
+        UartSettings line = simulator::FindInstrument(instrument).line;
         if (baudRate != 0) line.baudRate = baudRate;
         balance_ =
             &bench_.Place(instrument, Options().WithLoad(12.34).At(line.Text()).WithPacing(port));

@@ -6,8 +6,8 @@
 
 #include "simulator/VirtualBench.h"
 
-using simulator::LineSettings;
 using simulator::Options;
+using simulator::UartSettings;
 using simulator::VirtualBench;
 
 namespace {
@@ -45,7 +45,7 @@ TEST_F(WbalanceDIC_XL1800EndToEnd, A_readiness_and_a_weight_at_the_delivered_lin
     EXPECT_EQ(decimals_, -1);
     EXPECT_EQ(balance.SentByHost(), "?1?1");
     EXPECT_EQ(balance.SentByInstrument(), "1+    12.34 g\r\n1+    12.34 g\r\n");
-    EXPECT_EQ(balance.SettingsOfLastCommand(), LineSettings::Parse("2400,8N1"));
+    EXPECT_EQ(balance.SettingsOfLastCommand(), UartSettings::Parse("2400,8N1"));
 }
 
 TEST_F(WbalanceDIC_XL1800EndToEnd, A_paced_line_is_collected_in_pieces) {

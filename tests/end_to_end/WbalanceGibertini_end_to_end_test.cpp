@@ -6,8 +6,8 @@
 
 #include "simulator/VirtualBench.h"
 
-using simulator::LineSettings;
 using simulator::Options;
+using simulator::UartSettings;
 using simulator::VirtualBench;
 
 namespace {
@@ -36,7 +36,7 @@ TEST_F(WbalanceGibertiniEndToEnd, A_stable_weight_at_the_delivered_line_settings
     EXPECT_EQ(decimals_, 2);
     EXPECT_EQ(balance.SentByHost(), "B\r");
     EXPECT_EQ(balance.SentByInstrument(), "    123.45 g   DS\r\n");
-    EXPECT_EQ(balance.SettingsOfLastCommand(), LineSettings::Parse("9600,7N1"));
+    EXPECT_EQ(balance.SettingsOfLastCommand(), UartSettings::Parse("9600,7N1"));
 }
 
 TEST_F(WbalanceGibertiniEndToEnd, A_parity_that_the_host_sets_is_set) {
@@ -44,7 +44,7 @@ TEST_F(WbalanceGibertiniEndToEnd, A_parity_that_the_host_sets_is_set) {
     driver_.SetCommConfig(9600, Cwbalance::ParityEven, 7, 0, 0, 1, 'S');
     EXPECT_EQ(Read(), 1);
     EXPECT_EQ(weight_, -12.5);
-    EXPECT_EQ(balance.SettingsOfLastCommand(), LineSettings::Parse("9600,7E1"));
+    EXPECT_EQ(balance.SettingsOfLastCommand(), UartSettings::Parse("9600,7E1"));
 }
 
 TEST_F(WbalanceGibertiniEndToEnd, A_moving_pan_is_read_with_success) {

@@ -6,8 +6,8 @@
 
 #include "simulator/VirtualBench.h"
 
-using simulator::LineSettings;
 using simulator::Options;
+using simulator::UartSettings;
 using simulator::VirtualBench;
 
 namespace {
@@ -41,7 +41,7 @@ TEST_F(WbalanceKernEndToEnd, An_immediate_weight_at_the_delivered_line_settings)
     EXPECT_EQ(decimals_, 7);
     EXPECT_EQ(balance.SentByHost(), "O8\r\n");
     EXPECT_EQ(balance.SentByInstrument(), "A00\r\n+  12.50 G S\r\n");
-    EXPECT_EQ(balance.SettingsOfLastCommand(), LineSettings::Parse("1200,8N2"));
+    EXPECT_EQ(balance.SettingsOfLastCommand(), UartSettings::Parse("1200,8N2"));
 }
 
 TEST_F(WbalanceKernEndToEnd, A_paced_line_changes_nothing) {

@@ -3,8 +3,8 @@
 
 #include "simulator/VirtualBench.h"
 
-using simulator::LineSettings;
 using simulator::Options;
+using simulator::UartSettings;
 using simulator::VirtualBench;
 
 namespace {
@@ -36,7 +36,7 @@ TEST_F(WbalanceMettlerPMEndToEnd, IsReady_finds_the_standard_protocol_by_ES) {
     EXPECT_EQ(driver.IsReady(), 1);
     EXPECT_EQ(balance.SentByHost(), "@\r\nSI\r\n@\r\nSI\r\n");
     EXPECT_EQ(balance.SentByInstrument(), "ES\r\nS       12.34 g\r\nES\r\nS       12.34 g\r\n");
-    EXPECT_EQ(balance.SettingsOfLastCommand(), LineSettings::Parse("600,7E1"));
+    EXPECT_EQ(balance.SettingsOfLastCommand(), UartSettings::Parse("600,7E1"));
     balance.ClearLog();
     EXPECT_EQ(driver.IsReady(), 1);
     EXPECT_EQ(balance.SentByHost(), "SI\r\n");

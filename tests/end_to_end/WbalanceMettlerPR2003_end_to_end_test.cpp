@@ -8,8 +8,8 @@
 
 using namespace std::chrono_literals;
 using simulator::BalanceModel;
-using simulator::LineSettings;
 using simulator::Options;
+using simulator::UartSettings;
 using simulator::VirtualBench;
 using testing::AllOf;
 using testing::EndsWith;
@@ -50,7 +50,7 @@ TEST_F(WbalanceMettlerPR2003EndToEnd, Ready_resets_the_balance_once) {
     EXPECT_EQ(driver.IsReady(), 1);
     EXPECT_EQ(balance.SentByHost(), "@\r\n");
     EXPECT_EQ(balance.SentByInstrument(), "I4 A \"1126493049\"\r\n");
-    EXPECT_EQ(balance.SettingsOfLastCommand(), LineSettings::Parse("2400,7E1"));
+    EXPECT_EQ(balance.SettingsOfLastCommand(), UartSettings::Parse("2400,7E1"));
     EXPECT_TRUE(balance.IsOpenedByHost());
 }
 

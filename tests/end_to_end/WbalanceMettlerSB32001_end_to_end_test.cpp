@@ -8,8 +8,8 @@
 
 using namespace std::chrono_literals;
 using simulator::BalanceModel;
-using simulator::LineSettings;
 using simulator::Options;
+using simulator::UartSettings;
 using simulator::VirtualBench;
 using testing::AllOf;
 using testing::EndsWith;
@@ -50,7 +50,7 @@ TEST_F(WbalanceMettlerSB32001EndToEnd, Ready_resets_the_balance_and_reads_it_onc
     EXPECT_EQ(driver.IsReady(), 1);
     EXPECT_EQ(balance.SentByHost(), "@\r\nSI\r\n");
     EXPECT_EQ(balance.SentByInstrument(), "I4 A \"1126493049\"\r\nS S        0.0 g\r\n");
-    EXPECT_EQ(balance.SettingsOfLastCommand(), LineSettings::Parse("2400,7E1"));
+    EXPECT_EQ(balance.SettingsOfLastCommand(), UartSettings::Parse("2400,7E1"));
     EXPECT_TRUE(balance.IsOpenedByHost());
 }
 

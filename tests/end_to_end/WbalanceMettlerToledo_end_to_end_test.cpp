@@ -8,8 +8,8 @@
 #include "simulator/VirtualBench.h"
 
 using namespace std::chrono_literals;
-using simulator::LineSettings;
 using simulator::Options;
+using simulator::UartSettings;
 using simulator::VirtualBench;
 using testing::AllOf;
 using testing::EndsWith;
@@ -51,7 +51,7 @@ class WbalanceMettlerToledoEndToEnd : public testing::Test {
 TEST_F(WbalanceMettlerToledoEndToEnd, Ready_hands_the_reset_over_and_sends_nothing) {
     auto& balance = Have(Options());
     EXPECT_EQ(driver.IsReady(), 1);
-    EXPECT_EQ(balance.HostSettings(), LineSettings::Parse("2400,7E1"));
+    EXPECT_EQ(balance.HostSettings(), UartSettings::Parse("2400,7E1"));
     EXPECT_TRUE(balance.IsOpenedByHost());
     EXPECT_EQ(balance.SentByHost(), "");
 }
@@ -72,7 +72,7 @@ TEST_F(WbalanceMettlerToledoEndToEnd, Weight_reads_a_stable_load_when_the_reset_
     EXPECT_EQ(decimals, 2);
     EXPECT_EQ(balance.SentByHost(), "@\r\nS\r\n");
     EXPECT_EQ(balance.SentByInstrument(), "S S      12.34 g\r\n");
-    EXPECT_EQ(balance.SettingsOfLastCommand(), LineSettings::Parse("2400,7E1"));
+    EXPECT_EQ(balance.SettingsOfLastCommand(), UartSettings::Parse("2400,7E1"));
     EXPECT_TRUE(balance.IsOpenedByHost());
 }
 

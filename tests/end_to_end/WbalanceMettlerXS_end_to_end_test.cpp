@@ -5,8 +5,8 @@
 #include "simulator/VirtualBench.h"
 
 using simulator::BalanceModel;
-using simulator::LineSettings;
 using simulator::Options;
+using simulator::UartSettings;
 using simulator::VirtualBench;
 using testing::EndsWith;
 
@@ -32,7 +32,7 @@ TEST_F(WbalanceMettlerXSEndToEnd, Ready_resets_the_balance_at_9600_baud_8N1) {
     auto& balance = Have(Options());
     EXPECT_EQ(driver.IsReady(), 1);
     EXPECT_EQ(balance.SentByHost(), "@\r\n");
-    EXPECT_EQ(balance.SettingsOfLastCommand(), LineSettings::Parse("9600,8N1"));
+    EXPECT_EQ(balance.SettingsOfLastCommand(), UartSettings::Parse("9600,8N1"));
 }
 
 TEST_F(WbalanceMettlerXSEndToEnd, Every_mode_reads_all_four_decimals_of_a_stable_load) {

@@ -5,8 +5,8 @@
 
 #include "simulator/VirtualBench.h"
 
-using simulator::LineSettings;
 using simulator::Options;
+using simulator::UartSettings;
 using simulator::VirtualBench;
 
 namespace {
@@ -31,7 +31,7 @@ TEST_F(WbalanceOHAUS_SPU602EndToEnd, IsReady_opens_the_line_and_prints_once) {
     EXPECT_EQ(driver.IsReady(), 1);
     EXPECT_EQ(balance.SentByHost(), "P\r\n");
     EXPECT_EQ(balance.SentByInstrument(), "       12.34 g      \r\n");
-    EXPECT_EQ(balance.SettingsOfLastCommand(), LineSettings::Parse("2400,7N1"));
+    EXPECT_EQ(balance.SettingsOfLastCommand(), UartSettings::Parse("2400,7N1"));
     EXPECT_TRUE(balance.IsOpenedByHost());
 }
 

@@ -6,8 +6,8 @@
 
 #include "simulator/VirtualBench.h"
 
-using simulator::LineSettings;
 using simulator::Options;
+using simulator::UartSettings;
 using simulator::VirtualBench;
 using namespace std::chrono_literals;
 using testing::AllOf;
@@ -46,7 +46,7 @@ TEST_F(WbalanceRadwagEndToEnd, Ready_opens_the_line_and_sends_nothing) {
     auto& balance = Have(Options());
     EXPECT_EQ(driver.IsReady(), 1);
     EXPECT_TRUE(balance.IsOpenedByHost());
-    EXPECT_EQ(balance.HostSettings(), LineSettings::Parse("9600,7E1"));
+    EXPECT_EQ(balance.HostSettings(), UartSettings::Parse("9600,7E1"));
     EXPECT_EQ(balance.SentByHost(), "");
 }
 
@@ -57,7 +57,7 @@ TEST_F(WbalanceRadwagEndToEnd, Mode_0_reads_a_stable_load) {
     EXPECT_EQ(decimals, 2);
     EXPECT_EQ(balance.SentByHost(), "S\r\n");
     EXPECT_EQ(balance.SentByInstrument(), "S A\r\nS    -    12.34 g  \r\n");
-    EXPECT_EQ(balance.SettingsOfLastCommand(), LineSettings::Parse("9600,7E1"));
+    EXPECT_EQ(balance.SettingsOfLastCommand(), UartSettings::Parse("9600,7E1"));
     EXPECT_TRUE(balance.IsOpenedByHost());
 }
 

@@ -3,8 +3,8 @@
 
 #include "simulator/VirtualBench.h"
 
-using simulator::LineSettings;
 using simulator::Options;
+using simulator::UartSettings;
 using simulator::VirtualBench;
 
 namespace {
@@ -34,7 +34,7 @@ TEST_F(WbalanceSartoriusEndToEnd, IsReady_opens_the_line_and_reads_once) {
     EXPECT_EQ(driver.IsReady(), 1);
     EXPECT_EQ(balance.SentByHost(), "\x1bP\r\n");
     EXPECT_EQ(balance.SentByInstrument(), "+   123.56 g  \r\n");
-    EXPECT_EQ(balance.SettingsOfLastCommand(), LineSettings::Parse("1200,7O1"));
+    EXPECT_EQ(balance.SettingsOfLastCommand(), UartSettings::Parse("1200,7O1"));
     EXPECT_TRUE(balance.IsOpenedByHost());
 }
 

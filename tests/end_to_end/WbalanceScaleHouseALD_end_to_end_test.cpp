@@ -3,8 +3,8 @@
 
 #include "simulator/VirtualBench.h"
 
-using simulator::LineSettings;
 using simulator::Options;
+using simulator::UartSettings;
 using simulator::VirtualBench;
 
 namespace {
@@ -29,7 +29,7 @@ TEST_F(WbalanceScaleHouseALDEndToEnd, IsReady_opens_the_line_and_reads_one_ticke
     EXPECT_EQ(driver.IsReady(), 1);
     EXPECT_EQ(balance.SentByHost(), "P\r\n");
     EXPECT_EQ(balance.SentByInstrument(), "PROJ 12\r\n 123.40 g\r\n 0.00 g T\r\n 123.40 g N\r\n");
-    EXPECT_EQ(balance.SettingsOfLastCommand(), LineSettings::Parse("2400,7N1"));
+    EXPECT_EQ(balance.SettingsOfLastCommand(), UartSettings::Parse("2400,7N1"));
     EXPECT_TRUE(balance.IsOpenedByHost());
 }
 

@@ -6,8 +6,8 @@
 
 #include "simulator/VirtualBench.h"
 
-using simulator::LineSettings;
 using simulator::Options;
+using simulator::UartSettings;
 using simulator::VirtualBench;
 
 namespace {
@@ -40,7 +40,7 @@ TEST_F(WbalanceSetra_EL_2000SEndToEnd, A_readiness_and_a_weight_at_the_delivered
     EXPECT_EQ(decimals_, -1);
     EXPECT_EQ(balance.SentByHost(), "##");
     EXPECT_EQ(balance.SentByInstrument(), "1+    12.34 g\r\n1+    12.34 g\r\n");
-    EXPECT_EQ(balance.SettingsOfLastCommand(), LineSettings::Parse("2400,8N1"));
+    EXPECT_EQ(balance.SettingsOfLastCommand(), UartSettings::Parse("2400,8N1"));
 }
 
 TEST_F(WbalanceSetra_EL_2000SEndToEnd, A_paced_line_with_a_gap_is_joined) {

@@ -5,7 +5,7 @@
 #include <stdexcept>
 
 using simulator::Adapter;
-using simulator::LineSettings;
+using simulator::UartSettings;
 using testing::ElementsAre;
 using testing::Pair;
 using namespace std::chrono_literals;
@@ -19,7 +19,7 @@ using Piece = std::pair<Adapter::Moment, std::size_t>;  // when, and of how many
 std::vector<Piece> Pieces(const char* port, int count, const char* settings,
                           Adapter::Moment start = 0us) {
     Adapter adapter = Adapter::Parse(port);
-    const LineSettings line = *LineSettings::Parse(settings);
+    const UartSettings line = *UartSettings::Parse(settings);
     std::vector<Piece> all;
     const auto handOver = [&] {
         const auto due = *adapter.Due();

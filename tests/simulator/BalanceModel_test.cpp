@@ -4,8 +4,8 @@
 
 using simulator::BalanceData;
 using simulator::BalanceModel;
+using simulator::Indication;
 using simulator::Outcome;
-using simulator::Reading;
 using namespace std::chrono_literals;
 
 namespace {
@@ -186,16 +186,16 @@ TEST(BalanceModel, Preset_tare_may_be_anything_from_zero_to_the_capacity) {
 }
 
 TEST(BalanceModel, Load_above_the_capacity_is_overload_and_below_the_lowest_underload) {
-    EXPECT_EQ(BalanceWith(610).Read().range, Reading::Range::Inside);
-    EXPECT_EQ(BalanceWith(610.01).Read().range, Reading::Range::Over);
-    EXPECT_EQ(BalanceWith(-20).Read().range, Reading::Range::Inside);
-    EXPECT_EQ(BalanceWith(-20.01).Read().range, Reading::Range::Under);
+    EXPECT_EQ(BalanceWith(610).Read().range, Indication::Range::Inside);
+    EXPECT_EQ(BalanceWith(610.01).Read().range, Indication::Range::Over);
+    EXPECT_EQ(BalanceWith(-20).Read().range, Indication::Range::Inside);
+    EXPECT_EQ(BalanceWith(-20.01).Read().range, Indication::Range::Under);
     EXPECT_EQ(BalanceWith(700).Tare(), Outcome::TooHigh);
 }
 
 TEST(BalanceModel, A_forced_range_shows_whatever_the_load_is) {
     BalanceModel model = BalanceWith(1);
-    model.ForceRange(Reading::Range::Over);
-    EXPECT_EQ(model.Read().range, Reading::Range::Over);
+    model.ForceRange(Indication::Range::Over);
+    EXPECT_EQ(model.Read().range, Indication::Range::Over);
     EXPECT_EQ(model.Zero(), Outcome::TooHigh);
 }

@@ -13,8 +13,8 @@ using simulator::Character;
 using simulator::ConnectedInstrument;
 using simulator::HostLine;
 using simulator::LineEvent;
-using simulator::LineSettings;
 using simulator::Options;
+using simulator::UartSettings;
 using namespace std::chrono_literals;
 
 namespace {
@@ -27,11 +27,11 @@ class TalkativeHost final : public HostLine {
     const std::string& Device() const override { return device_; }
     std::vector<int> Descriptors() const override { return {}; }
     void Serve(const std::function<void(const Arrival&)>& arrived) override {
-        if (!words_.empty()) arrived({words_, *LineSettings::Parse("2400,7E1"), 0});
+        if (!words_.empty()) arrived({words_, *UartSettings::Parse("2400,7E1"), 0});
     }
     void Deliver(const std::vector<Character>&) override {}
     bool IsOpen() const override { return true; }
-    LineSettings HostSettings() const override { return *LineSettings::Parse("2400,7E1"); }
+    UartSettings HostSettings() const override { return *UartSettings::Parse("2400,7E1"); }
     void Unplug() override {}
     void PlugIn(const std::string&) override {}
 
@@ -67,13 +67,13 @@ class SeekingHost final : public HostLine {
     }
     void Deliver(const std::vector<Character>&) override {}
     bool IsOpen() const override { return true; }
-    LineSettings HostSettings() const override { return settings_; }
+    UartSettings HostSettings() const override { return settings_; }
     void Unplug() override {}
     void PlugIn(const std::string&) override {}
 
  private:
     const std::string device_ = "/dev/ttyS0";
-    LineSettings settings_ = *LineSettings::Parse("1,8N1");
+    UartSettings settings_ = *UartSettings::Parse("1,8N1");
 };
 
 }  // namespace
@@ -97,7 +97,7 @@ TEST(ConnectedInstrument, Keeps_the_last_ten_thousand_events) {
     for (int i = 0; i < 12'000; ++i)
         balance->Serve();
     EXPECT_EQ(balance->Log().size(), 10'000u);
-    EXPECT_EQ(balance->SettingsOfLastCommand(), LineSettings::Parse("2400,7E1"));
+    EXPECT_EQ(balance->SettingsOfLastCommand(), UartSettings::Parse("2400,7E1"));
 }
 
 TEST(ConnectedInstrument, Keeps_a_mebibyte_of_what_was_said) {

@@ -3,13 +3,13 @@
 #include <gtest/gtest.h>
 
 using simulator::Character;
-using simulator::LineSettings;
 using simulator::Transmit;
+using simulator::UartSettings;
 
 namespace {
 
 std::vector<Character> Sent(const std::string& bytes, const char* sender, const char* receiver) {
-    return Transmit(bytes, *LineSettings::Parse(sender), *LineSettings::Parse(receiver));
+    return Transmit(bytes, *UartSettings::Parse(sender), *UartSettings::Parse(receiver));
 }
 
 std::string BytesOf(const std::vector<Character>& characters) {

@@ -29,8 +29,8 @@ using simulator::Change;
 using simulator::ConnectedInstrument;
 using simulator::HostLine;
 using simulator::LineEvent;
-using simulator::LineSettings;
 using simulator::Options;
+using simulator::UartSettings;
 using simulator::VirtualBench;
 using simulator::VirtualLine;
 using namespace std::chrono_literals;
@@ -161,7 +161,7 @@ TEST(VirtualBench, The_log_tells_who_sent_what_at_which_settings) {
     EXPECT_EQ(log[0].settings.Text(), "9600,8N1");
     EXPECT_EQ(log[1].kind, LineEvent::Kind::FromInstrument);
     EXPECT_EQ(log[1].bytes, "S S     1.0000 g\r\n");
-    EXPECT_EQ(balance.SettingsOfLastCommand(), LineSettings::Parse("9600,8N1"));
+    EXPECT_EQ(balance.SettingsOfLastCommand(), UartSettings::Parse("9600,8N1"));
     balance.ClearLog();
     EXPECT_TRUE(balance.Log().empty());
 }

@@ -8,8 +8,8 @@
 
 #include "Arguments.h"
 #include "ExampleInstruments.h"
+#include "control/ControlRequest.h"
 #include "control/ControlServer.h"
-#include "control/Desk.h"
 #include "simulator/BenchDirectory.h"
 #include "simulator/line/VirtualLineState.h"
 
@@ -67,7 +67,7 @@ fs::path ChosenBench(const std::string& path) {
     return above && *above ? ControlServer::SocketIn(above) : OnlyRunningBench();
 }
 
-std::string Ask(const fs::path& bench, const Request& request) {
+std::string Ask(const fs::path& bench, const ControlRequest& request) {
     const auto socket = Socket::ConnectTo(bench);
     if (!socket)
         throw std::runtime_error("no wbalance-sim runs at " + bench.string() +
@@ -91,7 +91,7 @@ std::string Joined(const std::vector<std::string>& words) {
 
 int Control(std::vector<std::string> words) {
     std::string path;
-    Request request;
+    ControlRequest request;
     arguments::Grammar grammar{"wbalance-sim control", kDescription, kExamples};
     // The words of the change are no options, though they may begin with "-".
     grammar.prefixCommand = true;

@@ -7,7 +7,7 @@
 #include <cerrno>
 #include <vector>
 
-#include "Desk.h"
+#include "ControlRequest.h"
 
 namespace {
 
@@ -18,7 +18,7 @@ constexpr int kMomentInMilliseconds = 100;
 
 std::string AnswerTo(const std::string& request, simulator::VirtualBench& bench) {
     try {
-        return "+" + CarryOut(Request::OfMessage(request), bench);
+        return "+" + CarryOut(ControlRequest::OfMessage(request), bench);
     } catch (const std::exception& error) {
         return std::string("-") + error.what();
     }

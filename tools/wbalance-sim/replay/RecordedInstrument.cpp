@@ -5,8 +5,8 @@
 using simulator::BalanceModel;
 using simulator::CatalogEntry;
 using simulator::Dialect;
-using simulator::LineSettings;
 using simulator::Time;
+using simulator::UartSettings;
 
 namespace {
 
@@ -43,13 +43,13 @@ class RecordedInstrument final : public Dialect {
 };
 
 /// The record's settings, or where they leave something to the port, those of its instrument.
-LineSettings LineOf(const record::Header& header) {
+UartSettings LineOf(const record::Header& header) {
     const auto& all = simulator::Catalog();
     const auto known = std::find_if(all.begin(), all.end(), [&](const CatalogEntry& each) {
         return each.name == header.driver;
     });
-    const LineSettings usual = known == all.end() ? LineSettings() : known->line;
-    return LineSettings::Parse(header.line).value_or(usual);
+    const UartSettings usual = known == all.end() ? UartSettings() : known->line;
+    return UartSettings::Parse(header.line).value_or(usual);
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "Desk.h"
+#include "ControlRequest.h"
 
 #include <stdexcept>
 
@@ -11,13 +11,13 @@ using simulator::VirtualBench;
 namespace {
 
 std::string Described(ConnectedInstrument& instrument) {
-    simulator::Reading reading;
-    instrument.WithBalance([&](simulator::BalanceModel& model) { reading = model.Read(); });
+    simulator::Indication indication;
+    instrument.WithBalance([&](simulator::BalanceModel& model) { indication = model.Read(); });
     std::string faults;
     for (const auto& fault : instrument.FaultsInForce())
         faults += (faults.empty() ? "; " : ", ") + fault;
-    return instrument.Device() + ": " + instrument.Name() + " shows " + reading.Digits() + " " +
-           reading.unit + (reading.stable ? "" : ", not stable") + "; the host's port is " +
+    return instrument.Device() + ": " + instrument.Name() + " shows " + indication.Digits() + " " +
+           indication.unit + (indication.stable ? "" : ", not stable") + "; the host's port is " +
            (instrument.IsOpenedByHost() ? "open" : "closed") + faults + "\n";
 }
 
@@ -49,12 +49,12 @@ ConnectedInstrument& MeantAlone(const std::string& device, VirtualBench& bench) 
 
 }  // namespace
 
-Request Request::OfMessage(const std::string& message) {
+ControlRequest ControlRequest::OfMessage(const std::string& message) {
     const auto [device, words] = simulator::CutAt(message, '\n');
     return {device, words.value_or("")};
 }
 
-std::string CarryOut(const Request& request, VirtualBench& bench) {
+std::string CarryOut(const ControlRequest& request, VirtualBench& bench) {
     if (request.words == "status") {
         std::string text;
         for (ConnectedInstrument* each : Meant(request.device, bench))

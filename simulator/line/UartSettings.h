@@ -10,7 +10,7 @@ enum class Parity { None, Odd, Even, Mark, Space };
 enum class FlowControl { None, Hardware, Software };
 
 /// How characters look on a serial line.
-struct LineSettings {
+struct UartSettings {
     int baudRate = 9600;                          ///< bits per second, 1 or more
     int dataBits = 8;                             ///< 5 to 8
     Parity parity = Parity::None;                 ///< kind of parity bit
@@ -19,7 +19,7 @@ struct LineSettings {
 
     /// Reads "2400,7E1", "9600 8N1" or, with flow control, "2400,7E1,rtscts" and
     /// "2400,7E1,xonxoff"; the parity is one of the letters N, O, E, M, S. Empty for other text.
-    static std::optional<LineSettings> Parse(const std::string& text);
+    static std::optional<UartSettings> Parse(const std::string& text);
 
     /// The text that parse reads: "2400,7E1".
     std::string Text() const;
@@ -32,10 +32,10 @@ struct LineSettings {
 
     /// Whether a character of these settings is read unchanged at the other settings: all equal but
     /// flow control, which does not change the bits.
-    bool AgreesWith(const LineSettings& other) const;
+    bool AgreesWith(const UartSettings& other) const;
 };
 
-bool operator==(const LineSettings& a, const LineSettings& b);
-bool operator!=(const LineSettings& a, const LineSettings& b);
+bool operator==(const UartSettings& a, const UartSettings& b);
+bool operator!=(const UartSettings& a, const UartSettings& b);
 
 }  // namespace simulator

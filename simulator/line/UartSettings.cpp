@@ -1,4 +1,4 @@
-#include "simulator/line/LineSettings.h"
+#include "simulator/line/UartSettings.h"
 
 #include <cctype>
 
@@ -24,7 +24,7 @@ std::optional<FlowControl> ParseFlowControl(const std::optional<std::string>& te
 
 }  // namespace
 
-std::optional<LineSettings> LineSettings::Parse(const std::string& text) {
+std::optional<UartSettings> UartSettings::Parse(const std::string& text) {
     const auto [rate, rest] = CutAt(text, text.find(' ') < text.find(',') ? ' ' : ',');
     const auto [format, flow] = CutAt(rest.value_or(""), ',');
     const auto flowControl = ParseFlowControl(flow);
@@ -34,34 +34,34 @@ std::optional<LineSettings> LineSettings::Parse(const std::string& text) {
     const auto parity = kParityLetters.find(static_cast<char>(std::toupper(format[1])));
     const auto stopBits = ParseWholeNumber(format.substr(2), 1, 2);
     if (!dataBits || parity == std::string::npos || !stopBits) return std::nullopt;
-    return LineSettings{*baudRate, *dataBits, static_cast<Parity>(parity), *stopBits, *flowControl};
+    return UartSettings{*baudRate, *dataBits, static_cast<Parity>(parity), *stopBits, *flowControl};
 }
 
-std::string LineSettings::Text() const {
+std::string UartSettings::Text() const {
     return std::to_string(baudRate) + "," + std::to_string(dataBits) +
            kParityLetters[static_cast<std::size_t>(parity)] + std::to_string(stopBits) +
            FlowControlText(flowControl);
 }
 
-int LineSettings::BitsPerCharacter() const {
+int UartSettings::BitsPerCharacter() const {
     return 1 + dataBits + (parity == Parity::None ? 0 : 1) + stopBits;
 }
 
-std::chrono::microseconds LineSettings::CharacterTime() const {
+std::chrono::microseconds UartSettings::CharacterTime() const {
     if (baudRate <= 0) return std::chrono::microseconds(0);
     return std::chrono::microseconds(1'000'000LL * BitsPerCharacter() / baudRate);
 }
 
-bool LineSettings::AgreesWith(const LineSettings& other) const {
+bool UartSettings::AgreesWith(const UartSettings& other) const {
     return baudRate == other.baudRate && dataBits == other.dataBits && parity == other.parity &&
            stopBits == other.stopBits;
 }
 
-bool operator==(const LineSettings& a, const LineSettings& b) {
+bool operator==(const UartSettings& a, const UartSettings& b) {
     return a.AgreesWith(b) && a.flowControl == b.flowControl;
 }
 
-bool operator!=(const LineSettings& a, const LineSettings& b) {
+bool operator!=(const UartSettings& a, const UartSettings& b) {
     return !(a == b);
 }
 
