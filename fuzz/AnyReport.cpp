@@ -18,7 +18,7 @@ std::string Traced(Input& input) {
 
 double Weight(Input& input, const tool::DriverInfo& driver, const tool::WireExchanges& wire) {
     const std::string answer = wire.exchanges.empty() ? "" : wire.exchanges.back().answer;
-    if (input.Coin()) return driver.dialect(answer).Value();
+    if (input.Coin()) return driver.interpret(answer).Value();
     return input.Number() / 100.0;
 }
 

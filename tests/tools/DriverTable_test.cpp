@@ -20,7 +20,7 @@ void ExpectRow(const facts::Instrument& expected, const std::string& driverClass
     EXPECT_NE(dynamic_cast<Driver*>(balance.get()), nullptr);
     EXPECT_EQ(dynamic_cast<WithLineReadiness<Driver>*>(balance.get()) == nullptr,
               expected.ownReadiness);
-    EXPECT_NE(row.dialect, nullptr);
+    EXPECT_NE(row.interpret, nullptr);
     EXPECT_EQ(row.maker + ", " + row.models, expected.title);
     EXPECT_NE(row.modes, "");
     EXPECT_EQ(row.line.Text(), expected.line);

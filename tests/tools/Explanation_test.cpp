@@ -9,12 +9,17 @@ using testing::HasSubstr;
 
 namespace {
 
-const tool::LineSettings kLine{2400, 8, 0, 0, 0};
+// 2400,8N1
+tool::LineSettings Line() {
+    tool::LineSettings settings;
+    settings.baudRate = 2400;
+    return settings;
+}
 
 std::string Explanation(const std::string& answer, const std::string& command = "SI\r\n") {
     const tool::DriverInfo& driver = tool::FindDriver(kBalance);
     return SentenceFor(
-        tool::ExplainAnswer(driver, kLine, command, {driver.dialect(answer), answer, {}}));
+        tool::ExplainAnswer(driver, Line(), command, {driver.interpret(answer), answer, {}}));
 }
 
 TEST(Explanation, Seven_bits_with_parity_read_as_eight_are_recognised) {

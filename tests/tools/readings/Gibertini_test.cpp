@@ -1,17 +1,18 @@
-#include "DialectTest.h"
+#include "readings/Gibertini.h"
+#include "InterpreterTest.h"
 
 using tool::Meaning;
 using tool::Stability;
 
 namespace {
 
-class Gibertini : public testing::TestWithParam<DialectCase> {};
+class Gibertini : public testing::TestWithParam<AnswerCase> {};
 
 TEST_P(Gibertini, Is_read_as_meant) {
     ExpectReading(tool::ReadGibertini, GetParam());
 }
 
-const DialectCase kCases[] = {
+const AnswerCase kCases[] = {
     {"stable", "    123.45 g   DS\r\n", Meaning::Weight, "123.45", "g", Stability::Stable},
     {"negative_moving", "   -123.45 g   DI\r\n", Meaning::Weight, "-123.45", "g",
      Stability::Dynamic},

@@ -1,17 +1,18 @@
-#include "DialectTest.h"
+#include "readings/Kern.h"
+#include "InterpreterTest.h"
 
 using tool::Meaning;
 using tool::Stability;
 
 namespace {
 
-class Kern : public testing::TestWithParam<DialectCase> {};
+class Kern : public testing::TestWithParam<AnswerCase> {};
 
 TEST_P(Kern, Is_read_as_meant) {
     ExpectReading(tool::ReadKern, GetParam());
 }
 
-const DialectCase kCases[] = {
+const AnswerCase kCases[] = {
     {"stable", "A00\r\n+  12.50 G S\r\n", Meaning::Weight, "12.50", "G", Stability::Stable},
     {"negative_moving", "A00\r\n-  12.50 G U\r\n", Meaning::Weight, "-12.50", "G",
      Stability::Dynamic},

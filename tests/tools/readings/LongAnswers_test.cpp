@@ -84,7 +84,7 @@ TEST_P(LongAnswers, Of_100000_characters_are_measured_and_explained) {
 TEST_P(LongAnswers, Of_1000000_characters_are_read) {
     InSmallStack([this] {
         for (const char* piece : kPieces) {
-            const tool::Reading reading = driver_.dialect("1+ " + Repeated(piece, 1'000'000));
+            const tool::Reading reading = driver_.interpret("1+ " + Repeated(piece, 1'000'000));
             EXPECT_FALSE(SentenceFor(reading).empty());
         }
     });
@@ -114,7 +114,7 @@ TEST(LongAnswer, That_one_number_fills_is_that_number) {
               std::pair("mettler-pm", "S " + digits + " g\r\n"),
               std::pair("ohaus", digits + " g\r\n"), std::pair("radwag", "S " + digits + " g\r\n"),
               std::pair("scale-house", " " + digits + " g N\r\n")}) {
-            const tool::Reading reading = tool::FindDriver(driver).dialect(answer);
+            const tool::Reading reading = tool::FindDriver(driver).interpret(answer);
             EXPECT_EQ(reading.meaning, Meaning::Weight) << driver;
             EXPECT_EQ(reading.digits, digits) << driver;
             EXPECT_EQ(reading.unit, "g") << driver;
@@ -124,7 +124,7 @@ TEST(LongAnswer, That_one_number_fills_is_that_number) {
 
 TEST(LongAnswer, Is_quoted_by_its_beginning) {
     const tool::Reading reading =
-        tool::FindDriver("mettler-toledo").dialect("I4 A " + std::string(100'000, 'x'));
+        tool::FindDriver("mettler-toledo").interpret("I4 A " + std::string(100'000, 'x'));
     EXPECT_THAT(SentenceFor(reading), HasSubstr("(the balance announced itself: I4 A xxx"));
     EXPECT_THAT(SentenceFor(reading), testing::EndsWith("xxx ...)"));
 }

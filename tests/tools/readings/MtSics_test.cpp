@@ -1,17 +1,18 @@
-#include "DialectTest.h"
+#include "readings/MtSics.h"
+#include "InterpreterTest.h"
 
 using tool::Meaning;
 using tool::Stability;
 
 namespace {
 
-class MtSics : public testing::TestWithParam<DialectCase> {};
+class MtSics : public testing::TestWithParam<AnswerCase> {};
 
 TEST_P(MtSics, Is_read_as_meant) {
     ExpectReading(tool::ReadMtSics, GetParam());
 }
 
-const DialectCase kCases[] = {
+const AnswerCase kCases[] = {
     {"stable", "S S     100.00 g\r\n", Meaning::Weight, "100.00", "g", Stability::Stable},
     {"dynamic", "S D     100.03 g\r\n", Meaning::Weight, "100.03", "g", Stability::Dynamic},
     {"negative", "S S     -12.345 g\r\n", Meaning::Weight, "-12.345", "g", Stability::Stable},

@@ -1,17 +1,18 @@
-#include "DialectTest.h"
+#include "readings/Ohaus.h"
+#include "InterpreterTest.h"
 
 using tool::Meaning;
 using tool::Stability;
 
 namespace {
 
-class Ohaus : public testing::TestWithParam<DialectCase> {};
+class Ohaus : public testing::TestWithParam<AnswerCase> {};
 
 TEST_P(Ohaus, Is_read_as_meant) {
     ExpectReading(tool::ReadOhaus, GetParam());
 }
 
-const DialectCase kCases[] = {
+const AnswerCase kCases[] = {
     {"scout_pro_stable", "       12.73 g      \r\n", Meaning::Weight, "12.73", "g",
      Stability::Stable},
     {"scout_pro_moving", "       12.73 g    ?\r\n", Meaning::Weight, "12.73", "g",

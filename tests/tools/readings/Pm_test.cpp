@@ -1,17 +1,18 @@
-#include "DialectTest.h"
+#include "readings/Pm.h"
+#include "InterpreterTest.h"
 
 using tool::Meaning;
 using tool::Stability;
 
 namespace {
 
-class Pm : public testing::TestWithParam<DialectCase> {};
+class Pm : public testing::TestWithParam<AnswerCase> {};
 
 TEST_P(Pm, Is_read_as_meant) {
     ExpectReading(tool::ReadPm, GetParam());
 }
 
-const DialectCase kCases[] = {
+const AnswerCase kCases[] = {
     {"stable", "S      -12.34 g\r\n", Meaning::Weight, "-12.34", "g", Stability::Stable},
     {"dynamic", "SD      12.34 g\r\n", Meaning::Weight, "12.34", "g", Stability::Dynamic},
     {"no_valid_value", "SI\r\n", Meaning::NotStable, "", ""},

@@ -1,17 +1,18 @@
-#include "DialectTest.h"
+#include "readings/Radwag.h"
+#include "InterpreterTest.h"
 
 using tool::Meaning;
 using tool::Stability;
 
 namespace {
 
-class Radwag : public testing::TestWithParam<DialectCase> {};
+class Radwag : public testing::TestWithParam<AnswerCase> {};
 
 TEST_P(Radwag, Is_read_as_meant) {
     ExpectReading(tool::ReadRadwag, GetParam());
 }
 
-const DialectCase kCases[] = {
+const AnswerCase kCases[] = {
     {"stable_negative", "S    -      8.5 g  \r\n", Meaning::Weight, "-8.5", "g", Stability::Stable},
     {"stable_behind_the_acknowledgement", "S A\r\nS          12.345 g  \r\n", Meaning::Weight,
      "12.345", "g", Stability::Stable},

@@ -1,17 +1,18 @@
-#include "DialectTest.h"
+#include "readings/Sbi.h"
+#include "InterpreterTest.h"
 
 using tool::Meaning;
 using tool::Stability;
 
 namespace {
 
-class Sbi : public testing::TestWithParam<DialectCase> {};
+class Sbi : public testing::TestWithParam<AnswerCase> {};
 
 TEST_P(Sbi, Is_read_as_meant) {
     ExpectReading(tool::ReadSbi, GetParam());
 }
 
-const DialectCase kCases[] = {
+const AnswerCase kCases[] = {
     {"stable", "+   123.56 g  \r\n", Meaning::Weight, "123.56", "g", Stability::Stable},
     {"negative", "-    12.34 g  \r\n", Meaning::Weight, "-12.34", "g", Stability::Stable},
     {"without_a_unit_is_dynamic", "+   123.56    \r\n", Meaning::Weight, "123.56", "",

@@ -1,17 +1,18 @@
-#include "DialectTest.h"
+#include "readings/Ticket.h"
+#include "InterpreterTest.h"
 
 using tool::Meaning;
 using tool::Stability;
 
 namespace {
 
-class Ticket : public testing::TestWithParam<DialectCase> {};
+class Ticket : public testing::TestWithParam<AnswerCase> {};
 
 TEST_P(Ticket, Is_read_as_meant) {
     ExpectReading(tool::ReadTicket, GetParam());
 }
 
-const DialectCase kCases[] = {
+const AnswerCase kCases[] = {
     {"net", "  123.40 g N\r\n", Meaning::Weight, "123.40", "g"},
     {"net_behind_gross_and_tare", "  128.40 g G\r\n    5.00 g T\r\n  123.40 g N\r\n",
      Meaning::Weight, "123.40", "g"},

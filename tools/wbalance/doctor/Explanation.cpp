@@ -20,14 +20,15 @@ bool HasEighthBit(const std::string& bytes) {
 
 const DriverInfo* SpeakerOf(const DriverInfo& asked, const std::string& answer) {
     for (const auto& driver : Drivers()) {
-        if (driver.dialect != asked.dialect && driver.dialect(answer).IsWeight()) return &driver;
+        if (driver.interpret != asked.interpret && driver.interpret(answer).IsWeight())
+            return &driver;
     }
     return nullptr;
 }
 
 // A whole line of text.
 Finding ExplainLine(const DriverInfo& driver, const Measurement& measurement) {
-    const Meaning own = driver.dialect(measurement.answer).meaning;
+    const Meaning own = driver.interpret(measurement.answer).meaning;
     const DriverInfo* speaker =
         own == Meaning::Weight ? nullptr : SpeakerOf(driver, measurement.answer);
     if (speaker != nullptr)

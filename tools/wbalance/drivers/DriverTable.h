@@ -12,7 +12,7 @@
 #include "Recognition.h"
 #include "line/LineSettings.h"
 #include "process/Request.h"
-#include "readings/Dialect.h"
+#include "readings/Interpreter.h"
 
 class Cwbalance;
 #define WBALANCE_DECLARE_CLASS(name, Class) class Class;
@@ -39,13 +39,17 @@ struct OperationInfo {
     std::string setter = {};
     /// Whether it is a zeroing in place of the tare that it is named after.
     bool zeroes = false;
+    /// The command that the driver falls back on where the balance refuses the operation, and whose
+    /// success it reports as that of the operation; what is said then. Else empty.
+    std::string fallback = {};
+    std::string fellBack = {};
 };
 
 /// All that the tool knows of one driver of the library.
 struct DriverInfo {
-    std::string maker;   ///< "Mettler Toledo"
-    std::string models;  ///< the instruments, for people
-    Dialect dialect;     ///< how its instrument's answers are to be read
+    std::string maker;      ///< "Mettler Toledo"
+    std::string models;     ///< the instruments, for people
+    Interpreter interpret;  ///< how its instrument's answers are to be read
 
     std::function<std::unique_ptr<Cwbalance>()> construct;
     bool readyFirst = false;  ///< some operations need an IsReady before them that opens the port

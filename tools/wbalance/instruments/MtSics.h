@@ -3,6 +3,7 @@
 #include "Answers.h"
 #include "Operations.h"
 #include "drivers/Factory.h"
+#include "readings/MtSics.h"
 
 /// What the instruments of the MT-SICS family have in common.
 namespace tool {

@@ -3,6 +3,7 @@
 #include "Answers.h"
 #include "Operations.h"
 #include "drivers/Factory.h"
+#include "readings/Gibertini.h"
 
 namespace tool {
 

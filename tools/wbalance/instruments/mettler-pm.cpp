@@ -1,6 +1,8 @@
 #include <wbalance/WbalanceMettlerPM.h>
 
 #include "MtSics.h"
+#include "readings/MtSics.h"
+#include "readings/Pm.h"
 
 namespace tool {
 namespace {

@@ -1,6 +1,7 @@
 #include <wbalance/WbalanceMettlerToledo.h>
 
 #include "MtSics.h"
+#include "readings/MtSics.h"
 
 namespace tool {
 namespace {

@@ -3,6 +3,8 @@
 #include "Answers.h"
 #include "Operations.h"
 #include "drivers/Factory.h"
+#include "readings/Ohaus.h"
+#include "readings/Ticket.h"
 
 namespace tool {
 namespace {

@@ -3,6 +3,7 @@
 #include "Answers.h"
 #include "Operations.h"
 #include "drivers/Factory.h"
+#include "readings/Radwag.h"
 
 namespace tool {
 namespace {
@@ -20,9 +21,10 @@ DriverInfo InfoOf<WbalanceRadwag>() {
                       Plain<WbalanceRadwag>};
     driver.modes = "stable: S; auto: S, else SI; now: SI";
     driver.recognition.asked = {{"SI\r\n", IsFrame}};
-    driver.operations = {
-        {Operation::Tare, Trusted(Tare, "zeroes instead when the balance refuses the tare")},
-        {Operation::Zero, Trusted(Zero<WbalanceRadwag>)}};
+    auto tare = Trusted(Tare, "zeroes instead when the balance refuses the tare");
+    tare.fallback = "Z\r\n";
+    tare.fellBack = "zeroed, because the balance did not confirm the tare";
+    driver.operations = {{Operation::Tare, tare}, {Operation::Zero, Trusted(Zero<WbalanceRadwag>)}};
     return driver;
 }
 

@@ -7,6 +7,7 @@
 #include "Operations.h"
 #include "drivers/Factory.h"
 #include "readings/Fields.h"
+#include "readings/Sbi.h"
 
 namespace tool {
 namespace {

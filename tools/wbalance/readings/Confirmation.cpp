@@ -29,7 +29,7 @@ const WireExchange* ExchangeOf(const WireExchanges& wire, const std::string& com
     return nullptr;
 }
 
-// The status behind the command's name, which MT-SICS and Radwag share: "T I", "Z +", "T v".
+// The status behind the command's name: "T I", "Z +", "T v".
 std::string StatusOf(const std::string& answer) {
     const auto lines = LinesOf(answer);
     const auto words = WordsOf(lines.empty() ? "" : lines.back());
@@ -83,7 +83,7 @@ std::string WeightOf(const Reading& reading) {
 Confirmation CheckedByWeight(const DriverInfo& driver, const WireExchanges& wire) {
     const WireExchange* last = LastAnswered(wire);
     if (last == nullptr) return NoAnswer();
-    const Reading reading = driver.dialect(last->answer);
+    const Reading reading = driver.interpret(last->answer);
     return reading.IsWeight() ? Confirmation{} : Unchecked(reading, *last);
 }
 
@@ -92,7 +92,7 @@ Confirmation Failed(const DriverInfo& driver, Operation operation, const WireExc
     const WireExchange* last = LastAnswered(wire);
     if (last == nullptr || last != &wire.exchanges.back()) return Unanswered(operation, wire);
     if (!info.checkedByWeight) return RefusedWith(last->answer, info);
-    const Reading reading = driver.dialect(last->answer);
+    const Reading reading = driver.interpret(last->answer);
     if (!reading.IsWeight()) return {CodeFor(reading.meaning), SentenceFor(reading)};
     if (reading.stability == Stability::Dynamic) {
         return {ExitCode::NotStable, "afterwards the balance shows " + WeightOf(reading) +
@@ -115,7 +115,7 @@ AroundPreset LookAround(const DriverInfo& driver, const WireExchanges& wire,
     AroundPreset around;
     for (const WireExchange& exchange : wire.exchanges) {
         if (&exchange == &setter) break;
-        const Reading reading = driver.dialect(exchange.answer);
+        const Reading reading = driver.interpret(exchange.answer);
         if (!reading.IsWeight()) continue;
         if (!around.first) around.first = reading;
         around.before = reading;
@@ -130,7 +130,7 @@ Confirmation CheckedByChange(const DriverInfo& driver, const WireExchanges& wire
                              const WireExchange& setter, double preset) {
     const AroundPreset around = LookAround(driver, wire, setter);
     if (around.last->answer.empty()) return NotAtRest();
-    const Reading after = driver.dialect(around.last->answer);
+    const Reading after = driver.interpret(around.last->answer);
     if (!after.IsWeight()) return Unchecked(after, *around.last);
     const double seen = std::min(kNoticed, preset / 2);
     const double before = around.before ? around.before->Value() : 0.0;
@@ -152,16 +152,16 @@ std::optional<Confirmation> ConfirmedByAnswer(const DriverInfo& driver, Operatio
     if (exchange == nullptr) return std::nullopt;
     if (exchange->answer.empty()) return Unanswered(operation, wire);
     if (exchange->answer.find(info.confirmation) != std::string::npos) return Confirmation{};
-    if (driver.dialect(exchange->answer).meaning == Meaning::Calibrating)
+    if (driver.interpret(exchange->answer).meaning == Meaning::Calibrating)
         return Confirmation{ExitCode::NotStable,
                             kBegun + ("; it sent " + outside::Quoted(exchange->answer))};
     return RefusedWith(exchange->answer, info);
 }
 
-// Radwag's tare falls back on zeroing, whose success it reports as its own.
-bool ZeroedInstead(const WireExchanges& wire) {
+bool FellBack(const OperationInfo& info, const WireExchanges& wire) {
     const WireExchange* last = LastAnswered(wire);
-    return last != nullptr && last->command == "Z\r\n" && wire.exchanges.size() > 1;
+    return !info.fallback.empty() && last != nullptr && last->command == info.fallback &&
+           wire.exchanges.size() > 1;
 }
 
 }  // namespace
@@ -180,8 +180,7 @@ Confirmation Confirm(const DriverInfo& driver, Operation operation, const Report
     if (const auto confirmation = ConfirmedByAnswer(driver, operation, wire)) return *confirmation;
     if (info.checkedByWeight) return CheckedByWeight(driver, wire);
     if (info.zeroes) return {ExitCode::Done, "zeroed, as this driver does in place of taring"};
-    if (operation == Operation::Tare && ZeroedInstead(wire))
-        return {ExitCode::Done, "zeroed, because the balance did not confirm the tare"};
+    if (FellBack(info, wire)) return {ExitCode::Done, info.fellBack};
     return {};
 }
 

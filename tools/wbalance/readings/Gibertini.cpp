@@ -4,8 +4,10 @@
 //   F1: D valid, O over-range, U under-range, T taring, C calibration, Z zero, I initial test
 //   F2: S stable, I not stable, E error, others calibration
 
-#include "Dialect.h"
+#include "Gibertini.h"
+
 #include "Fields.h"
+#include "Interpreter.h"
 
 namespace tool {
 namespace {

@@ -4,8 +4,10 @@
 //   < "A00\r\n+  12.50 G S\r\n"   S stable, U not stable, E error, blank unknown
 //   < "E01\r\n"                   wrong command, or the weight is in error
 
-#include "Dialect.h"
+#include "Kern.h"
+
 #include "Fields.h"
+#include "Interpreter.h"
 
 namespace tool {
 namespace {

@@ -31,7 +31,7 @@ std::vector<Reading> LastReadings(const DriverInfo& driver,
     std::vector<Reading> readings;
     for (auto exchange = exchanges.rbegin(); exchange != exchanges.rend(); ++exchange) {
         if (exchange->command != exchanges.back().command || readings.size() == kAveraged) break;
-        if (!exchange->answer.empty()) readings.push_back(driver.dialect(exchange->answer));
+        if (!exchange->answer.empty()) readings.push_back(driver.interpret(exchange->answer));
     }
     return readings;
 }
@@ -74,7 +74,7 @@ Reading Contradiction(Reading reading, double taken) {
 
 Reading Accepted(const DriverInfo& driver, const WireExchanges& wire, const WireExchange& last,
                  double taken) {
-    const Reading reading = driver.dialect(last.answer);
+    const Reading reading = driver.interpret(last.answer);
     if (!reading.IsWeight()) return reading;
     if (Same(reading.Value(), taken)) return reading;
     const auto readings = LastReadings(driver, wire.exchanges);
@@ -95,7 +95,7 @@ Reading Unanswered(const Reading& earlier) {
 }
 
 Reading Rejected(const DriverInfo& driver, const WireExchanges& wire, const WireExchange& last) {
-    Reading reading = driver.dialect(last.answer);
+    Reading reading = driver.interpret(last.answer);
     if (&last != &wire.exchanges.back()) return Unanswered(reading);
     if (!reading.IsWeight()) return reading;
     if (reading.stability == Stability::Dynamic) {
@@ -128,7 +128,7 @@ Measurement SignOfLife(const DriverInfo& driver, const Report& report) {
     const WireExchanges wire(report.question);
     const WireExchange* last = LastAnswered(wire);
     if (last == nullptr) return {NoWeight(Meaning::Silence), "", report.finished};
-    const Meaning meaning = driver.dialect(last->answer).meaning;
+    const Meaning meaning = driver.interpret(last->answer).meaning;
     if (meaning == Meaning::Overload || meaning == Meaning::Underload)
         return {NoWeight(meaning), last->answer, last->answered};
     if (!LooksLikeText(last->answer))

@@ -6,8 +6,10 @@
 //   < "ES\r\n" "ET\r\n" "EL\r\n"  not recognised, parity error or break, not executable
 //   < "I4 A \"1126493049\"\r\n"   the balance has been reset or switched on
 
-#include "Dialect.h"
+#include "MtSics.h"
+
 #include "Fields.h"
+#include "Interpreter.h"
 
 namespace tool {
 namespace {

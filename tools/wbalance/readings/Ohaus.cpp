@@ -4,8 +4,10 @@
 //   < "    207.80 g TOTAL\r\n"   what was accumulated, not what is on the pan
 //   < "ES\r\n"                   not stable within 40 s, or not recognised
 
-#include "Dialect.h"
+#include "Ohaus.h"
+
 #include "Fields.h"
+#include "Interpreter.h"
 
 namespace tool {
 namespace {

@@ -3,8 +3,11 @@
 //   < "S      -12.34 g\r\n"  stable            < "SD      12.34 g\r\n"  dynamic
 //   < "SI\r\n"               no valid value    < "SI+\r\n" "SI-\r\n"    overload, underload
 
-#include "Dialect.h"
+#include "Pm.h"
+
 #include "Fields.h"
+#include "Interpreter.h"
+#include "MtSics.h"
 
 namespace tool {
 namespace {

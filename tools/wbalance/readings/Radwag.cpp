@@ -5,8 +5,10 @@
 //   < "S A\r\n"  in progress      < "S I\r\n" "SI I\r\n"  not now      < "S E\r\n"  not stable in
 //   time
 
-#include "Dialect.h"
+#include "Radwag.h"
+
 #include "Fields.h"
+#include "Interpreter.h"
 
 namespace tool {
 namespace {

@@ -6,12 +6,14 @@
 //   < "N     +   123.56 g  \r\n"   N, N1, G# net or gross; T1 a tare; Qnt a count; Stat a state
 //   < "      H       \r\n"   H overload, L underload, C calibration, -- final readout, Err 54
 
+#include "Sbi.h"
+
 #include <strings.h>
 
 #include <algorithm>
 
-#include "Dialect.h"
 #include "Fields.h"
+#include "Interpreter.h"
 
 namespace tool {
 namespace {

@@ -4,10 +4,12 @@
 //                          the tare is zero
 //   What stands in front of a "PROJ" belongs to the ticket before.
 
+#include "Ticket.h"
+
 #include <optional>
 
-#include "Dialect.h"
 #include "Fields.h"
+#include "Interpreter.h"
 
 namespace tool {
 namespace {

@@ -4,8 +4,10 @@
 //   < "?1+   12.34\r\n"    the request's echo with a sign behind it is no mark
 //   < "HHH"  "LLL"         overload, pan off
 
-#include "Dialect.h"
+#include "SignedReading.h"
+
 #include "Fields.h"
+#include "Interpreter.h"
 
 namespace tool {
 namespace {
@@ -52,7 +54,7 @@ Reading ReadBehindMark(const std::string& answer, std::size_t mark) {
 
 }  // namespace
 
-Reading ReadMarked(const std::string& answer) {
+Reading ReadSignedReading(const std::string& answer) {
     if (answer.find("HHH") != std::string::npos) return NoWeight(Meaning::Overload);
     if (answer.find("LLL") != std::string::npos) return NoWeight(Meaning::Underload);
     if (!LooksLikeText(answer)) return {};

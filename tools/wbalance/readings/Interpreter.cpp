@@ -1,4 +1,4 @@
-#include "Dialect.h"
+#include "Interpreter.h"
 
 namespace tool {
 

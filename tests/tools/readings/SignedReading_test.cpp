@@ -1,17 +1,18 @@
-#include "DialectTest.h"
+#include "readings/SignedReading.h"
+#include "InterpreterTest.h"
 
 using tool::Meaning;
 using tool::Stability;
 
 namespace {
 
-class Marked : public testing::TestWithParam<DialectCase> {};
+class SignedReading : public testing::TestWithParam<AnswerCase> {};
 
-TEST_P(Marked, Is_read_as_meant) {
-    ExpectReading(tool::ReadMarked, GetParam());
+TEST_P(SignedReading, Is_read_as_meant) {
+    ExpectReading(tool::ReadSignedReading, GetParam());
 }
 
-const DialectCase kCases[] = {
+const AnswerCase kCases[] = {
     {"stable", "1+   12.34 g\r\n", Meaning::Weight, "12.34", "g", Stability::Stable},
     {"moving_negative", "U-    0.50 g\r\n", Meaning::Weight, "-0.50", "g", Stability::Dynamic},
     {"without_a_unit", "1+   12.34\r\n", Meaning::Weight, "12.34", "", Stability::Stable},
@@ -27,6 +28,6 @@ const DialectCase kCases[] = {
     {"empty", "", Meaning::NotUnderstood, "", ""},
 };
 
-INSTANTIATE_TEST_SUITE_P(Answer, Marked, testing::ValuesIn(kCases), NameOf);
+INSTANTIATE_TEST_SUITE_P(Answer, SignedReading, testing::ValuesIn(kCases), NameOf);
 
 }  // namespace
