@@ -37,6 +37,8 @@ class Instrument {
     /// then nothing has changed; CheckSwitch only throws.
     void Choose(const std::string& setting);
     void CheckSwitch(const std::string& setting) const;
+    /// What its table of commands holds, as it is set now.
+    std::vector<std::string> CommandNames() const { return dialect_->CommandNames(); }
     /// Somebody presses a key at the time of the last call.
     void Press(Key key);
     /// The host has opened its port.

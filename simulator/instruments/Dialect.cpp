@@ -74,6 +74,13 @@ void Dialect::OnPlain(const std::string& command, Action action) {
     });
 }
 
+std::vector<std::string> Dialect::CommandNames() const {
+    std::vector<std::string> names;
+    for (const auto& [name, handler] : commands_)
+        names.push_back(name);
+    return names;
+}
+
 std::optional<std::string> Dialect::CutCommand(std::string& received) {
     const std::size_t end = received.find(lineEnd_);
     if (end == std::string::npos) return std::nullopt;

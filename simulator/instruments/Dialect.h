@@ -58,6 +58,9 @@ class Dialect {
     /// The mains are cut: half a command, waits and repetitions are gone.
     void ForgetEverything();
 
+    /// The commands of the table, in alphabetical order.
+    std::vector<std::string> CommandNames() const;
+
     /// A fault: while busy, the balance does nothing that needs a pan at rest.
     void SetBusy(bool busy) { busy_ = busy; }
 

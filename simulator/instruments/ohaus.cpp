@@ -56,14 +56,14 @@ class OhausPrint : public Dialect {
 
     void PrintKey() override { Print(); }
 
-    /// A number in front of a command is its parameter: "5A" is looked up as "#A".
+    /// A number in front of a command is its parameter: "5A" is looked up as "xA".
     void Execute(const std::string& command) override {
         if (lost_ || command.empty()) return;
         if (IsAsleep() && command != "ON") return Say("ES");
         const std::size_t end = command.find_first_not_of("0123456789.");
         if (end == 0 || end == std::string::npos) return Dialect::Execute(command);
         if (command.find(' ') != std::string::npos) return Unknown(command);
-        Dialect::Execute("#" + command.substr(end) + " " + command.substr(0, end));
+        Dialect::Execute("x" + command.substr(end) + " " + command.substr(0, end));
     }
 
  private:
@@ -86,29 +86,29 @@ class OhausPrint : public Dialect {
             {"IP", &OhausPrint::SayReading, isNew},
             {"T", &OhausPrint::Tare, true},
             {"Z", &OhausPrint::Zero, isNew},
-            {"#T", &OhausPrint::PresetTare, says},
+            {"xT", &OhausPrint::PresetTare, says},
             {"V", &OhausPrint::SaySoftware, true},
             {"PV", &OhausPrint::SaySoftware, isNew},
             {"PSN", &OhausPrint::SaySerialNumber, isNew},
             {"PM", &OhausPrint::SayMode, says},
             {"PU", &OhausPrint::SayUnit, says},
             {"PT", &OhausPrint::SayTare, says},
-            {"#M", &OhausPrint::ChooseMode, chooses},
+            {"xM", &OhausPrint::ChooseMode, chooses},
             {"M", &OhausPrint::NextMode, chooses},
-            {"#U", &OhausPrint::ChooseUnit, chooses},
+            {"xU", &OhausPrint::ChooseUnit, chooses},
             {"U", &OhausPrint::NextUnit, chooses},
-            {"#P", &OhausPrint::SetInterval, isNew},
+            {"xP", &OhausPrint::SetInterval, isNew},
             {"CP", &OhausPrint::PrintContinuously, prints},
             {"SLP", &OhausPrint::PrintEachLoad, prints},
             {"SLZP", &OhausPrint::PrintEachRest, prints},
-            {"#FMT", &OhausPrint::ChooseFormat, series_.hasFormats},
+            {"xFMT", &OhausPrint::ChooseFormat, series_.hasFormats},
             {"ON", &OhausPrint::WakeUp, isNew},
             {"OFF", &OhausPrint::FallAsleep, isNew},
-            {"#M", &OhausPrint::ChooseUnit, isOld},
+            {"xM", &OhausPrint::ChooseUnit, isOld},
             {"CA", &OhausPrint::PrintContinuously, isOld},
             {"SA", &OhausPrint::PrintEachRest, isOld},
-            {"#A", &OhausPrint::SetInterval, isOld},
-            {"#S", &OhausPrint::SetStability, isOld},
+            {"xA", &OhausPrint::SetInterval, isOld},
+            {"xS", &OhausPrint::SetStability, isOld},
             {"?", &OhausPrint::SayStability, isOld},
             {"LE", &OhausPrint::SayLastError, isOld},
             {"\x1bR", &OhausPrint::RestoreFactorySettings, isOld},
