@@ -8,18 +8,17 @@ void Placement::AddTo(arguments::Command command) {
     command.AddOption("--line", line_, "The instrument's line settings, such as 2400,7E1")
         .TypeName("SETTINGS");
     command
-        .AddOption("--fault", faults_,
-                   "Let something go wrong, such as late=2s@5s+10s or \"silent at 5s for 2s\"")
+        .AddOption("--fault", faults_, "A fault, such as late=2s@5s+10s or \"silent at 5s for 2s\"")
         .TypeName("NAME[=VALUE][@START[+DURATION]]")
         .OneValueEach();
-    command.AddOption("--script", scripts_, "Do what the lines of a file say at their times")
+    command.AddOption("--script", scripts_, "Do what the lines of a file say, at their times")
         .TypeName("FILE")
         .OneValueEach();
     command
-        .AddFlag(
-            "--pace", pace_, "character",
-            "Characters take their time on the line; the host gets them one at a time, or in the "
-            "pieces of a port: 16550, 16550:TRIGGER, ftdi, ftdi:LATENCY, pl2303, ch341")
+        .AddFlag("--pace", pace_, "character",
+                 "Each character takes as long as on a real line; the host gets them one at a "
+                 "time, or in "
+                 "the pieces of a port: 16550, 16550:TRIGGER, ftdi, ftdi:LATENCY, pl2303, ch341")
         .TypeName("[=PORT]");
 }
 

@@ -18,25 +18,26 @@ namespace {
 namespace fs = std::filesystem;
 
 const char* const kDescription =
-    "Changes something at the instruments of a wbalance-sim that is running, or says how they are.";
+    "Changes the instruments of a running wbalance-sim, or shows their state.";
 
 const char* const kExamples =
     "CHANGE is one of\n"
     "  status                                       what runs, and what it shows\n"
-    "  load GRAMS                                   what lies on the pan\n"
-    "  noise GRAMS, drift GRAMS-PER-HOUR            how the reading wavers and creeps\n"
+    "  load GRAMS                                   the load on the pan\n"
+    "  noise GRAMS, drift GRAMS-PER-HOUR            noise and drift of a reading\n"
     "  switch NAME=VALUE                            a switch, as with --with\n"
-    "  fault NAME[=VALUE] [at START] [for DURATION] something goes wrong, counted from now\n"
-    "  end [NAME]                                   faults in force end\n"
+    "  fault NAME[=VALUE] [at START] [for DURATION] a fault; its times count from now\n"
+    "  end [NAME]                                   ends the faults in force\n"
     "  unplug [for DURATION] [as DEVICE]            the adapter is pulled out\n"
-    "  plug-in [as DEVICE]                          it is back; prints its path\n"
+    "  plug-in [as DEVICE]                          the adapter is back; prints its path\n"
     "  press print, press tare, press zero          someone presses a key\n"
     "Examples:\n"
     "  wbalance-sim control load 100\n"
     "  wbalance-sim control --port ttyUSB1 fault silent for 2s\n"
     "  wbalance-sim control --control /run/user/1000/bench status\n"
-    "Without --control: the wbalance-sim under which this command runs, or else the only one of\n"
-    "this user. Exit code: 0, or 125 when it could not be done.";
+    "Without --control, the command reaches the wbalance-sim inside which it runs, or else the "
+    "only\n"
+    "one of this user. Exit code: 0, or 125 if the change could not be made.";
 
 /// The sockets of this user's benches that somebody serves.
 std::vector<fs::path> RunningBenches() {
@@ -96,9 +97,8 @@ int Control(std::vector<std::string> words) {
     // The words of the change are no options, though they may begin with "-".
     grammar.prefixCommand = true;
     const auto declare = [&](arguments::Command command) {
-        command.AddOption("--control", path, "Where the wbalance-sim is reached").TypeName("PATH");
-        command
-            .AddOption("--port", request.device, "The instrument's device, where there are several")
+        command.AddOption("--control", path, "The link of the run").TypeName("PATH");
+        command.AddOption("--port", request.device, "The instrument's device, if there are several")
             .TypeName("DEVICE");
     };
     request.words = Joined(arguments::Parse(grammar, words, declare));

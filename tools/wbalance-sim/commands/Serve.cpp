@@ -23,33 +23,34 @@ using simulator::VirtualBench;
 namespace {
 
 const char* const kDescription =
-    "Runs a program against simulated balances on /dev/ttyS0 or other serial ports, or serves\n"
-    "pseudo-terminals. No hardware, no root, nothing is created in /dev.\n"
-    "Says on standard error when the program's line settings are not those of an instrument.";
+    "Runs a program with simulated balances at /dev/ttyS0 or other serial ports, or serves\n"
+    "pseudo-terminals. It needs no hardware and no root, and creates nothing in /dev.\n"
+    "Standard error says when the program's line settings differ from those of an instrument.";
 
 const char* const kReplayDescription =
-    "Serves a record of wbalance --record again: answers what the instrument answered to what the\n"
-    "host sends, and says at which line of the record a host departs from it.";
+    "Takes the place of an instrument: when the host sends what the recorded host sent, gives the\n"
+    "recorded answer. Says at which line of the record a host departs from it.";
 
 const char* const kReplayExamples =
-    "An answer comes as long after its command as in the record, less the 0.2 s by which it may\n"
-    "have been there earlier than it was read. A command that is not in the record is said to be\n"
-    "none and gets no answer; the record goes on with the command that it has next.\n"
-    "Port and line settings are the record's own where nothing else is said.\n"
+    "An answer comes as long after its command as in the record, less 0.2 s: it may have come "
+    "that\n"
+    "much earlier than it was read. A command that is not in the record is reported and gets no\n"
+    "answer; the next command of the record is still expected.\n"
+    "Port and line settings are those of the record, if no option sets others.\n"
     "Examples:\n"
     "  wbalance weigh -d {balance} -p 3 --usb --record trouble.record\n"
     "  wbalance-sim replay trouble.record -- wbalance weigh -d {balance} -p 3 --usb\n"
     "  wbalance-sim replay trouble.record --fast --port 0 --log - -- ./my-host\n"
     "  wbalance-sim replay one.record --port 0 , replay other.record --port 1 -- ./my-host\n"
     "  wbalance-sim replay trouble.record --pty\n"
-    "Exit code: the program's; 124 when the host has not done what the record says, all of it;\n"
-    "125 when the record cannot be read or is none, and what else wbalance-sim --help says.";
+    "Exit code: the program's; 124 if the host has not done all that the record says; 125 if the\n"
+    "record cannot be read or is not a record; otherwise as in wbalance-sim --help.";
 
 const char* const kExamples =
     "Other commands, each with its own --help:\n"
     "  wbalance-sim control CHANGE    change something while it runs\n"
     "  wbalance-sim replay FILE       an instrument that answers as in a record\n"
-    "Several instruments stand in a row with a comma, a word of its own, between them:\n"
+    "Write a comma, as a word of its own, between several instruments:\n"
     "  wbalance-sim {balance} --load 5 , {other} --port 1 --usb --load 7 -- ./my-host\n"
     "Examples:\n"
     "  wbalance-sim --list\n"
@@ -76,7 +77,7 @@ struct RunOptions {
             .TypeName("FILE");
         command
             .AddOption("--control", controlPath,
-                       "Where wbalance-sim control reaches this run, beside finding it by itself")
+                       "A link through which wbalance-sim control reaches this run")
             .TypeName("PATH");
         command.AddFlag("--pty", pty,
                         "Print the paths of pseudo-terminals and serve them until Ctrl-C");

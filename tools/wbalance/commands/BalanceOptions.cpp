@@ -9,15 +9,15 @@ void BalanceOptions::AddTo(arguments::Command command) {
     command
         .AddOption("-p,--port", port,
                    "port number (/dev/ttyS<number>), or a device or stable name such as "
-                   "/dev/ttyUSB0 or /dev/serial/by-id/...; followed at every open")
+                   "/dev/ttyUSB0 or /dev/serial/by-id/...; resolved at every open")
         .TypeName("PORT")
         .ShowDefault();
     command.AddFlag("-u,--usb", usb,
                     "the port number is that of a USB adapter (/dev/ttyUSB<number>)");
     command
         .AddOption("-l,--line", line,
-                   "line settings when they are not the driver's own: baud rate, data bits (7 8), "
-                   "parity (N O E M S, - leaves the port's), stop bits (1 1.5 2), flow control "
+                   "line settings, if they differ from the driver's: baud rate, data bits (7 8), "
+                   "parity (N O E M S, - keeps the port's), stop bits (1 1.5 2), flow control "
                    "(rtscts xonxoff): 9600 or 2400,7E1 or 9600,8N1,xonxoff")
         .TypeName("LINE");
     AddSharedTo(command);

@@ -15,19 +15,15 @@
 namespace tool {
 namespace {
 
-constexpr char kExamples[] =
-    "Examples:\n"
-    "  wbalance detect --port 0\n"
-    "  wbalance detect -p 3 --usb --thorough\n"
-    "\n"
-    "Only readings are asked for: nothing is tared, zeroed, reset or set. (A Kern balance that "
-    "prints "
-    "by\n"
-    "itself stops doing so until it is switched on again.) First every instrument at the settings "
-    "it "
-    "is\n"
-    "delivered with (some 15 s); --thorough asks every question at every usual setting (some "
-    "minutes).\n";
+constexpr char kExamples[] = R"(Examples:
+  wbalance detect --port 0
+  wbalance detect -p 3 --usb --thorough
+
+detect only asks for readings: it does not tare, zero, reset or set anything. (A Kern balance
+that prints automatically stops this until it is switched on again.) It first tries every
+instrument at its factory settings, which takes about 15 s. --thorough asks every question at
+every usual setting, which takes some minutes.
+)";
 
 struct Options {
     std::string port = "0";
@@ -143,14 +139,14 @@ ExitCode Run(const Options& options) {
 
 void AddDetect(arguments::Command application, ExitCode& exitCode) {
     const auto command = application.AddSubcommand(
-        "detect", "Find out which balance is on a port, without changing anything on it");
+        "detect", "Find out which balance is at a port, without changing it");
     command.Footer(kExamples);
     const auto options = std::make_shared<Options>();
     command.AddOption("-p,--port", options->port, "port number or name, as for weigh")
         .TypeName("PORT")
         .ShowDefault();
     command.AddFlag("-u,--usb", options->usb, "the port number is that of a USB adapter");
-    command.AddFlag("--thorough", options->thorough, "every question at every usual setting");
+    command.AddFlag("--thorough", options->thorough, "ask every question at every usual setting");
     command.AddFlag("--json", options->json, "one JSON object, also when nothing is found");
     command.AddFlag("--trace", options->trace, "show the library's trace on standard error");
     command.Callback([options, &exitCode] { exitCode = Run(*options); });

@@ -15,8 +15,8 @@ constexpr char kExamples[] = R"(Examples:
   wbalance doctor -d {driver} -p 0
   wbalance doctor -d {other} -p 3 --usb --line 9600,8N1
 
-Looks at the port, who may use it and who holds it, the adapter, the control lines, what comes
-back and what it means; the last line is the diagnosis. The exit codes are those of weigh.
+Checks the port, who may open it, who has it open, the adapter, the control lines, the answer and
+what it means. The last line is the diagnosis. The exit codes are those of weigh.
 )";
 
 void PrintFinding(const std::string& what, const std::string& seen) {

@@ -73,7 +73,7 @@ void AddDrivers(arguments::Command application, ExitCode& exitCode) {
     command.Footer(WithExampleDrivers(kExamples));
     const auto options = std::make_shared<Options>();
     command.AddOption("NAME", options->name, "the driver to describe").TypeName("");
-    command.AddFlag("--json", options->json, "one JSON object a line");
+    command.AddFlag("--json", options->json, "one JSON object per line");
     command.Callback([options, &exitCode] { exitCode = Run(*options); });
 }
 

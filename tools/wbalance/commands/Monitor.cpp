@@ -26,9 +26,9 @@ constexpr char kExamples[] = R"(Examples:
   wbalance monitor {other}@ttyUSB3 --for 8h --log shift.csv
   wbalance monitor {other}@ttyUSB3 --json | mosquitto_pub -l -h broker -t lab/balance
 
-A balance that is unplugged or falls silent is reported as lost, looked for, and reported as
-back. Ctrl-C ends with a summary on standard error. A log that is moved or deleted is begun
-anew at its next line; without a terminal, SIGHUP does so at once.
+monitor reports a balance that is unplugged or silent as lost, looks for it, and reports it as
+back. Ctrl-C ends monitor, which then prints a summary on standard error. If its log was moved or
+deleted, it starts a new one at the next line; without a terminal, SIGHUP does so at once.
 )";
 
 struct Options {
@@ -115,7 +115,7 @@ ExitCode Run(const Options& options) {
 
 void AddMonitor(arguments::Command application, ExitCode& exitCode) {
     const auto command =
-        application.AddSubcommand("monitor", "Read one or more balances over and over");
+        application.AddSubcommand("monitor", "Read one or more balances repeatedly");
     command.Footer(WithExampleDrivers(kExamples));
     const auto options = std::make_shared<Options>();
     command.AddOption("BALANCE", options->balances, "DRIVER@PORT[@LINE], one or more")
@@ -123,7 +123,7 @@ void AddMonitor(arguments::Command application, ExitCode& exitCode) {
         .Required();
     command
         .AddOption("-i,--interval", options->interval,
-                   "seconds between the starts of two readings; 0: as fast as it gives")
+                   "seconds between the starts of two readings; 0: as fast as the balance answers")
         .TypeName("SECONDS")
         .Range(0.0, 86400.0)
         .ShowDefault();
@@ -138,10 +138,10 @@ void AddMonitor(arguments::Command application, ExitCode& exitCode) {
             "end after this time: 90s, 10min, 8h or 7d; a number alone is seconds")
         .TypeName("DURATION");
     command.AddFlag("--dynamic", options->countsDynamic,
-                    "let weights of a moving pan count in the statistics, too");
+                    "include weights of a moving pan in the statistics");
     command
         .AddOption("--log", options->logPath,
-                   "add every line to a file (JSON with --json, else CSV) before it is shown")
+                   "write every line to a file (JSON with --json, else CSV) before showing it")
         .TypeName("FILE");
     options->shared.AddSharedTo(command);
     options->weigh.AddTo(command);

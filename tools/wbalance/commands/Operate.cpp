@@ -176,7 +176,7 @@ arguments::Command Add(arguments::Command application, ExitCode& exitCode, Opera
     command.Footer(footer + "\n");
     options->request.operation = operation;
     options->balance.AddTo(command);
-    command.AddFlag("--json", options->json, "one JSON object, also for what was not done");
+    command.AddFlag("--json", options->json, "one JSON object, also when the operation failed");
     command.Callback([options, &exitCode] { exitCode = Run(*options); });
     return command;
 }
@@ -211,7 +211,7 @@ void AddOperations(arguments::Command application, ExitCode& exitCode) {
 
     const auto reset = std::make_shared<Options>();
     Add(application, exitCode, Operation::FactoryReset,
-        "Put the balance back to its factory settings (asks first)", "-d {reset} -p 0 --yes", reset)
+        "Restore the balance's factory settings (asks first)", "-d {reset} -p 0 --yes", reset)
         .AddFlag("--yes", reset->yes, "do not ask");
 }
 

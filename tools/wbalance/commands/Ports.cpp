@@ -15,7 +15,7 @@ constexpr char kExamples[] = R"(Examples:
   wbalance ports
   wbalance ports --json
 
-A stable name leads to the adapter wherever it is plugged in; use it as --port.
+A stable name leads to its adapter, whichever socket it is plugged into. Use it as --port.
 )";
 
 void PrintField(const char* label, const std::string& text) {
@@ -69,11 +69,11 @@ ExitCode Run(bool json) {
 }  // namespace
 
 void AddPorts(arguments::Command application, ExitCode& exitCode) {
-    const auto command =
-        application.AddSubcommand("ports", "List the serial ports, who may use and who holds them");
+    const auto command = application.AddSubcommand(
+        "ports", "List the serial ports, who may open them, and who has them open");
     command.Footer(kExamples);
     const auto json = std::make_shared<bool>(false);
-    command.AddFlag("--json", *json, "one JSON object a line");
+    command.AddFlag("--json", *json, "one JSON object per line");
     command.Callback([json, &exitCode] { exitCode = Run(*json); });
 }
 

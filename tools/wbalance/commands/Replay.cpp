@@ -72,7 +72,7 @@ void AddReplay(arguments::Command application, ExitCode& exitCode) {
     command.Footer(WithExampleDrivers(kExamples));
     const auto options = std::make_shared<Options>();
     command.AddOption("FILE", options->path, "what --record has written").TypeName("").Required();
-    const auto json = command.AddFlag("--json", options->json, "one JSON object a line");
+    const auto json = command.AddFlag("--json", options->json, "one JSON object per line");
     command.AddFlag("--csv", options->csv, "comma-separated values with a header line")
         .Excludes(json);
     command.Callback([options, &exitCode] { exitCode = Run(*options); });

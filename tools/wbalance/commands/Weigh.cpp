@@ -17,8 +17,8 @@ constexpr char kExamples[] = R"(Examples:
   wbalance weigh -d {other} -p 3 --usb --mode stable --json
   wbalance weigh -d {third} -p /dev/serial/by-id/usb-FTDI_A1B2-if00-port0 --line 4800,8N2
 
-The weight is on standard output, alone. Exit codes: 0 weight, 2 usage, 3 port, 4 silence,
-5 not understood, 6 overload, 7 underload, 8 not stable, 9 error, calibration or stand-by,
+Standard output has the weight and nothing else. Exit codes: 0 weight, 2 usage, 3 port,
+4 silence, 5 not understood, 6 overload, 7 underload, 8 not stable, 9 error, calibration or stand-by,
 10 other unit, 11 truncated, 70 internal, 130 interrupted.
 )";
 

@@ -23,14 +23,13 @@ void WeighOptions::AddTo(arguments::Command command) {
     command
         .AddOption(
             "-m,--mode", [this](const std::string& word) { mode = ModeFor(word); },
-            "stable (0): only a weight that the balance says to be stable; auto (1): a stable one, "
-            "else the driver's "
-            "fall-back; now (2): what the balance shows. `wbalance drivers` says what a "
-            "driver makes of them")
+            "stable (0): only a weight that the balance reports as stable; auto (1): a stable one, "
+            "else the driver's fallback; now (2): what the balance shows. `wbalance drivers NAME` "
+            "says what a driver does in each mode")
         .TypeName("MODE")
         .ShowDefault("auto");
     const auto asJson =
-        command.AddFlag("--json", json, "one JSON object a line, also for what is no weight");
+        command.AddFlag("--json", json, "one JSON object per line, also when there is no weight");
     command.AddFlag("--csv", csv, "comma-separated values with a header line").Excludes(asJson);
 }
 
