@@ -146,7 +146,8 @@ const Case kDiagnoses[] = {
     {"underload", "mettler-toledo --fault underload", "-d mettler-toledo -t 0",
      "the line works; underload: less than the balance can weigh; is the pan in its place?", 7},
     {"no_stable_weight", "mettler-toledo --fault busy", "-d mettler-toledo -t 0",
-     "the line works; no stable weight; wait until the pan is at rest, or read with --mode now", 8},
+     "the line works; no weight yet; wait until the pan is at rest and the balance has finished",
+     8},
     {"a_pan_that_is_not_at_rest", "kern --fault busy", "-d kern -t 0",
      "the line works, but the pan is not at rest; keep draughts and vibration away, or read with "
      "--mode "
@@ -222,6 +223,16 @@ const Case kNoWeights[] = {
      "were "
      "answered, this one not: the balance may be waiting for stability); it sent \"I4 A "
      "\"1126493049\"\\r\\n\"",
+     8},
+    {"not_even_a_moving_weight_which_was_asked_for", "mettler-xs --fault busy",
+     "-d mettler-xs -t 0 -m now",
+     "no weight yet; wait until the pan is at rest and the balance has finished; it sent \"S "
+     "I\\r\\n\"",
+     8},
+    {"nothing_but_a_sign_of_life_to_the_request_for_a_moving_weight", "sartorius --fault busy",
+     "-d sartorius -t 0 -m now",
+     "no weight yet; wait until the pan is at rest and the balance has finished (the balance "
+     "answers other commands, so the pan moves or it is busy); it sent \"LA620S        \\r\\n\"",
      8},
     {"stand_by", "sartorius --with display=standby", "-d sartorius -t 0",
      "the balance is in stand-by or does not display a weight; switch it on; it sent \"     OFF    "

@@ -37,7 +37,7 @@ TEST(ShortMemory, Is_a_loss_of_the_balance_which_is_looked_for_again) {
         listener);
     Connect(balance);
     EXPECT_EQ(lost, "the memory does not suffice for this balance now");
-    EXPECT_TRUE(balance.IsLost());
+    EXPECT_TRUE(balance.Watched().empty());
     Connect(balance);
     EXPECT_EQ(traced, 2);
     EXPECT_EQ(lost, "the memory does not suffice for this balance now");

@@ -118,6 +118,8 @@ const std::vector<TroubleInfo>& Troubles() {
          ", so there is none with --mode stable; read with --mode auto or now"},
         {Trouble::NotStable, ExitCode::NotStable, "no stable weight",
          "; wait until the pan is at rest, or read with --mode now"},
+        {Trouble::NoWeightYet, ExitCode::NotStable, "no weight yet",
+         "; wait until the pan is at rest and the balance has finished"},
         {Trouble::NotAtRest, ExitCode::NotStable, "the line works, but the pan is not at rest",
          "; keep draughts and vibration away, or read with --mode now"},
         {Trouble::Calibrating, ExitCode::Refused, "the balance is calibrating, testing or taring",

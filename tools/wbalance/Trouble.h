@@ -54,6 +54,7 @@ enum class Trouble {
     Underload,
     StabilityUntold,
     NotStable,
+    NoWeightYet,
     NotAtRest,
     Calibrating,
     Standby,

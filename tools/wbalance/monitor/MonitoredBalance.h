@@ -54,7 +54,6 @@ class MonitoredBalance {
     /// As people know it.
     const std::string& Driver() const { return settings_.driver->name; }
     const std::string& Port() const { return settings_.port.Text(); }
-    bool IsLost() const { return lost_; }
 
  private:
     std::optional<Measurement> Advance(Clock::time_point now);

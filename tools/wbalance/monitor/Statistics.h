@@ -23,8 +23,6 @@ class Statistics {
     int Count() const { return count_; }
     /// The weights that were taken while the pan moved, whether they count or not.
     int Dynamic() const { return dynamic_; }
-    double Minimum() const { return minimum_; }
-    double Maximum() const { return maximum_; }
     double Mean() const;
     /// Of a sample: 0 with fewer than two weights.
     double StandardDeviation() const;

@@ -122,6 +122,17 @@ const WireExchange* LastAnswered(const WireExchanges& wire) {
     return last == wire.exchanges.rend() ? nullptr : &*last;
 }
 
+Measurement Interpret(const DriverInfo& driver, const Report& report) {
+    const bool stableOnly = report.request.mode == kStableOnly;
+    const WireExchanges wire(report.trace);
+    const WireExchange* last = LastAnswered(wire);
+    if (last == nullptr) return SignOfLife(driver, report);
+    const Reading reading = report.outcome.result != 0
+                                ? Accepted(driver, wire, *last, report.outcome.weight)
+                                : Rejected(driver, wire, *last);
+    return {stableOnly ? StableOrNone(reading) : reading, last->answer, last->answered};
+}
+
 }  // namespace
 
 Measurement SignOfLife(const DriverInfo& driver, const Report& report) {
@@ -139,14 +150,9 @@ Measurement SignOfLife(const DriverInfo& driver, const Report& report) {
 }
 
 Measurement Measure(const DriverInfo& driver, const Report& report) {
-    const bool stableOnly = report.request.mode == kStableOnly;
-    const WireExchanges wire(report.trace);
-    const WireExchange* last = LastAnswered(wire);
-    if (last == nullptr) return SignOfLife(driver, report);
-    const Reading reading = report.outcome.result != 0
-                                ? Accepted(driver, wire, *last, report.outcome.weight)
-                                : Rejected(driver, wire, *last);
-    return {stableOnly ? StableOrNone(reading) : reading, last->answer, last->answered};
+    Measurement measurement = Interpret(driver, report);
+    measurement.reading.askedAtOnce = report.request.mode == kAtOnce;
+    return measurement;
 }
 
 ExitCode CodeFor(Meaning meaning) {

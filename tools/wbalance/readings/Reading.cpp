@@ -5,6 +5,17 @@
 #include "OutsideText.h"
 
 namespace tool {
+namespace {
+
+// Who has asked for a weight of the moving pan gains nothing by asking for it.
+Trouble WhyNotStable(const Reading& reading) {
+    if (reading.askedAtOnce) return Trouble::NoWeightYet;
+    const bool untold = reading.stability == Stability::Unknown && !reading.digits.empty();
+    return untold ? Trouble::StabilityUntold : Trouble::NotStable;
+}
+
+}  // namespace
+
 double Reading::Value() const {
     return std::strtod(digits.c_str(), nullptr);
 }
@@ -83,10 +94,8 @@ Trouble TroubleOf(Meaning meaning) {
 }
 
 std::string SentenceFor(const Reading& reading) {
-    const bool untold = reading.stability == Stability::Unknown && !reading.digits.empty();
-    const Trouble trouble = reading.meaning == Meaning::NotStable && untold
-                                ? Trouble::StabilityUntold
-                                : TroubleOf(reading.meaning);
+    const Trouble trouble =
+        reading.meaning == Meaning::NotStable ? WhyNotStable(reading) : TroubleOf(reading.meaning);
     // A remark may quote the instrument, which may send anything.
     const std::string remark = outside::Printable(outside::Shortened(reading.remark));
     const std::string sentence = reading.IsWeight() ? "a weight" : SentenceFor(Finding{trouble});

@@ -32,6 +32,8 @@ struct Reading {
     std::string unit;    ///< as received: "g", "G", "kg"; empty where the answer has none
     std::string remark;  ///< one more fact for people, such as the instrument's error text
 
+    bool askedAtOnce = false;  ///< whether a weight of the moving pan would have been taken, too
+
     /// The number that `digits` shows; 0 without one.
     double Value() const;
     /// How many digits `digits` has behind the point.
