@@ -11,10 +11,14 @@ if(WBALANCE_SANITIZE)
 endif()
 
 # What takes time with tests is the compiling: matchers are large templates. So their headers are
-# compiled once, and nothing is optimised, which also means that no call is fortified.
+# compiled once, and nothing is optimised, which also means that no call is fortified. Under sanitizers a test's
+# own arithmetic is left unchecked, which takes a quarter off its compiling; what it does with memory is checked.
 function(wbalance_quick_to_compile TARGET)
     wbalance_compile_settings(${TARGET})
     target_compile_options(${TARGET} PRIVATE -O0 -g1 "SHELL:-U _FORTIFY_SOURCE" -fPIC)
+    if(WBALANCE_SANITIZE)
+        target_compile_options(${TARGET} PRIVATE -fno-sanitize=undefined)
+    endif()
     target_include_directories(${TARGET} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
     target_link_libraries(${TARGET} PRIVATE GTest::gmock_main wbalance_instruments)
 endfunction()
