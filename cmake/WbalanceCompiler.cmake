@@ -20,9 +20,9 @@ function(wbalance_compile_settings TARGET)
         -Wall -Wextra -Wpedantic -Wconversion -Wshadow
         -fstack-protector-strong -fcf-protection=full)
     target_link_options(${TARGET} PRIVATE -Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack)
-    # Debian's start files are not marked for control-flow protection, which takes the mark from all
-    # that is linked with them. Their _init and _fini, the only code in them that a library's loading
-    # would call, do nothing: without them a library bears the mark rightly.
+    # Debian's start files are not marked for control-flow protection. A library that is linked with them
+    # loses the mark, too. The only code in them that runs when a library is loaded is _init and _fini,
+    # which do nothing. So a library without them has the mark and deserves it.
     target_link_options(${TARGET} PRIVATE
         "$<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,SHARED_LIBRARY>:LINKER:-z,ibt,-z,shstk,-init=none,-fini=none>")
     if(WBALANCE_WERROR)
@@ -39,7 +39,7 @@ function(wbalance_compile_settings TARGET)
     endif()
 endfunction()
 
-# Compiles the standard library's headers once for all sources of TARGET, which takes a third off their time.
+# Compiles the standard library's headers once for all sources of TARGET. This saves a third of the time.
 function(wbalance_standard_headers TARGET)
     target_precompile_headers(${TARGET} PRIVATE
         <chrono> <functional> <map> <memory> <optional> <string> <vector>)

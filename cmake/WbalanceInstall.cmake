@@ -1,11 +1,12 @@
-# What the library is made of beside its sources: names, versions, exports, and its installation.
+# The library's names, versions, exports and installation.
 
-# The soname changes when a class layout, a virtual slot or an exported function changes or goes.
+# The soname changes when a class layout, a virtual function or an exported function changes or is
+# removed.
 set_target_properties(wbalance PROPERTIES
     VERSION ${PROJECT_VERSION}
     SOVERSION ${PROJECT_VERSION_MAJOR}
     EXPORT_NAME wbalance
-    # libmarlet-small.so is looked for beside libwbalance.so, in whichever folder that was installed.
+    # libmarlet-small.so is looked for in the folder of libwbalance.so.
     INSTALL_RPATH $ORIGIN
     LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/wbalance.map)
 target_include_directories(wbalance INTERFACE
@@ -19,10 +20,10 @@ if(NOT WBALANCE_SANITIZE)
     target_link_options(wbalance PRIVATE -Wl,--no-undefined)
 endif()
 
-# What is installed belongs to one of three components, named after the packages that they become:
-# libwbalance1 (what a host needs to run), libwbalance-dev (to be built), wbalance-tools (the programs).
+# Each installed file belongs to one of three components, which become packages of the same names:
+# libwbalance1 (to run hosts), libwbalance-dev (to build hosts), wbalance-tools (the programs).
 
-# Installs FILE compressed, as manuals and changes are read on Debian: NAME.gz in DESTINATION.
+# Installs FILE compressed, as Debian expects manuals and changes: NAME.gz in DESTINATION.
 function(wbalance_install_compressed FILE DESTINATION NAME COMPONENT)
     set(COMPRESSED ${PROJECT_BINARY_DIR}/compressed/${COMPONENT}/${NAME}.gz)
     cmake_path(GET COMPRESSED PARENT_PATH FOLDER)
@@ -41,7 +42,7 @@ install(TARGETS wbalance marlet-small EXPORT wbalance
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
         COMPONENT libwbalance1 NAMELINK_COMPONENT libwbalance-dev)
 
-# find_package(wbalance) needs nothing beside it: the public headers name no class of Qt's.
+# find_package(wbalance) needs no other package: the public headers use no class of Qt.
 install(EXPORT wbalance NAMESPACE wbalance:: FILE wbalanceConfig.cmake
         DESTINATION ${WBALANCE_CMAKE_DIR} COMPONENT libwbalance-dev)
 include(CMakePackageConfigHelpers)
@@ -50,8 +51,8 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/wbalanceConfigVersion.cma
 install(FILES ${PROJECT_BINARY_DIR}/wbalanceConfigVersion.cmake
         DESTINATION ${WBALANCE_CMAKE_DIR} COMPONENT libwbalance-dev)
 
-# The prefix is found from the place of wbalance.pc, so that an installed tree can be moved. Hosts of a
-# folder in which the loader does not look by itself are told where the library is, as CMake tells them.
+# wbalance.pc derives the prefix from its own place, so that an installed tree can be moved. If the
+# loader does not search the folder, hosts are told where the library is, as CMake does.
 file(RELATIVE_PATH WBALANCE_PC_TO_PREFIX ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
 set(WBALANCE_PC_RUN_PATH -rpath-link)
 configure_file(${PROJECT_SOURCE_DIR}/cmake/wbalance.pc.in ${PROJECT_BINARY_DIR}/system/wbalance.pc @ONLY)
@@ -70,7 +71,7 @@ set(WBALANCE_DOCS ${PROJECT_SOURCE_DIR}/docs)
 wbalance_install_compressed(${WBALANCE_DOCS}/man/libwbalance.3 ${CMAKE_INSTALL_MANDIR}/man3
                             libwbalance.3 libwbalance-dev)
 
-# Installs the pages with a package: all of them, for they link to one another.
+# Installs all pages with a package, because they link to one another.
 function(wbalance_install_pages PACKAGE)
     set(DOC_DIR ${CMAKE_INSTALL_DATADIR}/doc/${PACKAGE})
     foreach(PAGE IN ITEMS getting-started host-programming reliability simulator troubleshooting wbalance)

@@ -1,5 +1,5 @@
-# libwbalance.so is put together from the folders serial/, balance/ and drivers/: each adds its
-# classes with wbalance_classes(). A class is one header and one source, both named after it.
+# libwbalance.so consists of the folders serial/, balance/ and drivers/. Each adds its classes with
+# wbalance_classes(). A class is one header and one source, both named after it.
 
 add_library(wbalance SHARED)
 add_library(wbalance::wbalance ALIAS wbalance)

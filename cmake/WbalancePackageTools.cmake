@@ -1,5 +1,5 @@
-# Read by cpack before it does anything: what reads off the binaries which packages they need has to be
-# there, for without it a package would depend on nothing.
+# cpack reads this file first. The tools that find the dependencies of the binaries must be installed:
+# without them a package would have no dependencies.
 
 find_program(WBALANCE_FILE file)
 find_program(WBALANCE_DPKG_SHLIBDEPS dpkg-shlibdeps)

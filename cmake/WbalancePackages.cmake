@@ -23,13 +23,13 @@ set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 set(CPACK_DEBIAN_PACKAGE_SOURCE libwbalance)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
-# Which packages the binaries need is read off them. Of this project's own libraries, which no
-# installed package holds, dpkg-shlibdeps is told where they are; the dependencies below name them.
+# dpkg-shlibdeps finds the packages that the binaries need. No installed package has this project's own
+# libraries, so it is told where they are, and the dependencies below name them.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR} ${PROJECT_BINARY_DIR}/compat)
 set(SAME_VERSION "libwbalance1 (= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})")
 
-# Hosts that are packed themselves depend on the version that they were built with, or a later one.
+# The packages of hosts depend on the version with which they were built, or a later one.
 set(CPACK_DEBIAN_LIBWBALANCE1_PACKAGE_NAME libwbalance1)
 set(CPACK_DEBIAN_LIBWBALANCE1_PACKAGE_SECTION libs)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
@@ -65,7 +65,7 @@ their line settings and says why one gives no weight.
 The program wbalance-sim simulates balances for other programs, without
 hardware.")
 
-# What every Debian package says of itself.
+# The fields of every Debian package.
 foreach(PACKAGE IN LISTS CPACK_COMPONENTS_ALL)
     set(DOC_DIR ${CMAKE_INSTALL_DATADIR}/doc/${PACKAGE})
     install(FILES ${PROJECT_SOURCE_DIR}/packaging/debian/copyright DESTINATION ${DOC_DIR} COMPONENT ${PACKAGE})

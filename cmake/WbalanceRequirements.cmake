@@ -1,4 +1,4 @@
-# What the project needs of others. What is missing is named by the Debian packages that bring it.
+# The packages that the project needs. If one is missing, the message names its Debian package.
 
 # wbalance_require(NAME "PACKAGE..." FIND_PACKAGE_ARGUMENT...)
 macro(wbalance_require NAME PACKAGES)
@@ -8,7 +8,7 @@ macro(wbalance_require NAME PACKAGES)
     endif()
 endmacro()
 
-# Who builds the project to use it needs no GoogleTest: the tests are left out where it is not installed.
+# Users of the project do not need GoogleTest: if it is not installed, the tests are left out.
 set(WBALANCE_TESTS_BY_DEFAULT OFF)
 if(PROJECT_IS_TOP_LEVEL)
     find_package(GTest QUIET)
