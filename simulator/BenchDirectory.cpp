@@ -21,8 +21,8 @@ namespace fs = std::filesystem;
 /// Opening a port makes and removes a lock file, which takes milliseconds on some disks.
 constexpr char kInMemory[] = "/dev/shm";
 
-/// A line takes a page; some hundreds of instruments have room.
-constexpr unsigned long long kRoomOfABench = 1024 * 1024;
+/// A line takes some pages; some hundreds of instruments have room.
+constexpr unsigned long long kRoomOfABench = 16 * 1024 * 1024;
 
 constexpr char kPrefix[] = "wbalance-lines-";
 constexpr char kClaimName[] = "claim";
@@ -50,6 +50,21 @@ fs::path Create() {
     return name;
 }
 
+/// With one descriptor at a time, which may be the last.
+void RemoveTree(const fs::path& directory) {
+    std::vector<fs::path> entries;
+    std::error_code ignored;
+    for (const auto& entry : fs::directory_iterator(directory, ignored))
+        entries.push_back(entry.path());
+    for (const auto& entry : entries) {
+        if (fs::is_directory(fs::symlink_status(entry, ignored)))
+            RemoveTree(entry);
+        else
+            fs::remove(entry, ignored);
+    }
+    fs::remove(directory, ignored);
+}
+
 /// The file gets its name when it is locked: who finds it unlocked knows that the bench is dead.
 int Claim(const fs::path& directory) {
     const fs::path unlocked = directory / (std::string(kClaimName) + ".new");
@@ -59,8 +74,7 @@ int Claim(const fs::path& directory) {
         return descriptor;
     const int error = errno;
     if (descriptor >= 0) ::close(descriptor);
-    std::error_code ignored;
-    fs::remove_all(directory, ignored);
+    RemoveTree(directory);
     errno = error;
     FailWith("cannot claim " + directory.string());
 }
@@ -74,8 +88,7 @@ bool IsOfThisUser(const fs::path& directory) {
 void RemoveIfDead(const fs::path& directory) {
     const int descriptor = ::open((directory / kClaimName).c_str(), O_RDWR | O_CLOEXEC);
     if (descriptor < 0) return;
-    std::error_code ignored;
-    if (::flock(descriptor, LOCK_EX | LOCK_NB) == 0) fs::remove_all(directory, ignored);
+    if (::flock(descriptor, LOCK_EX | LOCK_NB) == 0) RemoveTree(directory);
     ::close(descriptor);
 }
 
@@ -92,8 +105,7 @@ BenchDirectory::BenchDirectory() {
 BenchDirectory::~BenchDirectory() {
     ::unsetenv(kVirtualLinesVariable);
     ::close(claim_);  // first: removing takes a descriptor, which may be the last
-    std::error_code ignored;
-    fs::remove_all(path_, ignored);
+    RemoveTree(path_);
 }
 
 std::vector<fs::path> BenchDirectory::Places() {

@@ -28,7 +28,9 @@ ConnectedInstrument& VirtualBench::Place(const std::string& instrument, const Op
 
 ConnectedInstrument& VirtualBench::Place(const CatalogEntry& entry, const Options& options) {
     return Add(std::make_unique<ConnectedInstrument>(
-        entry, options, std::make_unique<VirtualLine>(Directory(), options.device)));
+        entry, options,
+        std::make_unique<VirtualLine>(Directory(), options.device,
+                                      options.pace.value_or(Adapter()).Usb())));
 }
 
 ConnectedInstrument& VirtualBench::PlaceOnTerminal(const std::string& instrument,

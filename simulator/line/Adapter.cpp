@@ -68,6 +68,7 @@ Adapter Adapter::Parse(const std::string& text) {
     if (name != "pl2303" && name != "ch341") Refuse(text);
     adapter.trigger_ = name == "pl2303" ? kPacketOfPl2303 : kPacketOfCh341;
     adapter.interval_ = kFrame;
+    adapter.usb_ = name == "pl2303" ? kPl2303Identity : kCh341Identity;
     return adapter;
 }
 

@@ -7,6 +7,7 @@
 
 #include "simulator/line/Uart.h"
 #include "simulator/line/UartSettings.h"
+#include "simulator/line/UsbIdentity.h"
 
 namespace simulator {
 
@@ -27,6 +28,10 @@ class Adapter {
     /// and "character" for each by itself. Throws std::invalid_argument, saying what there is.
     static Adapter Parse(const std::string& text);
 
+    /// What it tells the system of itself where it is plugged in, as a FTDI adapter where the kind
+    /// of port does not matter.
+    const UsbIdentity& Usb() const { return usb_; }
+
     /// A character is complete on the wire, which is at the host's settings `line`. Not before what
     /// is due until then was handed over.
     void Receive(const Character& character, Moment at, const UartSettings& line);
@@ -38,6 +43,7 @@ class Adapter {
     std::vector<Character> HandOver(Moment now);
 
  private:
+    UsbIdentity usb_ = kFtdiIdentity;
     std::size_t trigger_ = 1;   ///< so many are handed over at once
     int slowestCollected_ = 0;  ///< below this baud rate nothing is collected
     int silence_ = 0;           ///< fewer are after so many character times without another

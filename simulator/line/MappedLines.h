@@ -8,6 +8,11 @@ namespace simulator {
 /// found here may be used by any thread, in a signal handler and in a forked child without further
 /// care; and its file's inode number is not given to another file meanwhile. Uses nothing but the C
 /// library, no lock and no heap.
+///
+/// Without this a host maps the state at each call. A weighing of 200 ms then takes 0.46 instead of
+/// 0.22 ms of processor time, and of 256 balances in one process all together 3.9 instead of 0.9 s
+/// in 10 s, at 5 % fewer readings (bench_operations and bench_scale, which measure the library and
+/// not this).
 namespace mappedLines {
 
 /// A state and whether the caller has to unmap it.

@@ -14,10 +14,14 @@
 #include <time.h>
 #include <unistd.h>
 
+#include "simulator/line/HostPaths.h"
+#include "simulator/line/KeptErrno.h"
 #include "simulator/line/MappedLines.h"
 
 namespace simulator {
 namespace {
+
+using hostPaths::Directory;
 
 constexpr unsigned kFirstPtsMajor = 136;
 constexpr unsigned kLastPtsMajor = 143;
@@ -27,62 +31,9 @@ constexpr long kPatienceStepNanoseconds = 10'000'000;
 /// What a host finds at every port when its bench has gone: none, rather than the real system's.
 VirtualLineState unplugged;
 
-/// The directory of served lines, or null when this program is not served at all.
-const char* Directory() {
-    const char* name = getenv(kVirtualLinesVariable);
-    return name && *name ? name : nullptr;
-}
-
 /// A system call of its own: open() here would come back through the redirection.
 int OpenFile(const char* path, int flags) {
     return static_cast<int>(syscall(SYS_openat, AT_FDCWD, path, flags | O_CLOEXEC, 0));
-}
-
-bool IsPort(const char* name) {
-    size_t letters = 0;
-    if (strncmp(name, "ttyS", 4) == 0) letters = 4;
-    if (strncmp(name, "ttyUSB", 6) == 0) letters = 6;
-    if (letters == 0 || name[letters] == '\0') return false;
-    return strspn(name + letters, "0123456789") == strlen(name + letters);
-}
-
-/// The part of `path` behind `prefix`, or null when `path` does not begin with it.
-const char* Behind(const char* prefix, const char* path) {
-    const size_t length = strlen(prefix);
-    return strncmp(path, prefix, length) == 0 ? path + length : nullptr;
-}
-
-bool IsServed(const char* name) {
-    char file[PATH_MAX];
-    snprintf(file, sizeof file, "%s/%s", Directory(), name);
-    return syscall(SYS_faccessat, AT_FDCWD, file, F_OK) == 0;
-}
-
-/// Restores errno: looking a line up must not be seen in a call that is then passed on.
-class KeptErrno {
- public:
-    KeptErrno() = default;
-    KeptErrno(const KeptErrno&) = delete;
-    KeptErrno& operator=(const KeptErrno&) = delete;
-    ~KeptErrno() { errno = value_; }
-
- private:
-    int value_ = errno;
-};
-
-bool HasGone(const char* path) {
-    const KeptErrno kept;
-    return syscall(SYS_faccessat, AT_FDCWD, path, F_OK) != 0 && errno == ENOENT;
-}
-
-/// "ttyS0", or "ttyS0.rmlock": who finds the lock file of a process that has died holds that second
-/// one while it takes the first away.
-bool IsLockOfServedPort(const char* name) {
-    char port[NAME_MAX + 1];
-    snprintf(port, sizeof port, "%s", name);
-    if (char* suffix = strstr(port, ".rmlock"); suffix && suffix[strlen(".rmlock")] == '\0')
-        *suffix = '\0';
-    return IsPort(port) && IsServed(port);
 }
 
 void WaitWhileEqual(std::atomic<std::uint32_t>& word, std::uint32_t value) {
@@ -98,10 +49,17 @@ bool IsTerminalOf(const VirtualLineState& state, unsigned number, const struct s
 
 }  // namespace
 
+ServedLine ServedLine::AtNode(const char* path) {
+    return Called(hostPaths::PortAt(path));
+}
+
 ServedLine ServedLine::AtPath(const char* path) {
-    const char* name = path && Directory() ? Behind("/dev/", path) : nullptr;
-    if (!name || !IsPort(name)) return ServedLine(nullptr);
-    if (HasGone(Directory())) return ServedLine(&unplugged, true);
+    char name[NAME_MAX + 1];
+    return Called(hostPaths::PortBehind(path, name, sizeof name));
+}
+
+ServedLine ServedLine::Called(const char* name) {
+    if (name && hostPaths::HasBenchGone()) return ServedLine(&unplugged, true);
     return ServedLine(name);
 }
 
@@ -123,28 +81,12 @@ ServedLine ServedLine::OfDescriptor(int descriptor) {
 }
 
 ServedLine ServedLine::AtTerminal(const char* path) {
-    const char* number = Directory() ? Behind("/dev/pts/", path) : nullptr;
+    const char* number = Directory() ? hostPaths::Behind("/dev/pts/", path) : nullptr;
     if (!number || *number == '\0' || number[strspn(number, "0123456789")] != '\0')
         return ServedLine(nullptr);
     char link[32];
     snprintf(link, sizeof link, "pts%s", number);
     return ServedLine(link);
-}
-
-bool ServedLine::RedirectsLock(const char* path, char* redirected, size_t size) {
-    const KeptErrno kept;
-    if (!path || !Directory()) return false;
-    const char* rest = Behind("/var/lock", path);
-    if (!rest) rest = Behind("/run/lock", path);
-    if (!rest) return false;
-    if (*rest == '\0' || strcmp(rest, "/") == 0) {
-        snprintf(redirected, size, "%s", Directory());
-        return true;
-    }
-    const char* name = Behind("/LCK..", rest);
-    if (!name || !IsLockOfServedPort(name)) return false;
-    snprintf(redirected, size, "%s/LCK..%s", Directory(), name);
-    return true;
 }
 
 ServedLine::ServedLine(const char* fileName) {
@@ -171,9 +113,8 @@ ServedLine::~ServedLine() {
 }
 
 dev_t ServedLine::DeviceNumber() const {
-    const char* usb = Behind("ttyUSB", state_->name);
-    const auto number = static_cast<unsigned>(atoi(usb ? usb : Behind("ttyS", state_->name)));
-    return usb ? makedev(188, number) : makedev(4, 64 + number);
+    const PortNumber number = PortNumberOf(state_->name);
+    return makedev(number.major, number.minor);
 }
 
 bool ServedLine::Ring() const {

@@ -15,7 +15,10 @@ namespace simulator {
 /// into programs that are not ours.
 class ServedLine {
  public:
-    /// The line behind a path such as "/dev/ttyS0"; empty when that device is not served.
+    /// The line whose node is at a path such as "/dev/ttyS0"; empty when that is not served.
+    static ServedLine AtNode(const char* path);
+
+    /// The same, also where the path is a link to the node, as those in /dev/serial are.
     static ServedLine AtPath(const char* path);
 
     /// The line whose pseudo-terminal `descriptor` is; empty for every other descriptor.
@@ -23,10 +26,6 @@ class ServedLine {
 
     /// The line whose pseudo-terminal is at this path; empty for every other path.
     static ServedLine AtTerminal(const char* path);
-
-    /// Writes the path that stands for `path` to `redirected` when it is the lock file of a served
-    /// device or the directory of lock files. Returns false, writing nothing, for all other paths.
-    static bool RedirectsLock(const char* path, char* redirected, size_t size);
 
     ServedLine(ServedLine&& other) noexcept;
     ServedLine(const ServedLine&) = delete;
@@ -48,6 +47,7 @@ class ServedLine {
     bool StaysExclusive() const;
 
  private:
+    static ServedLine Called(const char* name);
     explicit ServedLine(const char* fileName);
     ServedLine(VirtualLineState* state, bool isKept) : state_(state), isKept_(isKept) {}
 

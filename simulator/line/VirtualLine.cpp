@@ -8,6 +8,7 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <climits>
@@ -30,6 +31,12 @@ constexpr unsigned kReadyInstrument = TIOCM_CTS | TIOCM_DSR | TIOCM_CD;
 
 std::string NameOf(const std::string& device) {
     return device.substr(sizeof("/dev/") - 1);
+}
+
+/// In the form of FTDI's; adapters that are plugged in first under different names differ.
+std::string SerialNumberOf(const std::string& device) {
+    const std::string number = device.substr(device.find_last_not_of("0123456789") + 1);
+    return "A6" + std::string(6 - std::min<std::size_t>(6, number.size()), '0') + number;
 }
 
 /// On a full file system it fails here, not when a host writes to the mapping.
@@ -126,8 +133,9 @@ class VirtualLine::Files {
     const int bell_;
 };
 
-VirtualLine::VirtualLine(std::filesystem::path directory, const std::string& device)
-    : directory_(std::move(directory)) {
+VirtualLine::VirtualLine(std::filesystem::path directory, const std::string& device,
+                         const UsbIdentity& usb)
+    : directory_(std::move(directory)), usb_(usb), serialNumber_(SerialNumberOf(device)) {
     try {
         PlugIn(device);
     } catch (...) {
@@ -153,7 +161,9 @@ void VirtualLine::PlugIn(const std::string& device) {
         device_ = device;
         state_ = files_->State();
     }
+    auto entries = std::make_unique<PortEntries>(directory_, NameOf(device_), usb_, serialNumber_);
     LinkTerminal(*terminal);
+    entries_ = std::move(entries);
     terminal_ = std::move(terminal);
     state_->ptsNumber = terminal_->Number();
     state_->ptsCreated = 0;
@@ -201,6 +211,7 @@ void VirtualLine::LinkTerminal(const PseudoTerminal& terminal) const {
 void VirtualLine::Unplug() {
     if (!terminal_) return;
     state_->present = 0;
+    entries_.reset();
     std::error_code ignored;
     std::filesystem::remove(File("pts" + std::to_string(terminal_->Number())), ignored);
     HungUp();

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "simulator/line/HostLine.h"
+#include "simulator/line/PortEntries.h"
 #include "simulator/line/PseudoTerminal.h"
 #include "simulator/line/VirtualLineState.h"
 
@@ -27,8 +28,9 @@ class VirtualLine final : public HostLine {
 
     /// Serves `device` ("/dev/ttyS<N>" or "/dev/ttyUSB<N>"). Throws std::invalid_argument for
     /// another name and for one that is served already, std::system_error when files or
-    /// pseudo-terminal cannot be created.
-    VirtualLine(std::filesystem::path directory, const std::string& device);
+    /// pseudo-terminal cannot be created. As "/dev/ttyUSB<N>" it is an adapter of this identity.
+    VirtualLine(std::filesystem::path directory, const std::string& device,
+                const UsbIdentity& usb = kFtdiIdentity);
     ~VirtualLine() override;
 
     const std::string& Device() const override { return device_; }
@@ -74,7 +76,9 @@ class VirtualLine final : public HostLine {
     void HungUp();
     Arrival TakeBytes();
 
-    std::filesystem::path directory_;
+    const std::filesystem::path directory_;
+    const UsbIdentity usb_;
+    const std::string serialNumber_;  ///< stays when the adapter comes back under another name
     std::string device_;
     /// The names that this line has had. Their files stay until the line ends, so that an unplugged
     /// name is absent rather than the real system's device of that name; only the present name's
@@ -82,6 +86,7 @@ class VirtualLine final : public HostLine {
     std::set<std::string> names_;
     std::unique_ptr<Files> files_;
     std::unique_ptr<PseudoTerminal> terminal_;
+    std::unique_ptr<PortEntries> entries_;
     VirtualLineState* state_ = nullptr;
     unsigned breaksSeen_ = 0;
 };

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <stdlib.h>
+#include <string.h>
 #include <termios.h>
 #include <time.h>
 
@@ -12,8 +14,24 @@ namespace simulator {
 /// host looks there for a file named after the device ("ttyS0", "ttyUSB1"), which holds one
 /// VirtualLineState; beside it lie "ttyS0.bell", a FIFO through which the host's side wakes the
 /// serving side, "pts<N>", a link from the number of the pseudo-terminal to the state file, and the
-/// lock files that the host believes to be in /var/lock.
+/// lock files that the host believes to be in /var/lock. What programs that list ports find of the
+/// served ones lies below "system".
 inline constexpr char kVirtualLinesVariable[] = "WBALANCE_VIRTUAL_LINES";
+inline constexpr char kSystemEntries[] = "system";
+
+/// The device number that a port of this name has on a real system.
+struct PortNumber {
+    bool isUsb;
+    unsigned major;
+    unsigned minor;
+};
+
+/// Of "ttyS<N>" or "ttyUSB<N>".
+inline PortNumber PortNumberOf(const char* name) {
+    const bool isUsb = strncmp(name, "ttyUSB", 6) == 0;
+    const auto number = static_cast<unsigned>(atoi(name + (isUsb ? 6 : 4)));
+    return isUsb ? PortNumber{true, 188, number} : PortNumber{false, 4, 64 + number};
+}
 
 /// What host and serving side of one virtual line tell each other: a mapped file, every field on
 /// its own atomic, so that a host killed at any point leaves nothing half written.

@@ -240,11 +240,8 @@ def reason_to_skip(command, compiler):
     """Why a command can't be run on this machine; empty when it can."""
     if "libasan.so" in command.text and "-fsanitize" in compiler:
         return "these programs bring a sanitizer's runtime of their own"
-    port = re.search(r"sigrok-cli .*conn=/dev/(\w+)", command.text)
-    if port and not shutil.which("sigrok-cli"):
+    if "sigrok-cli " in command.text and not shutil.which("sigrok-cli"):
         return "sigrok-cli is not installed"
-    if port and not all(pathlib.Path(folder, port.group(1)).exists() for folder in ("/sys/class/tty", "/dev")):
-        return f"sigrok-cli needs a {port.group(1)} under /sys/class/tty and in /dev"
     return ""
 
 

@@ -78,7 +78,7 @@ class Lines {
     const std::string& Directory() const { return directory_; }
     void Clear() const {
         for (const auto& file : std::filesystem::directory_iterator(directory_))
-            std::filesystem::remove(file);
+            std::filesystem::remove_all(file);
     }
 
  private:

@@ -7,10 +7,12 @@
 #include <termios.h>
 #include <unistd.h>
 
+#include "simulator/line/HostPaths.h"
 #include "simulator/line/ServedLine.h"
 #include "simulator/line/calls/Next.h"
 #include "simulator/line/calls/PassedOn.h"
 
+using simulator::HostPath;
 using simulator::ServedLine;
 using namespace simulator::calls;
 
@@ -48,8 +50,11 @@ mode_t ModeArgument(int flags, va_list arguments) {
 }
 
 int OpenAt(int directory, const char* path, int flags, mode_t mode) {
-    if (const ServedLine line = ServedLine::AtPath(path)) return OpenServed(line, flags);
-    return Next<::openat64>("openat64")(directory, PassedOn(path), flags, mode);
+    const HostPath host(directory, path);
+    const bool isNode = (flags & O_NOFOLLOW) != 0;
+    if (const ServedLine line = isNode ? ServedLine::AtNode(host) : ServedLine::AtPath(host))
+        return OpenServed(line, flags);
+    return Next<::openat64>("openat64")(directory, PassedOn(host, path), flags, mode);
 }
 
 int OpenFlags(const char* mode) {
@@ -85,8 +90,7 @@ int open64(const char* path, int flags, ...) {
     va_start(arguments, flags);
     const mode_t mode = ModeArgument(flags, arguments);
     va_end(arguments);
-    if (const ServedLine line = ServedLine::AtPath(path)) return OpenServed(line, flags);
-    return Next<::open64>("open64")(PassedOn(path), flags, mode);
+    return OpenAt(AT_FDCWD, path, flags, mode);
 }
 
 int openat(int directory, const char* path, int flags, ...) {
@@ -121,12 +125,12 @@ int __openat64_2(int at, const char* path, int flags) {
 
 FILE* fopen(const char* path, const char* mode) {
     if (const ServedLine line = ServedLine::AtPath(path)) return OpenStream(line, mode);
-    return Next<::fopen>("fopen")(PassedOn(path), mode);
+    return Next<::fopen>("fopen")(PassedOn(HostPath(AT_FDCWD, path), path), mode);
 }
 
 FILE* fopen64(const char* path, const char* mode) {
     if (const ServedLine line = ServedLine::AtPath(path)) return OpenStream(line, mode);
-    return Next<::fopen64>("fopen64")(PassedOn(path), mode);
+    return Next<::fopen64>("fopen64")(PassedOn(HostPath(AT_FDCWD, path), path), mode);
 }
 
 }  // extern "C"

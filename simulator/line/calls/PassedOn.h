@@ -2,16 +2,16 @@
 
 #include <limits.h>
 
-#include "simulator/line/ServedLine.h"
+#include "simulator/line/HostPaths.h"
 
 namespace simulator::calls {
 
-/// A path to pass on: the lock file of a served device lies beside the line's state.
+/// A path to pass on: the files of a served port lie below the directory of lines.
 class PassedOn {
  public:
-    explicit PassedOn(const char* path)
-        : path_(ServedLine::RedirectsLock(path, redirected_, sizeof redirected_) ? redirected_
-                                                                                 : path) {}
+    /// `path` as the host has given it, and what it stands for.
+    PassedOn(const HostPath& host, const char* path)
+        : path_(hostPaths::Redirects(host, redirected_) ? redirected_ : path) {}
     operator const char*() const { return path_; }
 
  private:

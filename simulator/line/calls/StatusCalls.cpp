@@ -2,17 +2,24 @@
 // has a node as on a real system, although there is none.
 
 #include <fcntl.h>
+#include <limits.h>
+#include <linux/magic.h>
 #include <string.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
+#include <sys/vfs.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
+#include "simulator/line/HostPaths.h"
 #include "simulator/line/ServedLine.h"
 #include "simulator/line/calls/Next.h"
 #include "simulator/line/calls/PassedOn.h"
 
+using simulator::HostPath;
 using simulator::ServedLine;
 using namespace simulator::calls;
+namespace hostPaths = simulator::hostPaths;
 
 namespace {
 
@@ -36,7 +43,7 @@ int StatServed(const ServedLine& line, Stat* result) {
     return 0;
 }
 
-int StatxServed(const ServedLine& line, struct statx* result) {
+int StatServed(const ServedLine& line, struct statx* result) {
     if (!line->present) return Fail(ENOENT);
     memset(result, 0, sizeof *result);
     result->stx_mask = STATX_TYPE | STATX_MODE | STATX_NLINK | STATX_UID | STATX_GID;
@@ -50,55 +57,141 @@ int StatxServed(const ServedLine& line, struct statx* result) {
     return 0;
 }
 
+ServedLine LineAt(const HostPath& path, int flags) {
+    return (flags & AT_SYMLINK_NOFOLLOW) ? ServedLine::AtNode(path) : ServedLine::AtPath(path);
+}
+
+/// What stat and its kin say of a path; `next` asks the system.
+template <typename Stat, typename Function>
+int StatusOf(int directory, const char* path, int flags, Stat* result, Function next) {
+    const HostPath host(directory, path);
+    if (const ServedLine line = LineAt(host, flags)) return StatServed(line, result);
+    return next(PassedOn(host, path));
+}
+
+template <typename Function>
+int AccessTo(int directory, const char* path, int mode, int flags, Function next) {
+    const HostPath host(directory, path);
+    if (const ServedLine line = LineAt(host, flags)) return AccessServed(line, mode);
+    return next(PassedOn(host, path));
+}
+
+/// Whether something of /sys is open that is an entry of a served port.
+bool IsEntryOfSys(int descriptor) {
+    char path[PATH_MAX];
+    return hostPaths::Directory() && hostPaths::PathOf(descriptor, path, sizeof path) &&
+           hostPaths::BecomesHostPath(path) && hostPaths::Behind("/sys", path);
+}
+
+/// libudev takes nothing for a device that is on another file system than those of the system.
+template <typename About>
+int FileSystemOf(int descriptor, About* about, int result) {
+    if (result == 0 && IsEntryOfSys(descriptor)) about->f_type = SYSFS_MAGIC;
+    return result;
+}
+
+/// A served node has no further attributes.
+template <typename Function>
+ssize_t AttributeOf(const char* path, int flags, Function next) {
+    const HostPath host(AT_FDCWD, path);
+    if (const ServedLine line = LineAt(host, flags)) return Fail(line->present ? ENOTSUP : ENOENT);
+    return next(PassedOn(host, path));
+}
+
 }  // namespace
 
 #pragma GCC visibility push(default)
 extern "C" {
 
 int access(const char* path, int mode) noexcept {
-    if (const ServedLine line = ServedLine::AtPath(path)) return AccessServed(line, mode);
-    return Next<::access>("access")(PassedOn(path), mode);
+    return AccessTo(AT_FDCWD, path, mode, 0,
+                    [&](const char* passed) { return Next<::access>("access")(passed, mode); });
 }
 
 int faccessat(int directory, const char* path, int mode, int flags) noexcept {
-    if (const ServedLine line = ServedLine::AtPath(path)) return AccessServed(line, mode);
-    return Next<::faccessat>("faccessat")(directory, PassedOn(path), mode, flags);
+    return AccessTo(directory, path, mode, flags, [&](const char* passed) {
+        return Next<::faccessat>("faccessat")(directory, passed, mode, flags);
+    });
 }
 
 int stat(const char* path, struct stat* result) noexcept {
-    if (const ServedLine line = ServedLine::AtPath(path)) return StatServed(line, result);
-    return Next<::stat>("stat")(PassedOn(path), result);
+    return StatusOf(AT_FDCWD, path, 0, result,
+                    [&](const char* passed) { return Next<::stat>("stat")(passed, result); });
 }
 
 int stat64(const char* path, struct stat64* result) noexcept {
-    if (const ServedLine line = ServedLine::AtPath(path)) return StatServed(line, result);
-    return Next<::stat64>("stat64")(PassedOn(path), result);
+    return StatusOf(AT_FDCWD, path, 0, result,
+                    [&](const char* passed) { return Next<::stat64>("stat64")(passed, result); });
 }
 
 int lstat(const char* path, struct stat* result) noexcept {
-    if (const ServedLine line = ServedLine::AtPath(path)) return StatServed(line, result);
-    return Next<::lstat>("lstat")(PassedOn(path), result);
+    return StatusOf(AT_FDCWD, path, AT_SYMLINK_NOFOLLOW, result,
+                    [&](const char* passed) { return Next<::lstat>("lstat")(passed, result); });
 }
 
 int lstat64(const char* path, struct stat64* result) noexcept {
-    if (const ServedLine line = ServedLine::AtPath(path)) return StatServed(line, result);
-    return Next<::lstat64>("lstat64")(PassedOn(path), result);
+    return StatusOf(AT_FDCWD, path, AT_SYMLINK_NOFOLLOW, result,
+                    [&](const char* passed) { return Next<::lstat64>("lstat64")(passed, result); });
 }
 
 int fstatat(int directory, const char* path, struct stat* result, int flags) noexcept {
-    if (const ServedLine line = ServedLine::AtPath(path)) return StatServed(line, result);
-    return Next<::fstatat>("fstatat")(directory, PassedOn(path), result, flags);
+    return StatusOf(directory, path, flags, result, [&](const char* passed) {
+        return Next<::fstatat>("fstatat")(directory, passed, result, flags);
+    });
 }
 
 int fstatat64(int directory, const char* path, struct stat64* result, int flags) noexcept {
-    if (const ServedLine line = ServedLine::AtPath(path)) return StatServed(line, result);
-    return Next<::fstatat64>("fstatat64")(directory, PassedOn(path), result, flags);
+    return StatusOf(directory, path, flags, result, [&](const char* passed) {
+        return Next<::fstatat64>("fstatat64")(directory, passed, result, flags);
+    });
 }
 
 int statx(int directory, const char* path, int flags, unsigned mask,
           struct statx* result) noexcept {
-    if (const ServedLine line = ServedLine::AtPath(path)) return StatxServed(line, result);
-    return Next<::statx>("statx")(directory, PassedOn(path), flags, mask, result);
+    return StatusOf(directory, path, flags, result, [&](const char* passed) {
+        return Next<::statx>("statx")(directory, passed, flags, mask, result);
+    });
+}
+
+// What programs and libraries call that were built before glibc 2.33; the number names a layout, of
+// which there is one.
+int __xstat(int, const char* path, struct stat* result) {
+    return stat(path, result);
+}
+int __xstat64(int, const char* path, struct stat64* result) {
+    return stat64(path, result);
+}
+int __lxstat(int, const char* path, struct stat* result) {
+    return lstat(path, result);
+}
+int __lxstat64(int, const char* path, struct stat64* result) {
+    return lstat64(path, result);
+}
+int __fxstatat(int, int directory, const char* path, struct stat* result, int flags) {
+    return fstatat(directory, path, result, flags);
+}
+int __fxstatat64(int, int directory, const char* path, struct stat64* result, int flags) {
+    return fstatat64(directory, path, result, flags);
+}
+
+int fstatfs(int descriptor, struct statfs* about) noexcept {
+    return FileSystemOf(descriptor, about, Next<::fstatfs>("fstatfs")(descriptor, about));
+}
+
+int fstatfs64(int descriptor, struct statfs64* about) noexcept {
+    return FileSystemOf(descriptor, about, Next<::fstatfs64>("fstatfs64")(descriptor, about));
+}
+
+ssize_t getxattr(const char* path, const char* name, void* value, size_t size) noexcept {
+    return AttributeOf(path, 0, [&](const char* passed) {
+        return Next<::getxattr>("getxattr")(passed, name, value, size);
+    });
+}
+
+ssize_t lgetxattr(const char* path, const char* name, void* value, size_t size) noexcept {
+    return AttributeOf(path, AT_SYMLINK_NOFOLLOW, [&](const char* passed) {
+        return Next<::lgetxattr>("lgetxattr")(passed, name, value, size);
+    });
 }
 
 }  // extern "C"
