@@ -43,7 +43,7 @@ void Script(fuzz::Input input) {
         if (kind >= 0xf0) {
             line.SignalWithoutData(at);
         } else if (kind >= 0xe8) {
-            line.FailCall(8 + kind % 8, static_cast<scripted::Fault>(input.Below(5)));
+            line.FailCall(8 + kind % 8, static_cast<scripted::PortFault>(input.Below(5)));
         } else {
             line.Arrive(at, input.Text(static_cast<std::size_t>(1 + kind / 4)));
         }

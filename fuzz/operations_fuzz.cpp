@@ -134,7 +134,7 @@ void Play(const Driver& driver, fuzz::Input input, const Perform& perform, Sight
     const int calls = 1 + input.Below(3);
     for (int faults = input.Below(3); faults > 0; --faults) {
         const int number = 1 + input.Byte();
-        line.FailCall(number, static_cast<scripted::Fault>(input.Below(5)));
+        line.FailCall(number, static_cast<scripted::PortFault>(input.Below(5)));
     }
     std::vector<Call> made;
     std::vector<bool> withDecimals;
@@ -150,7 +150,8 @@ void Play(const Driver& driver, fuzz::Input input, const Perform& perform, Sight
         }
     });
     for (std::size_t i = 0; i < made.size(); ++i) {
-        if (driver.table.endless) line.FailCall(line.CallCount() + endAt, scripted::Fault::HangUp);
+        if (driver.table.endless)
+            line.FailCall(line.CallCount() + endAt, scripted::PortFault::HangUp);
         double weight = -777.25;
         int decimals = -777;
         const int result = perform(made[i], &weight, withDecimals[i] ? &decimals : nullptr);

@@ -16,7 +16,7 @@ struct FailingCall {
     std::string
         port;  ///< "open", "held" (after an open that failed), "closed" or "gone" (for good)
     /// Any other one follows the row in which the same call refuses.
-    Fault fault = Fault::Refuse;
+    PortFault fault = PortFault::Refuse;
 };
 
 template <class Driver>
@@ -43,14 +43,14 @@ void ExpectWhenEachCallFails(const std::vector<FailingCall>& calls, const Step<T
     Line& line = Line::Here();
     int number = 0;
     for (const FailingCall& row : calls) {
-        if (row.fault == Fault::Refuse) ++number;
+        if (row.fault == PortFault::Refuse) ++number;
         SCOPED_TRACE("call " + std::to_string(number) + ": " + row.call);
         line.Reset();
         Tested driver;
         script(driver);
         line.FailCall(line.CallCount() + number, row.fault);
         EXPECT_EQ(operation(driver), row.result);
-        const bool refused = row.fault == Fault::Refuse;
+        const bool refused = row.fault == PortFault::Refuse;
         EXPECT_THAT(
             line.Transcript(),
             testing::Contains(testing::StartsWith(row.call + (refused ? ": refused" : ""))));

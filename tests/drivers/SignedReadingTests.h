@@ -231,11 +231,11 @@ TYPED_TEST_P(SignedReadingDriver, Readiness_when_each_call_on_the_port_fails) {
          {"setFlowControl none", 0, "gone"},
          {"clear input", 0, "closed"},
          {request, 0, "open"},
-         {request, 0, "open", Fault::ShortWrite},
-         {request, 0, "open", Fault::HangUp},
+         {request, 0, "open", PortFault::ShortWrite},
+         {request, 0, "open", PortFault::HangUp},
          {"wait 1000", 1, "open"},
-         {"wait 1000", 1, "open", Fault::EmptyRead},
-         {"wait 1000", 0, "open", Fault::HangUp},
+         {"wait 1000", 1, "open", PortFault::EmptyRead},
+         {"wait 1000", 0, "open", PortFault::HangUp},
          {"wait 1000", 1, "open"}},
         [this](auto&) { this->Answer({{"1+    12.34 g\r\n"}}); },
         [](auto& driver) { return driver.IsReady(); },
@@ -572,14 +572,14 @@ TYPED_TEST_P(SignedReading, A_wait_that_fails_costs_one_request) {
 }
 
 TYPED_TEST_P(SignedReading, A_wait_without_data_costs_one_request) {
-    this->line.Fail("wait", 1, Fault::EmptyRead);
+    this->line.Fail("wait", 1, PortFault::EmptyRead);
     this->AlwaysAnswer({{"1+    12.34 g\r\n"}});
     EXPECT_EQ(this->Weight(1), 1);
     EXPECT_EQ(this->line.Sent(), this->Requests(2));
 }
 
 TYPED_TEST_P(SignedReading, A_far_end_that_goes_away_fails_after_five_requests) {
-    this->line.Fail("wait", 1, Fault::HangUp);
+    this->line.Fail("wait", 1, PortFault::HangUp);
     EXPECT_EQ(this->Weight(1), 0);
     EXPECT_EQ(this->line.Sent(), this->Requests(5));
     EXPECT_TRUE(this->line.IsOpen());

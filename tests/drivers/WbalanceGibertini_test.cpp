@@ -4,9 +4,9 @@
 #include "Host.h"
 
 using scripted::ExpectWhenEachCallFails;
-using scripted::Fault;
 using scripted::Host;
 using scripted::Open;
+using scripted::PortFault;
 using scripted::operator+;
 using scripted::ScriptedTest;
 using testing::ElementsAre;
@@ -516,11 +516,11 @@ TEST_F(WbalanceGibertiniTest, Weight_when_each_call_on_the_port_fails) {
          {"setFlowControl none", 0, "gone"},
          {"clear input", 0, "closed"},
          {R"(write "B\r")", 0, "open"},
-         {R"(write "B\r")", 0, "open", Fault::ShortWrite},
-         {R"(write "B\r")", 0, "open", Fault::HangUp},
+         {R"(write "B\r")", 0, "open", PortFault::ShortWrite},
+         {R"(write "B\r")", 0, "open", PortFault::HangUp},
          {"wait 1000", 1, "open"},
-         {"wait 1000", 1, "open", Fault::EmptyRead},
-         {"wait 1000", 0, "open", Fault::HangUp},
+         {"wait 1000", 1, "open", PortFault::EmptyRead},
+         {"wait 1000", 0, "open", PortFault::HangUp},
          {"wait 1000", 1, "open"},
          {"wait 1000", 1, "open"}},
         [this](auto&) { line.Answer("B\r", {{"    123.45 g   DS\r\n"}}); },

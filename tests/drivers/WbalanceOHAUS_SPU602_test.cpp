@@ -5,9 +5,9 @@
 #include "Host.h"
 
 using scripted::ExpectWhenEachCallFails;
-using scripted::Fault;
 using scripted::Host;
 using scripted::Open;
+using scripted::PortFault;
 using scripted::ScriptedTest;
 using scripted::Shows;
 using testing::ElementsAre;
@@ -240,7 +240,7 @@ TEST_F(WbalanceOHAUS_SPU602Test, Tare_when_each_call_on_the_port_fails) {
 TEST_F(WbalanceOHAUS_SPU602Test, Tare_does_not_pause_after_a_command_that_was_not_sent) {
     OpenThePort();
     line.Answer("P\r\n", {{"       12.34 g\r\n"}});
-    line.Fail("write", 2, Fault::ShortWrite);
+    line.Fail("write", 2, PortFault::ShortWrite);
     EXPECT_EQ(balance.Tare(), 0);
     EXPECT_THAT(line.Sleeps(), ElementsAre(500));
     EXPECT_THAT(line.Trace(), EndsWith("Ohaus Scout Pro - Explorer - Tare\n"

@@ -6,9 +6,9 @@
 #include "Host.h"
 
 using scripted::Dialogue;
-using scripted::Fault;
 using scripted::Host;
 using scripted::Open;
+using scripted::PortFault;
 using scripted::ScriptedTest;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -150,7 +150,7 @@ TEST_F(WbalanceRadwagTest, Every_operation_fails_silently_once_the_settings_were
 
 TEST_F(WbalanceRadwagTest, Every_operation_ends_at_a_command_that_is_not_taken_and_leaves_it_open) {
     for (const Operation& operation : kOperations) {
-        for (const Fault fault : {Fault::Refuse, Fault::ShortWrite}) {
+        for (const PortFault fault : {PortFault::Refuse, PortFault::ShortWrite}) {
             SCOPED_TRACE(operation.name);
             line.Reset();
             Open<WbalanceRadwag> fresh;
@@ -169,7 +169,7 @@ TEST_F(WbalanceRadwagTest,
         SCOPED_TRACE(operation.name);
         line.Reset();
         Open<WbalanceRadwag> fresh;
-        line.Fail("wait", 1, Fault::HangUp);
+        line.Fail("wait", 1, PortFault::HangUp);
         EXPECT_EQ(operation.call(fresh), 0);
         EXPECT_LE(line.Now(), 1000);
         EXPECT_TRUE(line.IsOpen());
@@ -642,8 +642,8 @@ TEST_F(WbalanceRadwagTest, Any_other_mode_opens_the_line_and_fails) {
 
 TEST_F(WbalanceRadwagTest, Waits_that_signal_data_and_find_none_only_cost_their_attempts) {
     line.Answer("SI\r\n", {{kImmediateFrame}});
-    line.Fail("wait", 1, Fault::EmptyRead);
-    line.Fail("wait", 2, Fault::EmptyRead);
+    line.Fail("wait", 1, PortFault::EmptyRead);
+    line.Fail("wait", 2, PortFault::EmptyRead);
     EXPECT_EQ(balance.Weight(2, &weight, &decimals), 1);
     EXPECT_EQ(weight, -0.012);
 }

@@ -222,7 +222,7 @@ TEST_F(WbalanceSartoriusTest, Tare_stops_without_a_pause_at_the_first_command_no
 
 TEST_F(WbalanceSartoriusTest, Tare_stops_at_a_tare_command_of_which_a_byte_was_not_taken) {
     OpenThePort();
-    line.Fail("write", 2, scripted::Fault::ShortWrite);
+    line.Fail("write", 2, scripted::PortFault::ShortWrite);
     EXPECT_EQ(balance.Tare(), 0);
     EXPECT_THAT(line.Sleeps(), IsEmpty());
     EXPECT_THAT(line.Trace(), EndsWith("<== \x1bT\r\n ... FAIL\n\n"));

@@ -5,9 +5,9 @@
 #include "Host.h"
 
 using scripted::ExpectWhenEachCallFails;
-using scripted::Fault;
 using scripted::Host;
 using scripted::Open;
+using scripted::PortFault;
 using scripted::ScriptedTest;
 using scripted::Shows;
 using testing::ElementsAre;
@@ -244,7 +244,7 @@ TEST_F(WbalanceScaleHouseALDTest, Tare_does_not_pause_after_a_zero_that_was_not_
 TEST_F(WbalanceScaleHouseALDTest, Tare_does_not_pause_after_a_tare_that_was_not_sent) {
     OpenThePort();
     line.Answer("P\r\n", {{" 0.0 g N\r\n"}});
-    line.Fail("write", 3, Fault::ShortWrite);
+    line.Fail("write", 3, PortFault::ShortWrite);
     EXPECT_EQ(balance.Tare(), 0);
     EXPECT_THAT(line.Sleeps(), ElementsAre(500, 2000));
 }

@@ -40,7 +40,7 @@ void PerformAct(const Act& act, const Perform& perform, Sighting& sighting) {
 }
 
 /// The earlier calls, the call under test with its mishap, and the call once more.
-void Play(const Dialogue& dialogue, const Mishap& mishap, const Perform& perform,
+void Play(const FaultDialogue& dialogue, const Mishap& mishap, const Perform& perform,
           Sighting& sighting) {
     Line& line = Line::Here();
     for (const Act& act : dialogue.before) {
@@ -66,7 +66,7 @@ void Play(const Dialogue& dialogue, const Mishap& mishap, const Perform& perform
     PerformAct(dialogue.act, perform, sighting);
 }
 
-Sighting PlayTable(const Matrix& matrix, const Dialogue& dialogue, const Mishap& mishap) {
+Sighting PlayTable(const Matrix& matrix, const FaultDialogue& dialogue, const Mishap& mishap) {
     Line::Here().Reset();
     Sighting sighting;
     {
@@ -80,7 +80,7 @@ Sighting PlayTable(const Matrix& matrix, const Dialogue& dialogue, const Mishap&
     return sighting;
 }
 
-Sighting PlayLibrary(const Matrix& matrix, const Dialogue& dialogue, const Mishap& mishap) {
+Sighting PlayLibrary(const Matrix& matrix, const FaultDialogue& dialogue, const Mishap& mishap) {
     Line::Here().Reset();
     Sighting sighting;
     {
@@ -142,7 +142,7 @@ std::string Differences(const Sighting& table, const Sighting& library, long bou
     return report;
 }
 
-std::string AgainstLiterals(const Dialogue& dialogue, const Sighting& table) {
+std::string AgainstLiterals(const FaultDialogue& dialogue, const Sighting& table) {
     const std::size_t at = dialogue.before.size();
     if (table.results[at] == dialogue.result && table.weights[at] == dialogue.weight &&
         table.decimals[at] == dialogue.decimals)
@@ -155,13 +155,13 @@ std::string AgainstLiterals(const Dialogue& dialogue, const Sighting& table) {
 constexpr int kEnoughCalls = 60;
 
 /// The calls on the port that the call under test makes when nothing fails, by number.
-std::map<int, std::string> CallsOf(const Matrix& matrix, const Dialogue& dialogue) {
+std::map<int, std::string> CallsOf(const Matrix& matrix, const FaultDialogue& dialogue) {
     int first = 0;
     int last = 0;
     const Mishap mark{"", [&](Script&, Line& line) {
                           first = line.CallCount();
                           if (dialogue.endless)
-                              line.FailCall(first + kEnoughCalls, scripted::Fault::HangUp);
+                              line.FailCall(first + kEnoughCalls, scripted::PortFault::HangUp);
                       }};
     Line::Here().Reset();
     Balance balance(matrix.description, Line::Here());
@@ -192,7 +192,7 @@ std::vector<std::string> Discrepancies(const Matrix& matrix, int& cells) {
     constexpr std::size_t kMostReports = 5;
     std::vector<std::string> reports;
     const scripted::TraceCapture capture;
-    for (const Dialogue& dialogue : matrix.dialogues) {
+    for (const FaultDialogue& dialogue : matrix.dialogues) {
         std::vector<Mishap> mishaps;
         if (!dialogue.endless) mishaps.push_back({"nothing fails", [](Script&, Line&) {}});
         for (const auto& [number, name] : CallsOf(matrix, dialogue))

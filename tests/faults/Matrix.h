@@ -29,7 +29,7 @@ constexpr double kUntouchedWeight = -777.25;
 constexpr int kUntouchedDecimals = -777;
 
 /// An operation that goes as it should, from which the faults are bred.
-struct Dialogue {
+struct FaultDialogue {
     std::string name;
     Act act;
     int result;
@@ -110,7 +110,7 @@ std::vector<const char*> OperationsOf() {
 /// A driver of the library, its table and the dialogues from which the faults are bred.
 struct Matrix {
     Description description;
-    std::vector<Dialogue> dialogues;
+    std::vector<FaultDialogue> dialogues;
     MakeSubject make;
 };
 

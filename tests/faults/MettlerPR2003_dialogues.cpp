@@ -4,7 +4,7 @@ namespace faults {
 
 // clang-format off
 
-std::vector<Dialogue> MettlerPR2003Dialogues() {
+std::vector<FaultDialogue> MettlerPR2003Dialogues() {
     const Exchange reset = {"@\r\n", {{"I4 A \"1126493049\"\r\n", 20}}};
     const Exchange display = {"D \"READY\"\r\n", {{"D A\r\n", 20}}};
     const Exchange back = {"DW\r\n", {{"DW A\r\n", 20}}};

@@ -5,6 +5,6 @@
 namespace faults {
 
 /// Of the PR2003 and the XS.
-std::vector<Dialogue> MettlerPR2003Dialogues();
+std::vector<FaultDialogue> MettlerPR2003Dialogues();
 
 }  // namespace faults

@@ -5,8 +5,8 @@
 namespace faults {
 namespace {
 
-using scripted::Fault;
 using scripted::Line;
+using scripted::PortFault;
 using scripted::Reply;
 using Replies = std::vector<Reply>;
 using Change = std::function<Replies(const Reply&)>;
@@ -163,15 +163,15 @@ Change SplitAt(std::size_t length, long laterMs) {
 }  // namespace
 
 void AddCallMishaps(int number, const std::string& call, std::vector<Mishap>& mishaps) {
-    const auto add = [&](const char* how, Fault fault) {
+    const auto add = [&](const char* how, PortFault fault) {
         mishaps.push_back({"call " + std::to_string(number) + " (" + call + ") " + how,
                            [=](Script&, Line& line) { line.FailCall(number, fault); }});
     };
-    add("refused", Fault::Refuse);
-    add("hangs up", Fault::HangUp);
-    if (call == "write") add("takes one byte less", Fault::ShortWrite);
-    if (call == "wait") add("silent", Fault::Silence);
-    if (call == "wait") add("signals data and has none", Fault::EmptyRead);
+    add("refused", PortFault::Refuse);
+    add("hangs up", PortFault::HangUp);
+    if (call == "write") add("takes one byte less", PortFault::ShortWrite);
+    if (call == "wait") add("silent", PortFault::Silence);
+    if (call == "wait") add("signals data and has none", PortFault::EmptyRead);
     if (call == "open")
         mishaps.push_back(
             {"no memory for the port", [](Script&, Line& line) { line.FailNextAllocation(); }});

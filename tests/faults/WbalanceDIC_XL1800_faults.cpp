@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "Collecting_dialogues.h"
+#include "SignedReading_dialogues.h"
 #include "Tables.h"
 
 namespace faults {
@@ -8,7 +8,7 @@ namespace {
 
 TEST(WbalanceDIC_XL1800Faults, Every_single_fault_ends_as_the_instruments_table_says) {
     ExpectEveryFaultMet(
-        {TableOf<WbalanceDIC_XL1800>(), CollectingDialogues("?1"), Make<WbalanceDIC_XL1800>()});
+        {TableOf<WbalanceDIC_XL1800>(), SignedReadingDialogues("?1"), Make<WbalanceDIC_XL1800>()});
 }
 
 }  // namespace

@@ -17,7 +17,7 @@ constexpr int kNoDecimals = kUntouchedDecimals;
 constexpr long kGather = 3 * 3100;
 constexpr long kWeightBound = 20000 + kGather + 200;
 
-const std::vector<Dialogue> kDialogues = {
+const std::vector<FaultDialogue> kDialogues = {
     {"Readiness of the line", {{"IsReady"}, {}}, 1, kNoWeight, kNoDecimals, 0},
     {"Tare", {{"Tare"}, {Answer("T\r", "      0.00 g   TS\r\n")}}, 1, kNoWeight, kNoDecimals, kGather},
     {"Tare with an error", {{"Tare"}, {Answer("T\r", "      0.00 g   TE\r\n")}}, 0, kNoWeight, kNoDecimals, kGather},
@@ -37,7 +37,7 @@ const std::vector<Dialogue> kDialogues = {
 
 /// As it is, readiness asks for a weight and a weight for readiness, and no byte reaches the instrument: a
 /// call that fails ends it.
-const std::vector<Dialogue> kEndlessDialogues = {
+const std::vector<FaultDialogue> kEndlessDialogues = {
     {"Readiness", {{"IsReady"}, {}}, 0, kNoWeight, kNoDecimals, 10, {}, true},
     {"Tare", {{"Tare"}, {}}, 0, kNoWeight, kNoDecimals, 10, {}, true},
     {"Weight", {{"Weight", 0}, {}}, 0, kNoWeight, kNoDecimals, 10, {}, true},

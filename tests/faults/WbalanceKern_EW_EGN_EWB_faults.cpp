@@ -24,7 +24,7 @@ constexpr long kGather = 3 * 3100;
 constexpr long kStableBound = kGather + 5000 + kGather + 200;
 constexpr long kAverageBound = kStableBound + kGather + 5 * kGather;
 
-const std::vector<Dialogue> kDialogues = {
+const std::vector<FaultDialogue> kDialogues = {
     {"Readiness of the line", {{"IsReady"}, {}}, 1, kNoWeight, kNoDecimals, 0},
     {"Tare", {{"Tare"}, {Answer("T \r\n", "A00\r\n")}}, 1, kNoWeight, kNoDecimals, kGather},
     {"Tare refused", {{"Tare"}, {Answer("T \r\n", "E01\r\n")}}, 0, kNoWeight, kNoDecimals, kGather},
@@ -48,7 +48,7 @@ const std::vector<Dialogue> kDialogues = {
 
 /// As it is, readiness asks for a weight and a weight for readiness, and no byte reaches the instrument: a
 /// call that fails ends it.
-const std::vector<Dialogue> kEndlessDialogues = {
+const std::vector<FaultDialogue> kEndlessDialogues = {
     {"Readiness", {{"IsReady"}, {}}, 0, kNoWeight, kNoDecimals, 10, {}, true},
     {"Tare", {{"Tare"}, {}}, 0, kNoWeight, kNoDecimals, 10, {}, true},
     {"Weight", {{"Weight", 0}, {}}, 0, kNoWeight, kNoDecimals, 10, {}, true},

@@ -32,7 +32,7 @@ constexpr long kReadyBound = 6700;
 constexpr long kWeightBound = kReadyBound + 7200;
 constexpr long kAverageBound = kReadyBound + 6200 + 1000 + 5 * 6700;
 
-const std::vector<Dialogue> kDialogues = {
+const std::vector<FaultDialogue> kDialogues = {
     {"Detection of the standard protocol", kDetectStandard, 1, kUntouchedWeight, kUntouchedDecimals, 4 * kReadyBound},
     {"Detection of MT-SICS", kDetectSics, 1, kUntouchedWeight, kUntouchedDecimals, 4 * kReadyBound},
     {"Readiness once detected", {{"IsReady"}, {kReady}}, 1, kUntouchedWeight, kUntouchedDecimals, kReadyBound, {kDetectSics}},

@@ -25,7 +25,7 @@ constexpr int kNoDecimals = kUntouchedDecimals;
 constexpr long kReceiveBound = 6100;
 constexpr long kAverage = kReceiveBound + 1000 + 5 * (kReceiveBound + 500);
 
-const std::vector<Dialogue> kDialogues = {
+const std::vector<FaultDialogue> kDialogues = {
     {"Reset at the first readiness", kReady, 1, kNoWeight, kNoDecimals, 1000 + 2 * kReceiveBound},
     {"Reset with another answer", {{"IsReady"}, {{"@\r\n", {{"ES\r\n", 20}}}}}, 0, kNoWeight, kNoDecimals, 500 + kReceiveBound},
     {"Readiness without a reset", {{"IsReady"}, {}}, 1, kNoWeight, kNoDecimals, 0, {kReady}},

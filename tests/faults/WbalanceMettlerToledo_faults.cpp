@@ -18,7 +18,7 @@ Exchange Dynamic(const char* line) {
 }
 const Exchange kTen = Dynamic("S D      10.00 g\r\n");
 
-const std::vector<Dialogue> kDialogues = {
+const std::vector<FaultDialogue> kDialogues = {
     {"Readiness", {{"IsReady"}, {}}, 1, kUntouchedWeight, kUntouchedDecimals, 0},
     {"Zero", {{"Tare"}, {{"Z\r\n", {{"Z A\r\n", 30}}}}}, 1, kUntouchedWeight, kUntouchedDecimals, 3000},
     {"Zero behind the reset's answer",

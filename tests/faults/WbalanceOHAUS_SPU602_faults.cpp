@@ -20,7 +20,7 @@ const Act kReady = {{"IsReady"}, {kTrial}};
 constexpr double kNoWeight = kUntouchedWeight;
 constexpr int kNoDecimals = kUntouchedDecimals;
 
-const std::vector<Dialogue> kDialogues = {
+const std::vector<FaultDialogue> kDialogues = {
     {"Readiness", kReady, 1, kNoWeight, kNoDecimals, 3500},
     {"Weight without a readiness before", {{"Weight", 1}, {kTrial}}, 0, 0.0, kNoDecimals, 3500},
     {"Restore without a readiness before", {{"RestoreFactorySettings"}, {}}, 0, kNoWeight, kNoDecimals, 0},

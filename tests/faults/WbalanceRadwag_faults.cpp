@@ -18,7 +18,7 @@ constexpr int kNoDecimals = kUntouchedDecimals;
 constexpr long kOneWayBound = 2 * 3300;
 constexpr long kWeightBound = 3 * 3300;
 
-const std::vector<Dialogue> kDialogues = {
+const std::vector<FaultDialogue> kDialogues = {
     {"Readiness", {{"IsReady"}, {}}, 1, kNoWeight, kNoDecimals, 0},
     {"Tare", {{"Tare"}, {{"T\r\n", {{"T A\r\n", 20}, {"T D\r\n", 400}}}}}, 1, kNoWeight, kNoDecimals, 3 * kOneWayBound},
     {"Tare done in the second reading", {{"_Tare"}, {{"T\r\n", {{"T A\r\n", 20}, {"T D\r\n", 3200}}}}}, 1, kNoWeight,

@@ -17,7 +17,7 @@ const Act kReady = {{"IsReady"}, {kPrint}};
 constexpr double kNoWeight = kUntouchedWeight;
 constexpr int kNoDecimals = kUntouchedDecimals;
 
-const std::vector<Dialogue> kDialogues = {
+const std::vector<FaultDialogue> kDialogues = {
     {"Readiness", kReady, 1, kNoWeight, kNoDecimals, 3500},
     {"Weight without a readiness before", {{"Weight", 1}, {kPrint}}, 0, 0.0, kNoDecimals, 3500},
     {"Tare without a readiness before", {{"Tare"}, {kPrint}}, 0, kNoWeight, kNoDecimals, 4500},

@@ -18,7 +18,7 @@ const Act kReady = {{"IsReady"}, {kNet}};
 constexpr double kNoWeight = kUntouchedWeight;
 constexpr int kNoDecimals = kUntouchedDecimals;
 
-const std::vector<Dialogue> kDialogues = {
+const std::vector<FaultDialogue> kDialogues = {
     {"Readiness", kReady, 1, kNoWeight, kNoDecimals, 3500},
     {"Weight without a readiness before", {{"Weight", 0}, {kNet}}, 0, 0.0, kNoDecimals, 3500},
     {"Net weight", {{"Weight", 0}, {kNet}}, 1, 123.4, 3, 3500, {kReady}},

@@ -22,8 +22,8 @@
 #include "Line.h"
 #include "Usage.h"
 
-using scripted::Fault;
 using scripted::Line;
+using scripted::PortFault;
 
 namespace {
 
@@ -117,7 +117,7 @@ class Bench {
 
     void ArmFault() {
         if (Below(4) != 0) return;
-        line_.FailCall(line_.CallCount() + 1 + Below(30), static_cast<Fault>(Below(5)));
+        line_.FailCall(line_.CallCount() + 1 + Below(30), static_cast<PortFault>(Below(5)));
     }
 
     /// The cable is in again, and a driver object that gives up for good is replaced.

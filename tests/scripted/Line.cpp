@@ -37,11 +37,11 @@ void Line::OnCommand(std::function<void(const std::string&)> instrument) {
     instrument_ = std::move(instrument);
 }
 
-void Line::Fail(const std::string& call, int nth, Fault fault) {
+void Line::Fail(const std::string& call, int nth, PortFault fault) {
     faultsByName_[call][callsByName_[call] + nth] = fault;
 }
 
-void Line::FailCall(int number, Fault fault) {
+void Line::FailCall(int number, PortFault fault) {
     faultsByNumber_[number] = fault;
 }
 
@@ -120,12 +120,12 @@ bool Line::OnClear() {
 }
 
 long Line::OnWrite(const std::string& bytes) {
-    const std::optional<Fault> fault = NextFault("write");
-    if (!open_ || fault == Fault::Refuse) {
+    const std::optional<PortFault> fault = NextFault("write");
+    if (!open_ || fault == PortFault::Refuse) {
         Note("write " + Quoted(bytes) + ": refused");
         return -1;
     }
-    const bool isShort = fault == Fault::ShortWrite;
+    const bool isShort = fault == PortFault::ShortWrite;
     Note("write " + Quoted(bytes) + (isShort ? ": short" : ""));
     const std::string taken = isShort ? bytes.substr(0, bytes.size() - 1) : bytes;
     sent_.push_back(taken);
@@ -134,15 +134,15 @@ long Line::OnWrite(const std::string& bytes) {
 }
 
 bool Line::OnWait(long ms) {
-    const std::optional<Fault> fault = NextFault("wait");
+    const std::optional<PortFault> fault = NextFault("wait");
     const std::string call = "wait " + std::to_string(ms);
-    if (!open_ || hungUp_ || fault == Fault::Refuse) {
+    if (!open_ || hungUp_ || fault == PortFault::Refuse) {
         Note(call + ": refused");
         // Time passes even where nothing waits, or a loop on the clock would never end.
         ++now_;
         return false;
     }
-    if (fault == Fault::EmptyRead) {
+    if (fault == PortFault::EmptyRead) {
         emptyRead_ = true;
         Note(call + ": data");
         return true;
@@ -152,7 +152,7 @@ bool Line::OnWait(long ms) {
         SendPending();
         next = NextArrival();
     }
-    if (fault == Fault::Silence || !next || *next > now_ + ms) {
+    if (fault == PortFault::Silence || !next || *next > now_ + ms) {
         Note(call + ": silence");
         now_ += ms;
         return false;
@@ -189,9 +189,9 @@ void Line::OnTrace(const std::string& text) {
     Note("trace " + Quoted(text));
 }
 
-std::optional<Fault> Line::NextFault(const std::string& call) {
-    std::optional<Fault> fault;
-    const auto take = [&fault](std::map<int, Fault>& faults, int number) {
+std::optional<PortFault> Line::NextFault(const std::string& call) {
+    std::optional<PortFault> fault;
+    const auto take = [&fault](std::map<int, PortFault>& faults, int number) {
         const auto found = faults.find(number);
         if (found == faults.end()) return;
         fault = found->second;
@@ -202,7 +202,7 @@ std::optional<Fault> Line::NextFault(const std::string& call) {
     const std::string name = call.substr(0, call.find(' '));
     take(faultsByName_[name], ++callsByName_[name]);
     if (name.rfind("set", 0) == 0) take(faultsByName_["set"], ++callsByName_["set"]);
-    if (fault == Fault::HangUp) HangUp();
+    if (fault == PortFault::HangUp) HangUp();
     return fault;
 }
 

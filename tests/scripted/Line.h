@@ -16,7 +16,7 @@ struct Reply {
 };
 
 /// How one call on the port fails.
-enum class Fault {
+enum class PortFault {
     Refuse,      ///< open, setters and clear return false, write returns -1
     ShortWrite,  ///< write takes one byte less than it was given
     Silence,  ///< a wait ends without data after its whole time, whatever was about to arrive then
@@ -60,9 +60,9 @@ class Line {
 
     /// The `nth` (from 1) call whose text starts with `call` ("open", "set", "setParity", "clear",
     /// "write", "wait") fails.
-    void Fail(const std::string& call, int nth = 1, Fault fault = Fault::Refuse);
+    void Fail(const std::string& call, int nth = 1, PortFault fault = PortFault::Refuse);
     /// The call with this number (from 1, see CallCount()) fails.
-    void FailCall(int number, Fault fault = Fault::Refuse);
+    void FailCall(int number, PortFault fault = PortFault::Refuse);
     /// The far end is gone from now on.
     void HangUp();
     /// The next open of a device works again after HangUp().
@@ -120,7 +120,7 @@ class Line {
     };
 
     void Note(const std::string& text) { events_.push_back({now_, text}); }
-    std::optional<Fault> NextFault(const std::string& call);
+    std::optional<PortFault> NextFault(const std::string& call);
     void SendPending();
     void Deliver(const std::string& command);
     void Schedule(long at, const std::string& bytes, bool signalOnly);
@@ -137,9 +137,9 @@ class Line {
     std::vector<Rule> rules_;
     std::map<std::string, std::vector<Reply>> standing_;
     std::function<void(const std::string&)> instrument_;
-    std::map<std::string, std::map<int, Fault>> faultsByName_;
+    std::map<std::string, std::map<int, PortFault>> faultsByName_;
     std::map<std::string, int> callsByName_;
-    std::map<int, Fault> faultsByNumber_;
+    std::map<int, PortFault> faultsByNumber_;
     int callCount_ = 0;
     std::string device_;
     bool open_ = false;

@@ -5,7 +5,7 @@
 
 #include "OpenSerialObject.h"
 
-using scripted::Fault;
+using scripted::PortFault;
 using scripted::ScriptedTest;
 using testing::Contains;
 using testing::Each;
@@ -80,7 +80,7 @@ TEST_F(CSerialObjectExchangeTest, A_command_leaves_with_the_wait_for_the_next_an
 }
 
 TEST_F(CSerialObjectExchangeTest, A_command_of_which_the_port_takes_less_is_traced_with_FAIL) {
-    line.Fail("write", 1, Fault::ShortWrite);
+    line.Fail("write", 1, PortFault::ShortWrite);
 
     EXPECT_EQ(Send("S\r\n"), 0);
 
@@ -557,7 +557,7 @@ TEST_F(CSerialObjectExchangeTest, Silence_with_a_terminator_costs_one_time_out_f
 
 TEST_F(CSerialObjectExchangeTest, A_line_that_goes_while_polling_ends_with_the_clock) {
     line.Arrive(0, "Z A");
-    line.Fail("wait", 2, Fault::HangUp);
+    line.Fail("wait", 2, PortFault::HangUp);
 
     EXPECT_EQ(Receive(33, 1, "\r\n"), 1);
 

@@ -4,7 +4,7 @@
 
 #include "OpenSerialObject.h"
 
-using scripted::Fault;
+using scripted::PortFault;
 using scripted::ScriptedTest;
 using testing::ElementsAre;
 using testing::IsEmpty;

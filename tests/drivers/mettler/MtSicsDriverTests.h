@@ -253,7 +253,7 @@ TYPED_TEST_P(MtSicsDriver, Every_operation_ends_without_a_hang_when_the_line_is_
         this->line.Reset();
         Open<typename TypeParam::Driver> fresh;
         this->GetReady(fresh);
-        this->line.Fail("wait", 1, Fault::HangUp);
+        this->line.Fail("wait", 1, PortFault::HangUp);
         const int result = operation.call(fresh);
         // A preset tare counts once it was handed over: a port without a far end still takes it.
         EXPECT_EQ(result, operation.name == std::string("TareSet") ? 1 : 0);
@@ -479,7 +479,7 @@ TYPED_TEST_P(MtSicsDriver, Mode_2_fails_at_a_status_without_a_weight) {
 
 TYPED_TEST_P(MtSicsDriver, Mode_2_fails_when_the_command_is_not_taken) {
     this->Begin();
-    this->line.Fail("write", 1, Fault::ShortWrite);
+    this->line.Fail("write", 1, PortFault::ShortWrite);
     EXPECT_EQ(FailedWeight(this->balance, 2), 0);
     EXPECT_EQ(this->Elapsed(), 0);
     EXPECT_TRUE(this->line.IsOpen());

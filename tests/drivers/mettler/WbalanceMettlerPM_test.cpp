@@ -5,9 +5,9 @@
 #include "../Host.h"
 
 using scripted::ExpectWhenEachCallFails;
-using scripted::Fault;
 using scripted::Host;
 using scripted::Open;
+using scripted::PortFault;
 using scripted::ScriptedTest;
 using scripted::Shows;
 using testing::ElementsAre;
@@ -1076,7 +1076,7 @@ TEST_F(WbalanceMettlerPMTest, Without_a_serial_object_every_operation_fails_with
 TEST_F(WbalanceMettlerPMTest, An_adapter_pulled_during_a_weighing_fails_it) {
     Detected(kStandardPM);
     AnswerReadiness();
-    line.Fail("wait", 2, Fault::HangUp);
+    line.Fail("wait", 2, PortFault::HangUp);
     EXPECT_EQ(balance.Weight(0, &weight, &decimals), 0);
     EXPECT_EQ(weight, 0.0);
     // The settings are refused from then on, and that is for good.

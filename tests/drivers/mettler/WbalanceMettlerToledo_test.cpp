@@ -5,9 +5,9 @@
 using scripted::Dialogue;
 using scripted::ExpectWhenEachCallFails;
 using scripted::FailingCall;
-using scripted::Fault;
 using scripted::Host;
 using scripted::Open;
+using scripted::PortFault;
 using scripted::Reply;
 using scripted::ScriptedTest;
 using testing::ElementsAre;
@@ -126,7 +126,7 @@ TEST_F(WbalanceMettlerToledoTest, IsReady_that_cannot_send_the_reset_traces_it_a
 }
 
 TEST_F(WbalanceMettlerToledoTest, IsReady_with_a_reset_that_is_sent_in_part_closes_too) {
-    line.Fail("write", 1, Fault::ShortWrite);
+    line.Fail("write", 1, PortFault::ShortWrite);
 
     EXPECT_EQ(balance.IsReady(), 0);
 
@@ -845,7 +845,7 @@ TEST_F(WbalanceMettlerToledoTest, Mode_1_when_each_call_fails) {
 }
 
 TEST_F(WbalanceMettlerToledoTest, Unplugged_in_the_middle_of_a_weighing_it_fails_and_ends) {
-    line.Fail("wait", 2, Fault::HangUp);
+    line.Fail("wait", 2, PortFault::HangUp);
 
     EXPECT_EQ(Weigh(1), 0);
 

@@ -1,10 +1,10 @@
-#include "Collecting_dialogues.h"
+#include "SignedReading_dialogues.h"
 
 namespace faults {
 
 // clang-format off
 
-std::vector<Dialogue> CollectingDialogues(const char* command) {
+std::vector<FaultDialogue> SignedReadingDialogues(const char* command) {
     const auto answer = [=](const std::string& text) { return Exchange{command, {{text, 60}}}; };
     const Exchange stable = answer("1+   12.34 g\r\n");
     const Exchange unstable = answer("U-    0.50 g\r\n");

@@ -4,7 +4,7 @@
 namespace faults {
 namespace {
 
-int ParseCollected(const std::string& answer, double* weight, int* /*decimals*/) {
+int ParseSigned(const std::string& answer, double* weight, int* /*decimals*/) {
     *weight = 0.0;
     const auto holds = [&](const char* mark) { return answer.find(mark) != std::string::npos; };
     const bool stable = holds("1+") || holds("1-");
@@ -43,7 +43,7 @@ const Step kCollect = Do([](Run& run) {
     }
 });
 
-Description Collecting(const char* displayName, const char* command, const Steps& tareStart) {
+Description SignedReading(const char* displayName, const char* command, const Steps& tareStart) {
     return {
         displayName,
         {0, 2400, 0, 8, 0, 0, 1, 'S'},
@@ -67,7 +67,7 @@ Description Collecting(const char* displayName, const char* command, const Steps
                     TraceAsIs("success!\n"),
                     kCollect,
                     If([](const Run& run) { return !run.answer.empty(); }, {
-                        ParseWith(ParseCollected),
+                        ParseWith(ParseSigned),
                         If(Either(StatusIs(1), Both(StatusIs(2), Mode(2))),
                            {Trace("%s - weight = %.2lf gr.\n\n", Stored()), Return(1)})}),
                     TraceAsIs("Bad scale answer. Retring read...\n")}),
@@ -80,12 +80,12 @@ Description Collecting(const char* displayName, const char* command, const Steps
 
 template <>
 Description TableOf<WbalanceDIC_XL1800>() {
-    return Collecting("Denver Instrument Company XL-1800", "?1", {NeedSerialObject()});
+    return SignedReading("Denver Instrument Company XL-1800", "?1", {NeedSerialObject()});
 }
 
 template <>
 Description TableOf<WbalanceSetra_EL_2000S>() {
-    return Collecting("Setra EL-2000S", "#", {Ready()});
+    return SignedReading("Setra EL-2000S", "#", {Ready()});
 }
 
 // clang-format on
