@@ -2,11 +2,8 @@
 
 #include <wbalance/wbalance.h>
 
-#include <cstdlib>
-#include <sstream>
-#include <type_traits>
-
 #include "Answers.h"
+#include "Call.h"
 #include "simulator/Catalog.h"
 
 namespace bench {
@@ -27,30 +24,6 @@ std::unique_ptr<Cwbalance> Make() {
     return std::make_unique<Quick<WithLineReadiness<Driver>>>();
 }
 
-template <class Driver, class = void>
-struct HasDisplay : std::false_type {};
-template <class Driver>
-struct HasDisplay<Driver, std::void_t<decltype(&Driver::DisplayMessage)>> : std::true_type {};
-
-/// Calls what the words name: "Weight 1", "TareSet 5", "DisplayMessage READY".
-template <class Driver>
-int Call(Cwbalance& balance, const std::string& words) {
-    std::istringstream text(words);
-    std::string operation;
-    std::string argument;
-    text >> operation >> argument;
-    if (operation == "IsReady") return balance.IsReady();
-    if (operation == "Tare") return balance.Tare();
-    if (operation == "TareSet") return balance.TareSet(std::atof(argument.c_str()));
-    if constexpr (HasDisplay<Driver>::value) {
-        if (operation == "DisplayMessage")
-            return static_cast<Driver&>(balance).DisplayMessage(argument.data());
-    }
-    double weight = 0.0;
-    int decimals = 0;
-    return balance.Weight(std::atol(argument.c_str()), &weight, &decimals);
-}
-
 /// As the results name it: "weight 1", "preset tare".
 std::string NameOf(const std::string& words) {
     if (words == "IsReady") return "ready";
@@ -68,10 +41,14 @@ void Add(std::vector<Operation>& operations, const std::string& driver) {
         canned.push_back({answer.command, answers::BytesOf(answer, 0.0)});
     const std::string line = simulator::FindInstrument(driver).line.Text();
     for (const auto& words : instrument.operations) {
-        operations.push_back(
-            {driver, NameOf(words), line, canned, Make<Driver>,
-             [](Cwbalance& balance) { return balance.IsReady(); },
-             [words](Cwbalance& balance) { return Call<Driver>(balance, words); }});
+        operations.push_back({driver, NameOf(words), line, canned, Make<Driver>,
+                              [](Cwbalance& balance) { return balance.IsReady(); },
+                              [words](Cwbalance& balance) {
+                                  double weight = 0.0;
+                                  int decimals = 0;
+                                  return answers::Call(static_cast<Driver&>(balance), words,
+                                                       &weight, &decimals);
+                              }});
     }
 }
 

@@ -1,11 +1,12 @@
 // One reading through the library, the way a host takes it. Prints it on standard error.
 //
-//     bench_library_host mettler-toledo|kern
+//     bench_library_host INSTRUMENT
 
+#include <Instruments.h>
 #include <wbalance/wbalance.h>
 
 #include <cstdio>
-#include <cstring>
+#include <string>
 
 namespace {
 
@@ -22,6 +23,11 @@ int Weigh() {
 }  // namespace
 
 int main(int count, char** arguments) {
-    const bool kern = count > 1 && std::strcmp(arguments[1], "kern") == 0;
-    return kern ? Weigh<WbalanceKern_EW_EGN_EWB>() : Weigh<WbalanceMettlerToledo>();
+    const std::string instrument = count > 1 ? arguments[1] : "";
+#define WBALANCE_WEIGH(name, Class) \
+    if (instrument == name) return Weigh<Class>();
+    WBALANCE_FOR_EACH_INSTRUMENT(WBALANCE_WEIGH)
+#undef WBALANCE_WEIGH
+    std::fprintf(stderr, "no instrument %s\n", instrument.c_str());
+    return 2;
 }

@@ -3,11 +3,13 @@
 
 #ifdef WITH_LIBRARY
 #include <wbalance/wbalance.h>
+
+#include "Examples.h"
 #endif
 
 int main() {
 #ifdef WITH_LIBRARY
-    const WbalanceMettlerToledo balance;
+    const examples::Balance balance;
 #endif
     return 0;
 }

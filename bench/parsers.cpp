@@ -10,6 +10,7 @@
 #include <iostream>
 #include <string>
 
+#include "Answers.h"
 #include "Meter.h"
 
 namespace {
@@ -31,7 +32,7 @@ void Strtod(benchmark::State& state, const char* number) {
     });
 }
 
-/// With the copy of the answer that the common, Sartorius and Radwag parsers work on.
+/// With the copy of the answer on which most parsers work.
 void CopyAndStrtod(benchmark::State& state, const char* answer) {
     Measure(state, [answer] {
         char text[100];
@@ -41,7 +42,7 @@ void CopyAndStrtod(benchmark::State& state, const char* answer) {
     });
 }
 
-/// With the copies that the Scale House parser works on, and the line that it traces.
+/// With the copies on which the parser of a ticket works, and the line that it traces.
 void StringsAndStrtod(benchmark::State& state, const char* answer) {
     Measure(state, [answer] {
         std::fputs("\nTrovato PROJ\n", stdout);
@@ -51,9 +52,9 @@ void StringsAndStrtod(benchmark::State& state, const char* answer) {
     });
 }
 
-/// `double ParseWeight(char*, int*)`, the common parser's and the Sartorius form.
-template <class Driver>
-void Returned(benchmark::State& state, const char* answer) {
+/// `double ParseWeight(char*, int*)`, of the class itself or of all drivers.
+template <class Driver, class Class>
+void Parse(benchmark::State& state, double (Class::*)(char*, int*), const std::string& answer) {
     Driver driver;
     std::string text = answer;
     int decimals = 0;
@@ -62,7 +63,8 @@ void Returned(benchmark::State& state, const char* answer) {
 
 /// `int ParseWeight(char*, double*, int*)`.
 template <class Driver>
-void Stored(benchmark::State& state, const char* answer) {
+void Parse(benchmark::State& state, int (Driver::*)(char*, double*, int*),
+           const std::string& answer) {
     Driver driver;
     std::string text = answer;
     double weight = 0.0;
@@ -71,15 +73,18 @@ void Stored(benchmark::State& state, const char* answer) {
             [&] { benchmark::DoNotOptimize(driver.ParseWeight(text.data(), &weight, &decimals)); });
 }
 
-/// The Ohaus parser changes the text that it is given, so each turn has a copy.
-void Ohaus(benchmark::State& state, const char* answer) {
-    WbalanceOHAUS_SPU602 driver;
+/// `int ParseWeight(char*, double*, int*, bool*)` changes the text that it is given, so each turn
+/// has a copy.
+template <class Driver>
+void Parse(benchmark::State& state, int (Driver::*)(char*, double*, int*, bool*),
+           const std::string& answer) {
+    Driver driver;
     char text[65];
     double weight = 0.0;
     int decimals = 0;
     bool unstable = false;
     Measure(state, [&] {
-        std::strcpy(text, answer);
+        std::strcpy(text, answer.c_str());
         benchmark::DoNotOptimize(driver.ParseWeight(text, &weight, &decimals, &unstable));
     });
 }
@@ -97,45 +102,48 @@ constexpr char kTraceLine[] = "Read from scale: S S     100.00 g\r\n (time elaps
 constexpr char kTicket[] = "PROJ 17\r\nG     120.0 g\r\nT      20.0 g T\r\nN     100.0 g N\r\n";
 constexpr char kDirectives[] = "Read from scale: 100%d 12%s (time elapsed: 2000 ms)\n";
 
-const std::string kLongBlanks = "S S " + std::string(85, ' ') + "1 g\r\n";
-
 struct Row {
     const char* name;
     void (*measure)(benchmark::State&, const char*);
     const char* text;
+    const char* comparedWith;
 };
 
 const Row kRows[] = {
-    {"strtod/number_100_00", Strtod, "100.00"},
-    {"strtod/with_the_copy_of_an_answer", CopyAndStrtod, "S S     100.00 g\r\n"},
-    {"strtod/with_the_strings_and_trace_of_a_ticket", StringsAndStrtod, kTicket},
-    {"parse/mettler_typical", Returned<WbalanceMettlerToledo>, "S S     100.00 g\r\n"},
-    {"parse/mettler_worst", Returned<WbalanceMettlerToledo>, kLongBlanks.c_str()},
-    {"parse/sartorius_typical", Returned<WbalanceSartorius>, "+   100.00 g  \r\n"},
-    {"parse/sartorius_worst", Returned<WbalanceSartorius>,
-     "TP1   +   123.56 g  \r\nN1    +   100.00 g  \r\n"},
-    {"parse/ohaus_typical", Ohaus, "      100.00 g     \r\n"},
-    {"parse/radwag_typical", Stored<WbalanceRadwag>, "S         100.00 g  \r\n"},
-    {"parse/radwag_worst", Stored<WbalanceRadwag>,
-     "S A\r\nS A\r\nS A\r\nS A\r\nS A\r\nS         100.00 g  \r\n"},
-    {"parse/kern_typical", Stored<WbalanceKern_EW_EGN_EWB>, "A00\r\n+ 100.00 G S\r\n"},
-    {"parse/gibertini_typical", Stored<WbalanceGibertini>, "    100.00 g   DS\r\n"},
-    {"parse/gibertini_worst", Stored<WbalanceGibertini>,
-     "    100.00 g   DS\r\n    100.00 g   DS\r\n    100.00 g   DS\r\n"},
-    {"parse/xl1800_typical", Stored<WbalanceDIC_XL1800>, "1+  100.00 g\r\n"},
-    {"parse/scale_house_typical", Stored<WbalanceScaleHouseALD>, kTicket},
-    {"fputs/line", Fputs, kTraceLine},
-    {"trace/line", Trace, kTraceLine},
-    {"trace/line_with_directives", Trace, kDirectives},
+    {answers::kStrtod, Strtod, "100.00", answers::kStrtod},
+    {answers::kStrtodOnACopy, CopyAndStrtod, "S S     100.00 g\r\n", answers::kStrtod},
+    {answers::kStrtodOnATicket, StringsAndStrtod, kTicket, answers::kStrtod},
+    {"fputs/line", Fputs, kTraceLine, "fputs/line"},
+    {"trace/line", Trace, kTraceLine, "fputs/line"},
+    {"trace/line_with_directives", Trace, kDirectives, "fputs/line"},
 };
+
+/// scripts/bench reads off the label what a time is compared with.
+template <class Driver>
+void AddParser(const std::string& name) {
+    for (const answers::Parsed& parsed : answers::InstrumentOf<Driver>().parsed) {
+        benchmark::RegisterBenchmark(("parse/" + name + "_" + parsed.name).c_str(),
+                                     [parsed](benchmark::State& state) {
+                                         state.SetLabel(parsed.comparedWith);
+                                         Parse<Driver>(state, &Driver::ParseWeight, parsed.text);
+                                     });
+    }
+}
 
 }  // namespace
 
 // The figures go to standard error: standard output holds the trace.
 int main(int count, char** arguments) {
     benchmark::Initialize(&count, arguments);
-    for (const Row& row : kRows)
-        benchmark::RegisterBenchmark(row.name, row.measure, row.text);
+    for (const Row& row : kRows) {
+        benchmark::RegisterBenchmark(row.name, [row](benchmark::State& state) {
+            state.SetLabel(row.comparedWith);
+            row.measure(state, row.text);
+        });
+    }
+#define WBALANCE_ADD_PARSER(name, Class) AddParser<Class>(name);
+    WBALANCE_FOR_EACH_INSTRUMENT(WBALANCE_ADD_PARSER)
+#undef WBALANCE_ADD_PARSER
     benchmark::ConsoleReporter reporter;
     reporter.SetOutputStream(&std::cerr);
     reporter.SetErrorStream(&std::cerr);

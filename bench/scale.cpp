@@ -23,19 +23,20 @@
 #include <mutex>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "ByHand.h"
 #include "CannedInstrument.h"
+#include "Examples.h"
 #include "Meter.h"
 #include "simulator/VirtualBench.h"
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
 const bench::Operation& ImmediateWeight() {
     for (const bench::Operation& operation : bench::Operations()) {
-        if (operation.driver == "mettler-toledo" && operation.name == "weight 2") return operation;
+        if (operation.driver == examples::kBalance && operation.name == "weight 2")
+            return operation;
     }
     std::abort();
 }
@@ -80,16 +81,16 @@ double ProcessorSeconds() {
 }
 
 /// Takes one reading; whether it is right.
-using Reading = std::function<bool()>;
+using ReadOnce = std::function<bool()>;
 
-Reading LibraryReading(int port) {
+ReadOnce WithLibrary(int port) {
     const bench::Operation& operation = ImmediateWeight();
     const std::shared_ptr<Cwbalance> balance = operation.make();
     balance->SetCommPort(port);
     return [balance, &operation] { return operation.run(*balance) == 1; };
 }
 
-Reading BareReading(int number) {
+ReadOnce Bare(int number) {
     const auto port = std::make_shared<QSerialPort>("/dev/ttyS" + QString::number(number));
     if (!port->open(QIODevice::ReadWrite)) std::abort();
     return [port] {
@@ -104,44 +105,76 @@ Reading BareReading(int number) {
     };
 }
 
-int Host(int balances, int seconds, bool bare) {
-    std::mutex mutex;
-    std::vector<double> durations;
-    std::atomic<int> wrong{0};
-    std::atomic<bool> measuring{false};
-    std::atomic<bool> stopping{false};
-    std::vector<std::thread> threads;
-    for (int i = 0; i < balances; ++i) {
-        threads.emplace_back([&, i] {
-            const Reading reading = bare ? BareReading(i) : LibraryReading(i);
-            std::vector<double> own;
-            while (!stopping) {
-                const bench::Meter meter;
-                if (!reading()) ++wrong;
-                if (measuring) own.push_back(meter.Read().wallMs);
-            }
-            const std::lock_guard<std::mutex> lock(mutex);
-            durations.insert(durations.end(), own.begin(), own.end());
-        });
+/// Balances that are read without a pause, each by a thread of its own.
+class Readers {
+ public:
+    Readers(int balances, bool bare) {
+        for (int port = 0; port < balances; ++port)
+            threads_.emplace_back([=] { ReadOn(bare ? Bare(port) : WithLibrary(port)); });
     }
+
+    void Measure(bool on) { measuring_ = on; }
+
+    void Stop() {
+        stopping_ = true;
+        for (std::thread& thread : threads_)
+            thread.join();
+    }
+
+    /// After Stop(): of the readings that were measured.
+    const std::vector<double>& Durations() const { return durations_; }
+    int Wrong() const { return wrong_; }
+
+ private:
+    void ReadOn(const ReadOnce& readOnce) {
+        std::vector<double> own;
+        while (!stopping_) {
+            const bench::Meter meter;
+            if (!readOnce()) ++wrong_;
+            if (measuring_) own.push_back(meter.Read().wallMs);
+        }
+        const std::lock_guard<std::mutex> lock(mutex_);
+        durations_.insert(durations_.end(), own.begin(), own.end());
+    }
+
+    std::mutex mutex_;
+    std::vector<double> durations_;
+    std::atomic<int> wrong_{0};
+    std::atomic<bool> measuring_{false};
+    std::atomic<bool> stopping_{false};
+    std::vector<std::thread> threads_;
+};
+
+/// What the process uses while the balances are read.
+struct Used {
+    double processor;
+    double resident;
+    double stacks;
+    long descriptors;
+};
+
+Used Measure(Readers& readers, int seconds) {
     std::this_thread::sleep_for(std::chrono::seconds(3));
     const double processorBefore = ProcessorSeconds();
-    measuring = true;
+    readers.Measure(true);
     std::this_thread::sleep_for(std::chrono::seconds(seconds));
-    measuring = false;
+    readers.Measure(false);
     const double processor = ProcessorSeconds() - processorBefore;
-    const double resident = ResidentKilobytes();
-    const double stacks = StackKilobytes();
-    const long descriptors = Descriptors();
-    stopping = true;
-    for (std::thread& thread : threads)
-        thread.join();
+    return {processor, ResidentKilobytes(), StackKilobytes(), Descriptors()};
+}
+
+int Host(int balances, int seconds, bool bare) {
+    Readers readers(balances, bare);
+    const Used used = Measure(readers, seconds);
+    readers.Stop();
+    const std::vector<double>& durations = readers.Durations();
     std::fprintf(stderr,
                  "{\"balances\":%d,\"seconds\":%d,\"readings\":%zu,\"wrong\":%d,\"median_ms\":%.3f,"
                  "\"p99_ms\":%.3f,\"processor_s\":%.3f,\"resident_kb\":%.0f,\"stacks_kb\":%.0f,"
                  "\"descriptors\":%ld}\n",
-                 balances, seconds, durations.size(), wrong.load(), bench::Median(durations),
-                 bench::Quantile(durations, 0.99), processor, resident, stacks, descriptors);
+                 balances, seconds, durations.size(), readers.Wrong(), bench::Median(durations),
+                 bench::Quantile(durations, 0.99), used.processor, used.resident, used.stacks,
+                 used.descriptors);
     return 0;
 }
 

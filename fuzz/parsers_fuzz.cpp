@@ -5,6 +5,7 @@
 #include <cstring>
 #include <memory>
 
+#include "Answers.h"
 #include "Harness.h"
 #include "Line.h"
 #include "Steps.h"
@@ -25,8 +26,10 @@ bool Same(double one, double other) {
     return std::memcmp(&one, &other, sizeof one) == 0;
 }
 
-void Common(const std::string& text) {
-    WbalanceMettlerToledo balance;
+/// The parser that all drivers have which have none of their own.
+template <class Driver>
+void Examine(double (Cwbalance::*)(char*, int*), const std::string& text) {
+    Driver balance;
     double number = 0.0;
     int decimals = kNoDecimals;
     const auto end =
@@ -38,9 +41,20 @@ void Common(const std::string& text) {
     fuzz::Require(decimals == wanted, "the decimals");
 }
 
+/// A driver's own of the same form, which never writes the decimals.
+template <class Driver>
+void Examine(double (Driver::*)(char*, int*), const std::string& text) {
+    Driver balance;
+    int decimals = kNoDecimals;
+    const auto end =
+        fuzz::LineOfProcessEnd([&] { balance.ParseWeight(Copy(text).get(), &decimals); });
+    fuzz::Require(end.has_value() == (text.size() >= 100), "100 characters are too many");
+    fuzz::Require(decimals == kNoDecimals, "decimals are never written");
+}
+
 /// A parser with a status: alike on every call, and pointers that may be null change nothing.
 template <class Driver>
-void WithStatus(const std::string& text, bool weightMayBeNull) {
+void Examine(int (Driver::*)(char*, double*, int*), const std::string& text) {
     Driver balance;
     const auto parse = [&](double* weight, int* decimals) {
         int status = 0;
@@ -57,27 +71,18 @@ void WithStatus(const std::string& text, bool weightMayBeNull) {
     double again = kNoWeight;
     fuzz::Require(parse(&again, nullptr) == status, "without decimals");
     fuzz::Require(Same(again, weight), "the same weight");
-    if (weightMayBeNull) fuzz::Require(parse(nullptr, &decimals) == status, "without a weight");
+    static const answers::NullWeight nullWeight = answers::InstrumentOf<Driver>().nullWeight;
+    if (nullWeight == answers::NullWeight::NotAllowed) return;
+    const bool noResult = nullWeight == answers::NullWeight::NoResult;
+    int untouched = kNoDecimals;
+    fuzz::Require(parse(nullptr, &untouched) == (noResult ? 0 : status), "without a weight");
+    fuzz::Require(untouched == (noResult ? kNoDecimals : decimals), "decimals without a weight");
 }
 
-void ScaleHouseWithoutWeight(const std::string& text) {
-    WbalanceScaleHouseALD balance;
-    int decimals = kNoDecimals;
-    fuzz::Require(balance.ParseWeight(Copy(text).get(), nullptr, &decimals) == 0, "no weight");
-    fuzz::Require(decimals == kNoDecimals, "nothing written");
-}
-
-void Sartorius(const std::string& text) {
-    WbalanceSartorius balance;
-    int decimals = kNoDecimals;
-    const auto end =
-        fuzz::LineOfProcessEnd([&] { balance.ParseWeight(Copy(text).get(), &decimals); });
-    fuzz::Require(end.has_value() == (text.size() >= 100), "100 characters are too many");
-    fuzz::Require(decimals == kNoDecimals, "decimals are never written");
-}
-
-void Ohaus(const std::string& text) {
-    WbalanceOHAUS_SPU602 balance;
+/// A parser that also says whether the reading was steady.
+template <class Driver>
+void Examine(int (Driver::*)(char*, double*, int*, bool*), const std::string& text) {
+    Driver balance;
     double weight = kNoWeight;
     int decimals = kNoDecimals;
     bool unstable = true;
@@ -104,15 +109,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (text.size() > 260) return 0;
     scripted::Line::Here().Reset();
     const scripted::TraceCapture capture;
-    Common(text);
-    WithStatus<WbalanceKern_EW_EGN_EWB>(text, true);
-    WithStatus<WbalanceGibertini>(text, true);
-    WithStatus<WbalanceRadwag>(text, true);
-    WithStatus<WbalanceDIC_XL1800>(text, false);
-    WithStatus<WbalanceSetra_EL_2000S>(text, false);
-    WithStatus<WbalanceScaleHouseALD>(text, false);
-    ScaleHouseWithoutWeight(text);
-    Sartorius(text);
-    Ohaus(text);
+#define WBALANCE_EXAMINE(name, Class) Examine<Class>(&Class::ParseWeight, text);
+    WBALANCE_FOR_EACH_INSTRUMENT(WBALANCE_EXAMINE)
+#undef WBALANCE_EXAMINE
     return 0;
 }

@@ -1,7 +1,8 @@
 // Any settings, in any order: what is stored is what the next operation applies.
 
-#include <wbalance/WbalanceMettlerToledo.h>
+#include <wbalance/wbalance.h>
 
+#include "Examples.h"
 #include "Harness.h"
 #include "Oracle.h"
 #include "Tables.h"
@@ -35,7 +36,7 @@ int Apply(faults::Settings& settings, const int (&codes)[6], char kind) {
     return 1;
 }
 
-void Change(WbalanceMettlerToledo& balance, faults::Settings& settings, fuzz::Input& input) {
+void Change(Cwbalance& balance, faults::Settings& settings, fuzz::Input& input) {
     if (input.Coin()) {
         const int port = Code(input);
         fuzz::Require(balance.SetCommPort(port) == (port >= 0 ? 1 : 0),
@@ -57,7 +58,7 @@ void Change(WbalanceMettlerToledo& balance, faults::Settings& settings, fuzz::In
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     fuzz::Input input(data, size);
-    static const faults::Description model = faults::TableOf<WbalanceMettlerToledo>();
+    static const faults::Description model = faults::TableOf<examples::Balance>();
     faults::Description table = model;
     Line& line = Line::Here();
     line.Reset();
@@ -65,7 +66,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     bool ended = false;
     {
         const scripted::TraceCapture capture;
-        WbalanceMettlerToledo balance;
+        examples::Balance balance;
         const int changes = input.Below(4);
         for (int i = 0; i < changes; ++i)
             Change(balance, table.settings, input);

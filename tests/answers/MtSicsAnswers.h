@@ -15,4 +15,7 @@ inline std::vector<Answer> MtSicsAnswers() {
             {"D \"READY\"\r\n", "D A\r\n"}};
 }
 
+// The number comes first, or the 4 of I4 would be taken for it.
+constexpr char kMtSicsAnswer[] = "S S 0.00 g T S TA A I4 A\r\n";
+
 }  // namespace answers

@@ -1,6 +1,7 @@
 #include <climits>
 #include <memory>
 
+#include "Examples.h"
 #include "PlainBalance.h"
 
 using scripted::Open;
@@ -285,16 +286,15 @@ TEST_F(CwbalanceTest, A_port_object_that_cannot_be_made_gives_0_and_the_next_ope
 
 TEST_F(CwbalanceTest, A_driver_without_memory_for_its_serial_object_fails_in_every_operation) {
     line.FailNextAllocation();
-    scripted::Open<WbalanceRadwag> radwag;
+    scripted::Open<examples::Balance> driver;
     double weight = -1.0;
 
-    EXPECT_EQ(radwag.serialObject, nullptr);
-    EXPECT_EQ(radwag.IsReady(), 0);
-    EXPECT_EQ(radwag.Tare(), 0);
-    EXPECT_EQ(radwag.Zero(), 0);
-    EXPECT_EQ(radwag.Weight(1, &weight, nullptr), 0);
-    EXPECT_EQ(radwag.OpenAndSetDefCommConfig(), 0);
-    EXPECT_EQ(radwag.CloseCommPort(), 0);
+    EXPECT_EQ(driver.serialObject, nullptr);
+    EXPECT_EQ(driver.IsReady(), 0);
+    EXPECT_EQ(driver.Tare(), 0);
+    EXPECT_EQ(driver.Weight(1, &weight, nullptr), 0);
+    EXPECT_EQ(driver.OpenAndSetDefCommConfig(), 0);
+    EXPECT_EQ(driver.CloseCommPort(), 0);
     EXPECT_EQ(weight, 0.0);
     EXPECT_THAT(line.Transcript(), IsEmpty());
 }

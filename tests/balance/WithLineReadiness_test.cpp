@@ -1,3 +1,4 @@
+#include "Examples.h"
 #include "PlainBalance.h"
 
 using scripted::Open;
@@ -11,7 +12,7 @@ namespace {
 
 class WithLineReadinessTest : public ScriptedTest {
  protected:
-    Open<WithLineReadiness<WbalanceMettlerToledo>> balance;
+    Open<WithLineReadiness<examples::Balance>> balance;
 };
 
 TEST_F(WithLineReadinessTest, Readiness_opens_configures_and_clears_and_sends_nothing) {
@@ -89,7 +90,7 @@ TEST_F(WithLineReadinessTest, Readiness_refuses_a_negative_port_number) {
 }
 
 TEST_F(WithLineReadinessTest, It_adds_nothing_to_the_size_of_the_driver) {
-    EXPECT_EQ(sizeof(WithLineReadiness<WbalanceMettlerToledo>), sizeof(WbalanceMettlerToledo));
+    EXPECT_EQ(sizeof(WithLineReadiness<examples::Balance>), sizeof(examples::Balance));
 }
 
 }  // namespace

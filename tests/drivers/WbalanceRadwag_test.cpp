@@ -203,6 +203,14 @@ TEST_F(WbalanceRadwagTest, Tare_and_mode_1_ask_a_hosts_own_readiness_for_each_of
 
 // Tare and zero, once
 
+TEST_F(WbalanceRadwagTest, Zero_fails_in_a_driver_without_memory_for_its_serial_object) {
+    line.FailNextAllocation();
+    Open<WbalanceRadwag> driver;
+    EXPECT_EQ(driver.serialObject, nullptr);
+    EXPECT_EQ(driver.Zero(), 0);
+    EXPECT_THAT(line.Transcript(), IsEmpty());
+}
+
 TEST_F(WbalanceRadwagTest,
        One_tare_that_is_done_at_once_from_the_open_to_the_trace_of_its_success) {
     line.Answer("T\r\n", {{"T A\r\nT D\r\n"}});

@@ -145,4 +145,17 @@ TEST_F(WbalanceOHAUS_SPU602EndToEnd, Loads_out_of_range_fail) {
     EXPECT_EQ(Read(1, Options().WithLoad(700)), 0);
 }
 
+// Single characters end the three attempts of a reading, and a slow line makes them single.
+TEST_F(WbalanceOHAUS_SPU602EndToEnd, The_rest_of_an_answer_in_pieces_is_read_as_the_next_weight) {
+    auto& balance =
+        bench.Place("ohaus", Options().WithLoad(12.34).At("300,7N1").WithPacing("character"));
+    driver.SetCommConfig(300, 0, 7, 0, 0, 1, 'S');
+    ASSERT_EQ(driver.OpenAndSetDefCommConfig(), 1);
+    EXPECT_EQ(driver.Weight(2, &weight, &decimals), 0);
+    EXPECT_EQ(weight, 0.0);
+    balance.SetLoad(50);
+    EXPECT_EQ(driver.Weight(2, &weight, &decimals), 1);
+    EXPECT_EQ(weight, 12.34) << "50 g lie on the pan";
+}
+
 }  // namespace

@@ -25,6 +25,8 @@
 #include <sstream>
 #include <string>
 
+#include "Call.h"
+
 namespace {
 
 using Balance = std::unique_ptr<Cwbalance>;
@@ -34,94 +36,95 @@ Balance Make() {
     return std::make_unique<Driver>();
 }
 
-const std::map<std::string, Balance (*)()> kDrivers = {
-#define WBALANCE_DRIVER(name, Class) \
-    {name, Make<Class>}, {name "+line", Make<WithLineReadiness<Class>>},
+/// Calls the operation that the words name; a reading stores the weight and the decimals.
+template <class Driver>
+int Call(Cwbalance& balance, const std::string& words, double* weight, int* decimals) {
+    return answers::Call(dynamic_cast<Driver&>(balance), words, weight, decimals);
+}
+
+struct Driver {
+    Balance (*make)();
+    int (*call)(Cwbalance& balance, const std::string& words, double* weight, int* decimals);
+};
+
+const std::map<std::string, Driver> kDrivers = {
+#define WBALANCE_DRIVER(name, Class)    \
+    {name, {Make<Class>, Call<Class>}}, \
+        {name "+line", {Make<WithLineReadiness<Class>>, Call<WithLineReadiness<Class>>}},
     WBALANCE_FOR_EACH_INSTRUMENT(WBALANCE_DRIVER)
 #undef WBALANCE_DRIVER
 };
 
-/// Reads its arguments from the line; what it has beyond the result goes into the answer.
-using Operation = int (*)(Balance& balance, std::istream& arguments, QJsonObject& answer);
+/// The balance that the host program has, and how its operations are called.
+struct Constructed {
+    Driver driver;
+    Balance balance;
+};
 
-int Construct(Balance& balance, std::istream& arguments, QJsonObject&) {
-    std::string driver;
-    arguments >> driver;
-    balance = kDrivers.at(driver)();
+/// Reads its arguments from the line.
+using Request = int (*)(Constructed& host, std::istream& arguments);
+
+int Construct(Constructed& host, std::istream& arguments) {
+    std::string name;
+    arguments >> name;
+    host.driver = kDrivers.at(name);
+    host.balance = host.driver.make();
     return 1;
 }
 
-int Delete(Balance& balance, std::istream&, QJsonObject&) {
-    balance.reset();
+int Delete(Constructed& host, std::istream&) {
+    host.balance.reset();
     return 1;
 }
 
 /// Leaves as a program does that the system kills: nothing is closed or unlocked.
-int Die(Balance&, std::istream&, QJsonObject&) {
+int Die(Constructed&, std::istream&) {
     return std::raise(SIGKILL);
 }
 
-int ChoosePort(Balance& balance, std::istream& arguments, QJsonObject&) {
+int ChoosePort(Constructed& host, std::istream& arguments) {
     int number = 0;
     arguments >> number;
-    return balance->SetCommPort(number);
+    return host.balance->SetCommPort(number);
 }
 
-int ChooseSettings(Balance& balance, std::istream& arguments, QJsonObject&) {
+int ChooseSettings(Constructed& host, std::istream& arguments) {
     int baud = 0, parity = 0, dataBits = 0, stopBits = 0, flowControl = 0, timeout = 0;
     char kind = '\0';
     arguments >> baud >> parity >> dataBits >> stopBits >> flowControl >> timeout >> kind;
-    return balance->SetCommConfig(baud, parity, dataBits, stopBits, flowControl, timeout, kind);
+    return host.balance->SetCommConfig(baud, parity, dataBits, stopBits, flowControl, timeout,
+                                       kind);
 }
 
-int ReadWeight(Balance& balance, std::istream& arguments, QJsonObject& answer) {
-    long mode = 0;
-    arguments >> mode;
-    double weight = -1.0;
-    int decimals = -1;
-    const int result = balance->Weight(mode, &weight, &decimals);
-    answer["weight"] = weight;
-    answer["decimals"] = decimals;
-    return result;
+int ClosePort(Constructed& host, std::istream&) {
+    return host.balance->CloseCommPort();
 }
 
-int PresetTare(Balance& balance, std::istream& arguments, QJsonObject&) {
-    double grams = 0.0;
-    arguments >> grams;
-    return balance->TareSet(grams);
-}
-
-/// An operation without arguments, of the base class or of one driver.
-template <class Driver, int (Driver::*operation)()>
-int Call(Balance& balance, std::istream&, QJsonObject&) {
-    return (dynamic_cast<Driver&>(*balance).*operation)();
-}
-
-int ShowText(Balance& balance, std::istream& arguments, QJsonObject&) {
-    std::string text;
-    arguments >> text;
-    if (auto* const withSwitch = dynamic_cast<WbalanceMettlerPR2003*>(balance.get()))
-        return withSwitch->DisplayMessage(text.data());
-    return dynamic_cast<WbalanceMettlerSB32001&>(*balance).DisplayMessage(text.data());
-}
-
-const std::map<std::string, Operation> kOperations = {
+const std::map<std::string, Request> kRequests = {
     {"new", Construct},
     {"delete", Delete},
     {"die", Die},
     {"SetCommPort", ChoosePort},
     {"SetCommConfig", ChooseSettings},
-    {"CloseCommPort", Call<Cwbalance, &Cwbalance::CloseCommPort>},
-    {"IsReady", Call<Cwbalance, &Cwbalance::IsReady>},
-    {"Tare", Call<Cwbalance, &Cwbalance::Tare>},
-    {"Weight", ReadWeight},
-    {"TareSet", PresetTare},
-    {"RestoreFactorySettings", Call<Cwbalance, &Cwbalance::RestoreFactorySettings>},
-    {"DisplayMessage", ShowText},
-    {"TurnItOff", Call<WbalanceMettlerPR2003, &WbalanceMettlerPR2003::TurnItOff>},
-    {"TurnItOn", Call<WbalanceMettlerPR2003, &WbalanceMettlerPR2003::TurnItOn>},
-    {"Zero", Call<WbalanceRadwag, &WbalanceRadwag::Zero>},
+    {"CloseCommPort", ClosePort},
 };
+
+/// What is none of these is an operation of the driver.
+int Perform(const std::string& line, Constructed& host, QJsonObject& answer) {
+    std::istringstream words(line);
+    std::string name;
+    words >> name;
+    const auto request = kRequests.find(name);
+    if (request != kRequests.end()) return request->second(host, words);
+    double weight = -1.0;
+    int decimals = -1;
+    const int result = host.driver.call(*host.balance, line, &weight, &decimals);
+    if (name == "Weight") {
+        answer["weight"] = weight;
+        answer["decimals"] = decimals;
+    }
+    return result;
+}
 
 /// Everything written to standard output from here on, in a file that has no name.
 class TraceFile {
@@ -149,14 +152,11 @@ class TraceFile {
     off_t taken_ = 0;
 };
 
-QJsonObject Answer(const std::string& line, Balance& balance, TraceFile& trace) {
-    std::istringstream words(line);
-    std::string name;
-    words >> name;
+QJsonObject Answer(const std::string& line, Constructed& host, TraceFile& trace) {
     QJsonObject answer;
     QElapsedTimer clock;
     clock.start();
-    answer["result"] = kOperations.at(name)(balance, words, answer);
+    answer["result"] = Perform(line, host, answer);
     answer["ms"] = clock.elapsed();
     answer["trace"] = QString::fromLatin1(trace.Take().c_str());
     return answer;
@@ -170,11 +170,11 @@ bool Say(int channel, const QJsonObject& answer) {
 }  // namespace
 
 int main() {
-    const int answers = dup(STDOUT_FILENO);
+    const int channel = dup(STDOUT_FILENO);
     TraceFile trace;
-    Balance balance;
-    bool heard = Say(answers, {});
+    Constructed host{};
+    bool heard = Say(channel, {});
     for (std::string line; heard && std::getline(std::cin, line);)
-        heard = Say(answers, Answer(line, balance, trace));
+        heard = Say(channel, Answer(line, host, trace));
     return heard ? 0 : 1;
 }

@@ -12,10 +12,12 @@
 #include <string>
 #include <thread>
 
+#include "Examples.h"
+
 namespace {
 
 void Weigh() {
-    WithLineReadiness<WbalanceMettlerToledo> balance;
+    WithLineReadiness<examples::Balance> balance;
     double grams = 0.0;
     balance.Weight(2, &grams, nullptr);
     std::fprintf(stderr, "%.2f g\n", grams);
