@@ -87,7 +87,7 @@ ReadOnce WithLibrary(int port) {
     const bench::Operation& operation = ImmediateWeight();
     const std::shared_ptr<Cwbalance> balance = operation.make();
     balance->SetCommPort(port);
-    return [balance, &operation] { return operation.run(*balance) == 1; };
+    return [balance, &operation] { return operation.run(*balance) == 2; };
 }
 
 ReadOnce Bare(int number) {
@@ -101,7 +101,7 @@ ReadOnce Bare(int number) {
             port->waitForReadyRead(100);
             answer += port->readAll();
         }
-        return answer.startsWith("S S");
+        return answer.startsWith("S D");
     };
 }
 
