@@ -2,7 +2,7 @@
 // standard input which driver to construct and which operation to call. It says {} when it is ready
 // and answers each line with one line of JSON; "trace" is what the library printed meanwhile.
 //
-//   > new radwag           < {"ms":3,"result":1,"trace":""}
+//   > new INSTRUMENT       < {"ms":3,"result":1,"trace":""}
 //   > SetCommPort 1        < {"ms":0,"result":1,"trace":""}
 //   > Weight 0             < {"decimals":3,"ms":2512,"result":1,"trace":"...","weight":12.345}
 //   > delete               < {"ms":1,"result":1,"trace":""}
