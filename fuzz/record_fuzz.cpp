@@ -35,14 +35,14 @@ bool Same(const record::Entry& one, const record::Entry& other) {
 
 bool IsKnown(record::Entry::Kind kind) {
     return kind == record::Entry::Kind::FromHost || kind == record::Entry::Kind::FromInstrument ||
-           kind == record::Entry::Kind::Result;
+           kind == record::Entry::Kind::Result || kind == record::Entry::Kind::Event;
 }
 
 void WrittenAndReadAgain(const record::Record& record) {
     const MemoryFile file;
     record::Writer writer(file.Path(), record.header);
     for (const record::Entry& entry : record.entries) {
-        fuzz::Require(IsKnown(entry.kind), "host, instrument or result");
+        fuzz::Require(IsKnown(entry.kind), "host, instrument, result or event");
         fuzz::Require(entry.time.count() >= 0, "no time before the start");
         writer.Write(entry);
     }

@@ -83,6 +83,21 @@ TEST(EveryInstrument, Is_weighed_again_from_the_record_of_its_weighing) {
     }
 }
 
+TEST(EveryInstrument, Is_weighed_again_from_the_log_of_its_weighing) {
+    const auto all = RunEach([](const std::string& name) {
+        const TemporaryFile log;
+        const std::string weigh = "weigh --json --driver " + name;
+        WbalanceWith(name + " --load 12.5 --log " + log.Path(), weigh);
+        return WbalanceWith("replay " + log.Path(), weigh);
+    });
+    ASSERT_FALSE(all.empty());
+    for (const auto& [name, ran] : all) {
+        EXPECT_THAT(ran.output, ContainsRegex(kValue)) << name << ": " << ran.errors;
+        EXPECT_EQ(ran.errors, "") << name;
+        EXPECT_EQ(ran.exitCode, 0) << name;
+    }
+}
+
 namespace {
 
 /// What another program sends to an instrument to set its unit or mode, and what is weighed then.

@@ -134,3 +134,13 @@ TEST(Playback, A_host_that_sends_without_a_line_end_is_told_in_pieces) {
                 ElementsAre("a.record:6: the host departs from the record: it sends \"" +
                             std::string(256, 'x') + "\", the record has \"S\\r\\n\""));
 }
+
+TEST(Playback, What_else_happened_on_the_line_is_said_and_is_no_departure) {
+    PlayedHost played({{0ms, kHost, "S\r\n", 6},
+                       {10ms, Entry::Kind::Event, "/dev/ttyUSB0 unplugged", 7},
+                       {2000ms, kBalance, "S S 1 g\r\n", 8}});
+    played.Send("S\r\n");
+    EXPECT_THAT(played.answers, ElementsAre(Pair(1800, "S S 1 g\r\n")));
+    EXPECT_THAT(played.complaints, ElementsAre("a.record:7: not replayed: /dev/ttyUSB0 unplugged"));
+    EXPECT_TRUE(played.playback.Conclude());
+}

@@ -61,7 +61,7 @@ TEST(Replay, Port_line_and_speed_can_be_chosen) {
     const Ran ran = Replay(file.Path() + " --fast --port 4 --line 9600,8N1 --log " + log.Path() +
                            Weighing(kBalance, "4") + " -l 9600,8N1");
     EXPECT_EQ(ran.output, "12.34 g\n");
-    EXPECT_THAT(log.Text(), ContainsRegex("> \"S.r.n\" 9600,8N1\n"));
+    EXPECT_THAT(log.Text(), ContainsRegex("# host: 9600,8N1\n[0-9]+ > S.r.n\n"));
 }
 
 TEST(Replay, A_host_that_departs_is_told_at_which_line_and_the_exit_code_says_so) {
@@ -133,7 +133,7 @@ TEST(Replay, Its_own_errors_are_125_and_say_what_to_do) {
     const std::pair<std::string, std::string> cases[] = {
         {"-- true", "which record? See wbalance-sim replay --help"},
         {"/no/such.record -- true", "/no/such.record: No such file or directory"},
-        {broken.Path() + " -- true", broken.Path() + ":2: expected one of > < = behind the time"},
+        {broken.Path() + " -- true", broken.Path() + ":2: expected one of > < = ! behind the time"},
         {broken.Path() + " --load 5 -- true", "The following arguments were not expected: "},
     };
     for (const auto& [arguments, message] : cases) {
@@ -141,6 +141,44 @@ TEST(Replay, Its_own_errors_are_125_and_say_what_to_do) {
         EXPECT_THAT(ran.errors, StartsWith("wbalance-sim: " + message)) << arguments;
         EXPECT_EQ(ran.exitCode, 125) << arguments;
     }
+}
+
+TEST(Replay, A_log_of_a_run_in_which_more_happened_is_replayed_and_says_what_is_not) {
+    const TemporaryFile log;
+    const TemporaryFile script;
+    script.Write("50ms press print\n100ms unplug for 100ms\n");
+    RunShell(std::string(WBALANCE_SIM) + " " + kBalance + " --usb --load 3 --script " +
+             script.Path() + " --log " + log.Path() + " -- sh -c 'until grep -q plugged.in " +
+             log.Path() + "; do sleep 0.05; done; " + SERIAL_HOST + " /dev/ttyUSB0 2400,7E1 S'");
+    const Ran ran = Replay(log.Path() + " -- " + SERIAL_HOST + " /dev/ttyUSB0 2400,7E1 S");
+    EXPECT_EQ(ran.output, "S S       3.00 g\r\n");
+    EXPECT_THAT(ran.errors,
+                HasSubstr(": not replayed: lost, the port is closed: S S       3.00 g"));
+    EXPECT_THAT(ran.errors, HasSubstr(": not replayed: /dev/ttyUSB0 unplugged\n"));
+    EXPECT_THAT(ran.errors, HasSubstr(": not replayed: /dev/ttyUSB0 plugged in\n"));
+    EXPECT_EQ(ran.exitCode, 0);
+}
+
+TEST(Replay, A_log_of_a_host_at_other_settings_says_so_and_that_its_characters_are_damaged) {
+    const TemporaryFile log;
+    const std::string send = Sending("S", "parodd");
+    RunShell(std::string(WBALANCE_SIM) + " " + kBalance + " --usb --port 3 --log " + log.Path() +
+             send);
+    const Ran ran = Replay(log.Path() + send);
+    EXPECT_THAT(ran.errors, HasSubstr(": not replayed: the host speaks at 2400,7O1, the instrument "
+                                      "listens at 2400,7E1\n"));
+    EXPECT_THAT(ran.errors, HasSubstr("the host's characters arrive damaged"));
+    EXPECT_EQ(ran.exitCode, 124);
+}
+
+TEST(Replay, A_log_of_several_instruments_is_refused) {
+    const TemporaryFile log;
+    RunShell(std::string(WBALANCE_SIM) + " " + kBalance + " , " + kBalance + " --port 1 --log " +
+             log.Path() + " -- " + SERIAL_HOST + " /dev/ttyS1 2400,7E1 S");
+    const Ran ran = Replay(log.Path() + " -- true");
+    EXPECT_THAT(ran.errors, HasSubstr(": this is the log of several instruments; only the log of "
+                                      "one alone is a record\n"));
+    EXPECT_EQ(ran.exitCode, 125);
 }
 
 TEST(Replay, Help_has_examples) {

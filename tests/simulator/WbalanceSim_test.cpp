@@ -250,7 +250,7 @@ TEST(WbalanceSim, Several_instruments_each_have_their_port_load_and_switches) {
     EXPECT_THAT(ran.output, HasSubstr("S S       7.00 g\r\n"));
     EXPECT_THAT(ran.output, HasSubstr("I4 A \"7777777\"\r\n"));
     EXPECT_THAT(ran.output,
-                ContainsRegex("[0-9]+\\.[0-9][0-9][0-9] /dev/ttyUSB1 > \"S.r.n\" 2400"));
+                ContainsRegex("# host of /dev/ttyUSB1: 2400,7E1\n[0-9]+ /dev/ttyUSB1 > S.r.n\n"));
 }
 
 TEST(WbalanceSim, Several_instruments_on_terminals_print_their_paths_in_their_order) {
@@ -266,8 +266,11 @@ TEST(WbalanceSim, Several_instruments_on_terminals_print_their_paths_in_their_or
 
 TEST(WbalanceSim, The_log_shows_bytes_times_and_the_hosts_settings) {
     const Ran ran = Sim(kBalance + " --load 3 --log - -- " + kHost + " /dev/ttyS0 2400,7E1 S");
-    EXPECT_THAT(ran.output, ContainsRegex("[0-9]+\\.[0-9][0-9][0-9] > \"S.r.n\" 2400,7E1\n"));
-    EXPECT_THAT(ran.output, ContainsRegex("[0-9]+\\.[0-9][0-9][0-9] < \"S S       3.00 g.r.n\"\n"));
+    EXPECT_THAT(ran.output, ContainsRegex("# host: 2400,7E1\n[0-9]+ > S.r.n\n"));
+    EXPECT_THAT(ran.output, ContainsRegex("\n[0-9]+ < S S       3.00 g.r.n\n"));
+    EXPECT_THAT(ran.output, ContainsRegex("^# wbalance record 1\n# driver: " + kBalance +
+                                          "\n# port: /dev/ttyS0\n# line: 2400,7E1\n"
+                                          "# date: 20[0-9-]+T[0-9:]+Z\n"));
 }
 
 TEST(WbalanceSim, A_log_on_a_full_disk_is_a_failure) {
@@ -278,7 +281,8 @@ TEST(WbalanceSim, A_log_on_a_full_disk_is_a_failure) {
         HasSubstr("wbalance-sim: the log /dev/full can't be written: No space left on device; "
                   "what happens until it can is missing in it\n"));
     EXPECT_THAT(ran.output,
-                HasSubstr("the log /dev/full is not whole: 2 events could not be written\n"));
+                HasSubstr("the log /dev/full is not whole: 3 events could not be written\n"))
+        << "the header, the command and the answer";
     EXPECT_EQ(ran.exitCode, 125);
 }
 

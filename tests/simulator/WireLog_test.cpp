@@ -86,19 +86,18 @@ class NamedPipe {
 
 TEST(WireLog, Goes_on_when_a_full_disk_has_room_again_and_says_what_is_missing) {
     const TemporaryFile file;
-    WireLog log(file.Path(), false);
+    WireLog log(file.Path());
     log.Write("", Said("1"));
     log.WaitUntilWritten();
     {
-        const FullDisk disk(20);
+        const FullDisk disk(11);
         log.Write("", Said("2"));
         log.Write("", Said("3"));
         log.WaitUntilWritten();
     }
     log.Write("", Said("4"));
     log.WaitUntilWritten();
-    EXPECT_EQ(file.Text(),
-              "    0.012 < \"1\"\n    \n! 2 events could not be written here\n    0.012 < \"4\"\n");
+    EXPECT_EQ(file.Text(), "12 < 1\n12 <\\\n12 ! 2 events could not be written here\n12 < 4\n");
     EXPECT_THAT([&] { log.RequireWhole(); },
                 ThrowsMessage<std::runtime_error>("the log " + file.Path() +
                                                   " is not whole: 2 events could not be written"));
@@ -106,43 +105,63 @@ TEST(WireLog, Goes_on_when_a_full_disk_has_room_again_and_says_what_is_missing) 
 
 TEST(WireLog, Goes_on_at_the_beginning_of_a_file_that_somebody_has_emptied) {
     const TemporaryFile file;
-    WireLog log(file.Path(), false);
+    WireLog log(file.Path());
     log.Write("", Said("1"));
     log.WaitUntilWritten();
     file.Write("");
     log.Write("", Said("2"));
     log.WaitUntilWritten();
-    EXPECT_EQ(file.Text(), "    0.012 < \"2\"\n");
+    EXPECT_EQ(file.Text(), "12 < 2\n");
     EXPECT_NO_THROW(log.RequireWhole());
 }
 
-TEST(WireLog, Tells_bytes_that_were_lost_on_a_full_line_and_what_could_not_be_done) {
+TEST(WireLog, Tells_what_else_happens_on_the_line) {
+    const std::pair<LineEvent, std::string> cases[] = {
+        {Said("5 g\r\n", LineEvent::Kind::Lost), "lost, the port is closed: 5 g\\r\\n"},
+        {Said("5 g\r\n", LineEvent::Kind::Overflow), "lost, the line is full: 5 g\\r\\n"},
+        {Said("/dev/ttyUSB0", LineEvent::Kind::Unplugged), "/dev/ttyUSB0 unplugged"},
+        {Said("/dev/ttyUSB1", LineEvent::Kind::PluggedIn), "/dev/ttyUSB1 plugged in"},
+        {Said("2400,7E1", LineEvent::Kind::OtherSettings),
+         "the host speaks at 9600,8N1, the instrument listens at 2400,7E1"},
+        {Said("no adapter", LineEvent::Kind::Trouble), "no adapter"},
+    };
+    for (const auto& [event, sentence] : cases) {
+        const TemporaryFile file;
+        WireLog log(file.Path());
+        log.Write("/dev/ttyUSB0", event);
+        log.WaitUntilWritten();
+        EXPECT_EQ(file.Text(), "12 ! " + sentence + "\n");
+    }
+}
+
+TEST(WireLog, Tells_the_hosts_settings_when_they_are_others_than_before) {
     const TemporaryFile file;
-    WireLog log(file.Path(), true);
-    log.Write("/dev/ttyS0", Said("5 g\r\n", LineEvent::Kind::Overflow));
-    log.Write("/dev/ttyS0", Said("no adapter", LineEvent::Kind::Trouble));
+    WireLog log(file.Path());
+    LineEvent event = Said("S", LineEvent::Kind::FromHost);
+    log.Write("/dev/ttyS0", event);
+    log.Write("/dev/ttyS0", event);
+    event.settings.baudRate = 2400;
+    log.Write("/dev/ttyS0", event);
     log.WaitUntilWritten();
-    EXPECT_EQ(file.Text(),
-              "    0.012 /dev/ttyS0 x \"5 g\\r\\n\" lost, the line is full\n"
-              "    0.012 /dev/ttyS0 ! no adapter\n");
+    EXPECT_EQ(file.Text(), "# host: 9600,8N1\n12 > S\n12 > S\n# host: 2400,8N1\n12 > S\n");
 }
 
 TEST(WireLog, Nobody_waits_for_a_reader_who_sleeps_and_what_has_no_room_is_counted_in_its_place) {
     const NamedPipe pipe;
-    WireLog log(pipe.Path(), false);
-    const std::string line = "    0.012 < \"" + std::string(1000, '5') + "\"\n";
+    WireLog log(pipe.Path());
+    const std::string line = "12 < " + std::string(1000, '5') + "\n";
     const std::size_t held = 1024 * 1024 / line.size();
     for (int count = 0; count < 2000; ++count)
         log.Write("", Said(std::string(1000, '5').c_str()));
     auto reading = std::async(std::launch::async, [&] { return pipe.ReadTo("written here\n"); });
     log.WaitUntilWritten();
     const std::string text = reading.get();
-    const std::size_t written = text.find('!') / line.size();
+    const std::size_t written = text.find("12 !") / line.size();
     EXPECT_GE(written, held);
     EXPECT_EQ(text.substr(0, line.size()), line);
-    EXPECT_EQ(text.substr(text.find('!')),
-              "! " + std::to_string(2000 - written) + " events could not be written here\n");
+    EXPECT_EQ(text.substr(text.find("12 !")),
+              "12 ! " + std::to_string(2000 - written) + " events could not be written here\n");
     log.Write("", Said("6"));
-    EXPECT_EQ(pipe.ReadTo("\"6\"\n"), "    0.012 < \"6\"\n");
+    EXPECT_EQ(pipe.ReadTo("6\n"), "12 < 6\n");
     EXPECT_THROW(log.RequireWhole(), std::runtime_error);
 }

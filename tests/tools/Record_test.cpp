@@ -104,6 +104,15 @@ TEST(Record, A_broken_file_is_refused_with_the_line_and_the_reason) {
     EXPECT_THAT(ReasonFor("# wbalance record 1\n1 ? S\n"), HasSubstr(":2: expected one of > < ="));
     EXPECT_THAT(ReasonFor(std::string("# wbalance record 1\n1 \0 S\n", 26)),
                 HasSubstr(":2: expected one of > < ="));
+    EXPECT_THAT(ReasonFor("# wbalance record 1\n1 < 5.00\\\n1 < 4\n"),
+                HasSubstr(":2: the line was cut off"));
+    EXPECT_EQ(ReasonFor("# wbalance record 1\n1 < 5.00\\\\\n"), "") << "a backslash was sent";
+    EXPECT_THAT(
+        ReasonFor("# wbalance record 1\n1 /dev/ttyS0 < S\n"),
+        HasSubstr(":2: this is the log of several instruments; only the log of one alone is "
+                  "a record"));
+    EXPECT_THAT(ReasonFor("    0.012 > \"S\\r\\n\" 2400,7E1\n"),
+                HasSubstr(":1: no record: the first line is not \"# wbalance record 1\""));
     EXPECT_THAT(ReasonFor("# wbalance record 1\n1 < \\q\n"), HasSubstr(":2: a \\ must be"));
     EXPECT_THAT(ReasonFor("# wbalance record 1\n1 < \\x4\n"), HasSubstr(":2: a \\ must be"));
 }

@@ -45,7 +45,7 @@ TEST(StandardStreams, The_simulator_serves_and_logs_without_them) {
                                  kWeigh + " >" + weight.Path() + "' " + closed);
         EXPECT_EQ(ran.exitCode, 0) << closed;
         EXPECT_EQ(weight.Text(), "12.34 g\n") << closed;
-        EXPECT_THAT(log.Text(), HasSubstr("\"S\\r\\n\"")) << closed;
+        EXPECT_THAT(log.Text(), HasSubstr(" > S\\r\\n\n")) << closed;
     }
 }
 

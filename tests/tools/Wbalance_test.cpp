@@ -273,7 +273,7 @@ TEST(Wbalance, A_display_text_reaches_the_balance) {
     const Ran ran = WbalanceWith(kBalanceWithPanel + " --log " + log.Path(),
                                  "display -d " + kBalanceWithPanel + " -t 0 HELLO");
     EXPECT_EQ(ran.output, "displayed\n");
-    EXPECT_THAT(log.Text(), HasSubstr("D \\\"HELLO\\\"\\r\\n"));
+    EXPECT_THAT(log.Text(), HasSubstr("D \"HELLO\"\\r\\n"));
 }
 
 TEST(Wbalance, An_operation_that_a_driver_lacks_is_answered_with_the_drivers_that_have_it) {

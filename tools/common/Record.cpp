@@ -29,20 +29,39 @@ void ReadHeaderLine(const std::string& line, Header& header) {
         TakeHeaderField(line, "line", header.line) || TakeHeaderField(line, "date", header.date);
 }
 
+// The milliseconds at the beginning of a line; `end` is set to where they end.
+std::chrono::milliseconds TimeIn(const std::string& line, std::size_t& end) {
+    char* behind = nullptr;
+    const long long milliseconds = std::strtoll(line.c_str(), &behind, 10);
+    end = static_cast<std::size_t>(behind - line.c_str());
+    if (end == 0 || *behind != ' ' || milliseconds < 0 || end + 1 >= line.size())
+        throw Error("expected milliseconds, a blank and one of > < = !");
+    if (milliseconds > kLatest) throw Error("the time is more than a hundred years");
+    return std::chrono::milliseconds(milliseconds);
+}
+
+Entry::Kind KindFor(char letter) {
+    if (letter == '/')
+        throw Error(
+            "this is the log of several instruments; only the log of one alone is a record");
+    if (std::string("><=!").find(letter) == std::string::npos)
+        throw Error("expected one of > < = ! behind the time");
+    return static_cast<Entry::Kind>(letter);
+}
+
+bool WasCutOff(const std::string& line) {
+    const std::size_t last = line.find_last_not_of('\\');
+    return (line.size() - (last == std::string::npos ? 0 : last + 1)) % 2 == 1;
+}
+
 // "12 < S S     100.00 g\r\n"
 Entry ReadEntry(const std::string& line) {
-    char* end = nullptr;
+    if (WasCutOff(line)) throw Error("the line was cut off");
+    std::size_t timeEnd = 0;
     Entry entry;
-    const long long milliseconds = std::strtoll(line.c_str(), &end, 10);
-    const auto kindAt = static_cast<std::size_t>(end - line.c_str()) + 1;
-    if (end == line.c_str() || *end != ' ' || milliseconds < 0 || kindAt >= line.size())
-        throw Error("expected milliseconds, a blank and one of > < =");
-    if (milliseconds > kLatest) throw Error("the time is more than a hundred years");
-    if (std::string("><=").find(line[kindAt]) == std::string::npos)
-        throw Error("expected one of > < = behind the time");
-    entry.time = std::chrono::milliseconds(milliseconds);
-    entry.kind = static_cast<Entry::Kind>(line[kindAt]);
-    if (kindAt + 2 < line.size()) entry.bytes = Unescaped(line.substr(kindAt + 2));
+    entry.time = TimeIn(line, timeEnd);
+    entry.kind = KindFor(line[timeEnd + 1]);
+    if (timeEnd + 3 < line.size()) entry.bytes = Unescaped(line.substr(timeEnd + 3));
     return entry;
 }
 
@@ -71,7 +90,32 @@ bool IsHexadecimal(const std::string& text) {
            text.find_first_not_of("0123456789abcdefABCDEF") == std::string::npos;
 }
 
+// The byte for the escape at `at`, which moves behind it.
+char TakeEscape(const std::string& text, std::size_t& at) {
+    const char letter = at + 1 < text.size() ? text[at + 1] : '\0';
+    const std::string code = letter == 'x' ? text.substr(at + 2, 2) : "";
+    at += 2 + code.size();
+    if (letter == 'r') return '\r';
+    if (letter == 'n') return '\n';
+    if (letter == '\\') return '\\';
+    if (!IsHexadecimal(code))
+        throw Error("a \\ must be followed by r, n, \\ or x and two hexadecimal digits");
+    return static_cast<char>(std::strtol(code.c_str(), nullptr, 16));
+}
+
 }  // namespace
+
+std::string TextOf(const Header& header) {
+    return std::string(kTitle) + "\n# driver: " + outside::Printable(header.driver) +
+           "\n# port: " + outside::Printable(header.port) +
+           "\n# line: " + outside::Printable(header.line) +
+           "\n# date: " + outside::Printable(header.date) + "\n";
+}
+
+std::string TextOf(const Entry& entry) {
+    return std::to_string(entry.time.count()) + " " + static_cast<char>(entry.kind) + " " +
+           Escaped(entry.bytes);
+}
 
 std::string Escaped(const std::string& bytes) {
     std::string text;
@@ -96,26 +140,8 @@ std::string Escaped(const std::string& bytes) {
 
 std::string Unescaped(const std::string& text) {
     std::string bytes;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const char escape = text[i] == '\\' && i + 1 < text.size() ? text[i + 1] : '\0';
-        if (text[i] != '\\') {
-            bytes += text[i];
-            continue;
-        }
-        ++i;
-        if (escape == 'r') {
-            bytes += '\r';
-        } else if (escape == 'n') {
-            bytes += '\n';
-        } else if (escape == '\\') {
-            bytes += '\\';
-        } else if (escape == 'x' && IsHexadecimal(text.substr(i + 1, 2))) {
-            bytes += static_cast<char>(std::strtol(text.substr(i + 1, 2).c_str(), nullptr, 16));
-            i += 2;
-        } else {
-            throw Error("a \\ must be followed by r, n, \\ or x and two hexadecimal digits");
-        }
-    }
+    for (std::size_t at = 0; at < text.size();)
+        bytes += text[at] == '\\' ? TakeEscape(text, at) : text[at++];
     return bytes;
 }
 
@@ -142,20 +168,15 @@ Writer::Writer(const std::string& path, const Header& header) : path_(path) {
         throw Error(path_ + ": the file is there already; choose another name, or remove it");
     file_.open(path_);
     if (!file_) throw Error(path_ + ": " + std::strerror(errno));
-    WriteLine(kTitle);
-    WriteLine("# driver: " + outside::Printable(header.driver));
-    WriteLine("# port: " + outside::Printable(header.port));
-    WriteLine("# line: " + outside::Printable(header.line));
-    WriteLine("# date: " + outside::Printable(header.date));
+    Put(TextOf(header));
 }
 
 void Writer::Write(const Entry& entry) {
-    WriteLine(std::to_string(entry.time.count()) + " " + static_cast<char>(entry.kind) + " " +
-              Escaped(entry.bytes));
+    Put(TextOf(entry) + "\n");
 }
 
-void Writer::WriteLine(const std::string& line) {
-    file_ << line << std::endl;
+void Writer::Put(const std::string& lines) {
+    file_ << lines << std::flush;
     if (!file_) throw WriteError(path_ + ": the record can't be written: " + std::strerror(errno));
 }
 

@@ -16,12 +16,18 @@
 ///     0 > S\r\n
 ///     12 < S S     100.00 g\r\n
 ///     2015 = weigh 1 100 auto
+///     3200 ! /dev/ttyS0 unplugged
 ///
-/// Each line has the milliseconds since the start, who spoke (">" the host, "<" the instrument, "="
-/// what the library returned for the operation that ends here; of a weighing with its mode, which
-/// is auto where it is missing) and the text, in which a backslash
-/// with r, n, xNN or another backslash stands for a byte. Further "# name: value" lines and empty
-/// lines are allowed.
+/// Each line has the milliseconds since the start, what it is about, and the text:
+///
+///     >   what the host sent
+///     <   what the instrument sent
+///     =   what the library returned for the operation that ends here; of a weighing with its mode,
+///         which is auto where it is missing
+///     !   what else happened on the line, as a sentence; `wbalance-sim --log` writes such lines
+///
+/// In the text a backslash with r, n, xNN or another backslash stands for a byte. A line that ends
+/// in a single backslash was cut off. Further "# name: value" lines and empty lines are allowed.
 namespace record {
 
 /// A file that is no record, or can't be read or written: which, where and why.
@@ -45,7 +51,7 @@ struct Header {
 };
 
 struct Entry {
-    enum class Kind { FromHost = '>', FromInstrument = '<', Result = '=' };
+    enum class Kind { FromHost = '>', FromInstrument = '<', Result = '=', Event = '!' };
 
     std::chrono::milliseconds time{0};  ///< since the start of the record
     Kind kind = Kind::FromHost;
@@ -57,6 +63,11 @@ struct Record {
     Header header;
     std::vector<Entry> entries;
 };
+
+/// The lines with which a record begins, each with its end.
+std::string TextOf(const Header& header);
+/// The line of an entry, without its end.
+std::string TextOf(const Entry& entry);
 
 /// Bytes as a record writes them.
 std::string Escaped(const std::string& bytes);
@@ -75,7 +86,7 @@ class Writer {
     void Write(const Entry& entry);
 
  private:
-    void WriteLine(const std::string& line);
+    void Put(const std::string& lines);
 
     const std::string path_;
     std::ofstream file_;

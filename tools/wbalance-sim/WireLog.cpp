@@ -3,59 +3,82 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
+#include <ctime>
 #include <iostream>
 #include <stdexcept>
 #include <utility>
 
+#include "Record.h"
 #include "simulator/HeldSignals.h"
 
+using record::Entry;
+using simulator::ConnectedInstrument;
 using simulator::LineEvent;
+using simulator::Time;
 
 namespace {
 
 constexpr std::size_t kMostWaitingBytes = 1024 * 1024;
 
-std::string Quoted(const std::string& bytes) {
-    std::string text = "\"";
-    for (const char byte : bytes) {
-        char code[5];
-        std::snprintf(code, sizeof code, "\\x%02x", static_cast<unsigned char>(byte));
-        if (byte == '\r')
-            text += "\\r";
-        else if (byte == '\n')
-            text += "\\n";
-        else if (byte == '"' || byte == '\\')
-            text += std::string("\\") + byte;
-        else
-            text += byte >= ' ' && byte <= '~' ? std::string(1, byte) : code;
-    }
-    return text + "\"";
-}
-
-std::string Described(const LineEvent& event) {
+/// What the event is in words, where it is no bytes of a dialogue.
+std::string Sentence(const LineEvent& event) {
     switch (event.kind) {
-        case LineEvent::Kind::FromHost:
-            return "> " + Quoted(event.bytes) + " " + event.settings.Text();
-        case LineEvent::Kind::FromInstrument:
-            return "< " + Quoted(event.bytes);
         case LineEvent::Kind::Lost:
-            return "x " + Quoted(event.bytes) + " lost, the port is closed";
+            return "lost, the port is closed: " + event.bytes;
         case LineEvent::Kind::Overflow:
-            return "x " + Quoted(event.bytes) + " lost, the line is full";
+            return "lost, the line is full: " + event.bytes;
         case LineEvent::Kind::Unplugged:
-            return "- " + event.bytes + " unplugged";
+            return event.bytes + " unplugged";
         case LineEvent::Kind::PluggedIn:
-            return "+ " + event.bytes + " plugged in";
+            return event.bytes + " plugged in";
         case LineEvent::Kind::OtherSettings:
-            return "! the host speaks at " + event.settings.Text() +
-                   ", the instrument listens at " + event.bytes;
+            return "the host speaks at " + event.settings.Text() + ", the instrument listens at " +
+                   event.bytes;
+        case LineEvent::Kind::FromHost:
+        case LineEvent::Kind::FromInstrument:
         case LineEvent::Kind::Trouble:
-            return "! " + event.bytes;
+            return event.bytes;
     }
     return {};
+}
+
+Entry::Kind KindOf(const LineEvent& event) {
+    if (event.kind == LineEvent::Kind::FromHost) return Entry::Kind::FromHost;
+    if (event.kind == LineEvent::Kind::FromInstrument) return Entry::Kind::FromInstrument;
+    return Entry::Kind::Event;
+}
+
+/// A line of the record, with its end.
+std::string LineOf(Time time, Entry::Kind kind, const std::string& bytes) {
+    Entry entry;
+    entry.time = time;
+    entry.kind = kind;
+    entry.bytes = bytes;
+    return TextOf(entry) + "\n";
+}
+
+std::string Date() {
+    const std::time_t now = std::time(nullptr);
+    std::tm parts = {};
+    ::gmtime_r(&now, &parts);
+    std::array<char, 32> text = {};
+    std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%SZ", &parts);
+    return text.data();
+}
+
+record::Header HeaderOf(const std::vector<ConnectedInstrument*>& instruments) {
+    record::Header header;
+    header.date = Date();
+    for (ConnectedInstrument* each : instruments) {
+        const std::string comma = each == instruments.front() ? "" : ", ";
+        header.driver += comma + each->Name();
+        header.port += comma + each->Device();
+        header.line += comma + each->OwnSettings().Text();
+    }
+    return header;
 }
 
 int Opened(const std::string& file) {
@@ -70,8 +93,7 @@ int Opened(const std::string& file) {
 
 }  // namespace
 
-WireLog::WireLog(const std::string& file, bool ofSeveral)
-    : path_(file), descriptor_(Opened(file)), namesDevices_(ofSeveral) {
+WireLog::WireLog(const std::string& file) : path_(file), descriptor_(Opened(file)) {
     const simulator::HeldSignals held;
     writer_ = std::thread([this] { WriteUntilStopped(); });
 }
@@ -89,7 +111,7 @@ WireLog::~WireLog() {
 
 void WireLog::WaitUntilWritten() {
     std::unique_lock<std::mutex> lock(mutex_);
-    if (withoutRoom_ > 0) waiting_.push_back({"", std::exchange(withoutRoom_, 0)});
+    if (withoutRoom_ > 0) waiting_.push_back({last_, "", std::exchange(withoutRoom_, 0)});
     changed_.notify_all();
     changed_.wait(lock, [this] { return waiting_.empty(); });
 }
@@ -101,20 +123,42 @@ void WireLog::RequireWhole() {
                                  std::to_string(allMissing_) + " events could not be written");
 }
 
-void WireLog::Write(const std::string& device, const LineEvent& event) {
-    char seconds[32];
-    std::snprintf(seconds, sizeof seconds, "%9.3f ",
-                  static_cast<double>(event.time.count()) / 1000.0);
-    std::string text = seconds + (namesDevices_ ? device + " " : "") + Described(event) + "\n";
+void WireLog::Begin(const std::vector<ConnectedInstrument*>& instruments) {
+    std::string header = TextOf(HeaderOf(instruments));
     const std::lock_guard<std::mutex> lock(mutex_);
+    namesDevices_ = instruments.size() > 1;
+    WriteLater(Time(0), std::move(header));
+}
+
+void WireLog::Write(const std::string& device, const LineEvent& event) {
+    std::string line = LineOf(event.time, KindOf(event), Sentence(event));
+    const std::lock_guard<std::mutex> lock(mutex_);
+    if (namesDevices_) line.insert(line.find(' '), " " + device);
+    const std::string comment = SettingsComment(device, event);
+    if (WriteLater(event.time, comment + line) && !comment.empty())
+        hostSettings_[device] = event.settings.Text();
+}
+
+std::string WireLog::SettingsComment(const std::string& device, const LineEvent& event) const {
+    if (event.kind != LineEvent::Kind::FromHost) return "";
+    const auto known = hostSettings_.find(device);
+    const std::string settings = event.settings.Text();
+    if (known != hostSettings_.end() && known->second == settings) return "";
+    return (namesDevices_ ? "# host of " + device : "# host") + ": " + settings + "\n";
+}
+
+/// Whether there was room for it.
+bool WireLog::WriteLater(Time time, std::string text) {
+    last_ = time;
     if (waitingBytes_ + text.size() > kMostWaitingBytes) {
         ++withoutRoom_;
         ++allMissing_;
-        return;
+        return false;
     }
     waitingBytes_ += text.size();
-    waiting_.push_back({std::move(text), std::exchange(withoutRoom_, 0)});
+    waiting_.push_back({time, std::move(text), std::exchange(withoutRoom_, 0)});
     changed_.notify_all();
+    return true;
 }
 
 void WireLog::WriteUntilStopped() {
@@ -134,17 +178,17 @@ void WireLog::WriteUntilStopped() {
 
 void WireLog::Put(const Line& line) {
     missing_ += line.missingBefore;
-    TellMissing();
+    TellMissing(line.time);
     const int error = WriteWhole(line.text);
     if (error != 0) Miss(error);
 }
 
-/// Ends a line that was cut off and says what is missing behind it.
-void WireLog::TellMissing() {
+/// Ends a line that was cut off, so that nobody takes it for a whole one, and says what is missing.
+void WireLog::TellMissing(Time time) {
     if (missing_ == 0) return;
-    const std::string sentence =
-        "! " + std::to_string(missing_) + " events could not be written here\n";
-    if (WriteWhole((isInLine_ ? "\n" : "") + sentence) == 0) missing_ = 0;
+    const std::string sentence = LineOf(
+        time, Entry::Kind::Event, std::to_string(missing_) + " events could not be written here");
+    if (WriteWhole((isInLine_ ? "\\\n" : "") + sentence) == 0) missing_ = 0;
 }
 
 void WireLog::Miss(int error) {

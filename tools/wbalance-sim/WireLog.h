@@ -3,28 +3,37 @@
 #include <atomic>
 #include <condition_variable>
 #include <deque>
+#include <map>
 #include <mutex>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "simulator/ConnectedInstrument.h"
 
-/// Writes what goes over a line, one event to a line: seconds, direction, bytes, and the host's
-/// line settings where it is the host that sends.
+/// Writes what goes over the lines of a run, as a record (tools/common/Record.h): bytes of both
+/// directions, what else happens, and as a comment the host's line settings whenever it sends at
+/// others than before.
 ///
-///       0.012 > "@\r\n" 2400,7E1
-///       0.013 < "I4 A \"1126493049\"\r\n"
+///     # host: 2400,7E1
+///     12 > @\r\n
+///     13 < I4 A "1126493049"\r\n
 ///
-/// With several instruments the device stands behind the time. Used from any thread. A thread of
-/// its own writes, so that nobody waits for a slow disk or a pipe whose reader sleeps; 1 MiB at
-/// most waits to be written. The file grows with what is said, and may be emptied meanwhile.
+/// With several instruments the device stands behind the time, and no record can be read from it.
+/// Used from any thread. A thread of its own writes, so that nobody waits for a slow disk or a pipe
+/// whose reader sleeps; 1 MiB at most waits to be written. The file grows with what is said, and
+/// may be emptied meanwhile.
 class WireLog {
  public:
     /// `file` is written anew; "-" is standard error. Throws std::runtime_error when it cannot be.
-    WireLog(const std::string& file, bool ofSeveral);
+    explicit WireLog(const std::string& file);
     ~WireLog();  ///< waits until all is written
     WireLog(const WireLog&) = delete;
     WireLog& operator=(const WireLog&) = delete;
+
+    /// The instruments are in their places: the header, before any event. It is the first of the
+    /// events that are counted where they are missing.
+    void Begin(const std::vector<simulator::ConnectedInstrument*>& instruments);
 
     /// Waits until all is written, or could not be.
     void WaitUntilWritten();
@@ -39,25 +48,30 @@ class WireLog {
 
  private:
     struct Line {
+        simulator::Time time;
         std::string text;
         std::size_t missingBefore;  ///< events for which there was no room
     };
 
+    std::string SettingsComment(const std::string& device, const simulator::LineEvent& event) const;
+    bool WriteLater(simulator::Time time, std::string text);
     void WriteUntilStopped();
     void Put(const Line& line);
-    void TellMissing();
+    void TellMissing(simulator::Time time);
     void Miss(int error);
     int WriteWhole(const std::string& text);
 
     const std::string path_;
     const int descriptor_;
-    const bool namesDevices_;
+    bool namesDevices_ = false;
 
     std::mutex mutex_;  ///< of what waits
     std::condition_variable changed_;
     std::deque<Line> waiting_;  ///< the first is being written
     std::size_t waitingBytes_ = 0;
-    std::size_t withoutRoom_ = 0;  ///< events since the last that waits
+    std::size_t withoutRoom_ = 0;                      ///< events since the last that waits
+    simulator::Time last_{0};                          ///< when the last event happened
+    std::map<std::string, std::string> hostSettings_;  ///< that the log has, of each device
     bool stopping_ = false;
 
     std::size_t missing_ = 0;                 ///< events since the last that was written

@@ -29,7 +29,8 @@ const char* const kDescription =
 
 const char* const kReplayDescription =
     "Takes the place of an instrument: when the host sends what the recorded host sent, gives the\n"
-    "recorded answer. Says at which line of the record a host departs from it.";
+    "recorded answer. Says at which line of the record a host departs from it. A record is what\n"
+    "wbalance --record or wbalance-sim --log has written.";
 
 const char* const kReplayExamples =
     "An answer comes as long after its command as in the record, less 0.2 s: it may have come "
@@ -73,7 +74,9 @@ struct RunOptions {
 
     void AddTo(arguments::Command command) {
         command.AddFlag("--list", list, "List instruments, their switches, and faults");
-        command.AddOption("--log", logFile, "Write the bytes with times; - is standard error")
+        command
+            .AddOption("--log", logFile,
+                       "Write the bytes with times, as a record; - is standard error")
             .TypeName("FILE");
         command
             .AddOption("--control", controlPath,
@@ -164,9 +167,11 @@ int ServeRow(const RunOptions& run, const Row& row, const std::vector<std::strin
              WireLog* log) {
     VirtualBench bench;
     for (const auto& each : row)
-        Follow(run.pty ? bench.PlaceOnTerminal(each->Entry(), each->SetUp())
-                       : bench.Place(each->Entry(), each->SetUp()),
-               run, log);
+        run.pty ? bench.PlaceOnTerminal(each->Entry(), each->SetUp())
+                : bench.Place(each->Entry(), each->SetUp());
+    if (log) log->Begin(bench.Instruments());
+    for (ConnectedInstrument* each : bench.Instruments())
+        Follow(*each, run, log);
     const ControlServer control(bench, run.controlPath);
     if (!run.pty) return HostProgram(program).ExitCode();
     HostProgram::WaitForEndingSignal();
@@ -175,7 +180,7 @@ int ServeRow(const RunOptions& run, const Row& row, const std::vector<std::strin
 
 int ServeLogged(const RunOptions& run, const Row& row, const std::vector<std::string>& program) {
     if (run.logFile.empty()) return ServeRow(run, row, program, nullptr);
-    WireLog log(run.logFile, row.size() > 1);
+    WireLog log(run.logFile);
     const int exitCode = ServeRow(run, row, program, &log);
     HostProgram::ReleaseSignals();  // the reader of the log may sleep for ever
     log.RequireWhole();

@@ -55,10 +55,13 @@ void Playback::AnswerUpToNextCommand(std::chrono::milliseconds since, const Answ
     const auto isCommand = [](const Entry& entry) {
         return entry.kind == Entry::Kind::FromHost && !entry.bytes.empty();
     };
-    for (; HasMore() && !isCommand(Expected()); ++next_)
+    for (; HasMore() && !isCommand(Expected()); ++next_) {
         if (Expected().kind == Entry::Kind::FromInstrument)
             answer(std::max(Expected().time - since - kLead, std::chrono::milliseconds(0)),
                    Expected().bytes);
+        if (Expected().kind == Entry::Kind::Event)
+            complain_(Place() + "not replayed: " + record::Escaped(Expected().bytes));
+    }
 }
 
 void Playback::TakeDamaged() {
@@ -88,8 +91,12 @@ void Playback::Complain(const std::string& sentence) {
     departed_ = true;
     if (complainedAt_ == next_) return;
     complainedAt_ = next_;
+    complain_(Place() + sentence);
+}
+
+/// "file:line: ", of what is expected next.
+std::string Playback::Place() const {
     const auto& entries = record_.entries;
     const int lastLine = entries.empty() ? 1 : entries.back().line;
-    complain_(file_ + ":" + std::to_string(HasMore() ? Expected().line : lastLine) + ": " +
-              sentence);
+    return file_ + ":" + std::to_string(HasMore() ? Expected().line : lastLine) + ": ";
 }

@@ -7,7 +7,8 @@
 #include "simulator/Time.h"
 
 /// A record that is played to a host: what the host is to send next, what it gets for it, and where
-/// it departs from the record.
+/// it departs from the record. What else happened on the line does not happen again, which is said
+/// in its place and is no departure.
 class Playback {
  public:
     using Complaint = std::function<void(const std::string& sentence)>;
@@ -34,6 +35,7 @@ class Playback {
     void AnswerUpToNextCommand(std::chrono::milliseconds since, const Answer& answer);
     void Depart(const std::string& sent);
     void Complain(const std::string& sentence);
+    std::string Place() const;
 
     const record::Record record_;
     const std::string file_;

@@ -99,6 +99,7 @@ std::vector<Report> WeighingsIn(const record::Record& record) {
     std::vector<Report> weighings;
     Report report;
     for (const auto& entry : record.entries) {
+        if (entry.kind == Entry::Kind::Event) continue;
         if (entry.kind != Entry::Kind::Result) {
             report.trace.push_back(TraceOf(entry));
             continue;
