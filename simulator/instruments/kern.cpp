@@ -1,6 +1,6 @@
 // Kern EW, EG-N and EWB, as the manuals' chapters on the interface describe them. A command is two
 // characters and CR LF, acknowledged with A00 or refused with E01:
-//   > "T_"  < "A00"                       tare
+//   > "T_"  < "A00"                       tare; below zero, zero
 //   > "O8"  < "A00", "+  12.50 G S"       one record at once
 //   > "O9"  < "A00", later the record     one record as soon as the pan is at rest
 //   > "O1"  < "A00", record after record  without end; "O2" only those at rest; "O0" stops
@@ -68,11 +68,10 @@ class Kern : public Dialect {
 
     void Acknowledge() { Say("A00"); }
 
+    /// Tare and zero are one: what stands a little below zero is zeroed.
     void Tare() {
-        if (Balance().Tare() == Outcome::Done)
-            Acknowledge();
-        else
-            Say("E01");
+        const bool isDone = Balance().Tare() == Outcome::Done || Balance().Zero() == Outcome::Done;
+        isDone ? Acknowledge() : Say("E01");
     }
 
     /// Begins an output in place of the one before.

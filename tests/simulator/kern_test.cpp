@@ -83,8 +83,16 @@ TEST_F(Kern, T_and_a_blank_tares) {
     EXPECT_EQ(Ask("T \r\nO8\r\n"), "A00\r\nA00\r\n+   0.00 G S\r\n");
 }
 
-TEST_F(Kern, T_is_refused_out_of_range_and_below_zero) {
+// Shinko AJ manual, 10.5: tare and zero are one command; E01 when the weight is in error.
+TEST_F(Kern, T_zeroes_a_weight_below_zero) {
     Have(-1);
+    EXPECT_EQ(Ask("T \r\nO8\r\n"), "A00\r\nA00\r\n+   0.00 G S\r\n");
+}
+
+TEST_F(Kern, T_is_refused_out_of_range_and_far_below_zero) {
+    Have(-12.41);
+    EXPECT_EQ(Ask("T \r\nO8\r\n"), "E01\r\nA00\r\n-  12.41 G S\r\n");
+    Have(-70);
     EXPECT_EQ(Ask("T \r\n"), "E01\r\n");
     Have(1000);
     EXPECT_EQ(Ask("T \r\n"), "E01\r\n");
