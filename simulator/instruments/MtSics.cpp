@@ -25,7 +25,8 @@ MtSics::MtSics(BalanceModel& model, const Switches& switches)
     : Dialect(model, "\r\n"),
       switches_(switches),
       model_(ChosenMtSicsModel(switches)),
-      interval_(switches.TimeOf("repeat-interval")) {
+      interval_(switches.TimeOf("repeat-interval")),
+      wantsAdjustment_(switches.IsOn("adjustment-wanted")) {
     for (const Command& command : Commands())
         if (command.isAnswered) On(command.name, this, command.does);
 }
@@ -34,6 +35,7 @@ std::vector<MtSics::Command> MtSics::Commands() const {
     const bool isTimed = switches_.IsOn("timed-commands");
     const bool hasTerminal = model_.hasTerminal;
     const bool hasLevel2 = model_.hasLevel2;
+    const bool hasShownUnit = hasLevel2 && hasTerminal;
     return {
         {0, "I0", &MtSics::SayCommands, true},
         {0, "I1", &MtSics::SayLevels, true},
@@ -47,6 +49,7 @@ std::vector<MtSics::Command> MtSics::Commands() const {
         {0, "Z", &MtSics::Zero, true},
         {0, "ZI", &MtSics::ZeroImmediately, true},
         {0, "@", &MtSics::Reset, true},
+        {1, "C", &MtSics::EndCommands, isTimed},
         {1, "D", &MtSics::ShowText, hasTerminal},
         {1, "DW", &MtSics::ShowWeight, hasTerminal},
         {1, "SC", &MtSics::SendInTime, isTimed},
@@ -57,17 +60,26 @@ std::vector<MtSics::Command> MtSics::Commands() const {
         {1, "TC", &MtSics::TareInTime, isTimed},
         {1, "TI", &MtSics::TareImmediately, true},
         {1, "ZC", &MtSics::ZeroInTime, isTimed},
+        {2, "C0", &MtSics::SayAdjustment, hasLevel2},
         {2, "C1", &MtSics::AdjustAsSet, hasLevel2},
         {2, "C3", &MtSics::AdjustInternally, hasLevel2},
         {2, "DAT", &MtSics::SetDate, hasLevel2},
         {2, "I10", &MtSics::Identify, hasLevel2},
         {2, "I11", &MtSics::SayModel, hasLevel2},
+        {2, "I15", &MtSics::SayMinutes, model_.saysMinutes},
         {2, "M21", &MtSics::ChooseUnit, hasLevel2},
+        {2, "M28", &MtSics::SayTemperature, model_.isNew},
         {2, "PWR", &MtSics::Power, true},
-        {2, "SIS", &MtSics::SayStatus, model_.hasStatus},
+        {2, "SIRU", &MtSics::SendRepeatedlyAsShown, hasShownUnit},
+        {2, "SIS", &MtSics::SayStatus, model_.isNew},
+        {2, "SIU", &MtSics::SendImmediatelyAsShown, hasShownUnit},
         {2, "SNR", &MtSics::SendStableChanges, hasLevel2},
+        {2, "SNRU", &MtSics::SendStableChangesAsShown, hasShownUnit},
+        {2, "SRU", &MtSics::SendChangesAsShown, hasShownUnit},
+        {2, "SU", &MtSics::SendStableAsShown, hasShownUnit},
         {2, "TIM", &MtSics::SetTime, hasLevel2},
         {2, "UPD", &MtSics::SetRate, hasLevel2},
+        {2, "WS", &MtSics::MoveDoors, model_.hasDoors},
     };
 }
 
@@ -89,8 +101,13 @@ void MtSics::SayOutcome(const std::string& id, Outcome outcome, const std::strin
         Say(id + (outcome == Outcome::TooHigh ? " +" : " -"));
 }
 
-std::string MtSics::WeightLine(const std::string& id, const std::string& digits) const {
-    return id + " " + RightAligned(digits, kValueColumns) + " " + Balance().Data().unit;
+std::string MtSics::WeightLine(const std::string& id, const std::string& digits, const Unit& unit) {
+    return id + " " + RightAligned(digits, kValueColumns) + " " + unit.text;
+}
+
+std::string MtSics::TareLine(const std::string& id) const {
+    const Unit unit = Balance().HostUnit();
+    return WeightLine(id, Balance().TareDigitsIn(unit), unit);
 }
 
 /// Runs `then` with the pan at rest, or answers "id I": switched off, adjusting, or never at rest.
@@ -110,96 +127,101 @@ void MtSics::InTime(const std::string& id, const std::string& milliseconds, Acti
     WhenStable(Time(*time), then, then);
 }
 
-/// The weight that a host has written, "12.50 g"; empty in another unit than that of the answers.
-std::optional<double> MtSics::Grams(const std::string& weight) const {
-    const auto [number, unit] = CutAt(weight, ' ');
+/// The weight that a host has written, "12.50 g"; empty in another unit than this.
+std::optional<double> MtSics::Grams(const std::string& weight, const Unit& unit) {
+    const auto [number, unitText] = CutAt(weight, ' ');
     const auto value = ParseNumber(number);
-    if (!value || unit != Balance().Data().unit) return std::nullopt;
-    return *value * Balance().Data().gramsPerUnit;
+    if (!value || unitText != unit.text) return std::nullopt;
+    return *value * unit.grams;
 }
 
-// > "S"   < "S S     100.00 g", "S I", "S +", "S -"
-void MtSics::SendStable() {
+// > "S"   < "S S     100.00 g", "S I", "S +", "S -"; "SU" in the unit of the display
+void MtSics::SayStable(In in) {
     StopRepeating();
     if (IsOutOfRange("S")) return;
-    AtRest("S", [this] {
-        if (!IsOutOfRange("S")) Say(WeightLine("S S", Balance().Read().Digits()));
-    });
+    AtRest("S", [this, in] { SayWeightNow(in); });
 }
 
 /// The print key puts a line between those of other commands.
 void MtSics::PrintKey() {
     if (!Balance().IsOn()) return;
     WhenStable(
-        switches_.TimeOf("stability-time-out"), [this] { SayWeightNow(); }, [] {});
+        switches_.TimeOf("stability-time-out"), [this] { SayWeightNow(In::HostUnit); }, [] {});
 }
 
 // > "SI"  < "S S     100.00 g", "S D     100.00 g", "S I", "S +", "S -"
-void MtSics::SendImmediately() {
+void MtSics::SayImmediately(In in) {
     StopRepeating();
-    SayWeightNow();
+    SayWeightNow(in);
 }
 
-void MtSics::SayWeightNow() {
-    if (IsUnable())
-        Say("S I");
-    else if (!IsOutOfRange("S"))
-        Say(WeightLine(Balance().Read().stable ? "S S" : "S D", Balance().Read().Digits()));
+void MtSics::SayWeightNow(In in) {
+    if (IsUnable()) return Say("S I");
+    if (switches_.IsOn("faulty-cell")) return Say("S S    Error 10b");
+    if (IsOutOfRange("S")) return;
+    const Indication weight = Balance().ReadIn(UnitOf(in));
+    Say(WeightLine(weight.stable ? "S S" : "S D", weight.Digits(), UnitOf(in)));
 }
 
 // > "SIR" < the answer of SI again and again, until S, SI, SIR or @
-void MtSics::SendRepeatedly() {
+void MtSics::Repeat(In in) {
     StopRepeating();
-    Every(interval_, [this] { SayWeightNow(); });
+    Every(interval_, [this, in] { SayWeightNow(in); });
 }
 
 // > "SR" or "SR 0.5 g"   < "S S     100.00 g", and with each change "S D", then "S S"
 void MtSics::SendChanges(const std::string& step) {
-    Watch("SR", step);
+    Watch({"SR", In::HostUnit, true}, step);
+}
+void MtSics::SendChangesAsShown(const std::string& step) {
+    Watch({"SRU", In::ShownUnit, true}, step);
 }
 
 // > "SNR" or "SNR 0.5 g"   < the same, but stable weights only
 void MtSics::SendStableChanges(const std::string& step) {
-    Watch("SNR", step);
+    Watch({"SNR", In::HostUnit, false}, step);
+}
+void MtSics::SendStableChangesAsShown(const std::string& step) {
+    Watch({"SNRU", In::ShownUnit, false}, step);
 }
 
-void MtSics::Watch(const std::string& id, const std::string& text) {
+void MtSics::Watch(const Watching& watching, const std::string& text) {
     StopRepeating();
-    const auto step = Grams(text);
+    const auto step = Grams(text, UnitOf(watching.in));
     const bool isStep = step && *step > 0;
-    if (!text.empty() && !isStep) return Say(id + " L");
-    const bool saysMoving = id == "SR";
-    AtRest("S", [this, step, saysMoving] {
+    if (!text.empty() && !isStep) return Say(watching.id + " L");
+    AtRest("S", [this, step, watching] {
         moved_ = true;
-        Every(Balance().Data().refresh, [=] { FollowChange(step, saysMoving); });
+        Every(Balance().Data().refresh, [=] { FollowChange(watching, step); });
     });
 }
 
-void MtSics::FollowChange(std::optional<double> step, bool saysMoving) {
-    const Indication indication = Balance().Read();
-    const bool isStable = indication.stable && indication.range == Indication::Range::Inside;
-    if (!moved_ && HasChanged(indication, step)) {
+void MtSics::FollowChange(const Watching& watching, std::optional<double> step) {
+    const Unit unit = UnitOf(watching.in);
+    const Indication weight = Balance().ReadIn(unit);
+    const double grams = weight.value * unit.grams;
+    const bool isStable = weight.stable && weight.range == Indication::Range::Inside;
+    if (!moved_ && HasChanged(grams, step)) {
         moved_ = true;
-        if (saysMoving && !isStable) SayWeightNow();
+        if (watching.saysMoving && !isStable) SayWeightNow(watching.in);
     }
     if (!moved_ || !isStable || IsUnable()) return;
-    SayWeightNow();
-    lastSent_ = indication.value;
+    SayWeightNow(watching.in);
+    lastSent_ = grams;
     moved_ = false;
 }
 
-bool MtSics::HasChanged(const Indication& indication, std::optional<double> step) const {
+bool MtSics::HasChanged(double grams, std::optional<double> step) const {
     const double readability = Balance().Data().readability;
-    const double last = std::fabs(lastSent_) * Balance().Data().gramsPerUnit;
-    const double needed = step.value_or(std::max(kChangingPart * last, kLeastSteps * readability));
-    const double change = std::fabs(indication.value - lastSent_) * Balance().Data().gramsPerUnit;
-    return change > needed - readability / 2;
+    const double needed =
+        step.value_or(std::max(kChangingPart * std::fabs(lastSent_), kLeastSteps * readability));
+    return std::fabs(grams - lastSent_) > needed - readability / 2;
 }
 
 // > "SC 500"  < the answer of S at rest, or that of SI after half a second
 void MtSics::SendInTime(const std::string& milliseconds) {
     StopRepeating();
-    InTime("S", milliseconds, [this] { SayWeightNow(); });
+    InTime("S", milliseconds, [this] { SayWeightNow(In::HostUnit); });
 }
 
 // > "Z"   < "Z A", "Z I", "Z +", "Z -"
@@ -236,18 +258,17 @@ void MtSics::TareInTime(const std::string& milliseconds) {
 void MtSics::TareNow(const std::string& id) {
     const std::string status = Balance().Read().stable ? " S" : " D";
     const Outcome outcome = Balance().Tare();
-    SayOutcome(id, outcome, WeightLine(id + status, Balance().TareDigits()));
+    SayOutcome(id, outcome, TareLine(id + status));
 }
 
 // > "TA"  or "TA 12.50 g"   < "TA A      12.50 g", "TA L", "TA I"
 void MtSics::TareValue(const std::string& parameters) {
     if (IsUnable()) return Say("TA I");
-    if (parameters.empty())
-        return Say(WeightLine("TA " + switches_.Text("tare-query"), Balance().TareDigits()));
-    const auto weight = Grams(parameters);
+    if (parameters.empty()) return Say(TareLine("TA " + switches_.Text("tare-query")));
+    const auto weight = Grams(parameters, Balance().HostUnit());
     if (!weight || Balance().PresetTare(*weight) != Outcome::Done) return Say("TA L");
     enteredTare_ = Balance().TareWeight();
-    Say(WeightLine("TA A", Balance().TareDigits()));
+    Say(TareLine("TA A"));
 }
 
 // > "TAC" < "TAC A", "TAC L", "TAC I"

@@ -30,7 +30,9 @@ class MtSics : public Dialect {
     void Unknown(const std::string& command) override;
     void Refuse(const std::string&) override { Say("EL"); }
     void Spoiled() override { Say("ET"); }
-    bool Interrupts(const std::string& command) const override { return command == "@"; }
+    bool Interrupts(const std::string& command) const override {
+        return command == "@" || (command == "C" && switches_.IsOn("timed-commands"));
+    }
     void PrintKey() override;
 
  private:
@@ -43,7 +45,10 @@ class MtSics : public Dialect {
     /// Every command there is, in the order of I0, and whether this model answers it.
     std::vector<Command> Commands() const;
 
-    // What it is (mt-sics-identity.cpp).
+    /// In which unit a weight is sent: in the host's, or in that of the display.
+    enum class In { HostUnit, ShownUnit };
+
+    // What it is (MtSicsIdentity.cpp).
     void SayCommands();
     void SayLevels();
     void SayType();
@@ -52,15 +57,23 @@ class MtSics : public Dialect {
     void SaySerialNumber();
     void SaySoftwareNumber();
     void SayModel();
+    void SayMinutes();
     void Reset();
+    void EndAll();
+    void EndCommands();
     void Answer(const std::string& id, const std::string& texts);
 
-    // Weighing (mt-sics.cpp).
-    void SendStable();
-    void SendImmediately();
-    void SendRepeatedly();
+    // Weighing (MtSics.cpp).
+    void SendStable() { SayStable(In::HostUnit); }
+    void SendStableAsShown() { SayStable(In::ShownUnit); }
+    void SendImmediately() { SayImmediately(In::HostUnit); }
+    void SendImmediatelyAsShown() { SayImmediately(In::ShownUnit); }
+    void SendRepeatedly() { Repeat(In::HostUnit); }
+    void SendRepeatedlyAsShown() { Repeat(In::ShownUnit); }
     void SendChanges(const std::string& step);
+    void SendChangesAsShown(const std::string& step);
     void SendStableChanges(const std::string& step);
+    void SendStableChangesAsShown(const std::string& step);
     void SendInTime(const std::string& milliseconds);
     void Zero();
     void ZeroImmediately();
@@ -71,9 +84,12 @@ class MtSics : public Dialect {
     void TareValue(const std::string& parameters);
     void ClearTare(const std::string& parameters);
     void SayStatus();
-    void SayWeightNow();
+    void SayStable(In in);
+    void SayImmediately(In in);
+    void Repeat(In in);
+    void SayWeightNow(In in);
 
-    // Settings and service (mt-sics-settings.cpp).
+    // Settings and service (MtSicsSettings.cpp).
     void ShowText(const std::string& parameters);
     void ShowWeight();
     void Power(const std::string& parameters);
@@ -82,6 +98,9 @@ class MtSics : public Dialect {
     void SetDate(const std::string& parameters);
     void SetTime(const std::string& parameters);
     void SetRate(const std::string& parameters);
+    void SayTemperature();
+    void MoveDoors(const std::string& parameters);
+    void SayAdjustment(const std::string& parameters);
     void AdjustAsSet();
     void AdjustInternally();
     void Adjust(const std::string& id);
@@ -91,14 +110,26 @@ class MtSics : public Dialect {
     bool IsUnable() const { return IsBusy() || adjusting_ || !Balance().IsOn(); }
     void AtRest(const std::string& id, Action then);
     void InTime(const std::string& id, const std::string& milliseconds, Action then);
-    void Watch(const std::string& id, const std::string& step);
-    void FollowChange(std::optional<double> step, bool saysMoving);
-    bool HasChanged(const Indication& indication, std::optional<double> step) const;
+    /// What SR and its like do: with which answer they refuse a step, and what they send.
+    struct Watching {
+        std::string id;
+        In in;
+        bool saysMoving;
+    };
+    void Watch(const Watching& watching, const std::string& step);
+    void FollowChange(const Watching& watching, std::optional<double> step);
+    bool HasChanged(double grams, std::optional<double> step) const;
     void TareNow(const std::string& id);
     static std::optional<std::string> QuotedText(const std::string& parameters);
-    std::optional<double> Grams(const std::string& weight) const;
+    Unit UnitOf(In in) const {
+        return in == In::HostUnit ? Balance().HostUnit() : Balance().ShownUnit();
+    }
+    Indication Weight() const { return Balance().ReadIn(Balance().HostUnit()); }
+    static std::optional<double> Grams(const std::string& weight, const Unit& unit);
     void SayOutcome(const std::string& id, Outcome outcome, const std::string& done);
-    std::string WeightLine(const std::string& id, const std::string& digits) const;
+    static std::string WeightLine(const std::string& id, const std::string& digits,
+                                  const Unit& unit);
+    std::string TareLine(const std::string& id) const;
 
     Switches switches_;
     const MtSicsModel& model_;
@@ -106,9 +137,11 @@ class MtSics : public Dialect {
     Time interval_;           ///< between two weights of SIR
     std::string name_;        ///< that a host gave it
     double enteredTare_ = 0;  ///< grams, as a host entered it
-    double lastSent_ = 0;     ///< the last stable weight of SR, as shown
+    double lastSent_ = 0;     ///< grams, the last stable weight of SR
     bool moved_ = false;      ///< whether the load has changed since
     bool adjusting_ = false;
+    bool wantsAdjustment_;
+    Time startedAt_{0};
 };
 
 }  // namespace simulator

@@ -13,15 +13,28 @@ std::string Quoted(const std::string& text) {
 
 void MtSics::PowerUp() {
     adjusting_ = false;
+    startedAt_ = Now();
     if (switches_.IsOn("power-on-line")) SaySerialNumber();
 }
 
 // > "@"   < I4 A "1126493049"; what is waited for and repeated ends, the tare stays
 void MtSics::Reset() {
-    CancelAll();
-    adjusting_ = false;
+    EndAll();
     Balance().ShowWeight();
     if (switches_.IsOn("reset-answer")) SaySerialNumber();
+}
+
+/// What is waited for, repeated and adjusted ends.
+void MtSics::EndAll() {
+    CancelAll();
+    adjusting_ = false;
+}
+
+// > "C"   < "C B" "C A"   as the reset, but without one
+void MtSics::EndCommands() {
+    EndAll();
+    Say("C B");
+    Say("C A");
 }
 
 /// "I2 A" and the texts, "I2 I" while it is busy.
@@ -78,6 +91,12 @@ void MtSics::SaySoftwareNumber() {
 // > "I11" < I11 A "WXS205SDU"
 void MtSics::SayModel() {
     Answer("I11", Quoted(model_.designation));
+}
+
+// > "I15" < "I15 A 123014": minutes since it was switched on
+void MtSics::SayMinutes() {
+    const auto minutes = std::chrono::duration_cast<std::chrono::minutes>(Now() - startedAt_);
+    Answer("I15", std::to_string(minutes.count()));
 }
 
 // > I10 "LINE 4"   < "I10 A";  > "I10"   < I10 A "LINE 4"; it outlasts the mains

@@ -10,15 +10,15 @@ namespace {
 const std::vector<MtSicsModel>& Models() {
     static const std::vector<MtSicsModel> all = {
         {"level-1", "MT-SICS", "MT-SICS", R"("01" "2.30" "2.22")", "1.20 34.28.3.4485.1729",
-         "11671158C", 610, 0.01, true, false, false},
+         "11671158C", 610, 0.01, true, false, false, false, false},
         {"xs204", "XS204 Excellence", "XS204", R"("0123" "2.30" "2.22" "2.33" "2.20")",
-         "4.10 10.28.0.493.142", "11671158C", 220.009, 0.0001, true, true, true},
+         "4.10 10.28.0.493.142", "11671158C", 220.009, 0.0001, true, true, true, true, false},
         {"wxs205", "WXS205SDU WXA-Bridge", "WXS205SDU", R"("01" "2.30" "2.22")",
-         "1.10 18.6.4.1361.772", "11671158C", 220.009, 0.00001, false, true, true},
+         "1.10 18.6.4.1361.772", "11671158C", 220.009, 0.00001, false, true, true, false, true},
         {"pr2003", "PR2003", "PR2003", R"("0123" "2.30" "2.22" "2.33" "2.20")",
-         "3.10 4.23.0.241.117", "11671158C", 2100, 0.001, true, true, false},
+         "3.10 4.23.0.241.117", "11671158C", 2100, 0.001, true, true, false, false, false},
         {"sb32001", "SB32001", "SB32001", R"("0123" "2.30" "2.22" "2.33" "2.20")",
-         "3.10 4.23.0.241.118", "11671158C", 32100, 0.1, true, true, false},
+         "3.10 4.23.0.241.118", "11671158C", 32100, 0.1, true, true, false, false, false},
     };
     return all;
 }
@@ -60,7 +60,9 @@ std::vector<SwitchDescription> MtSicsSwitches(const std::string& model) {
         {"display-width", "14", {"7", "14", "20", "60"}, "characters that the display holds"},
         {"cut-text", "R", {"A", "R", "L"}, "status answered for a text that was cut to fit"},
         {"tare-query", "A", {"A", "S"}, "status in the answer to TA without a weight"},
-        OnOff("timed-commands", false, "knows SC, TC and ZC, as some weigh modules do"),
+        OnOff("timed-commands", false, "knows SC, TC, ZC and C, as some weigh modules do"),
+        OnOff("adjustment-wanted", false, "C0 says that it wants an adjustment, until one is done"),
+        OnOff("faulty-cell", false, "sends an error number in place of each weight"),
     };
 }
 

@@ -20,7 +20,9 @@ struct MtSicsModel {
     double readability;          ///< grams
     bool hasTerminal;            ///< and so a display for texts
     bool hasLevel2;              ///< commands of level 2, beyond PWR
-    bool hasStatus;              ///< SIS, of the newer ones only
+    bool isNew;                  ///< SIS and M28, of the newer ones only
+    bool hasDoors;               ///< WS
+    bool saysMinutes;            ///< I15
 };
 
 /// The model that is chosen.

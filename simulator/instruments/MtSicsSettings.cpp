@@ -37,6 +37,7 @@ std::optional<std::string> MtSics::QuotedText(const std::string& parameters) {
 
 // > D "READY"   < "D A"; a text that the display cannot hold is shown cut
 void MtSics::ShowText(const std::string& parameters) {
+    if (IsUnable()) return Say("D I");
     const auto text = QuotedText(parameters);
     if (!text) return Say("D L");
     const std::size_t width = std::stoul(switches_.Text("display-width"));
@@ -45,6 +46,7 @@ void MtSics::ShowText(const std::string& parameters) {
 }
 
 void MtSics::ShowWeight() {
+    if (IsUnable()) return Say("DW I");
     Balance().ShowWeight();
     Say("DW A");
 }
@@ -65,13 +67,13 @@ void MtSics::ChooseUnit(const std::string& parameters) {
     };
     const auto unit = std::find_if(kHostUnits.begin(), kHostUnits.end(), named);
     if (unit == kHostUnits.end()) return Say("M21 L");
-    Balance().ShowUnit(unit->text, unit->grams);
+    Balance().SetHostUnit({unit->text, unit->grams});
     Say("M21 A");
 }
 
 // > "SIS"   < "SIS A 0 100.00 0 2 1 0 0": state, value, unit, decimals, step, approval, tare
 void MtSics::SayStatus() {
-    const Indication indication = Balance().Read();
+    const Indication indication = Weight();
     const auto unit = std::find_if(kHostUnits.begin(), kHostUnits.end(), [&](const HostUnit& each) {
         return each.text == indication.unit;
     });
@@ -79,6 +81,7 @@ void MtSics::SayStatus() {
     std::string state = indication.stable ? "0" : "1";
     if (indication.range != Indication::Range::Inside)
         state = indication.range == Indication::Range::Over ? "4" : "5";
+    if (switches_.IsOn("faulty-cell")) state = "6";
     const double tare = Balance().TareWeight();
     const std::string info = tare == 0 ? "0" : (tare == enteredTare_ ? "2" : "1");
     Say("SIS A " + state + " " + indication.Digits() + " " + std::to_string(unit->code) + " " +
@@ -106,6 +109,23 @@ void MtSics::SetRate(const std::string& parameters) {
     Say("UPD A");
 }
 
+// > "M28" < "M28 A 1 21.8": a line for each probe; here there is one
+void MtSics::SayTemperature() {
+    Answer("M28", "1 21.8");
+}
+
+// > "WS"  < "WS A 0": the doors are closed; > "WS 0"  < "WS A"  closes them
+void MtSics::MoveDoors(const std::string& parameters) {
+    if (parameters.empty()) return Say("WS A 0");
+    Say(parameters == "0" ? "WS A" : "WS L");
+}
+
+// > "C0"  < C0 A 1 0 "": 2 in place of 1 where the balance wants an adjustment
+void MtSics::SayAdjustment(const std::string& parameters) {
+    if (!parameters.empty()) return Say("C0 L");
+    Answer("C0", std::string(wantsAdjustment_ ? "2" : "1") + " 0 \"\"");
+}
+
 void MtSics::AdjustAsSet() {
     Adjust("C1");
 }
@@ -121,7 +141,9 @@ void MtSics::Adjust(const std::string& id) {
     adjusting_ = true;
     After(switches_.TimeOf("adjustment-time"), [this, id] {
         adjusting_ = false;
-        Say(id + (!IsBusy() && Balance().Read().stable ? " A" : " I"));
+        const bool isDone = !IsBusy() && Balance().Read().stable;
+        if (isDone) wantsAdjustment_ = false;
+        Say(id + (isDone ? " A" : " I"));
     });
 }
 

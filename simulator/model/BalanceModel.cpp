@@ -44,13 +44,16 @@ void BalanceModel::Change(const BalanceData& data) {
     data_ = data;
     data_.stableAfter = before.stableAfter;
     data_.refresh = before.refresh;
-    ShowUnit(before.unit, before.gramsPerUnit, before.countsPieces);
+    data_.unit = before.unit;
+    data_.gramsPerUnit = before.gramsPerUnit;
+    data_.countsPieces = before.countsPieces;
 }
 
 void BalanceModel::ShowUnit(const std::string& unit, double gramsPerUnit, bool countsPieces) {
     data_.unit = unit;
     data_.gramsPerUnit = gramsPerUnit;
     data_.countsPieces = countsPieces;
+    hostUnit_.reset();
 }
 
 void BalanceModel::StartWithLoad(double grams) {
@@ -134,8 +137,7 @@ Outcome BalanceModel::PresetTare(double grams) {
     return Outcome::Done;
 }
 
-std::string BalanceModel::TareDigits() const {
-    const Unit unit{data_.unit, data_.gramsPerUnit, data_.countsPieces};
+std::string BalanceModel::TareDigitsIn(const Unit& unit) const {
     return DigitsOf(ValueIn(unit, tare_), DecimalsIn(unit));
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <deque>
+#include <optional>
 #include <random>
 #include <string>
 #include <vector>
@@ -63,6 +64,12 @@ class BalanceModel {
     void Change(const BalanceData& data);
     /// Weights are shown in this unit from now on; `countsPieces`: in whole pieces of that weight.
     void ShowUnit(const std::string& unit, double gramsPerUnit, bool countsPieces = false);
+    Unit ShownUnit() const { return {data_.unit, data_.gramsPerUnit, data_.countsPieces}; }
+
+    /// A unit of the host's own, where the instrument has one: that of the display until one is
+    /// set, and again when somebody sets the display.
+    void SetHostUnit(const Unit& unit) { hostUnit_ = unit; }
+    Unit HostUnit() const { return hostUnit_.value_or(ShownUnit()); }
 
     /// The pan follows the load so many times as slowly as the balance does by itself.
     void Filter(double slowness) { slowness_ = slowness; }
@@ -78,7 +85,7 @@ class BalanceModel {
     void ScheduleLoad(Time at, double grams);
     void StartWithLoad(double grams);
 
-    Indication Read() const { return ReadIn({data_.unit, data_.gramsPerUnit, data_.countsPieces}); }
+    Indication Read() const { return ReadIn(ShownUnit()); }
     /// The same in another unit than that of the display.
     Indication ReadIn(const Unit& unit) const;
 
@@ -87,7 +94,8 @@ class BalanceModel {
     Outcome PresetTare(double grams);  ///< refused below zero and above the capacity
     void ClearTare() { tare_ = 0; }
     double TareWeight() const { return tare_; }  ///< grams, rounded to the readability
-    std::string TareDigits() const;              ///< with the display's decimals
+    std::string TareDigits() const { return TareDigitsIn(ShownUnit()); }
+    std::string TareDigitsIn(const Unit& unit) const;  ///< with as many decimals as a weight
 
     /// Switched on anew: weight display, no tare, and zero wherever that is allowed.
     void Restart();
@@ -130,6 +138,7 @@ class BalanceModel {
     double zero_ = 0;
     double tare_ = 0;
     double slowness_ = 1;
+    std::optional<Unit> hostUnit_;
     std::string displayText_;
     bool on_ = true;
     bool forcedUnstable_ = false;

@@ -201,9 +201,11 @@ TEST_F(MtSics, I0_lists_every_command_that_the_level_1_balance_answers) {
 
 TEST_F(MtSics, I0_lists_what_answers_and_what_it_does_not_list_gets_ES) {
     const std::vector<std::string> all = {
-        "I0", "I1", "I2",  "I3",  "I4",  "I5",  "S",   "SI",  "SIR", "Z",   "ZI",
-        "@",  "D",  "DW",  "SC",  "SR",  "T",   "TA",  "TAC", "TC",  "TI",  "ZC",
-        "C1", "C3", "DAT", "I10", "I11", "M21", "PWR", "SIS", "SNR", "TIM", "UPD"};
+        "I0",  "I1",  "I2",   "I3",  "I4",  "I5",  "S",    "SI",  "SIR", "Z",  "ZI",  "@",
+        "D",   "DW",  "SC",   "SR",  "T",   "TA",  "TAC",  "TC",  "TI",  "ZC", "C1",  "C3",
+        "DAT", "I10", "I11",  "M21", "PWR", "SIS", "SNR",  "TIM", "UPD", "C",  "C0",  "C2",
+        "E01", "I6",  "I14",  "I15", "I26", "I50", "K",    "M02", "M28", "PW", "RDB", "SIRU",
+        "SIU", "SM0", "SNRU", "SRU", "ST",  "SU",  "TST0", "WS",  "si",  "I",  "TAX", "U"};
     for (const std::string model : {"level-1", "xs204", "wxs205", "pr2003", "sb32001"}) {
         Have(1, {"model=" + model});
         const std::string list = Ask("I0\r\n");
@@ -354,6 +356,95 @@ TEST_F(MtSics, Timed_commands_take_what_is_there_when_their_time_is_over) {
     EXPECT_EQ(Ask("ZC 20000\r\nSI\r\n", 9s), "");
     EXPECT_EQ(AnswersUntil(12s), "Z A\r\nS S       0.00 g\r\n");
     EXPECT_EQ(Ask("SC\r\nTC -1\r\nZC x\r\n", 12s), "S L\r\nT L\r\nZ L\r\n");
+}
+
+// Reference manual, level 1: D and DW answer I when they can not be carried out now.
+TEST_F(MtSics, D_and_DW_are_I_while_the_balance_is_occupied) {
+    Have(1, {"model=xs204"});
+    EXPECT_EQ(Ask("C3\r\nD \"READY\"\r\nDW\r\n"), "C3 B\r\nD I\r\nDW I\r\n");
+    EXPECT_EQ(instrument_->Balance().DisplayText(), "");
+}
+
+// Instructions of the JS, ML and AL-IC balances, level 2: SU, SIU, SIRU, SRU and SNRU are S, SI,
+// SIR, SR and SNR in the unit of the display.
+TEST_F(MtSics, SU_and_its_like_send_the_unit_of_the_display) {
+    Have(100, {"model=xs204", "unit=kg"});
+    EXPECT_EQ(Ask("S\r\nSU\r\n"), "S S  0.1000000 kg\r\nS S  0.1000000 kg\r\n");
+    EXPECT_EQ(Ask("M21 0 0\r\nS\r\nSU\r\nSI\r\nSIU\r\n"),
+              "M21 A\r\nS S   100.0000 g\r\nS S  0.1000000 kg\r\nS S   100.0000 g\r\n"
+              "S S  0.1000000 kg\r\n");
+    EXPECT_EQ(Ask("SIRU\r\n"), "S S  0.1000000 kg\r\n");
+    EXPECT_EQ(AnswersUntil(200ms), "S S  0.1000000 kg\r\n");
+    EXPECT_EQ(Ask("SNRU\r\n", 300ms), "S S  0.1000000 kg\r\n");
+    PutOn(120);
+    EXPECT_EQ(AnswersUntil(5s), "S S  0.1200000 kg\r\n");
+    EXPECT_EQ(Ask("SRU 0.01 kg\r\n", 5s), "S S  0.1200000 kg\r\n");
+    PutOn(135);
+    EXPECT_EQ(AnswersUntil(10s), "S D  0.1310460 kg\r\nS S  0.1350000 kg\r\n");
+    EXPECT_EQ(Ask("SRU 1 g\r\nSNRU 1 g\r\nSR 1 kg\r\n", 10s), "SRU L\r\nSNRU L\r\nSR L\r\n");
+}
+
+TEST_F(MtSics, SU_waits_for_the_pan_and_SIU_does_not) {
+    Have(0, {"model=sb32001"});
+    PutOn(5000);
+    EXPECT_EQ(Ask("M21 0 1\r\nSIU\r\nSU\r\n", 100ms), "M21 A\r\nS D     2432.9 g\r\n");
+    EXPECT_EQ(AnswersUntil(5s), "S S     5000.0 g\r\n");
+    EXPECT_EQ(
+        Ask("S\r\nT\r\nTA\r\nSU\r\n", 5s),
+        "S S     5.0000 kg\r\nT S     5.0000 kg\r\nTA A     5.0000 kg\r\nS S        0.0 g\r\n");
+}
+
+// A WXS205SDU: minutes since it was switched on.
+TEST_F(MtSics, I15_says_for_how_many_minutes_it_has_been_on) {
+    Have(1, {"model=wxs205", "power-on-line=off"});
+    EXPECT_EQ(Ask("I15\r\n", 59s), "I15 A 0\r\n");
+    EXPECT_EQ(Ask("I15\r\n", 600s), "I15 A 10\r\n");
+    AddFault("power-cut@700s+20s");
+    AnswersUntil(800s);
+    EXPECT_EQ(Ask("I15\r\n", 800s), "I15 A 1\r\n");
+}
+
+// Level 2: a line for each probe, the last one with A.
+TEST_F(MtSics, M28_says_the_temperature_of_its_probe) {
+    Have(1, {"model=xs204"});
+    EXPECT_EQ(Ask("M28\r\n"), "M28 A 1 21.8\r\n");
+}
+
+// A balance with doors: 0 is closed.
+TEST_F(MtSics, WS_says_that_the_doors_are_closed_and_closes_them) {
+    Have(1, {"model=xs204"});
+    EXPECT_EQ(Ask("WS\r\nWS 0\r\nWS x\r\n"), "WS A 0\r\nWS A\r\nWS L\r\n");
+}
+
+// A balance that is adjusted by its host: mode, weight and text; 2 where it wants an adjustment.
+TEST_F(MtSics, C0_says_whether_an_adjustment_is_wanted) {
+    Have(1, {"model=xs204"});
+    EXPECT_EQ(Ask("C0\r\nC0 0\r\n"), "C0 A 1 0 \"\"\r\nC0 L\r\n");
+    Have(1, {"model=xs204", "adjustment-wanted", "adjustment-time=5s"});
+    EXPECT_EQ(Ask("C0\r\nC3\r\nC0\r\n"), "C0 A 2 0 \"\"\r\nC3 B\r\nC0 I\r\n");
+    EXPECT_EQ(Ask("C0\r\n", 6s), "C3 A\r\nC0 A 1 0 \"\"\r\n");
+}
+
+// Weigh modules: C ends what was begun on this line, and is no reset.
+TEST_F(MtSics, C_ends_what_a_weigh_module_waits_for_and_repeats) {
+    Have(1, {"timed-commands"});
+    EXPECT_EQ(Ask("SIR\r\nC\r\n"), "S S       1.00 g\r\nC B\r\nC A\r\n");
+    EXPECT_EQ(AnswersUntil(5s), "");
+    PutOn(50);
+    EXPECT_EQ(Ask("S\r\nC\r\n", 5100ms), "C B\r\nC A\r\n");
+    EXPECT_EQ(AnswersUntil(10s), "");
+    Have(0);
+    PutOn(50);
+    EXPECT_EQ(Ask("S\r\nC\r\n", 100ms), "");
+    EXPECT_EQ(AnswersUntil(5s), "S S      50.00 g\r\nES\r\n");
+}
+
+// Weigh modules: a number of an error stands in place of value and unit.
+TEST_F(MtSics, A_faulty_cell_sends_the_number_of_its_error) {
+    Have(100, {"faulty-cell"});
+    EXPECT_EQ(Ask("S\r\nSI\r\n"), "S S    Error 10b\r\nS S    Error 10b\r\n");
+    Have(100, {"faulty-cell", "model=wxs205"});
+    EXPECT_EQ(Ask("SIS\r\n").substr(0, 8), "SIS A 6 ");
 }
 
 // Level 2: M21 0 sets the unit of S, SI, T and TA; codes 0 g, 1 kg, 3 mg, 4 ug, 5 ct, 7 lb, 8 oz.
