@@ -22,6 +22,7 @@ void PlainTerminal::Serve(const std::function<void(const Arrival&)>& arrived) {
     bool hungUp = false;
     const std::string bytes = terminal_->Read(&hungUp);
     open_ = !hungUp;
+    if (!bytes.empty() || hungUp) terminal_->ForgetSpeed();
     if (!bytes.empty()) arrived({bytes, assumed_, 0});
 }
 
@@ -40,6 +41,7 @@ void PlainTerminal::Unplug() {
 
 void PlainTerminal::PlugIn(const std::string&) {
     terminal_ = std::make_unique<PseudoTerminal>();
+    terminal_->ForgetSpeed();
     path_ = terminal_->Path();
     open_ = false;
 }

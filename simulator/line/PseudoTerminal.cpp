@@ -55,6 +55,13 @@ unsigned PseudoTerminal::Number() const {
     return static_cast<unsigned>(std::stoul(path_.substr(kDevPtsLength)));
 }
 
+void PseudoTerminal::ForgetSpeed() {
+    termios settings = {};
+    if (tcgetattr(Descriptor(), &settings) != 0 || cfgetospeed(&settings) == B134) return;
+    cfsetspeed(&settings, B134);
+    tcsetattr(Descriptor(), TCSANOW, &settings);
+}
+
 std::string PseudoTerminal::Read(bool* hungUp) {
     std::string bytes;
     std::array<char, 4096> buffer;

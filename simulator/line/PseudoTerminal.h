@@ -20,6 +20,11 @@ class PseudoTerminal {
     const std::string& Path() const { return path_; }      ///< "/dev/pts/N"
     const timespec& Created() const { return created_; }   ///< change time of its node, which stays
 
+    /// Sets a speed that no host sets, 134.5 baud; the other settings stay. A pseudo-terminal keeps
+    /// neither data bits nor parity, and the C library refuses settings that leave everything as it
+    /// is. So a host's settings are taken where they are made all at once.
+    void ForgetSpeed();
+
     /// All bytes that wait; sets `hungUp` when nobody has the other end open any more.
     std::string Read(bool* hungUp);
 

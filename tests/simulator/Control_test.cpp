@@ -111,8 +111,8 @@ TEST(Control, What_cannot_be_done_is_refused_with_what_can) {
 
 TEST(Control, From_anywhere_the_only_run_of_the_user_is_found) {
     const Ran ran = Quarters().Run(
-        "$sim $balance --load 5 --pty > path & until [ -s path ]; do sleep 0.05; done; "
-        "until $sim control load 7; do sleep 0.05; done 2>/dev/null; "
+        "$sim $balance --load 5 --line 2400,8N1 --pty > path & until [ -s path ]; do sleep 0.05; "
+        "done; until $sim control load 7; do sleep 0.05; done 2>/dev/null; "
         "until $sim control status | grep 7.00; do sleep 0.05; done; kill -TERM $!; wait $!");
     EXPECT_THAT(ran.output, MatchesRegex("/dev/pts/[0-9]+: " + kBalance + " shows 7.00 g.*\n"));
     EXPECT_EQ(ran.errors, "");
@@ -224,7 +224,8 @@ TEST(Control, Help_has_examples) {
 
 TEST(Control, An_instrument_on_a_terminal_comes_back_under_a_path_that_is_printed) {
     const Ran ran = Quarters().Run(
-        "$sim $balance --load 5 --pty > paths & until [ -s paths ]; do sleep 0.05; done; "
+        "$sim $balance --load 5 --line 2400,8N1 --pty > paths & until [ -s paths ]; do sleep 0.05; "
+        "done; "
         "until $sim control status; do sleep 0.05; done >/dev/null 2>&1; "
         "exec 3<>$(cat paths); $sim control unplug; $sim control plug-in; "
         "until [ $(wc -l < paths) = 2 ]; do sleep 0.05; done; tail -n 1 paths; "

@@ -192,8 +192,8 @@ TEST(Replay, A_record_is_served_on_a_terminal_until_it_is_told_to_end) {
     const TemporaryFile path;
     file.Write(kOfBalance);
     const Ran ran = RunShell(std::string(WBALANCE_SIM) + " replay " + file.Path() +
-                             " --fast --pty > " + path.Path() + " & until [ -s " + path.Path() +
-                             " ]; do sleep 0.05; done; exec 3<>$(cat " + path.Path() +
+                             " --fast --line 2400,8N1 --pty > " + path.Path() + " & until [ -s " +
+                             path.Path() + " ]; do sleep 0.05; done; exec 3<>$(cat " + path.Path() +
                              "); printf 'S\\r\\n' >&3; head -n 1 <&3; exec 3>&-; kill -INT $!; "
                              "wait $!; echo \"code $?\"");
     EXPECT_EQ(ran.output, "S S      12.34 g\r\ncode 0\n");

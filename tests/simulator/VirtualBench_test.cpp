@@ -666,6 +666,27 @@ TEST(VirtualBench, An_unplugged_terminal_comes_back_under_another_path) {
     ::close(old);
 }
 
+TEST(VirtualBench, A_bare_pseudo_terminal_takes_7_bits_and_parity_each_time_with_the_speed) {
+    VirtualBench bench;
+    auto& balance = bench.PlaceOnTerminal("mettler-toledo", Options().WithLoad(5));
+    for (int round = 0; round < 20; ++round) {
+        const int descriptor = ::open(balance.Device().c_str(), O_RDWR | O_NOCTTY);
+        ASSERT_GE(descriptor, 0);
+        for (int time = 0; time < 2; ++time) {
+            termios settings = {};
+            ASSERT_EQ(::tcgetattr(descriptor, &settings), 0);
+            ::cfmakeraw(&settings);
+            ::cfsetspeed(&settings, B2400);
+            settings.c_cflag = (settings.c_cflag & ~tcflag_t{CSIZE}) | CS7 | PARENB;
+            EXPECT_EQ(::tcsetattr(descriptor, TCSANOW, &settings), 0) << round << " " << time;
+            ASSERT_EQ(::write(descriptor, "S\r\n", 3), 3);
+            char answer[64] = {};
+            EXPECT_EQ(::read(descriptor, answer, sizeof answer), 18);
+        }
+        ::close(descriptor);
+    }
+}
+
 TEST(VirtualBench, A_bare_pseudo_terminal_serves_who_has_nothing_loaded) {
     VirtualBench bench;
     auto& balance = bench.PlaceOnTerminal("mettler-toledo", Options().WithLoad(5));

@@ -182,12 +182,27 @@ TEST(WbalanceSim, A_host_that_agrees_or_is_not_known_to_differ_gets_no_hint) {
     EXPECT_EQ(SaySAt(kBalance, {"2400 cs7 parenb -parodd -cstopb"}).output, "");
     EXPECT_EQ(SaySAt(kBalance + " --line 9600,8N1", {at9600}).output, "");
     EXPECT_EQ(Sim(kBalance + " -- stty -F /dev/ttyS0 raw -echo " + at9600).output, "");
-    EXPECT_EQ(RunCommand("paths=$(mktemp -u); mkfifo $paths; " + kTool + " " + kBalance +
-                         " --load 3 --pty >$paths & sim=$!; read path <$paths; rm $paths; "
-                         "stty -F $path raw -echo 9600; exec 3<>$path; printf 'S\\r\\n' >&3; "
-                         "head -n 1 <&3; kill -INT $sim; wait $sim")
+    EXPECT_EQ(RunCommand(
+                  "paths=$(mktemp -u); mkfifo $paths; " + kTool + " " + kBalance +
+                  " --load 3 --line 2400,8N1 --pty >$paths & sim=$!; read path <$paths; rm $paths; "
+                  "stty -F $path raw -echo 9600; exec 3<>$path; printf 'S\\r\\n' >&3; "
+                  "head -n 1 <&3; kill -INT $sim; wait $sim")
                   .output,
               "S S       3.00 g\r\n");
+}
+
+TEST(WbalanceSim, A_pseudo_terminal_comes_with_a_hint_where_it_has_other_settings_for_good) {
+    const auto served = [](const std::string& arguments) {
+        return RunCommand("timeout -s INT 1 " + kTool + " " + kBalance + arguments + " --pty")
+            .output;
+    };
+    EXPECT_THAT(served(" --line 1200,7O2"),
+                testing::MatchesRegex(
+                    "/dev/pts/[0-9]+\nwbalance-sim: " + kBalance +
+                    " speaks at 1200,7O2, but /dev/pts/[0-9]+ is a pseudo-terminal, which "
+                    "has 8 data bits without parity; where a host can not set 1200,7O2, "
+                    "set it to 1200,8N2\n"));
+    EXPECT_THAT(served(" --line 1200,8N2"), testing::MatchesRegex("/dev/pts/[0-9]+\n"));
 }
 
 TEST(WbalanceSim, The_hint_comes_again_for_other_wrong_settings_alone) {
@@ -255,8 +270,8 @@ TEST(WbalanceSim, Several_instruments_each_have_their_port_load_and_switches) {
 
 TEST(WbalanceSim, Several_instruments_on_terminals_print_their_paths_in_their_order) {
     const Ran ran = RunCommand("paths=$(mktemp -u); mkfifo $paths; " + kTool + " " + kBalance +
-                               " --load 5 , " + kBalance +
-                               " --load 7 --pty > $paths & "
+                               " --load 5 --line 2400,8N1 , " + kBalance +
+                               " --load 7 --line 2400,8N1 --pty > $paths & "
                                "sim=$!; { read first; read second; } < $paths; rm $paths; "
                                "exec 3<>$second; printf 'S\\r\\n' >&3; head -n 1 <&3; "
                                "exec 4<>$first; printf 'S\\r\\n' >&4; head -n 1 <&4; "
@@ -403,7 +418,7 @@ TEST(WbalanceSim, An_output_that_can_not_be_written_is_a_failure) {
 
 TEST(WbalanceSim, A_pseudo_terminal_serves_any_software_until_it_is_told_to_end) {
     const Ran ran = RunCommand("coproc=$(mktemp -u); mkfifo $coproc; " + kTool + " " + kBalance +
-                               " --load 12.34 --pty > $coproc & sim=$!; "
+                               " --load 12.34 --line 2400,8N1 --pty > $coproc & sim=$!; "
                                "read path < $coproc; rm $coproc; exec 3<>$path; "
                                "printf 'S\\r\\n' >&3; head -n 1 <&3; exec 3>&-; "
                                "exec 3<>$path; printf 'SI\\r\\n' >&3; head -n 1 <&3; "

@@ -147,10 +147,26 @@ std::string SettingsHint(ConnectedInstrument& from, const LineEvent& event) {
            ", or the instrument to what the host has with --line " + host;
 }
 
+/// What a host is up to that has set the instrument's settings at a terminal; empty where they are
+/// what a terminal has.
+std::string TerminalHint(ConnectedInstrument& instrument) {
+    simulator::UartSettings line = instrument.HostSettings();
+    const std::string wanted = line.Text();
+    line.dataBits = 8;
+    line.parity = simulator::Parity::None;
+    if (line.Text() == wanted) return "";
+    return "wbalance-sim: " + instrument.Name() + " speaks at " + wanted + ", but " +
+           instrument.Device() + " is a pseudo-terminal, which has 8 data bits without parity; " +
+           "where a host can not set " + wanted + ", set it to " + line.Text() + "\n";
+}
+
 /// Follows an instrument: its bytes go into the log, new paths of its terminal to standard output,
 /// what can't be done, and settings at which nobody understands the other, to standard error.
 void Follow(ConnectedInstrument& instrument, const RunOptions& run, WireLog* log) {
-    if (run.pty) std::cout << instrument.Device() << std::endl;
+    if (run.pty) {
+        std::cout << instrument.Device() << std::endl;
+        std::cerr << TerminalHint(instrument);
+    }
     instrument.OnEvent([&run, log](ConnectedInstrument& from, const LineEvent& event) {
         if (log) log->Write(from.Device(), event);
         if (run.pty && event.kind == LineEvent::Kind::PluggedIn)
