@@ -12,6 +12,7 @@ constexpr double kTroyOunce = 31.1034768;
 constexpr double kPennyweight = 1.55517384;
 constexpr double kPound = 453.59237;
 constexpr double kGrain = 0.06479891;
+constexpr double kNewton = 1000 / 9.80665;
 
 /// The numbers of xU.
 std::vector<OhausUnit> UnitsOfTheExplorer() {
@@ -19,7 +20,7 @@ std::vector<OhausUnit> UnitsOfTheExplorer() {
             {2, "kg", 1000},   {3, "ct", 0.2},
             {4, "oz", kOunce}, {5, "ozt", kTroyOunce},
             {6, "lb", kPound}, {7, "dwt", kPennyweight},
-            {8, "GN", kGrain}};
+            {8, "GN", kGrain}, {9, "N", kNewton}};
 }
 
 /// The numbers of xM on the Scout Pro, which chooses the unit and the counting alike.
@@ -29,15 +30,71 @@ std::vector<OhausUnit> UnitsOfTheScoutPro() {
         {4, "PCS", 1, true}, {5, "lb", kPound}};
 }
 
+OhausSeries ScoutPro() {
+    OhausSeries series;
+    series.name = series.line = "scout-pro";
+    series.choosesStability = true;
+    series.units = UnitsOfTheScoutPro();
+    return series;
+}
+
+/// What the newer series have in common.
+OhausSeries Newer(const std::string& name) {
+    OhausSeries series;
+    series.name = name;
+    series.line = "explorer";
+    series.refuses = true;
+    series.hasPrintCommands = true;
+    return series;
+}
+
+OhausSeries Explorer() {
+    OhausSeries series = Newer("explorer");
+    series.acknowledges = true;
+    series.hasAutoPrintCommands = true;
+    series.presetsTare = true;
+    series.saysSettings = true;
+    series.choosesModeAndUnit = true;
+    series.hasDoors = true;
+    series.countingMode = 1;
+    series.units = UnitsOfTheExplorer();
+    return series;
+}
+
+OhausSeries Adventurer() {
+    OhausSeries series = Newer("adventurer");
+    series.acknowledges = true;
+    series.hasAutoPrintCommands = true;
+    series.presetsTare = true;
+    series.choosesStability = true;
+    series.choosesAcknowledging = true;
+    return series;
+}
+
+OhausSeries Discovery() {
+    OhausSeries series = Newer("discovery");
+    series.hasAutoPrintCommands = true;
+    series.presetsTare = true;
+    series.presetsTareInGrams = true;
+    series.saysSettings = true;
+    return series;
+}
+
+OhausSeries Scout() {
+    OhausSeries series = Newer("scout");
+    series.line = "scout";
+    series.acknowledges = true;
+    series.choosesModeAndUnit = true;
+    series.hasFormats = true;
+    series.printsOverload = true;
+    series.weighingMode = 1;
+    series.units = UnitsOfTheExplorer();
+    return series;
+}
+
 const std::vector<OhausSeries>& AllSeries() {
-    static const std::vector<OhausSeries> all = {
-        {"scout-pro", "scout-pro", false, false, false, false, false, false, false, 0, -1,
-         UnitsOfTheScoutPro()},
-        {"explorer", "explorer", true, true, true, true, true, true, false, 0, 1,
-         UnitsOfTheExplorer()},
-        {"discovery", "explorer", false, true, true, true, true, false, false, 0, -1, {}},
-        {"scout", "scout", true, true, true, false, false, true, true, 1, -1, UnitsOfTheExplorer()},
-    };
+    static const std::vector<OhausSeries> all = {ScoutPro(), Explorer(), Adventurer(), Discovery(),
+                                                 Scout()};
     return all;
 }
 

@@ -9,7 +9,7 @@
 //   > "12.5T", "2U", "1M"   preset tare, unit, mode: the number stands in front
 //   > ESC "R"   factory settings, which may be another line rate
 //
-// What is printed out of range is not documented: here, nothing.
+// What most series print out of range is not documented: here, nothing.
 
 #include <algorithm>
 
@@ -86,7 +86,7 @@ class OhausPrint : public Dialect {
             {"IP", &OhausPrint::SayReading, isNew},
             {"T", &OhausPrint::Tare, true},
             {"Z", &OhausPrint::Zero, isNew},
-            {"xT", &OhausPrint::PresetTare, says},
+            {"xT", &OhausPrint::PresetTare, series_.presetsTare},
             {"V", &OhausPrint::SaySoftware, true},
             {"PV", &OhausPrint::SaySoftware, isNew},
             {"PSN", &OhausPrint::SaySerialNumber, isNew},
@@ -101,6 +101,8 @@ class OhausPrint : public Dialect {
             {"CP", &OhausPrint::PrintContinuously, prints},
             {"SLP", &OhausPrint::PrintEachLoad, prints},
             {"SLZP", &OhausPrint::PrintEachRest, prints},
+            {"xRL", &OhausPrint::SetAcknowledging, series_.choosesAcknowledging},
+            {"WI", &OhausPrint::MoveDoors, series_.hasDoors},
             {"xFMT", &OhausPrint::ChooseFormat, series_.hasFormats},
             {"ON", &OhausPrint::WakeUp, isNew},
             {"OFF", &OhausPrint::FallAsleep, isNew},
@@ -108,7 +110,7 @@ class OhausPrint : public Dialect {
             {"CA", &OhausPrint::PrintContinuously, isOld},
             {"SA", &OhausPrint::PrintEachRest, isOld},
             {"xA", &OhausPrint::SetInterval, isOld},
-            {"xS", &OhausPrint::SetStability, isOld},
+            {"xS", &OhausPrint::SetStability, series_.choosesStability},
             {"?", &OhausPrint::SayStability, isOld},
             {"LE", &OhausPrint::SayLastError, isOld},
             {"\x1bR", &OhausPrint::RestoreFactorySettings, isOld},
@@ -122,7 +124,7 @@ class OhausPrint : public Dialect {
     bool IsExplorer() const { return Layout().rfind("explorer", 0) == 0; }
 
     void Acknowledge() {
-        if (series_.acknowledges) Say("OK!");
+        if (acknowledges_) Say("OK!");
     }
 
     void Print() { stableOnly_ ? PrintAtRest() : SayReading(); }
@@ -158,10 +160,23 @@ class OhausPrint : public Dialect {
 
     // > "1S"   stable weights only; > "0S"   others, too
     void SetStability(const std::string& text) {
-        if (text == "0" || text == "1")
-            stableOnly_ = text == "1";
-        else
-            Unknown(text);
+        if (text != "0" && text != "1") return Unknown(text);
+        stableOnly_ = text == "1";
+        Acknowledge();
+    }
+
+    // > "0RL"   no "OK!" from now on; > "1RL"   < "OK!"
+    void SetAcknowledging(const std::string& text) {
+        if (text != "0" && text != "1") return Unknown(text);
+        acknowledges_ = text == "1";
+        Acknowledge();
+    }
+
+    // > "WI 1 0"   < "WI A"   the doors, which weigh nothing
+    void MoveDoors(const std::string& doors) {
+        const auto isDoor = [&](std::size_t at) { return doors[at] == '0' || doors[at] == '1'; };
+        if (doors.size() != 3 || !isDoor(0) || doors[1] != ' ' || !isDoor(2)) return Unknown("WI");
+        Say("WI A");
     }
 
     void PrintAtRest() {
@@ -175,8 +190,14 @@ class OhausPrint : public Dialect {
 
     void SayReading() {
         const Indication indication = Balance().Read();
-        if (indication.range != Indication::Range::Inside || !Balance().IsOn()) return;
+        if (!Balance().IsOn()) return;
+        if (indication.range != Indication::Range::Inside) return SayOutOfRange(indication.range);
         Say(Line(indication.Digits(), indication.unit, indication.stable && !IsBusy()));
+    }
+
+    void SayOutOfRange(Indication::Range range) {
+        if (!series_.printsOverload) return;
+        Say(range == Indication::Range::Over ? "OVER LOAD" : "UNDER LOAD");
     }
 
     std::string Line(const std::string& digits, const std::string& unit, bool isStable) const {
@@ -221,7 +242,7 @@ class OhausPrint : public Dialect {
     // > "12.5T"   < "OK!"  in the unit that is shown, on the Discovery in g; "0T" clears it
     void PresetTare(const std::string& text) {
         const auto value = ParseNumber(text);
-        const double grams = series_.choosesModeAndUnit ? Balance().Data().gramsPerUnit : 1;
+        const double grams = series_.presetsTareInGrams ? 1 : Balance().Data().gramsPerUnit;
         if (!value || Balance().PresetTare(*value * grams) != Outcome::Done) return Unknown(text);
         Acknowledge();
     }
@@ -318,6 +339,7 @@ class OhausPrint : public Dialect {
     Switches switches_;
     const OhausSeries& series_;
     bool stableOnly_ = false;
+    bool acknowledges_ = series_.acknowledges;
     bool awake_ = true;
     bool lost_ = false;  // at line settings at which no command is understood
 };

@@ -199,7 +199,7 @@ TEST_F(Ohaus, A_preset_tare_is_in_the_unit_that_is_shown) {
 }
 
 // Explorer EX manual: xU chooses the unit: 0 mg, 1 g, 2 kg, 3 ct, 4 oz, 5 ozt, 6 lb, 7 dwt, 8
-// grain.
+// grain, 9 newton.
 TEST_F(Ohaus, XU_chooses_the_unit_and_U_the_next_one) {
     Have(50, {"series=explorer"});
     EXPECT_EQ(Ask("0U\r\nIP\r\nPU\r\n"), "OK!\r\n     50000 mg\r\nmg\r\n");
@@ -211,6 +211,7 @@ TEST_F(Ohaus, XU_chooses_the_unit_and_U_the_next_one) {
     EXPECT_EQ(Ask("6U\r\nIP\r\n"), "OK!\r\n   0.11023 lb\r\n");
     EXPECT_EQ(Ask("7U\r\nIP\r\n"), "OK!\r\n    32.151 dwt\r\n");
     EXPECT_EQ(Ask("8U\r\nIP\r\n"), "OK!\r\n     771.6 GN\r\n");
+    EXPECT_EQ(Ask("9U\r\nIP\r\n"), "OK!\r\n   0.49033 N\r\n");
     EXPECT_EQ(Ask("U\r\nPU\r\nU\r\nPU\r\n"), "OK!\r\nmg\r\nOK!\r\ng\r\n");
 }
 
@@ -294,6 +295,50 @@ TEST_F(Ohaus, Switched_off_it_says_ES_until_it_is_awake_again) {
     EXPECT_EQ(Ask("ON\r\n1M\r\n", 1s), "OK!\r\nES\r\n");
     EXPECT_EQ(Ask("1M\r\n", 2999ms), "ES\r\n");
     EXPECT_EQ(Ask("1M\r\nIP\r\n", 3s), "OK!\r\n      1.00 g  \r\n");
+}
+
+// Explorer EX with doors: WI and two numbers, WI A.
+TEST_F(Ohaus, An_Explorer_moves_its_doors) {
+    Have(50, {"series=explorer"});
+    EXPECT_EQ(Ask("WI 1 0\r\nWI 0 0\r\nWI\r\nWI 1\r\nWI a b\r\nIP\r\n"),
+              "WI A\r\nWI A\r\nES\r\nES\r\nES\r\n     50.00 g\r\n");
+}
+
+// A program that reads such a balance takes these lines for weights out of range.
+TEST_F(Ohaus, A_new_Scout_prints_words_out_of_range) {
+    Have(610.01, {"series=scout"});
+    EXPECT_EQ(Ask("IP\r\n"), "OVER LOAD\r\n");
+    Have(-61.01, {"series=scout"});
+    EXPECT_EQ(Ask("IP\r\n"), "UNDER LOAD\r\n");
+}
+
+// Adventurer AX service manual, table 1-6.
+TEST_F(Ohaus, An_Adventurer_has_the_newer_set_without_modes_and_units) {
+    Have(50, {"series=adventurer", "serial-number=B7", "software=2.03"});
+    EXPECT_EQ(Ask("IP\r\nPSN\r\nPV\r\nV\r\nSP\r\n"),
+              "     50.00 g\r\nB7\r\n2.03\r\n2.03\r\n     50.00 g\r\n");
+    EXPECT_EQ(Ask("PM\r\nPU\r\nPT\r\n1M\r\n2U\r\n0A\r\nLE\r\n"),
+              "ES\r\nES\r\nES\r\nES\r\nES\r\nES\r\nES\r\n");
+    EXPECT_EQ(Ask("12.5T\r\nIP\r\n0T\r\nT\r\nIP\r\n"),
+              "OK!\r\n     37.50 g\r\nOK!\r\nOK!\r\n      0.00 g\r\n");
+    Have(50, {"series=adventurer", "unit=kg"});
+    EXPECT_EQ(Ask("0.02T\r\nIP\r\n"), "OK!\r\n   0.03000 kg\r\n");
+}
+
+TEST_F(Ohaus, RL_switches_the_OK_of_an_Adventurer_off_and_on) {
+    Have(50, {"series=adventurer"});
+    EXPECT_EQ(Ask("0RL\r\n0P\r\nT\r\nIP\r\n"), "      0.00 g\r\n");
+    EXPECT_EQ(Ask("Z\r\n2RL\r\n1RL\r\n0P\r\n"), "ES\r\nES\r\nOK!\r\nOK!\r\n");
+}
+
+// Adventurer AX service manual, table 1-6: 0S as IP, 1S as SP.
+TEST_F(Ohaus, An_Adventurer_prints_stable_weights_only_after_1S) {
+    Have(0, {"series=adventurer"});
+    PutOn(50);
+    EXPECT_EQ(Ask("1S\r\nP\r\n", 100ms), "OK!\r\n");
+    EXPECT_EQ(AnswersUntil(5s), "     50.00 g\r\n");
+    PutOn(60);
+    EXPECT_EQ(Ask("0S\r\nP\r\n", 5100ms), "OK!\r\n     54.87 g ?\r\n");
 }
 
 TEST_F(Ohaus, The_print_key_sends_what_is_shown) {
