@@ -5,6 +5,8 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <linux/serial.h>
+#include <poll.h>
+#include <sys/file.h>
 #include <sys/ioctl.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
@@ -283,6 +285,29 @@ TEST(VirtualBench, Unplugged_the_open_port_is_hung_up_and_the_node_is_gone) {
     EXPECT_EQ(OpenErrno("/dev/ttyUSB0"), ENOENT);
 }
 
+TEST(VirtualBench, At_an_unplugged_port_reads_end_writes_fail_and_poll_says_so) {
+    VirtualBench bench;
+    auto& balance = bench.Place("mettler-xs", Options().On("/dev/ttyUSB0"));
+    const int port = ::open("/dev/ttyUSB0", O_RDWR | O_NOCTTY);
+    ASSERT_GE(port, 0);
+    char byte = 0;
+    ssize_t readByWaiting = -1;
+    std::thread waiting([&] { readByWaiting = ::read(port, &byte, 1); });
+    balance.Unplug();
+    waiting.join();
+    EXPECT_LE(readByWaiting, 0) << "the end, or EIO where it waited at that very moment";
+    EXPECT_EQ(::read(port, &byte, 1), 0);
+    EXPECT_EQ(::write(port, "S", 1), -1);
+    EXPECT_EQ(errno, EIO);
+    pollfd polled = {port, POLLIN | POLLOUT, 0};
+    EXPECT_EQ(::poll(&polled, 1, 5000), 1);
+    EXPECT_EQ(polled.revents, POLLIN | POLLOUT | POLLERR | POLLHUP);
+    int lines = 0;
+    EXPECT_EQ(::ioctl(port, TIOCMGET, &lines), -1);
+    EXPECT_EQ(errno, EIO);
+    ::close(port);
+}
+
 TEST(VirtualBench, Plugged_in_again_it_is_a_new_port_and_the_old_one_stays_dead) {
     VirtualBench bench;
     auto& balance = bench.Place("mettler-xs", Options().On("/dev/ttyUSB0").WithLoad(1));
@@ -483,6 +508,57 @@ TEST(VirtualBench, Control_lines_go_both_ways) {
     ASSERT_TRUE(Eventually([&] { return look(), (seen & TIOCM_RTS) == 0; })) << "dropped by close";
 }
 
+TEST(VirtualBench, Each_control_line_of_the_instrument_is_seen_by_the_host) {
+    VirtualBench bench;
+    auto& balance = bench.Place("mettler-xs");
+    const int port = ::open("/dev/ttyS0", O_RDWR | O_NOCTTY);
+    int seen = 0;
+    EXPECT_EQ(::ioctl(port, TIOCMGET, &seen), 0);
+    EXPECT_EQ(seen, TIOCM_DTR | TIOCM_RTS | TIOCM_CTS | TIOCM_DSR | TIOCM_CD);
+    for (const int line : {TIOCM_CTS, TIOCM_DSR, TIOCM_CD, TIOCM_RI}) {
+        Work(balance, [&](VirtualLine& each) {
+            each.SetInstrumentControlLines(static_cast<unsigned>(line));
+        });
+        EXPECT_EQ(::ioctl(port, TIOCMGET, &seen), 0);
+        EXPECT_EQ(seen, TIOCM_DTR | TIOCM_RTS | line);
+    }
+    const int instruments = TIOCM_CTS | TIOCM_DSR | TIOCM_CD;
+    EXPECT_EQ(::ioctl(port, TIOCMSET, &instruments), 0) << "which only the instrument moves";
+    EXPECT_EQ(::ioctl(port, TIOCMGET, &seen), 0);
+    EXPECT_EQ(seen, TIOCM_RI);
+    ::close(port);
+}
+
+TEST(VirtualBench, Who_has_the_port_for_himself_can_be_asked) {
+    VirtualBench bench;
+    bench.Place("mettler-xs");
+    const int port = ::open("/dev/ttyS0", O_RDWR | O_NOCTTY);
+    const auto isExclusive = [&] {
+        int exclusive = -1;
+        EXPECT_EQ(::ioctl(port, TIOCGEXCL, &exclusive), 0);
+        return exclusive;
+    };
+    EXPECT_EQ(isExclusive(), 0);
+    EXPECT_EQ(::ioctl(port, TIOCEXCL), 0);
+    EXPECT_EQ(isExclusive(), 1);
+    EXPECT_EQ(::ioctl(port, TIOCNXCL), 0);
+    EXPECT_EQ(isExclusive(), 0);
+    ::close(port);
+}
+
+TEST(VirtualBench, A_lock_on_one_descriptor_keeps_others_of_the_port_from_locking) {
+    VirtualBench bench;
+    bench.Place("mettler-xs");
+    const int first = ::open("/dev/ttyS0", O_RDWR | O_NOCTTY);
+    const int second = ::open("/dev/ttyS0", O_RDWR | O_NOCTTY);
+    EXPECT_EQ(::flock(first, LOCK_EX | LOCK_NB), 0);
+    EXPECT_EQ(::flock(second, LOCK_EX | LOCK_NB), -1);
+    EXPECT_EQ(errno, EWOULDBLOCK);
+    ::close(first);
+    EXPECT_EQ(::flock(second, LOCK_EX | LOCK_NB), 0);
+    ::close(second);
+}
+
 TEST(VirtualBench, Low_latency_can_be_asked_for_until_the_adapter_is_pulled) {
     VirtualBench bench;
     auto& balance = bench.Place("mettler-xs", Options().On("/dev/ttyUSB0"));
@@ -516,6 +592,18 @@ TEST(VirtualBench, A_break_reaches_the_instrument) {
     char answer[8] = {};
     EXPECT_EQ(::read(descriptor, answer, sizeof answer), 4);
     EXPECT_STREQ(answer, "ET\r\n");
+    ::close(descriptor);
+}
+
+TEST(VirtualBench, A_break_that_is_held_until_it_is_ended_reaches_the_instrument_once) {
+    VirtualBench bench;
+    auto& balance = bench.Place("mettler-xs", Options().WithLoad(1));
+    const int descriptor = ::open("/dev/ttyS0", O_RDWR | O_NOCTTY);
+    EXPECT_EQ(::ioctl(descriptor, TIOCSBRK), 0);
+    EXPECT_EQ(::ioctl(descriptor, TIOCCBRK), 0);
+    EXPECT_EQ(::write(descriptor, "S\r\n", 3), 3);
+    ASSERT_TRUE(Eventually([&] { return balance.SentByInstrument().size() >= 22; }));
+    EXPECT_EQ(balance.SentByInstrument(), "ET\r\nS S     1.0000 g\r\n");
     ::close(descriptor);
 }
 

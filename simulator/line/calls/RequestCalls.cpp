@@ -61,11 +61,17 @@ int Claim(const ServedLine& line, bool exclusive) {
     return 0;
 }
 
+int TellClaim(const ServedLine& line, void* argument) {
+    *static_cast<int*>(argument) = line->exclusive != 0;
+    return 0;
+}
+
 /// Whether the request never reaches the pseudo-terminal, which would fail it after a hang-up.
 bool IsAnsweredHere(unsigned long request) {
     switch (request) {
         case TIOCEXCL:
         case TIOCNXCL:
+        case TIOCGEXCL:
         case TIOCMGET:
         case TIOCMSET:
         case TIOCMBIS:
@@ -88,6 +94,8 @@ int RequestServed(const ServedLine& line, int descriptor, unsigned long request,
         case TIOCEXCL:
         case TIOCNXCL:
             return Claim(line, request == TIOCEXCL);
+        case TIOCGEXCL:
+            return TellClaim(line, argument);
         case TIOCMGET:
         case TIOCMSET:
         case TIOCMBIS:
