@@ -9,6 +9,7 @@
 //   > "SR"      < "S       12.34 g"    and again whenever the pan has come to rest; "SNR" alike
 //   > "CA"      < "CA BEGIN", later "CA END" or "CA ERROR"; "CA 0" ends it without an answer
 //   > "IDX"     < "1126493": 7 characters, as the AT106 of the same family
+//   > "RG ?"    < "F": the fine range, which "RG F" sets
 //   > "@"       < "ES", as every unknown command
 
 #include "simulator/Catalog.h"
@@ -37,6 +38,7 @@ class StandardPm : public Dialect {
         OnPlain("SR", [this] { SendChanges(); });
         OnPlain("SNR", [this] { SendChanges(); });
         OnPlain("IDX", [this] { Say(switches_.Text("serial-number").substr(0, kIdColumns)); });
+        On("RG", [this](const std::string& range) { ChooseRange(range); });
         On("CA", [this](const std::string& parameters) { Adjust(parameters); });
         // Known: settings without an answer, and commands whose answers are not documented.
         for (const char* command :
@@ -123,6 +125,12 @@ class StandardPm : public Dialect {
             adjusting_ = false;
             Say(!IsBusy() && Balance().Read().stable ? "CA END" : "CA ERROR");
         });
+    }
+
+    /// The range in force is said, not its effect: the balance is in its fine range all the time.
+    void ChooseRange(const std::string& range) {
+        if (range == "?") return Say("F");
+        if (range != "F") Say("EL");
     }
 
     void SayWeightNow() {

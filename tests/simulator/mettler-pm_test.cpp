@@ -146,6 +146,12 @@ TEST_F(MettlerPm, IDX_says_an_identification_of_7_characters) {
     EXPECT_EQ(Ask("IDX\r\n"), "1126493\r\n");
 }
 
+// An AT106 of the same family: RG F sets the fine range without an answer, RG ? says F then.
+TEST_F(MettlerPm, RG_says_the_fine_range) {
+    Have(5);
+    EXPECT_EQ(Ask("RG F\r\nRG ?\r\nRG\r\nSI\r\n"), "F\r\nEL\r\nS        5.00 g\r\n");
+}
+
 // Instructions of the DataPac-M and an AT106: settings without an answer.
 TEST_F(MettlerPm, Settings_are_taken_without_an_answer) {
     Have(5);
