@@ -40,7 +40,10 @@ const std::vector<Unit>& RadwagUnits() {
 
 std::vector<SwitchDescription> RadwagSwitches() {
     return {
-        {"series", "ps", {"ps", "hrp", "ma", "wtc"}, "commands: a terminal (wtc) has the fewest"},
+        {"series",
+         "ps",
+         {"ps", "hrp", "ma", "wtc", "wpw"},
+         "commands: a terminal (wtc) has the fewest"},
         {"serial-number", "123456", {}, "answer to NB"},
         {"software", "r.3.0.9", {}, "answer to RV"},
         {"adjustment-time", "10s", {}, "how long IC takes", true},

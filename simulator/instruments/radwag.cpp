@@ -73,6 +73,8 @@ class Radwag : public Dialect {
         const bool isAnalyser = series == "ma";
         const bool hasUnits = series == "ps" || series == "hrp";
         const bool adjusts = isAnalyser || series == "hrp";
+        const bool saysWhatItIs = !isTerminal && series != "wpw";
+        const bool hasFilters = isAnalyser || series == "ps";
         return {
             {"Z", &Radwag::Zero, true},
             {"T", &Radwag::Tare, true},
@@ -93,9 +95,9 @@ class Radwag : public Dialect {
             {"K1", &Radwag::Block, isTerminal || isAnalyser},
             {"K0", &Radwag::Unblock, isTerminal || isAnalyser},
             {"NB", &Radwag::SaySerialNumber, true},
-            {"BN", &Radwag::SaySeries, !isTerminal},
-            {"FS", &Radwag::SayCapacity, !isTerminal},
-            {"RV", &Radwag::SaySoftware, !isTerminal},
+            {"BN", &Radwag::SaySeries, saysWhatItIs},
+            {"FS", &Radwag::SayCapacity, saysWhatItIs},
+            {"RV", &Radwag::SaySoftware, saysWhatItIs},
             {"UI", &Radwag::SayUnits, hasUnits},
             {"US", &Radwag::ChooseUnit, hasUnits},
             {"UG", &Radwag::SayUnit, hasUnits},
@@ -105,6 +107,12 @@ class Radwag : public Dialect {
             {"BP", &Radwag::Beep, hasUnits},
             {"SS", &Radwag::PressPrint, isAnalyser},
             {"IC", &Radwag::Adjust, adjusts},
+            {"A", &Radwag::SetAutozero, hasFilters},
+            {"EV", &Radwag::SetSurroundings, hasFilters},
+            {"FIS", &Radwag::SetFilter, hasFilters},
+            {"ARS", &Radwag::SetApproval, hasFilters},
+            {"LDS", &Radwag::SetLastDigit, hasFilters},
+            {"SIA", &Radwag::SendPlatforms, series == "wpw"},
             {"PC", &Radwag::SayCommands, true},
         };
     }
@@ -169,15 +177,22 @@ class Radwag : public Dialect {
         Say(Frame(command, indication));
     }
 
+    // > "SIA" < "P1 ?      118.5 g  ": a frame for each platform; here there is one
+    void SendPlatforms() {
+        if (IsBusy()) return Say("SIA I");
+        Say(Frame("P1", ReadInUnit()));
+    }
+
     // > "C1"  < "C1 A" and the frames of SI, until "C0"; "CU1" those of SUI
     void Start() {
-        Begin("C1 A", [this] { Say(Frame("SI", Balance().Read())); });
+        Begin("C1", [this] { Say(Frame("SI", Balance().Read())); });
     }
     void StartInUnit() {
-        Begin("CU1 A", [this] { Say(Frame("SUI", ReadInUnit())); });
+        Begin("CU1", [this] { Say(Frame("SUI", ReadInUnit())); });
     }
-    void Begin(const std::string& confirmation, const Action& sendFrame) {
-        Say(confirmation);
+    void Begin(const std::string& command, const Action& sendFrame) {
+        if (IsBusy()) return Say(command + " I");
+        Say(command + " A");
         StopRepeating();
         Every(switches_.TimeOf("repeat-interval"), sendFrame);
     }
@@ -293,6 +308,18 @@ class Radwag : public Dialect {
         constexpr int shortest = 50;
         const auto milliseconds = ParseWholeNumber(text, shortest, 1'000'000);
         Say(milliseconds ? "BP OK" : "BP E");
+    }
+
+    // > "A 1" < "A OK", "A E": settings of filter and autozero. What their numbers do to the weight
+    // is not documented well enough to be shown.
+    void SetAutozero(const std::string& text) { TakeSetting("A", text); }
+    void SetSurroundings(const std::string& text) { TakeSetting("EV", text); }
+    void SetFilter(const std::string& text) { TakeSetting("FIS", text); }
+    void SetApproval(const std::string& text) { TakeSetting("ARS", text); }
+    void SetLastDigit(const std::string& text) { TakeSetting("LDS", text); }
+    void TakeSetting(const std::string& name, const std::string& text) {
+        constexpr int highest = 9;
+        Say(name + (ParseWholeNumber(text, 0, highest) ? " OK" : " E"));
     }
 
     // > "SS"  < "SS OK" and what the print key sends

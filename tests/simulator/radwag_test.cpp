@@ -138,17 +138,19 @@ TEST_F(Radwag, PC_lists_the_commands_of_its_series) {
     Have(1);
     EXPECT_EQ(Ask("PC\r\n"),
               "PC A \"Z,T,OT,UT,S,SI,SU,SUI,C1,C0,CU1,CU0,DH,UH,ODH,OUH,NB,BN,FS,RV,UI,US,UG,"
-              "OMI,OMS,OMG,BP,PC\"\r\n");
+              "OMI,OMS,OMG,BP,A,EV,FIS,ARS,LDS,PC\"\r\n");
     Have(1, {"series=wtc"});
     EXPECT_EQ(Ask("PC\r\n"), "PC -> Z,T,OT,UT,S,SI,SU,SUI,C1,C0,CU1,CU0,K1,K0,NB,PC\r\n");
 }
 
 TEST_F(Radwag, What_PC_lists_is_answered_and_the_rest_gets_ES) {
     const std::vector<std::string> all = {
-        "Z",   "T",     "OT",   "UT 1", "S",     "SI",  "SU",     "SUI", "C1", "C0", "CU1",
-        "CU0", "DH 1",  "UH 1", "ODH",  "OUH",   "K1",  "K0",     "NB",  "BN", "FS", "RV",
-        "UI",  "US mg", "UG",   "OMI",  "OMS 1", "OMG", "BP 100", "SS",  "IC", "PC"};
-    for (const std::string series : {"ps", "hrp", "ma", "wtc"}) {
+        "Z",    "T",   "OT",   "UT 1",  "S",     "SI",    "SU",    "SUI", "C1",     "C0",
+        "CU1",  "CU0", "DH 1", "UH 1",  "ODH",   "OUH",   "K1",    "K0",  "NB",     "BN",
+        "FS",   "RV",  "UI",   "US mg", "UG",    "OMI",   "OMS 1", "OMG", "BP 100", "SS",
+        "IC",   "PC",  "A 1",  "EV 1",  "FIS 1", "ARS 1", "LDS 1", "SIA", "SM 1",   "RM 1",
+        "TV 1", "I4",  "C2",   "CU2",   "O",     "si",    "OTX",   "USX"};
+    for (const std::string series : {"ps", "hrp", "ma", "wtc", "wpw"}) {
         Have(1, {"series=" + series});
         const std::string list = Ask("PC\r\n");
         for (const std::string& command : all) {
@@ -269,6 +271,46 @@ TEST_F(Radwag, IC_adjusts_and_refuses_everything_meanwhile) {
     EXPECT_EQ(AnswersUntil(10900ms), "");
     PutOn(100);
     EXPECT_EQ(AnswersUntil(11s), "IC E\r\n");
+}
+
+// WTC and PS, chapter "Communication protocol": I when a command is not accessible now.
+TEST_F(Radwag, C1_and_CU1_get_I_while_the_balance_is_busy) {
+    Have(1);
+    AddFault("busy@0s+1s");
+    EXPECT_EQ(Ask("C1\r\nCU1\r\n"), "C1 I\r\nCU1 I\r\n");
+    EXPECT_EQ(AnswersUntil(2s), "");
+}
+
+// PS and MA: A, EV, FIS, ARS and LDS with a number: OK, E, I.
+TEST_F(Radwag, Settings_of_filter_and_autozero_are_acknowledged) {
+    Have(1);
+    EXPECT_EQ(Ask("A 1\r\nEV 0\r\nFIS 3\r\nARS 2\r\nLDS 1\r\n"),
+              "A OK\r\nEV OK\r\nFIS OK\r\nARS OK\r\nLDS OK\r\n");
+    EXPECT_EQ(Ask("A\r\nEV x\r\nFIS 1.5\r\n"), "A E\r\nEV E\r\nFIS E\r\n");
+    PutOn(50);
+    EXPECT_EQ(Ask("S\r\nFIS 1\r\n", 100ms), "S A\r\nFIS I\r\n");
+}
+
+// C41H, WPW: a line of 21 bytes for each platform.
+TEST_F(Radwag, SIA_sends_a_frame_of_each_platform) {
+    Have(0, {"series=wpw"});
+    EXPECT_EQ(Ask("SIA\r\n"), "P1         0.00 g  \r\n");
+    PutOn(50);
+    EXPECT_EQ(Ask("SIA\r\n", 100ms), "P1 ?      24.33 g  \r\n");
+    AddFault("busy");
+    EXPECT_EQ(Ask("SIA\r\n", 200ms), "SIA I\r\n");
+}
+
+// The unit that somebody sets at the menu is that of every frame.
+TEST_F(Radwag, Every_frame_has_the_unit_that_is_set_at_the_menu) {
+    Have(1500, {"unit=kg"});
+    EXPECT_EQ(Ask("S\r\nSI\r\nSU\r\nSUI\r\n"),
+              "S A\r\nS       1.50000 kg \r\nSI      1.50000 kg \r\nSU A\r\n"
+              "SU      1.50000 kg \r\nSUI     1.50000 kg \r\n");
+    EXPECT_EQ(Ask("C1\r\nC0\r\nUT 0.5\r\nOT\r\nODH\r\nUG\r\n"),
+              "C1 A\r\nSI      1.50000 kg \r\nC0 A\r\nUT OK\r\nOT   0.50000 kg  \r\n"
+              "DH   0.00000 kg  \r\nUG kg OK\r\n");
+    EXPECT_EQ(Press(Key::Print), "     1.00000 kg \r\n");
 }
 
 TEST_F(Radwag, The_print_key_sends_what_is_shown) {
