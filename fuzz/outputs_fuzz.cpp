@@ -10,7 +10,7 @@
 
 #include "AnyReport.h"
 #include "OutsideText.h"
-#include "doctor/Doctor.h"
+#include "doctor/Explanation.h"
 #include "monitor/Picture.h"
 #include "output/MeasurementFormat.h"
 #include "process/Recorder.h"
@@ -108,7 +108,8 @@ void RequireSentences(const tool::DriverInfo& driver, const tool::Report& report
     for (const auto& [operation, info] : driver.operations)
         RequireALine(Confirm(driver, operation, report).sentence, "a confirmation");
     if (measurement.answer.empty()) return;
-    RequireALine(ExplainAnswer(driver, driver.line, "S\r\n", measurement), "a diagnosis");
+    RequireALine(SentenceFor(ExplainAnswer(driver, driver.line, "S\r\n", measurement)),
+                 "a diagnosis");
 }
 
 void RequireTrace(const tool::Report& report) {

@@ -11,6 +11,7 @@
 #include <string>
 
 #include "Examples.h"
+#include "Facts.h"
 
 using examples::kBalance;
 using testing::EndsWith;
@@ -135,7 +136,7 @@ TEST(LiveDisplay, Says_that_the_balance_is_overloaded_instead_of_a_weight) {
 }
 
 TEST(FactoryReset, Ctrl_C_at_its_question_is_an_interruption_and_sends_nothing) {
-    OnTerminal reset("exec " WBALANCE " factory-reset -d ohaus");
+    OnTerminal reset("exec " WBALANCE " factory-reset -d " + facts::FirstWith("factory-reset"));
     EXPECT_TRUE(reset.SeesSoon("[y/N] ")) << reset.Seen();
     reset.PressCtrlC();
     EXPECT_EQ(reset.End(), 130);

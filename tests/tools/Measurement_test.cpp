@@ -4,6 +4,10 @@
 
 #include <cmath>
 
+#include "Examples.h"
+#include "Facts.h"
+
+using examples::kBalance;
 using testing::EndsWith;
 using testing::HasSubstr;
 using tool::Meaning;
@@ -24,7 +28,7 @@ class Weighing {
 
     Measurement Result(int status, double weight) {
         report_.outcome = {status, weight};
-        return Measure(tool::FindDriver("mettler-toledo"), report_);
+        return Measure(tool::FindDriver(examples::kBalance), report_);
     }
 
  private:
@@ -110,7 +114,7 @@ TEST(Measurement, A_balance_that_answers_all_but_the_weight_waits_for_its_pan) {
 }
 
 /// A weighing of mode stable that the driver took for a success.
-Measurement MeasureStable(const char* driver, const std::string& answer, double weight) {
+Measurement MeasureStable(const std::string& driver, const std::string& answer, double weight) {
     tool::Report report;
     report.request.mode = tool::kStableOnly;
     report.trace = {{{}, "<== P\r\n ... OK\n\n"},
@@ -119,38 +123,18 @@ Measurement MeasureStable(const char* driver, const std::string& answer, double 
     return Measure(tool::FindDriver(driver), report);
 }
 
-TEST(Measurement, A_moving_weight_that_a_driver_gives_for_a_stable_one_is_none) {
-    const auto gibertini = MeasureStable("gibertini", "    123.45 g   DI\r\n", 123.45);
-    EXPECT_EQ(gibertini.reading.meaning, Meaning::NotStable);
-    EXPECT_EQ(CodeFor(gibertini.reading.meaning), tool::ExitCode::NotStable);
-    EXPECT_EQ(SentenceFor(gibertini.reading),
-              "no stable weight; wait until the pan is at rest, or read with --mode now (it shows "
-              "123.45 g)");
-    EXPECT_EQ(MeasureStable("sartorius", "+   123.56    \r\n", 123.56).reading.meaning,
-              Meaning::NotStable);
-    EXPECT_EQ(MeasureStable("mettler-pm", "S D      12.34 g\r\n", 12.34).reading.meaning,
-              Meaning::NotStable);
-    EXPECT_EQ(MeasureStable("ohaus", "       12.73 g    ?\r\n", 12.73).reading.meaning,
-              Meaning::NotStable);
-}
-
-TEST(Measurement, A_weight_that_is_not_known_to_be_stable_is_none_where_only_a_stable_one_is) {
-    const std::string sentence =
-        "the balance does not tell whether its weight is stable, so there is none with --mode "
-        "stable; read with --mode auto or now";
-    const auto ticket = MeasureStable("scale-house", " 123.40 g N\r\n", 123.4);
-    EXPECT_EQ(ticket.reading.meaning, Meaning::NotStable);
-    EXPECT_EQ(SentenceFor(ticket.reading), sentence);
-    const auto blank = MeasureStable("kern", "A00\r\n+  12.50 G  \r\n", 12.5);
-    EXPECT_EQ(blank.reading.meaning, Meaning::NotStable);
-    EXPECT_EQ(SentenceFor(blank.reading), sentence);
-}
-
-TEST(Measurement, A_stable_weight_is_one_where_only_a_stable_one_is) {
-    EXPECT_TRUE(MeasureStable("gibertini", "    123.45 g   DS\r\n", 123.45).reading.IsWeight());
-    EXPECT_TRUE(MeasureStable("sartorius", "+   123.56 g  \r\n", 123.56).reading.IsWeight());
-    EXPECT_TRUE(MeasureStable("radwag", "S     12.34 g  \r\n", 12.34).reading.IsWeight());
-    EXPECT_TRUE(MeasureStable("kern", "A00\r\n+  12.50 G S\r\n", 12.5).reading.IsWeight());
+TEST(Measurement, Where_only_a_stable_weight_is_one_no_other_is) {
+    for (const auto& one : facts::All()) {
+        for (const auto& expected : one.stableOnly) {
+            SCOPED_TRACE(one.name + ": " + expected.answer);
+            const auto reading = MeasureStable(one.name, expected.answer, expected.weight).reading;
+            EXPECT_EQ(reading.IsWeight(), expected.isWeight);
+            if (expected.isWeight) continue;
+            EXPECT_EQ(reading.meaning, Meaning::NotStable);
+            EXPECT_EQ(CodeFor(reading.meaning), tool::ExitCode::NotStable);
+            EXPECT_THAT(SentenceFor(reading), HasSubstr(expected.says));
+        }
+    }
 }
 
 TEST(Measurement, What_a_sentence_quotes_changes_no_terminal) {

@@ -81,7 +81,7 @@ TEST_P(ProbeEach, Is_told_by_its_model_where_others_answer_alike) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, ProbeEach, testing::ValuesIn(facts::All()),
-                         [](const auto& one) { return facts::TestNameOf(one.param); });
+                         [](const auto& one) { return facts::TestNameOf(one.param.name); });
 
 // Nothing but these is asked: none of them tares, zeroes, resets or sets anything.
 TEST(Probe, The_questions_are_those_of_the_instruments_and_no_others) {

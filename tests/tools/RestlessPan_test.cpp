@@ -2,10 +2,8 @@
 
 #include <gmock/gmock.h>
 
-#include <algorithm>
-
+#include "Facts.h"
 #include "RunProgram.h"
-#include "drivers/DriverTable.h"
 
 using testing::AnyOf;
 using testing::HasSubstr;
@@ -44,70 +42,67 @@ TEST_P(RestlessPan, Is_no_silence_for_doctor) {
 }
 
 TEST_P(RestlessPan, Is_no_silence_for_tare) {
-    if (!tool::FindDriver(GetParam()).Has(tool::Operation::Tare)) return;
     const Ran ran = WbalanceWith(Restless(GetParam()), "tare -t 1 -d " + GetParam());
     EXPECT_THAT(ran.errors, Not(HasSubstr("no answer")));
     EXPECT_THAT(ran.exitCode, AnyOf(0, 8)) << ran.errors;
 }
 
-std::vector<std::string> DriverNames() {
-    std::vector<std::string> names;
-    for (const auto& driver : tool::Drivers())
-        names.push_back(driver.name);
-    return names;
+TEST_P(RestlessPan, Is_no_excuse_for_a_balance_that_answers_nothing_at_all) {
+    const Ran ran = WbalanceWith(GetParam() + " --fault silent", "weigh -t 0 -d " + GetParam());
+    EXPECT_THAT(ran.errors, HasSubstr("no answer"));
+    EXPECT_EQ(ran.exitCode, 4);
 }
 
-INSTANTIATE_TEST_SUITE_P(EveryDriver, RestlessPan, testing::ValuesIn(DriverNames()),
-                         [](const auto& one) {
-                             std::string name = one.param;
-                             std::replace(name.begin(), name.end(), '-', '_');
-                             return name;
-                         });
+INSTANTIATE_TEST_SUITE_P(EveryDriver, RestlessPan, testing::ValuesIn(facts::Names()),
+                         [](const auto& one) { return facts::TestNameOf(one.param); });
 
-TEST(RestlessPan, Of_a_Mettler_Toledo_is_said_to_move) {
-    const Ran ran =
-        WbalanceWith("mettler-toledo --fault busy", "weigh -d mettler-toledo -m stable");
+struct Case {
+    std::string driver;
+    facts::Moving moving;
+};
+
+std::vector<Case> Cases() {
+    std::vector<Case> cases;
+    for (const auto& one : facts::All()) {
+        for (const auto& moving : one.moving)
+            cases.push_back({one.name, moving});
+    }
+    return cases;
+}
+
+class MovingPan : public testing::TestWithParam<Case> {
+ protected:
+    const std::string& driver_ = GetParam().driver;
+    const std::string simulated_ = driver_ + " " + GetParam().moving.simulated;
+    const std::string weigh_ = "weigh -d " + driver_ + " " + GetParam().moving.arguments;
+};
+
+TEST_P(MovingPan, Is_known_by_a_sign_of_life) {
+    const Ran ran = WbalanceWith(simulated_, weigh_);
     EXPECT_EQ(ran.output, "");
     EXPECT_THAT(ran.errors, HasSubstr(kMoves));
-    EXPECT_THAT(ran.errors, HasSubstr("it sent \"S I\\r\\n\""));
+    EXPECT_THAT(ran.errors, HasSubstr("it sent \"" + GetParam().moving.sent));
     EXPECT_EQ(ran.exitCode, 8);
 }
 
-TEST(RestlessPan, Of_a_Sartorius_is_known_by_its_model) {
-    const Ran ran = WbalanceWith("sartorius --fault busy", "weigh -d sartorius");
-    EXPECT_THAT(ran.errors, HasSubstr(kMoves));
-    EXPECT_THAT(ran.errors, HasSubstr("it sent \"LA620S        \\r\\n\""));
-    EXPECT_EQ(ran.exitCode, 8);
-}
-
-TEST(RestlessPan, Of_a_Sartorius_keeps_nobody_from_detecting_it) {
-    const Ran ran = WbalanceWith("sartorius --fault busy", "detect");
-    EXPECT_THAT(ran.output, HasSubstr("Sartorius, balances with SBI print lines, at 1200,7O1"));
+TEST_P(MovingPan, Keeps_nobody_from_detecting_it) {
+    const Ran ran = WbalanceWith(simulated_, "detect");
+    for (const auto& one : facts::All()) {
+        if (one.name != driver_) continue;
+        EXPECT_THAT(ran.output, HasSubstr(one.title + ", at " + one.line));
+    }
     EXPECT_EQ(ran.exitCode, 0) << ran.errors;
 }
 
-TEST(RestlessPan, Of_an_Ohaus_is_known_by_its_moving_weight) {
-    const Ran ran = WbalanceWith("ohaus --fault busy --load 10", "weigh -d ohaus -m stable");
-    EXPECT_THAT(ran.errors, HasSubstr(kMoves));
-    EXPECT_EQ(ran.exitCode, 8);
-}
-
-TEST(RestlessPan, A_balance_that_answers_nothing_at_all_is_silent_all_the_same) {
-    for (const char* driver :
-         {"mettler-toledo", "mettler-xs", "mettler-pm", "sartorius", "ohaus"}) {
-        const Ran ran = WbalanceWith(std::string(driver) + " --fault silent",
-                                     std::string("weigh -t 0 -d ") + driver);
-        EXPECT_THAT(ran.errors, HasSubstr("no answer")) << driver;
-        EXPECT_EQ(ran.exitCode, 4) << driver;
-    }
-}
-
-TEST(RestlessPan, A_record_of_it_replays_as_it_was) {
+TEST_P(MovingPan, Replays_as_it_was) {
     const TemporaryFile record;
-    WbalanceWith("sartorius --fault busy", "weigh -d sartorius --record " + record.Path());
+    WbalanceWith(simulated_, weigh_ + " --record " + record.Path());
     const Ran ran = Wbalance("replay " + record.Path());
     EXPECT_THAT(ran.output, HasSubstr(kMoves));
     EXPECT_EQ(ran.exitCode, 8);
 }
+
+INSTANTIATE_TEST_SUITE_P(Of, MovingPan, testing::ValuesIn(Cases()),
+                         [](const auto& one) { return facts::TestNameOf(one.param.driver); });
 
 }  // namespace

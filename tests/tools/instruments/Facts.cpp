@@ -19,8 +19,25 @@ const std::vector<Instrument>& All() {
     return all;
 }
 
-std::string TestNameOf(const Instrument& instrument) {
-    std::string name = instrument.name;
+bool Instrument::Has(const std::string& operation) const {
+    return (" " + operations + " ").find(" " + operation + " ") != std::string::npos;
+}
+
+std::vector<std::string> Names() {
+    std::vector<std::string> names;
+    for (const auto& one : All())
+        names.push_back(one.name);
+    return names;
+}
+
+std::string FirstWith(const std::string& operation) {
+    const auto first = std::find_if(All().begin(), All().end(),
+                                    [&](const Instrument& one) { return one.Has(operation); });
+    return first == All().end() ? "" : first->name;
+}
+
+std::string TestNameOf(const std::string& instrument) {
+    std::string name = instrument;
     std::replace(name.begin(), name.end(), '-', '_');
     return name;
 }

@@ -18,6 +18,91 @@ struct Answer {
     std::string answer;
 };
 
+/// Sentences that several instruments come to.
+inline constexpr char kNoAnswer[] =
+    "no answer; is the balance switched on, the cable plugged in, and are the line settings those "
+    "of the balance?";
+inline constexpr char kNotAtRest[] =
+    "the balance answers, but not this, as it does while its pan moves";
+inline constexpr char kBegun[] =
+    "the balance has begun it and finishes it when its pan comes to rest";
+inline constexpr char kPanMoves[] = "afterwards the balance shows 50.00 g and the pan moves";
+inline constexpr char kStabilityUntold[] =
+    "the balance does not tell whether its weight is stable, so there is none with --mode stable; "
+    "read with --mode auto or now";
+
+/// With nothing, 2 g or 50 g on it, or with 50 g and never at rest.
+enum class Pan { Empty, Light, Loaded, Moving };
+
+/// An operation on the simulated instrument.
+struct Performed {
+    std::string operation;  ///< with its argument
+    Pan pan;
+    int exitCode;
+    std::string says;       ///< on standard output, or a part of the error
+    double shows;           ///< the instrument afterwards
+    std::string with = {};  ///< a switch of the instrument
+};
+
+/// What the program says at a simulated instrument that is not as it should be.
+struct Said {
+    std::string name;       ///< of the test
+    std::string simulated;  ///< the simulator's arguments behind the instrument
+    std::string arguments;  ///< the command's arguments behind the driver
+    std::string says;
+    int exitCode;
+};
+
+/// What an operation comes to that the driver has ended with this result after these exchanges.
+struct Confirmed {
+    std::string name;  ///< of the test
+    std::vector<Answer> exchanges;
+    std::string operation;
+    int result;
+    int exitCode;
+    std::string says;
+};
+
+/// What an answer that the driver takes for this weight comes to where only a stable one is wanted.
+struct StableOnly {
+    std::string answer;
+    double weight;
+    bool isWeight;
+    std::string says;  ///< a part of the sentence
+};
+
+/// A pan that never comes to rest, and what the instrument sends meanwhile to the question for a
+/// sign of life.
+struct Moving {
+    std::string simulated;
+    std::string arguments;
+    std::string sent;
+};
+
+/// A weight that is not known to be stable, and what a line of the monitor for programs holds.
+struct NotKnownToBeStable {
+    std::string simulated;
+    std::string csv;
+};
+
+/// An operation with the bytes that must go over the line for it, as the simulator's log has them.
+struct Sent {
+    std::string operation;
+    std::vector<std::string> bytes;
+};
+
+/// A command line that is refused before anything is sent.
+struct Refused {
+    std::string arguments;
+    std::string says;
+};
+
+/// A record of the folder records, and how replaying it ends.
+struct Replayed {
+    std::string record;
+    int exitCode;
+};
+
 struct Instrument {
     std::string name = {};
 
@@ -35,6 +120,25 @@ struct Instrument {
     std::vector<Answer> strange = {};
     /// Its answer to the question for the model, where it shares a protocol with others.
     std::string modelAnswer = {};
+    /// What keeps the simulated instrument from telling its model.
+    std::string hidesItsModel = {};
+
+    std::vector<Performed> performed = {};  ///< every operation of the driver
+    std::vector<Confirmed> confirmed = {};
+    std::vector<Said> diagnoses = {};  ///< of `doctor`
+    std::vector<Said> noWeights = {};  ///< of `weigh`
+    std::vector<StableOnly> stableOnly = {};
+    std::vector<NotKnownToBeStable> notKnownToBeStable = {};
+    std::vector<Moving> moving = {};
+    std::vector<Sent> sends = {};
+    std::vector<Refused> refused = {};
+    std::vector<Replayed> records = {};
+    /// What stands in front of a number of any length and behind it; empty where an answer has a
+    /// length of its own.
+    std::vector<std::string> numberOfAnyLength = {};
+
+    /// Whether its driver has the operation.
+    bool Has(const std::string& operation) const;
 };
 
 template <class Driver>
@@ -49,7 +153,13 @@ WBALANCE_FOR_EACH_INSTRUMENT(WBALANCE_DECLARE_FACTS)
 /// Those of all instruments, in the order of the list.
 const std::vector<Instrument>& All();
 
+/// Their names.
+std::vector<std::string> Names();
+
+/// The name of the first whose driver has the operation.
+std::string FirstWith(const std::string& operation);
+
 /// An instrument's name as a part of a test's name.
-std::string TestNameOf(const Instrument& instrument);
+std::string TestNameOf(const std::string& instrument);
 
 }  // namespace facts

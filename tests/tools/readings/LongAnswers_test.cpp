@@ -4,12 +4,14 @@
 #include <gmock/gmock.h>
 #include <pthread.h>
 
-#include <algorithm>
 #include <functional>
 
+#include "Examples.h"
+#include "Facts.h"
 #include "doctor/Explanation.h"
 #include "readings/Measurement.h"
 
+using examples::kBalance;
 using testing::HasSubstr;
 using tool::Meaning;
 
@@ -90,41 +92,26 @@ TEST_P(LongAnswers, Of_1000000_characters_are_read) {
     });
 }
 
-std::vector<std::string> DriverNames() {
-    std::vector<std::string> names;
-    for (const auto& driver : tool::Drivers())
-        names.push_back(driver.name);
-    return names;
-}
-
-std::string NameOf(const testing::TestParamInfo<std::string>& info) {
-    std::string name = info.param;
-    std::replace(name.begin(), name.end(), '-', '_');
-    return name;
-}
-
-INSTANTIATE_TEST_SUITE_P(Driver, LongAnswers, testing::ValuesIn(DriverNames()), NameOf);
+INSTANTIATE_TEST_SUITE_P(Driver, LongAnswers, testing::ValuesIn(facts::Names()),
+                         [](const auto& one) { return facts::TestNameOf(one.param); });
 
 TEST(LongAnswer, That_one_number_fills_is_that_number) {
     InSmallStack([] {
         const std::string digits(100'000, '7');
-        for (const auto& [driver, answer] :
-             {std::pair("denver-xl1800", "1+ " + digits + " g\r\n"),
-              std::pair("mettler-toledo", "S S " + digits + " g\r\n"),
-              std::pair("mettler-pm", "S " + digits + " g\r\n"),
-              std::pair("ohaus", digits + " g\r\n"), std::pair("radwag", "S " + digits + " g\r\n"),
-              std::pair("scale-house", " " + digits + " g N\r\n")}) {
-            const tool::Reading reading = tool::FindDriver(driver).interpret(answer);
-            EXPECT_EQ(reading.meaning, Meaning::Weight) << driver;
-            EXPECT_EQ(reading.digits, digits) << driver;
-            EXPECT_EQ(reading.unit, "g") << driver;
+        for (const auto& one : facts::All()) {
+            if (one.numberOfAnyLength.empty()) continue;
+            const tool::Reading reading = tool::FindDriver(one.name).interpret(
+                one.numberOfAnyLength.front() + digits + one.numberOfAnyLength.back());
+            EXPECT_EQ(reading.meaning, Meaning::Weight) << one.name;
+            EXPECT_EQ(reading.digits, digits) << one.name;
+            EXPECT_EQ(reading.unit, "g") << one.name;
         }
     });
 }
 
 TEST(LongAnswer, Is_quoted_by_its_beginning) {
     const tool::Reading reading =
-        tool::FindDriver("mettler-toledo").interpret("I4 A " + std::string(100'000, 'x'));
+        tool::FindDriver(examples::kBalance).interpret("I4 A " + std::string(100'000, 'x'));
     EXPECT_THAT(SentenceFor(reading), HasSubstr("(the balance announced itself: I4 A xxx"));
     EXPECT_THAT(SentenceFor(reading), testing::EndsWith("xxx ...)"));
 }
@@ -139,7 +126,7 @@ TEST(LongAnswer, Has_a_mean_with_all_its_digits) {
                                     ".5 g\r\n (time elapsed: 0 ms)\n"});
     }
     report.outcome = {2, 12e200};
-    const tool::Reading mean = Measure(tool::FindDriver("mettler-toledo"), report).reading;
+    const tool::Reading mean = Measure(tool::FindDriver(examples::kBalance), report).reading;
     ASSERT_TRUE(mean.IsWeight());
     EXPECT_DOUBLE_EQ(mean.Value(), 12e200);
 }
