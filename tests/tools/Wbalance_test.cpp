@@ -457,7 +457,7 @@ TEST(Wbalance, A_file_that_is_no_record_is_refused_with_its_line) {
     file.Write("# wbalance record 1\n12 ? S\n");
     const Ran ran = Wbalance("replay " + file.Path());
     EXPECT_EQ(ran.errors,
-              "wbalance: " + file.Path() + ":2: expected one of > < = behind the time\n");
+              "wbalance: " + file.Path() + ":2: expected one of > < = ! behind the time\n");
     EXPECT_EQ(ran.exitCode, 2);
 }
 
