@@ -36,7 +36,7 @@ set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
 set(CPACK_DEBIAN_LIBWBALANCE1_DESCRIPTION "weighing balances on a serial line - library
 With libwbalance a program weighs, tares, presets a tare and does what else
-the instrument offers, on laboratory and industrial balances of nine makers
+the instrument offers, on laboratory and industrial balances of several makers
 that are connected over RS-232 or a USB serial adapter.
 .
 Programs that use the library need this package.")
@@ -47,11 +47,11 @@ set(CPACK_DEBIAN_LIBWBALANCE-DEV_PACKAGE_DEPENDS ${SAME_VERSION})
 set(CPACK_DEBIAN_LIBWBALANCE-DEV_PACKAGE_SUGGESTS wbalance-tools)
 set(CPACK_DEBIAN_LIBWBALANCE-DEV_DESCRIPTION "weighing balances on a serial line - development files
 With libwbalance a program weighs, tares, presets a tare and does what else
-the instrument offers, on laboratory and industrial balances of nine makers
+the instrument offers, on laboratory and industrial balances of several makers
 that are connected over RS-232 or a USB serial adapter.
 .
 This package has the headers, the CMake package, the pkg-config file and the
-pages for who writes a program that uses the library.")
+pages for authors of programs that use the library.")
 
 set(CPACK_DEBIAN_WBALANCE-TOOLS_PACKAGE_NAME wbalance-tools)
 set(CPACK_DEBIAN_WBALANCE-TOOLS_PACKAGE_SECTION science)
