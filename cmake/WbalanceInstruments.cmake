@@ -5,7 +5,7 @@
 #   WBALANCE_CLASSES_IN_<FOLDER>  the classes whose sources are in that folder
 #
 # and for C++ the header <Instruments.h> of the target wbalance_instruments, in which
-# WBALANCE_FOR_EACH_INSTRUMENT(ROW) stands for ROW("radwag", WbalanceRadwag) and so on.
+# WBALANCE_FOR_EACH_INSTRUMENT(ROW) expands to ROW("name", Class) for each row.
 
 set(LIST_FILE ${PROJECT_SOURCE_DIR}/drivers/instruments.txt)
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${LIST_FILE})
