@@ -229,8 +229,8 @@ TEST(Detect, Prints_the_command_line_and_the_call_for_what_it_found) {
                   kBalanceClass +
                   " balance; balance.SetCommPort(2); "
                   "balance.SetCommConfig(2400, 2, 7, 0, 0, 1, 'U');\n"
-                  "  The balance does not tell its model. If it is one of these, its own driver "
-                  "can more:\n" +
+                  "  model MT-SICS, serial number 1126493049, software 1.20\n"
+                  "  If it is one of these models, its own driver can more:\n" +
                   Models());
     EXPECT_THAT(ran.errors, StartsWith("trying 2400,7E1\n"));
     EXPECT_EQ(ran.exitCode, 0);

@@ -6,6 +6,7 @@
 #include "OutsideText.h"
 #include "ToolError.h"
 #include "detect/Detector.h"
+#include "detect/Identification.h"
 #include "line/PortTrouble.h"
 #include "output/Columns.h"
 #include "output/Json.h"
@@ -55,10 +56,10 @@ void Report(const Options& options, PortNumber port, const Detection& found) {
     PrintLine("  wbalance weigh --driver " + driver.name + " " + PortArguments(options) +
               (own ? "" : " --line " + found.line.Text()));
     PrintLine("  " + driver.driverClass + " balance; " + CallsFor(port, found.line));
+    if (const std::string known = TextOf(found.identity); !known.empty()) PrintLine("  " + known);
     const auto models = ModelsLike(driver);
     if (models.empty()) return;
-    PrintLine(
-        "  The balance does not tell its model. If it is one of these, its own driver can more:");
+    PrintLine("  If it is one of these models, its own driver can more:");
     for (const DriverInfo* model : models)
         PrintLine("  --driver " + Padded(model->name, 16) + " " + model->models);
 }
@@ -78,6 +79,9 @@ std::string Json(const Options& options, const Detection& found, const std::stri
     object["driver"] = JsonText(found.driver);
     object["line"] = JsonText(found.driver.empty() ? "" : found.line.Text());
     object["answer"] = JsonBytes(found.answer);
+    object["model"] = JsonText(found.identity.model);
+    object["serialNumber"] = JsonText(found.identity.serialNumber);
+    object["softwareVersion"] = JsonText(found.identity.softwareVersion);
     QJsonArray refused;
     for (const auto& line : found.refused)
         refused.append(JsonText(line.Text()));

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "Identification.h"
 #include "RawLine.h"
 #include "Record.h"
 #include "process/PortCheck.h"
@@ -76,10 +77,11 @@ bool Detector::TryProbe(BalanceProcess& balance, const Connection& connection, c
     }
     // One answer may be chance: noise, or the end of a line that someone else asked for.
     if (probe.DriverFor(AskAgain(balance, connection, probe.command, "")) != driver) return false;
-    found_ = {driver->name, connection.line, answer, false, false, connection.line, {}};
+    found_ = {driver->name, connection.line, answer, false, false, connection.line, {}, {}};
     const std::string& forModel = driver->recognition.modelQuestion;
     if (!forModel.empty())
         found_.driver = DriverForModel(*driver, AskAgain(balance, connection, forModel, "")).name;
+    found_.identity = Identify(balance, *driver);
     return true;
 }
 

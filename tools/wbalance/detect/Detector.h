@@ -20,6 +20,7 @@ struct Detection {
     bool foreignText = false;           ///< text came back, but of no known instrument
     LineSettings heardAt;               ///< where the bytes came back
     std::vector<LineSettings> refused;  ///< by the port, so that nothing was asked there
+    Identity identity;                  ///< as the instrument tells it
 };
 
 /// Looks for an instrument with questions that change nothing on any of them.

@@ -9,6 +9,8 @@
 #include "Explanation.h"
 #include "OutsideText.h"
 #include "ToolError.h"
+#include "detect/Identification.h"
+#include "detect/RawLine.h"
 #include "line/PortList.h"
 #include "line/PortTrouble.h"
 
@@ -16,6 +18,7 @@ namespace tool {
 namespace {
 
 constexpr int kHardwareFlowControl = 3;
+constexpr int kIdentitySeconds = 2;  // enough for the longest answer at 300 baud
 
 // The control lines that the other end drives; empty where the port does not tell.
 std::optional<int> ControlLines(const Descriptor& port) {
@@ -78,10 +81,7 @@ Diagnosis Doctor::ExamineLine(PortNumber port) {
 
 Diagnosis Doctor::ExamineBalance(const Connection& connection) {
     const std::string device = connection.port.Device();
-    Session session(connection, patient_.showTrace, patient_.recordPath);
-    Request request;
-    request.mode = kAtOnce;
-    const Report report = session.Perform(request, "asking for the weight");
+    const Report report = AskForTheWeight(connection);
     const Measurement measurement = Measure(*connection.driver, report);
     const Meaning meaning = measurement.reading.meaning;
     if (meaning == Meaning::Silence) {
@@ -93,7 +93,26 @@ Diagnosis Doctor::ExamineBalance(const Connection& connection) {
         const Finding finding = FindingIn(*connection.driver, connection.line, report, measurement);
         return {CodeFor(meaning), Diagnose(device, finding).sentence};
     }
+    TellIdentity(connection);
     return Judge(connection, measurement.reading);
+}
+
+Report Doctor::AskForTheWeight(const Connection& connection) const {
+    Session session(connection, patient_.showTrace, patient_.recordPath);
+    Request request;
+    request.mode = kAtOnce;
+    return session.Perform(request, "asking for the weight");
+}
+
+void Doctor::TellIdentity(const Connection& connection) const {
+    const DriverInfo& driver = *connection.driver;
+    if (driver.identity.empty()) return;
+    BalanceProcess line({&RawLine(), connection.port, connection.line, kIdentitySeconds},
+                        SinkFor(patient_.showTrace));
+    const Identity identity = Identify(line, driver);
+    if (!identity.model.empty()) tell_("model", identity.model);
+    if (!identity.serialNumber.empty()) tell_("serial number", identity.serialNumber);
+    if (!identity.softwareVersion.empty()) tell_("software", identity.softwareVersion);
 }
 
 Diagnosis Doctor::Judge(const Connection& connection, const Reading& reading) const {

@@ -32,6 +32,8 @@ class Doctor {
  private:
     Diagnosis ExamineLine(PortNumber port);
     Diagnosis ExamineBalance(const Connection& connection);
+    Report AskForTheWeight(const Connection& connection) const;
+    void TellIdentity(const Connection& connection) const;
     Diagnosis Judge(const Connection& connection, const Reading& reading) const;
 
     const Patient patient_;

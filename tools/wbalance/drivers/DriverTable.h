@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "Identity.h"
 #include "Recognition.h"
 #include "line/LineSettings.h"
 #include "process/Request.h"
@@ -60,6 +61,8 @@ struct DriverInfo {
     /// a request until its pan is at rest. Empty where it always says something.
     std::vector<std::string> question = {};
     Recognition recognition = {};  ///< how its instrument is found on a port
+    /// What it is asked about itself, the surest answered first.
+    std::vector<IdentityQuestion> identity = {};
 
     double leastPresetTare = 0.0;           ///< grams
     double greatestPresetTare = 999999.99;  ///< grams

@@ -22,6 +22,7 @@ DriverInfo InfoOf<WbalanceMettlerPM>() {
                       Plain<WbalanceMettlerPM>};
     driver.modes = kMtModes;
     driver.question = kMtQuestion;
+    driver.identity = kMtIdentity;
     driver.recognition.asked = {{kMtRequest, IsPmAnswer}};
     driver.recognition.protocol = kMtSics;
     driver.recognition.modelMark = "PM";

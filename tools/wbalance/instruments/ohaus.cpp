@@ -23,6 +23,8 @@ DriverInfo InfoOf<WbalanceOHAUS_SPU602>() {
     driver.readyFirst = true;
     driver.modes = "stable: SP (a Scout Pro may not know it); auto and now: P, also while moving";
     driver.question = {"P\r\n"};
+    // A Scout Pro knows V alone.
+    driver.identity = {{"V\r\n", &Identity::softwareVersion}, {"PSN\r\n", &Identity::serialNumber}};
     driver.recognition.asked = {{"P\r\n", IsPrintLine}};
     driver.operations = {
         {Operation::Tare, Weighed(Tare, "its check reads with SP, which a Scout Pro may not know")},

@@ -21,6 +21,10 @@ DriverInfo InfoOf<WbalanceRadwag>() {
                       Plain<WbalanceRadwag>};
     driver.modes = "stable: S; auto: S, else SI; now: SI";
     driver.recognition.asked = {{"SI\r\n", IsFrame}};
+    // A terminal knows NB alone.
+    driver.identity = {{"NB\r\n", &Identity::serialNumber, "NB A "},
+                       {"BN\r\n", &Identity::model, "BN A "},
+                       {"RV\r\n", &Identity::softwareVersion, "RV A "}};
     auto tare = Trusted(Tare, "zeroes instead when the balance refuses the tare");
     tare.fallback = "Z\r\n";
     tare.fellBack = "zeroed, because the balance did not confirm the tare";

@@ -26,6 +26,11 @@ bool IsModelAnswer(const std::string& answer) {
     return lines.size() == 1 && LooksLikeText(answer) && IsModel(lines.front());
 }
 
+// "Model  BCE124I-1CEU": some series have a word for it in front.
+std::string NameIn(const std::string& text) {
+    return WordsOf(text).back();
+}
+
 }  // namespace
 
 template <>
@@ -38,6 +43,10 @@ DriverInfo InfoOf<WbalanceSartorius>() {
         "stable no weight when it prints one that is not";
     // The model: the queries are answered also while a print waits for stability.
     driver.question = {"\x1bx1_"};
+    // Not every series knows x3_.
+    driver.identity = {{"\x1bx1_", &Identity::model, "", NameIn},
+                       {"\x1bx2_", &Identity::serialNumber, "", NameIn},
+                       {"\x1bx3_", &Identity::softwareVersion, "", NameIn}};
     driver.recognition.asked = {{"\x1bP\r\n", Means<ReadSbi>}, {"\x1bx1_\r\n", IsModelAnswer}};
     auto preset = Weighed(PresetTare, "tares first; works where soft key 4 stores the tare");
     preset.setter = "\x1bt";
