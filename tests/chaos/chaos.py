@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """chaos.py SECONDS [--seed N] [--simulator PATH] [--program PATH]
 
-Everything that can happen to `wbalance monitor` with eight simulated balances happens to it at once for so long, in an
+Everything that can happen to `wbalance monitor` with every simulated balance happens to it at once for so long, in an
 order that the seed gives: its processes are killed while they wait and while they read, adapters are pulled and put
 back, file descriptors run out, the reader of its standard output falls asleep. Then there is peace, and
 
@@ -35,7 +35,16 @@ import time
 HERE = os.path.dirname(os.path.abspath(__file__))
 BUILD = os.path.join(HERE, "../../build/delivered/tools")
 
-DRIVERS = ("mettler-toledo", "mettler-xs", "radwag", "kern", "gibertini", "sartorius", "ohaus", "setra-el2000s")
+INSTRUMENTS = os.path.join(HERE, "../../drivers/instruments.txt")
+
+
+def drivers():
+    """The names of the instruments that the library drives."""
+    with open(INSTRUMENTS, encoding="utf-8") as file:
+        return tuple(line.split()[0] for line in file if line.strip() and not line.startswith("#"))
+
+
+DRIVERS = drivers()
 DEVICES = [f"/dev/ttyUSB{number}" for number in range(len(DRIVERS))]
 BALANCES = [f"{driver}@{device}" for driver, device in zip(DRIVERS, DEVICES)]
 # Short waits, so that much happens.
@@ -129,7 +138,7 @@ class Reader:
 
 
 class Chaos:
-    """Eight balances, one monitor, and what befalls them."""
+    """A balance for each driver, one monitor, and what befalls them."""
 
     def __init__(self, options, log):
         self.options = options

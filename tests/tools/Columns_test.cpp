@@ -41,7 +41,7 @@ TEST(Columns, What_a_terminal_would_obey_is_replaced) {
 
 TEST(Columns, A_column_is_filled_with_blanks) {
     EXPECT_EQ(tool::Padded("天平", 6), "天平  ");
-    EXPECT_EQ(tool::Padded("scale-house", 6), "scale-house");
+    EXPECT_EQ(tool::Padded("a-long-name", 6), "a-long-name");
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "Examples.h"
+#include "Facts.h"
 
 using examples::kBalance;
 using testing::HasSubstr;
@@ -36,8 +37,10 @@ TEST(Explanation, An_echo_is_recognised) {
 }
 
 TEST(Explanation, Another_instrument_is_recognised_and_named) {
-    EXPECT_THAT(Explanation("+   123.56 g  \r\n"), HasSubstr("try --driver sartorius"));
-    EXPECT_THAT(Explanation("SI ?       18.5 g  \r\n"), HasSubstr("try --driver radwag"));
+    for (const auto& one : facts::All()) {
+        for (const auto& answer : one.ownAnswers)
+            EXPECT_THAT(Explanation(answer), HasSubstr("try --driver " + one.name));
+    }
 }
 
 TEST(Explanation, An_answer_without_its_end_is_recognised) {

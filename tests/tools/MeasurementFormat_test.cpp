@@ -16,7 +16,7 @@ using tool::Stability;
 namespace {
 
 LabelledMeasurement Measured(const tool::Reading& reading, const std::string& answer) {
-    return {"kern", "/dev/ttyS0", "", "", {reading, answer, tool::WallTime{}}};
+    return {"example", "/dev/ttyS0", "", "", {reading, answer, tool::WallTime{}}};
 }
 
 /// A unit that an instrument does not have.

@@ -30,12 +30,12 @@ TEST(Record, Every_byte_is_written_so_that_it_can_be_read_again) {
 
 TEST(Record, What_was_written_is_read) {
     const TemporaryFile file;
-    record::Writer writer(file.Path(), {"kern", "/dev/ttyS0", "1200,8N2", "2026-11-21"});
+    record::Writer writer(file.Path(), {"example", "/dev/ttyS0", "1200,8N2", "2026-11-21"});
     writer.Write({std::chrono::milliseconds(12), Entry::Kind::FromInstrument, "A00\r\n"});
 
     const record::Record record = record::Read(file.Path());
 
-    EXPECT_EQ(record.header.driver, "kern");
+    EXPECT_EQ(record.header.driver, "example");
     EXPECT_EQ(record.header.port, "/dev/ttyS0");
     EXPECT_EQ(record.header.line, "1200,8N2");
     EXPECT_EQ(record.header.date, "2026-11-21");
@@ -76,9 +76,9 @@ TEST(Record, A_line_without_an_end_does_not_fill_the_memory) {
 
 TEST(Record, A_header_stays_on_its_line_and_changes_no_terminal) {
     const TemporaryFile file;
-    record::Writer(file.Path(), {"kern", "/dev/a\n# driver: b\x1b", "", ""});
+    record::Writer(file.Path(), {"example", "/dev/a\n# driver: b\x1b", "", ""});
     EXPECT_THAT(file.Text(), HasSubstr("# port: /dev/a\\n# driver: b\\x1b\n"));
-    EXPECT_EQ(record::Read(file.Path()).header.driver, "kern");
+    EXPECT_EQ(record::Read(file.Path()).header.driver, "example");
 }
 
 TEST(Record, A_file_that_holds_something_is_not_overwritten) {

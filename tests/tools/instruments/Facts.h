@@ -118,6 +118,8 @@ struct Instrument {
     std::vector<std::string> questions = {};
     std::vector<Answer> known = {};
     std::vector<Answer> strange = {};
+    /// Answers for which `doctor` names its driver to who has taken another.
+    std::vector<std::string> ownAnswers = {};
     /// Its answer to the question for the model, where it shares a protocol with others.
     std::string modelAnswer = {};
     /// What keeps the simulated instrument from telling its model.

@@ -11,6 +11,7 @@ Instrument Of<WbalanceRadwag>() {
     one.ownReadiness = true;
 
     one.questions = {"SI\r\n"};
+    one.ownAnswers = {"SI ?       18.5 g  \r\n"};
     one.known = {{"SI\r\n", "SI ?       18.5 g  \r\n"}, {"SI\r\n", "SI ^      0.000 g  \r\n"}};
 
     one.performed = {

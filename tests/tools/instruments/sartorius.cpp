@@ -11,6 +11,7 @@ Instrument Of<WbalanceSartorius>() {
     one.readyFirst = true;
 
     one.questions = {"\x1bP\r\n", "\x1bx1_\r\n"};
+    one.ownAnswers = {"+   123.56 g  \r\n"};
     one.known = {{"\x1bP\r\n", "+   123.56 g  \r\n"}, {"\x1bx1_\r\n", "LA620S        \r\n"}};
     one.strange = {{"\x1bx1_\r\n", "ES\r\n"}};
 
