@@ -88,7 +88,7 @@ const std::map<std::string, Parser>& Parsers() {
         {"switch", SwitchChange},
         {"fault", [](const std::string&, const std::string& rest) { return FaultChange(rest); }},
         {"end", EndChange},
-        {"unplug", [](const std::string& words, const std::string&) { return FaultChange(words); }},
+        {kUnplug, [](const std::string& words, const std::string&) { return FaultChange(words); }},
         {"plug-in", PlugInChange},
         {"press", PressChange},
     };

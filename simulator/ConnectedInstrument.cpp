@@ -111,7 +111,7 @@ void ConnectedInstrument::ApplyAt(const Change& change, Time at) {
             return instrument_.EndFaults(change.text);
         case Change::Kind::PlugIn:
             if (!change.text.empty()) returnsAs_ = change.text;
-            return instrument_.EndFaults("unplug");
+            return instrument_.EndFaults(kUnplug);
         case Change::Kind::Press:
             return instrument_.Press(change.key);
     }
@@ -153,7 +153,7 @@ std::vector<std::string> ConnectedInstrument::FaultsInForce() {
 }
 
 void ConnectedInstrument::Unplug() {
-    Apply(Change::Parse("unplug"));
+    Apply(Change::Parse(kUnplug));
 }
 
 void ConnectedInstrument::PlugIn() {
@@ -267,17 +267,15 @@ void ConnectedInstrument::ServeLocked() {
     PassToHost();
 }
 
-const Fault* ConnectedInstrument::UnplugFault() const {
-    for (const Fault& fault : instrument_.Faults())
-        if (fault.name == "unplug" && fault.IsActive(Now())) return &fault;
-    return nullptr;
+bool ConnectedInstrument::IsPlugDue() const {
+    return plugged_ == instrument_.EffectsAt(Now()).isUnplugged;
 }
 
 /// Only the serving thread pulls a terminal out: while it polled one that another thread closes,
 /// the host would not be hung up until that poll had ended.
 void ConnectedInstrument::ServePlug() {
-    const Fault* fault = UnplugFault();
-    if (fault && !fault->value.empty()) returnsAs_ = fault->value;
+    const std::string device = instrument_.EffectsAt(Now()).returnsAs;
+    if (!device.empty()) returnsAs_ = device;
     if (!IsPlugDue()) return plugTrouble_.clear();
     if (SinceSetUp() < plugAgainAt_) return;
     plugged_ ? PullOut() : PutBack();

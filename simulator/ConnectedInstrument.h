@@ -155,8 +155,7 @@ class ConnectedInstrument {
     void PullOut();
     void PutBack();
     void PlugInAs(const std::string& device);
-    bool IsPlugDue() const { return plugged_ == (UnplugFault() != nullptr); }
-    const Fault* UnplugFault() const;
+    bool IsPlugDue() const;
     void TakeArrival(const HostLine::Arrival& arrival);
     void TakeBytes(const HostLine::Arrival& arrival);
     void CompareSettings(const UartSettings& host);

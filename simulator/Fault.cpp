@@ -7,7 +7,10 @@
 #include "simulator/line/DeviceName.h"
 
 namespace simulator {
+
 namespace {
+
+using Value = FaultDescription::Value;
 
 [[noreturn]] void Refuse(const std::string& text, const std::string& why) {
     throw std::invalid_argument("fault \"" + text + "\": " + why +
@@ -17,7 +20,7 @@ namespace {
 
 const FaultDescription& Describe(const std::string& name, const std::string& text) {
     std::string names;
-    for (const auto& each : Faults()) {
+    for (const auto& each : FaultTable()) {
         if (each.name == name) return each;
         names += (names.empty() ? "" : ", ") + each.name;
     }
@@ -31,12 +34,11 @@ Time TimeIn(const std::string& part, const std::string& text) {
 }
 
 /// Checks the value and completes the name of a device.
-void SettleValue(Fault& fault, const std::string& text) {
-    if (fault.name == "late") TimeIn(fault.value, text);
-    if ((fault.name == "truncated" || fault.name == "noise") &&
-        !ParseWholeNumber(fault.value, 0, 9999))
+void SettleValue(Fault& fault, const FaultDescription& description, const std::string& text) {
+    if (description.value == Value::Duration) TimeIn(fault.value, text);
+    if (description.value == Value::Count && !ParseWholeNumber(fault.value, 0, 9999))
         Refuse(text, "the value is a number of characters");
-    if (fault.name != "unplug" || fault.value.empty()) return;
+    if (description.value != Value::Device || fault.value.empty()) return;
     const auto device = ServedDevice(fault.value);
     if (!device) Refuse(text, "the value is a device such as ttyUSB1");
     fault.value = *device;
@@ -63,6 +65,7 @@ Fault ParseCompact(const std::string& word, const std::string& text) {
 Fault Fault::Parse(const std::string& text) {
     auto [word, rest] = FirstWord(SingleSpaced(text));
     Fault fault = ParseCompact(word, text);
+    const FaultDescription& description = Describe(fault.name, text);
     std::optional<Time> duration;
     while (!rest.empty()) {
         std::tie(word, rest) = FirstWord(rest);
@@ -72,13 +75,13 @@ Fault Fault::Parse(const std::string& text) {
             fault.from = TimeIn(value, text);
         else if (word == "for")
             duration = TimeIn(value, text);
-        else if (word == "as" && fault.name == "unplug")
+        else if (word == "as" && description.value == Value::Device)
             fault.value = value;
         else
             Refuse(text, "\"" + word + "\" is not understood");
     }
     if (duration) fault.until = fault.from + *duration;
-    SettleValue(fault, text);
+    SettleValue(fault, description, text);
     return fault;
 }
 
@@ -89,23 +92,54 @@ Fault Fault::ShiftedBy(Time start) const {
     return shifted;
 }
 
-const std::vector<FaultDescription>& Faults() {
-    static const std::vector<FaultDescription> all = {
-        {"busy", "", "the pan never comes to rest and nothing that needs it is carried out"},
-        {"late", "1500ms", "answers come late by the value, a time"},
-        {"noise", "5", "this many characters of rubbish come ahead of every answer"},
-        {"overload", "", "the load is above the balance's range"},
-        {"power-cut", "",
-         "the mains are off; with a duration they come back and the balance starts "
-         "anew"},
-        {"silent", "", "the instrument answers nothing"},
-        {"truncated", "5", "only this many characters of every answer come"},
-        {"underload", "", "the load is below the balance's range"},
-        {"unplug", "",
-         "the port's adapter is pulled out; with a duration it comes back, as the "
-         "device named by the value if there is one"},
+FaultEffects EffectsOf(const std::vector<Fault>& faults, Time now) {
+    FaultEffects effects;
+    // From the last to the first, which then has the last word.
+    for (auto fault = faults.rbegin(); fault != faults.rend(); ++fault)
+        if (fault->IsActive(now)) Describe(fault->name, fault->name).act(*fault, effects);
+    return effects;
+}
+
+const std::vector<FaultDescription>& FaultTable() {
+    // A row for each fault, in alphabetical order: what is written, and what it does.
+    static const std::vector<FaultDescription> table = {
+        {"busy", Value::None, "",
+         "the pan never comes to rest and nothing that needs it is carried out",
+         [](const Fault&, FaultEffects& effects) { effects.isBusy = true; }},
+        {"late", Value::Duration, "1500ms", "answers come late by the value, a time",
+         [](const Fault& fault, FaultEffects& effects) {
+             effects.delay = *ParseTime(fault.value);
+         }},
+        {"noise", Value::Count, "5", "this many characters of rubbish come ahead of every answer",
+         [](const Fault& fault, FaultEffects& effects) {
+             effects.rubbish = std::stoul(fault.value);
+         }},
+        {"overload", Value::None, "", "the load is above the balance's range",
+         [](const Fault&, FaultEffects& effects) {
+             if (effects.range == Indication::Range::Inside)
+                 effects.range = Indication::Range::Over;
+         }},
+        {"power-cut", Value::None, "",
+         "the mains are off; with a duration they come back and the balance starts anew",
+         [](const Fault&, FaultEffects& effects) { effects.hasPower = false; }},
+        {"silent", Value::None, "", "the instrument answers nothing",
+         [](const Fault&, FaultEffects& effects) { effects.isSilent = true; }},
+        {"truncated", Value::Count, "5", "only this many characters of every answer come",
+         [](const Fault& fault, FaultEffects& effects) {
+             effects.longestAnswer = std::stoul(fault.value);
+         }},
+        {"underload", Value::None, "", "the load is below the balance's range",
+         [](const Fault&, FaultEffects& effects) { effects.range = Indication::Range::Under; }},
+        {kUnplug, Value::Device, "",
+         "the port's adapter is pulled out; with a duration it comes back, as the device named by "
+         "the "
+         "value if there is one",
+         [](const Fault& fault, FaultEffects& effects) {
+             effects.isUnplugged = true;
+             effects.returnsAs = fault.value;
+         }},
     };
-    return all;
+    return table;
 }
 
 }  // namespace simulator

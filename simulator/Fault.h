@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "simulator/Time.h"
+#include "simulator/model/BalanceModel.h"
 
 namespace simulator {
 
@@ -26,13 +27,38 @@ struct Fault {
     bool IsActive(Time now) const { return now >= from && (!until || now < *until); }
 };
 
-struct FaultDescription {
-    std::string name;
-    std::string initial;   ///< value when none is given
-    std::string sentence;  ///< what happens, what the value means
+/// What faults do to an instrument at a moment.
+struct FaultEffects {
+    bool isBusy = false;
+    bool isSilent = false;
+    bool hasPower = true;
+    bool isUnplugged = false;
+    std::string returnsAs;  ///< the device as which an unplugged adapter comes back; empty: itself
+    Indication::Range range = Indication::Range::Inside;
+    Time delay{0};                             ///< by which answers come late
+    std::size_t rubbish = 0;                   ///< characters that come ahead of an answer
+    std::optional<std::size_t> longestAnswer;  ///< characters of an answer that come
 };
 
-/// All faults.
-const std::vector<FaultDescription>& Faults();
+/// The effects of all faults that are in force at `now`; of two of a name the first counts.
+FaultEffects EffectsOf(const std::vector<Fault>& faults, Time now);
+
+/// One kind of fault: a row of the table in Fault.cpp, in which all of it stands.
+struct FaultDescription {
+    enum class Value { None, Duration, Count, Device };
+
+    std::string name;
+    Value value;
+    std::string initial;   ///< value when none is given
+    std::string sentence;  ///< what happens, what the value means
+    void (*act)(const Fault& fault, FaultEffects& effects);
+};
+
+/// The fault that pulls the adapter out: it has words of its own in scripts, and ends when the
+/// adapter is plugged in.
+inline constexpr char kUnplug[] = "unplug";
+
+/// The table of all faults.
+const std::vector<FaultDescription>& FaultTable();
 
 }  // namespace simulator

@@ -158,22 +158,12 @@ std::optional<Time> Instrument::NextEvent() const {
     return change ? std::min(*change, answers_.front().due) : answers_.front().due;
 }
 
-const Fault* Instrument::ActiveFault(const std::string& name) const {
-    const auto found = std::find_if(faults_.begin(), faults_.end(), [&](const Fault& fault) {
-        return fault.name == name && fault.IsActive(balance_.Now());
-    });
-    return found == faults_.end() ? nullptr : &*found;
-}
-
 void Instrument::ApplyFaults() {
-    ApplyPower(!ActiveFault("power-cut"));
-    const bool busy = ActiveFault("busy");
-    dialect_->SetBusy(busy);
-    balance_.ForceUnstable(busy);
-    auto range = Indication::Range::Inside;
-    if (ActiveFault("overload")) range = Indication::Range::Over;
-    if (ActiveFault("underload")) range = Indication::Range::Under;
-    balance_.ForceRange(range);
+    const FaultEffects effects = EffectsAt(balance_.Now());
+    ApplyPower(effects.hasPower);
+    dialect_->SetBusy(effects.isBusy);
+    balance_.ForceUnstable(effects.isBusy);
+    balance_.ForceRange(effects.range);
 }
 
 void Instrument::ApplyPower(bool hasPower) {
@@ -186,26 +176,23 @@ void Instrument::ApplyPower(bool hasPower) {
 }
 
 void Instrument::CollectAnswers() {
+    const FaultEffects effects = EffectsAt(balance_.Now());
     for (std::string& bytes : dialect_->TakeAnswers()) {
-        if (ActiveFault("silent") || answers_.size() >= kMostLateAnswers) continue;
-        Spoil(bytes);
-        const Fault* late = ActiveFault("late");
-        Time due = balance_.Now() + (late ? *ParseTime(late->value) : Time(0));
+        if (effects.isSilent || answers_.size() >= kMostLateAnswers) continue;
+        Spoil(effects, bytes);
+        Time due = balance_.Now() + effects.delay;
         if (!answers_.empty()) due = std::max(due, answers_.back().due);
         answers_.push_back({due, bytes});
     }
 }
 
-void Instrument::Spoil(std::string& bytes) {
-    if (const Fault* truncated = ActiveFault("truncated"))
-        bytes.resize(std::min<std::size_t>(bytes.size(), std::stoul(truncated->value)));
-    if (const Fault* noise = ActiveFault("noise")) {
-        std::uniform_int_distribution<int> anyByte(0, 255);
-        std::string rubbish(std::stoul(noise->value), '\0');
-        for (char& byte : rubbish)
-            byte = static_cast<char>(anyByte(random_));
-        bytes.insert(0, rubbish);
-    }
+void Instrument::Spoil(const FaultEffects& effects, std::string& bytes) {
+    if (effects.longestAnswer) bytes.resize(std::min(bytes.size(), *effects.longestAnswer));
+    std::uniform_int_distribution<int> anyByte(0, 255);
+    std::string rubbish(effects.rubbish, '\0');
+    for (char& byte : rubbish)
+        byte = static_cast<char>(anyByte(random_));
+    bytes.insert(0, rubbish);
 }
 
 }  // namespace simulator

@@ -31,6 +31,8 @@ class Instrument {
     void EndFaults(const std::string& name);
     void ClearFaults() { faults_.clear(); }
     const std::vector<Fault>& Faults() const { return faults_; }
+    /// What the faults do at a time that may be later than that of the last call.
+    FaultEffects EffectsAt(Time now) const { return EffectsOf(faults_, now); }
 
     /// Sets a switch while the instrument runs, as someone does at its menu: one of its own, not of
     /// BalanceSwitches(), ends what it waits for and repeats. Throws as the constructor does, and
@@ -67,13 +69,12 @@ class Instrument {
         std::string bytes;
     };
 
-    const Fault* ActiveFault(const std::string& name) const;
     void AdvanceTo(Time now);
     std::optional<Time> NextChange() const;
     void ApplyFaults();
     void ApplyPower(bool hasPower);
     void CollectAnswers();
-    void Spoil(std::string& bytes);
+    void Spoil(const FaultEffects& effects, std::string& bytes);
 
     CatalogEntry entry_;
     Switches switches_;

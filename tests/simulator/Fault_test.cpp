@@ -2,11 +2,15 @@
 
 #include <gmock/gmock.h>
 
+#include <fstream>
+#include <iterator>
+
 #include "Examples.h"
 #include "simulator/Instrument.h"
 
 using examples::kBalance;
 using simulator::Fault;
+using simulator::FaultEffects;
 using simulator::FindInstrument;
 using simulator::Instrument;
 using simulator::Time;
@@ -66,6 +70,43 @@ TEST(Fault, Says_what_is_wrong_with_a_text) {
     EXPECT_THAT(Refusal("silent@x"), HasSubstr("\"x\" is no time"));
     EXPECT_THAT(Refusal("truncated=a"), HasSubstr("a number of characters"));
     EXPECT_THAT(Refusal(""), HasSubstr("NAME[=VALUE][@START[+DURATION]]"));
+}
+
+namespace {
+
+std::string TextOf(const char* file) {
+    std::ifstream text(file);
+    return {std::istreambuf_iterator<char>(text), {}};
+}
+
+}  // namespace
+
+TEST(Fault, Each_does_something_when_it_is_in_force_and_nothing_before_and_after) {
+    const auto areSame = [](const FaultEffects& a, const FaultEffects& b) {
+        return a.isBusy == b.isBusy && a.isSilent == b.isSilent && a.hasPower == b.hasPower &&
+               a.isUnplugged == b.isUnplugged && a.range == b.range && a.delay == b.delay &&
+               a.rubbish == b.rubbish && a.longestAnswer == b.longestAnswer;
+    };
+    for (const auto& each : simulator::FaultTable()) {
+        const std::vector<Fault> faults = {Fault::Parse(each.name + "@1s+1s")};
+        EXPECT_TRUE(areSame(simulator::EffectsOf(faults, 999ms), {})) << each.name;
+        EXPECT_FALSE(areSame(simulator::EffectsOf(faults, 1s), {})) << each.name;
+        EXPECT_TRUE(areSame(simulator::EffectsOf(faults, 2s), {})) << each.name;
+    }
+}
+
+TEST(Fault, Of_two_of_a_name_the_first_counts) {
+    const std::vector<Fault> faults = {Fault::Parse("late=2s"), Fault::Parse("late=1s")};
+    EXPECT_EQ(simulator::EffectsOf(faults, 0s).delay, 2s);
+}
+
+TEST(Fault, Each_stands_in_the_table_of_the_page) {
+    std::string rows;
+    for (const auto& each : simulator::FaultTable())
+        rows += "| `" + each.name + (each.initial.empty() ? "" : "=" + each.initial) + "` | " +
+                each.sentence + " |\n";
+    EXPECT_THAT(TextOf(WBALANCE_SIMULATOR_PAGE),
+                HasSubstr("\n\n| Fault | What happens |\n|---|---|\n" + rows + "\n"));
 }
 
 TEST_F(FaultyBalance, Silent_answers_nothing_while_it_lasts) {

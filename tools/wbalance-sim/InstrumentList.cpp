@@ -42,7 +42,7 @@ void WriteInstruments(std::ostream& out) {
     out << "Switches of every instrument (--with NAME=VALUE):\n";
     WriteSwitches(out, simulator::BalanceSwitches());
     out << "\nFaults of every instrument (--fault NAME[=VALUE][@START[+DURATION]]):\n";
-    for (const auto& fault : simulator::Faults())
+    for (const auto& fault : simulator::FaultTable())
         WriteRow(out, fault.name + (fault.initial.empty() ? "" : "=" + fault.initial),
                  fault.sentence);
 }
