@@ -16,7 +16,7 @@
 #include "simulator/line/VirtualLineState.h"
 
 namespace simulator {
-namespace hostPaths {
+namespace hostpaths {
 namespace {
 
 bool IsPort(const char* name) {
@@ -173,13 +173,13 @@ bool PathOf(int descriptor, char* path, size_t size) {
     return *path == '/';
 }
 
-}  // namespace hostPaths
+}  // namespace hostpaths
 
 /// What is among the entries of served ports is found there, and by whoever removes them, too.
 HostPath::HostPath(int directory, const char* path) : path_(path) {
-    if (!path || *path == '/' || *path == '\0' || directory == AT_FDCWD || !hostPaths::Directory())
+    if (!path || *path == '/' || *path == '\0' || directory == AT_FDCWD || !hostpaths::Directory())
         return;
-    if (!hostPaths::PathOf(directory, whole_, sizeof whole_) || hostPaths::BecomesHostPath(whole_))
+    if (!hostpaths::PathOf(directory, whole_, sizeof whole_) || hostpaths::BecomesHostPath(whole_))
         return;
     const size_t length = strcmp(whole_, "/") == 0 ? 0 : strlen(whole_);
     const int rest = snprintf(whole_ + length, sizeof whole_ - length, "/%s", path);

@@ -8,7 +8,7 @@ namespace simulator {
 /// Which paths of a host concern served ports, and what stands for them. Uses nothing but the C
 /// library, and system calls of its own where the C library's would come back through the
 /// redirection.
-namespace hostPaths {
+namespace hostpaths {
 
 /// The directory of lines, or null when this program is not served at all.
 const char* Directory();
@@ -47,7 +47,7 @@ bool BecomesHostPath(char* path);
 /// or not enough room.
 bool PathOf(int descriptor, char* path, size_t size);
 
-}  // namespace hostPaths
+}  // namespace hostpaths
 
 /// A path that is given to a call, at a directory or at AT_FDCWD.
 class HostPath {

@@ -4,7 +4,7 @@
 #include <sys/mman.h>
 #include <sys/stat.h>
 
-namespace simulator::mappedLines {
+namespace simulator::mappedlines {
 namespace {
 
 /// Written once, by whoever takes it; in use once `state` is set.
@@ -76,4 +76,4 @@ void Note(unsigned ptsNumber, VirtualLineState* state) {
     noted[ptsNumber % kPlaceCount] = state;
 }
 
-}  // namespace simulator::mappedLines
+}  // namespace simulator::mappedlines

@@ -13,7 +13,7 @@ namespace simulator {
 /// 0.22 ms of processor time, and of 256 balances in one process all together 3.9 instead of 0.9 s
 /// in 10 s, at 5 % fewer readings (bench_operations and bench_scale, which measure the library and
 /// not this).
-namespace mappedLines {
+namespace mappedlines {
 
 /// A state and whether the caller has to unmap it.
 struct Mapping {
@@ -32,5 +32,5 @@ VirtualLineState* NotedFor(unsigned ptsNumber);
 /// Notes a state that is kept.
 void Note(unsigned ptsNumber, VirtualLineState* state);
 
-}  // namespace mappedLines
+}  // namespace mappedlines
 }  // namespace simulator

@@ -130,10 +130,10 @@ void CreateBoardPort(const Files& files, const std::string& name) {
 /// A USB adapter with one port.
 class UsbAdapter {
  public:
-    UsbAdapter(const Files& files, const std::string& name, const UsbIdentity& identity,
+    UsbAdapter(const Files& files, std::string name, const UsbIdentity& identity,
                const std::string& serialNumber)
         : files_(files),
-          name_(name),
+          name_(std::move(name)),
           identity_(identity),
           serialNumber_(identity.hasSerialNumber ? serialNumber : "") {}
 

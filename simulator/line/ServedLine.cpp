@@ -21,7 +21,7 @@
 namespace simulator {
 namespace {
 
-using hostPaths::Directory;
+using hostpaths::Directory;
 
 constexpr unsigned kFirstPtsMajor = 136;
 constexpr unsigned kLastPtsMajor = 143;
@@ -50,16 +50,16 @@ bool IsTerminalOf(const VirtualLineState& state, unsigned number, const struct s
 }  // namespace
 
 ServedLine ServedLine::AtNode(const char* path) {
-    return Called(hostPaths::PortAt(path));
+    return Called(hostpaths::PortAt(path));
 }
 
 ServedLine ServedLine::AtPath(const char* path) {
     char name[NAME_MAX + 1];
-    return Called(hostPaths::PortBehind(path, name, sizeof name));
+    return Called(hostpaths::PortBehind(path, name, sizeof name));
 }
 
 ServedLine ServedLine::Called(const char* name) {
-    if (name && hostPaths::HasBenchGone()) return ServedLine(&unplugged, true);
+    if (name && hostpaths::HasBenchGone()) return ServedLine(&unplugged, true);
     return ServedLine(name);
 }
 
@@ -71,17 +71,17 @@ ServedLine ServedLine::OfDescriptor(int descriptor) {
     if (major(node.st_rdev) < kFirstPtsMajor || major(node.st_rdev) > kLastPtsMajor)
         return ServedLine(nullptr);
     const unsigned number = (major(node.st_rdev) - kFirstPtsMajor) * 256 + minor(node.st_rdev);
-    VirtualLineState* noted = mappedLines::NotedFor(number);
+    VirtualLineState* noted = mappedlines::NotedFor(number);
     if (noted && IsTerminalOf(*noted, number, node)) return ServedLine(noted, true);
     char link[32];
     snprintf(link, sizeof link, "pts%u", number);
     ServedLine line(link);
-    if (line.isKept_) mappedLines::Note(number, line.state_);
+    if (line.isKept_) mappedlines::Note(number, line.state_);
     return line;
 }
 
 ServedLine ServedLine::AtTerminal(const char* path) {
-    const char* number = Directory() ? hostPaths::Behind("/dev/pts/", path) : nullptr;
+    const char* number = Directory() ? hostpaths::Behind("/dev/pts/", path) : nullptr;
     if (!number || *number == '\0' || number[strspn(number, "0123456789")] != '\0')
         return ServedLine(nullptr);
     char link[32];
@@ -96,7 +96,7 @@ ServedLine::ServedLine(const char* fileName) {
     snprintf(file, sizeof file, "%s/%s", Directory(), fileName);
     const int descriptor = OpenFile(file, O_RDWR);
     if (descriptor < 0) return;
-    const mappedLines::Mapping mapping = mappedLines::OfFile(descriptor);
+    const mappedlines::Mapping mapping = mappedlines::OfFile(descriptor);
     close(descriptor);
     state_ = mapping.state;
     isKept_ = mapping.isKept;

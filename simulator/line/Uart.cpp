@@ -22,7 +22,7 @@ bool ParityBit(Parity parity, unsigned data) {
 }
 
 unsigned DataOf(char byte, const UartSettings& settings) {
-    return static_cast<unsigned char>(byte) & ((1u << settings.dataBits) - 1u);
+    return static_cast<unsigned char>(byte) & ((1U << settings.dataBits) - 1U);
 }
 
 std::vector<bool> Wire(const std::string& bytes, const UartSettings& sender) {
@@ -31,7 +31,7 @@ std::vector<bool> Wire(const std::string& bytes, const UartSettings& sender) {
         const unsigned data = DataOf(byte, sender);
         bits.push_back(false);
         for (int bit = 0; bit < sender.dataBits; ++bit)
-            bits.push_back((data >> bit) & 1u);
+            bits.push_back((data >> bit) & 1U);
         if (sender.parity != Parity::None) bits.push_back(ParityBit(sender.parity, data));
         bits.insert(bits.end(), static_cast<std::size_t>(sender.stopBits), true);
     }
@@ -82,7 +82,7 @@ class Receiver {
         unsigned data = 0;
         int bit = 1;
         for (int i = 0; i < settings_.dataBits; ++i)
-            data |= (Sample(bit++) ? 1u : 0u) << i;
+            data |= (Sample(bit++) ? 1U : 0U) << i;
         Character character;
         character.byte = static_cast<char>(data);
         if (settings_.parity != Parity::None)

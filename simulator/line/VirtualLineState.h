@@ -73,7 +73,7 @@ static_assert(std::atomic<std::uint64_t>::is_always_lock_free, "shared between p
 
 /// A time stamp of a file as one word.
 constexpr std::uint64_t Nanoseconds(const timespec& time) {
-    return static_cast<std::uint64_t>(time.tv_sec) * 1'000'000'000u +
+    return static_cast<std::uint64_t>(time.tv_sec) * 1'000'000'000U +
            static_cast<std::uint64_t>(time.tv_nsec);
 }
 
@@ -83,9 +83,9 @@ inline constexpr tcflag_t kLineFlags = CSIZE | CSTOPB | PARENB | PARODD | CMSPAR
 /// One word for everything that decides how characters look on the wire: baud rate in bits 0-23,
 /// the input flags IXON, IXOFF, INPCK and IGNPAR in bits 24-27, the line flags in bits 32-63.
 constexpr std::uint64_t PackSettings(tcflag_t control, tcflag_t input, std::uint32_t baudRate) {
-    return (std::uint64_t{control & kLineFlags} << 32) | (input & IXON ? 1u << 24 : 0u) |
-           (input & IXOFF ? 1u << 25 : 0u) | (input & INPCK ? 1u << 26 : 0u) |
-           (input & IGNPAR ? 1u << 27 : 0u) | (baudRate & 0xFFFFFFu);
+    return (std::uint64_t{control & kLineFlags} << 32) | (input & IXON ? 1U << 24 : 0U) |
+           (input & IXOFF ? 1U << 25 : 0U) | (input & INPCK ? 1U << 26 : 0U) |
+           (input & IGNPAR ? 1U << 27 : 0U) | (baudRate & 0xFFFFFFU);
 }
 
 constexpr tcflag_t PackedLineFlags(std::uint64_t settings) {
@@ -93,17 +93,17 @@ constexpr tcflag_t PackedLineFlags(std::uint64_t settings) {
 }
 
 constexpr std::uint32_t PackedBaudRate(std::uint64_t settings) {
-    return static_cast<std::uint32_t>(settings & 0xFFFFFFu);
+    return static_cast<std::uint32_t>(settings & 0xFFFFFFU);
 }
 
 constexpr bool PackedXonXoff(std::uint64_t settings) {
-    return (settings >> 24) & 1u;
+    return (settings >> 24) & 1U;
 }
 constexpr bool PackedParityCheck(std::uint64_t settings) {
-    return (settings >> 26) & 1u;
+    return (settings >> 26) & 1U;
 }
 constexpr bool PackedIgnoreDamaged(std::uint64_t settings) {
-    return (settings >> 27) & 1u;
+    return (settings >> 27) & 1U;
 }
 
 }  // namespace simulator

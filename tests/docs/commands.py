@@ -30,6 +30,7 @@ NOT_RUN = {
     "cpack ": "scripts/test-packages does it",
     "scripts/demo": "builds all programs anew; the program that it runs is run by this test",
     "scripts/test ": "is the suite that this test belongs to",
+    "tests/simulator/node_client/run": "takes a module from the npm registry",
     "tests/machine/run": "boots a kernel; a command of its own",
 }
 # What a page leaves out of a list of ports: built-in ports of this computer, and the name of the simulated socket.

@@ -20,15 +20,15 @@
 using simulator::HostPath;
 using simulator::KeptErrno;
 using namespace simulator::calls;
-namespace hostPaths = simulator::hostPaths;
+namespace hostpaths = simulator::hostpaths;
 
 namespace {
 
 /// What is listed beside the entries of a stream that the host has opened.
 struct Listing {
-    std::atomic<bool> taken;
     std::atomic<DIR*> stream;
     DIR* served;  ///< the entries of served ports, or null
+    std::atomic<bool> taken;
     bool isServedRead;
     bool isOfDevices;  ///< /dev itself
     bool isOfSystem;   ///< the stream lists the system's entries, not those of served ports
@@ -47,7 +47,7 @@ Listing* ListingOf(DIR* stream) {
 
 DIR* OpenEntries(const char* path) {
     char entries[PATH_MAX];
-    hostPaths::EntriesBelow(path, entries);
+    hostpaths::EntriesBelow(path, entries);
     return Next<::opendir>("opendir")(entries);
 }
 
@@ -69,11 +69,11 @@ void Keep(DIR* stream, DIR* served, bool isOfDevices, bool isOfSystem) {
 DIR* Listed(DIR* stream) {
     const KeptErrno kept;
     char path[PATH_MAX];
-    if (!stream || !hostPaths::Directory() || !hostPaths::PathOf(dirfd(stream), path, sizeof path))
+    if (!stream || !hostpaths::Directory() || !hostpaths::PathOf(dirfd(stream), path, sizeof path))
         return stream;
-    const bool isOfSystem = !hostPaths::BecomesHostPath(path);
+    const bool isOfSystem = !hostpaths::BecomesHostPath(path);
     const bool isOfDevices = strcmp(path, "/dev") == 0;
-    if (!isOfDevices && !(isOfSystem && hostPaths::MayHaveEntries(path))) return stream;
+    if (!isOfDevices && !(isOfSystem && hostpaths::MayHaveEntries(path))) return stream;
     Keep(stream, isOfSystem ? OpenEntries(path) : nullptr, isOfDevices, isOfSystem);
     return stream;
 }
@@ -96,7 +96,7 @@ bool IsDot(const char* name) {
 bool IsHidden(const Listing& listing, const char* name) {
     const KeptErrno kept;
     if (!listing.isOfSystem || IsDot(name)) return false;
-    if (hostPaths::IsTaken(name)) return true;
+    if (hostpaths::IsTaken(name)) return true;
     return listing.served && Next<::faccessat>("faccessat")(dirfd(listing.served), name, F_OK,
                                                             AT_SYMLINK_NOFOLLOW) == 0;
 }
@@ -104,7 +104,7 @@ bool IsHidden(const Listing& listing, const char* name) {
 /// The entries of devices are plain files.
 template <typename Entry>
 Entry* AsDevice(const Listing& listing, Entry* entry) {
-    if (listing.isOfDevices && hostPaths::IsTaken(entry->d_name)) entry->d_type = DT_CHR;
+    if (listing.isOfDevices && hostpaths::IsTaken(entry->d_name)) entry->d_type = DT_CHR;
     return entry;
 }
 
@@ -154,7 +154,7 @@ class Entries {
     }
 
     bool Add(const Entry& entry) {
-        auto** larger = static_cast<Entry**>(realloc(all_, (count_ + 1) * sizeof(Entry*)));
+        auto** larger = static_cast<Entry**>(realloc(all_, (count_ + 1) * sizeof *all_));
         if (!larger) return false;
         all_ = larger;
         auto* copy = static_cast<Entry*>(malloc(entry.d_reclen));
@@ -210,7 +210,7 @@ void* OpenForGlob(const char* path) {
 
 /// The C library matches patterns with functions of its own unless it is given others.
 bool TakesOtherFunctions(int flags) {
-    return !(flags & GLOB_ALTDIRFUNC) && hostPaths::Directory();
+    return !(flags & GLOB_ALTDIRFUNC) && hostpaths::Directory();
 }
 
 template <auto& function, typename Found>

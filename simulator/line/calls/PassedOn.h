@@ -11,7 +11,7 @@ class PassedOn {
  public:
     /// `path` as the host has given it, and what it stands for.
     PassedOn(const HostPath& host, const char* path)
-        : path_(hostPaths::Redirects(host, redirected_) ? redirected_ : path) {}
+        : path_(hostpaths::Redirects(host, redirected_) ? redirected_ : path) {}
     operator const char*() const { return path_; }
 
  private:

@@ -15,7 +15,7 @@
 using simulator::HostPath;
 using simulator::ServedLine;
 using namespace simulator::calls;
-namespace hostPaths = simulator::hostPaths;
+namespace hostpaths = simulator::hostpaths;
 
 namespace {
 
@@ -26,7 +26,7 @@ bool Translate(char* path) {
         snprintf(path, PATH_MAX, "/dev/%s", line->name);
         return true;
     }
-    return hostPaths::BecomesHostPath(path);
+    return hostpaths::BecomesHostPath(path);
 }
 
 /// A program that looks in /proc at what a process has open sees the device.

@@ -19,7 +19,7 @@
 using simulator::HostPath;
 using simulator::ServedLine;
 using namespace simulator::calls;
-namespace hostPaths = simulator::hostPaths;
+namespace hostpaths = simulator::hostpaths;
 
 namespace {
 
@@ -79,8 +79,8 @@ int AccessTo(int directory, const char* path, int mode, int flags, Function next
 /// Whether something of /sys is open that is an entry of a served port.
 bool IsEntryOfSys(int descriptor) {
     char path[PATH_MAX];
-    return hostPaths::Directory() && hostPaths::PathOf(descriptor, path, sizeof path) &&
-           hostPaths::BecomesHostPath(path) && hostPaths::Behind("/sys", path);
+    return hostpaths::Directory() && hostpaths::PathOf(descriptor, path, sizeof path) &&
+           hostpaths::BecomesHostPath(path) && hostpaths::Behind("/sys", path);
 }
 
 /// libudev takes nothing for a device that is on another file system than those of the system.
