@@ -56,6 +56,7 @@ bool Dialect::IsSpoiled() {
 
 void Dialect::Press(Key key) {
     if (keysBlocked_) return;
+    NoteKey(key);
     if (key == Key::Print) return PrintKey();
     const auto done = [this, key] { key == Key::Tare ? balance_.Tare() : balance_.Zero(); };
     WhenStable(kEyPatience, done, [] {});

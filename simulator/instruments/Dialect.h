@@ -92,6 +92,8 @@ class Dialect {
     virtual void Unknown(const std::string& command) = 0;
     /// A known command whose parameters make no sense; as unknown unless overridden.
     virtual void Refuse(const std::string& command) { Unknown(command); }
+    /// A key was pressed that is not blocked.
+    virtual void NoteKey(Key) {}
     /// What the print key sends, where the instrument has one.
     virtual void PrintKey() = 0;
 

@@ -21,8 +21,26 @@ SbiSeries SeriesNamed(const std::string& name, const std::string& model) {
 
 SbiSeries La() {
     SbiSeries series = SeriesNamed("la", "LA620S");
+    series.hasCalKey = true;
     series.hasFunctionKeys = true;
     series.hasSoftKeys = true;
+    series.typeText = "t";
+    return series;
+}
+
+SbiSeries Combics() {
+    SbiSeries series = SeriesNamed("combics", "CW2P1U-6DC");
+    series.hasFunctionKeys = true;
+    series.printsToAll = "kP";
+    series.hasKeysByName = true;
+    series.platform = "C2/016202/1";
+    return series;
+}
+
+SbiSeries Pma() {
+    SbiSeries series = SeriesNamed("pma", "PMA7501-X00V1");
+    series.saysLastKey = true;
+    series.typeText = "a3";
     return series;
 }
 
@@ -35,6 +53,7 @@ SbiSeries Cp() {
 
 SbiSeries Extend() {
     SbiSeries series = SeriesNamed("extend", "ED623S");
+    series.hasCalKey = true;
     series.takesBareCommands = true;
     series.print = Print::StopsAndStarts;
     return series;
@@ -42,6 +61,7 @@ SbiSeries Extend() {
 
 SbiSeries Mse() {
     SbiSeries series = SeriesNamed("mse", "MSE1203S-100-DR");
+    series.hasCalKey = true;
     series.hasTareAlone = true;
     series.printsToAll = "p";
     series.print = Print::Ends;
@@ -51,6 +71,7 @@ SbiSeries Mse() {
 
 SbiSeries Entris() {
     SbiSeries series = SeriesNamed("entris2", "BCE124I-1CEU");
+    series.hasCalKey = true;
     series.hasTareAlone = true;
     series.hasFunctionKeys = true;
     series.printsToAll = "kP";
@@ -78,8 +99,8 @@ SbiSeries Cubis() {
 }
 
 const std::vector<SbiSeries>& AllSeries() {
-    static const std::vector<SbiSeries> all = {La(),     Cp(),      Extend(), Mse(),
-                                               Entris(), Quintix(), Cubis()};
+    static const std::vector<SbiSeries> all = {La(),      Cp(),    Extend(),  Mse(), Entris(),
+                                               Quintix(), Cubis(), Combics(), Pma()};
     return all;
 }
 
@@ -100,7 +121,7 @@ const SbiSeries& ChosenSbiSeries(const Switches& switches) {
 
 std::vector<SwitchDescription> SbiSwitches() {
     return {
-        {"series", "la", SeriesNames(), "commands and lines: la with ME, LP, FB, GPC and Combics"},
+        {"series", "la", SeriesNames(), "commands and lines: la with ME, LP, FB and GPC"},
         {"serial-number", "37454321", {}, "answer to ESC x2_"},
         {"software", "00-37-09", {}, "answer to ESC x3_"},
         {"adjustment-time", "10s", {}, "how long an adjustment takes", true},
@@ -112,6 +133,7 @@ std::vector<SwitchDescription> SbiSwitches() {
          "identifier of a line ahead with the stored tare"},
         OnOff("store-key", true, "soft key 4 stores what was typed as the tare"),
         OnOff("verified", false, "the last digit stands in brackets"),
+        OnOff("unverified", false, "\"!\" stands in place of the unit"),
         OnOff("words", false, "prints High and Low in place of H and L"),
         {"display",
          "weight",

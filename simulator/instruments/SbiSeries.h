@@ -27,6 +27,11 @@ struct SbiSeries {
     bool waitsForRest;       ///< whether ESC P heeds the setting that it does
     bool endsWithBlankLine;  ///< behind what was printed
     bool canRestart;         ///< ESC S
+    bool hasCalKey;          ///< ESC f1_
+    bool hasKeysByName;      ///< ESC kZE_ and kT_: the keys for zero and tare
+    std::string platform;    ///< in the answer to ESC i_; empty: not known
+    bool saysLastKey;        ///< ESC x8_
+    std::string typeText;    ///< command that shows a text on the display; empty: none
 };
 
 const SbiSeries& ChosenSbiSeries(const Switches& switches);

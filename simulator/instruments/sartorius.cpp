@@ -1,6 +1,6 @@
 // Sartorius balance with the maker's own interface protocol: a command is ESC and a letter, and
 // with a parameter it ends in "_"; CR LF may follow. Only the print command and the questions x1_
-// to x3_ are answered; what a series does not know is ignored.
+// to x3_, x8_ and i_ are answered; what a series does not know is ignored.
 //
 //   > ESC "P"        < "+   123.56 g  "          16 characters with the line end
 //                    < "N     +   123.56 g  "    22: with an identifier in front
@@ -49,6 +49,7 @@ class Sbi : public Dialect {
 
     void PowerUp() override {
         typed_.clear();
+        lastKey_ = "000";
         storedTare_.clear();
         adjusting_ = false;
         FreeKeys();
@@ -59,7 +60,7 @@ class Sbi : public Dialect {
  protected:
     void Unknown(const std::string&) override {}
     bool Interrupts(const std::string& command) const override {
-        return command == "s3" || command[0] == 'x';
+        return command == "s3" || command[0] == 'x' || command[0] == 'i';
     }
 
     std::optional<std::string> CutCommand(std::string& received) override {
@@ -71,7 +72,14 @@ class Sbi : public Dialect {
         if (end == std::string::npos) return std::nullopt;
         const std::string command = received.substr(first, end - first);
         received.erase(0, isLetterAlone ? end : end + 1);
-        return command[0] == 't' ? "t " + command.substr(1) : command;
+        return WithTextApart(command);
+    }
+
+    /// The text of "t5.00" stands apart from the command, as parameters do.
+    std::string WithTextApart(const std::string& command) const {
+        const std::string& type = series_.typeText;
+        if (type.empty() || command.rfind(type, 0) != 0) return command;
+        return type + " " + command.substr(type.size());
     }
 
  private:
@@ -92,12 +100,18 @@ class Sbi : public Dialect {
             {"f3", &Sbi::ZeroAlone, hasKeys},
             {"f4", &Sbi::TareAlone, hasKeys},
             {"s3", &Sbi::Cancel, true},
-            {"t", &Sbi::Type, series_.hasSoftKeys},
+            {"t", &Sbi::Type, series_.typeText == "t"},
+            {"a3", &Sbi::ShowText, series_.typeText == "a3"},
             {"kF4", &Sbi::PressSoftKey4, series_.hasSoftKeys},
             {"x1", &Sbi::SayModel, true},
             {"x2", &Sbi::SaySerialNumber, true},
             {"x3", &Sbi::SaySoftware, series_.saysSoftware},
+            {"x8", &Sbi::SayLastKey, series_.saysLastKey},
+            {"i", &Sbi::SayPlatform, !series_.platform.empty()},
+            {"kZE", &Sbi::ZeroAlone, series_.hasKeysByName},
+            {"kT", &Sbi::TareAndZero, series_.hasKeysByName},
             {"x0", &Sbi::Adjust, hasKeys},
+            {"f1", &Sbi::Adjust, series_.hasCalKey},
             {"Z", &Sbi::Adjust, true},
             {"W", &Sbi::Adjust, true},
             {"K", &Sbi::FilterVeryStable, true},
@@ -128,6 +142,15 @@ class Sbi : public Dialect {
     void SayModel() { SayWord(series_.word + series_.model); }
     void SaySerialNumber() { SayWord(switches_.Text("serial-number")); }
     void SaySoftware() { SayWord(switches_.Text("software")); }
+
+    // > ESC "i_"   < "C2/016202/1"   type, software, platform
+    void SayPlatform() { Say(series_.platform); }
+
+    // > ESC "x8_"  < "        051   "   the tare key was pressed last; 000: none yet
+    void SayLastKey() { Say("        " + lastKey_ + "   "); }
+    void NoteKey(Key key) override {
+        if (key == Key::Tare) lastKey_ = "051";
+    }
 
     void SayWord(const std::string& word) {
         const std::size_t columns = HasIdentifiers() ? kLongestWord : kLineColumns;
@@ -230,7 +253,9 @@ class Sbi : public Dialect {
 
     std::string Weight(const std::string& sign, const std::string& digits, bool isStable) const {
         const BalanceData& data = Balance().Data();
-        const std::string unit = !isStable ? "" : data.countsPieces ? "pcs" : data.unit;
+        const std::string known = data.countsPieces ? "pcs" : data.unit;
+        const std::string shown = switches_.IsOn("unverified") ? "!" : known;
+        const std::string unit = isStable ? shown : "";
         return sign + RightAligned(digits, kValueColumns) + " " + LeftAligned(unit, kUnitColumns);
     }
 
@@ -292,8 +317,9 @@ class Sbi : public Dialect {
 
     void Type(const std::string& text) {
         typed_ = text;
-        Balance().ShowText(text);
+        ShowText(text);
     }
+    void ShowText(const std::string& text) { Balance().ShowText(text); }
 
     /// Adds the typed number to the tare, where that is what the key does in this application.
     void PressSoftKey4() {
@@ -312,6 +338,7 @@ class Sbi : public Dialect {
     Switches switches_;
     const SbiSeries& series_;
     std::string typed_;
+    std::string lastKey_ = "000";
     std::string storedTare_;  // digits of T1, empty without one
     bool printsUnasked_ = false;
     bool adjusting_ = false;

@@ -212,7 +212,8 @@ TEST_F(Sartorius, Each_series_has_a_model_of_its_own) {
         {"la", "LA620S        \r\n"},      {"cp", "CP622S        \r\n"},
         {"extend", "ED623S        \r\n"},  {"mse", "MSE1203S-100-D\r\n"},
         {"entris2", "Model  BCE124I\r\n"}, {"quintix", "QUINTIX612-1S \r\n"},
-        {"cubis2", "MCA5201S      \r\n"}};
+        {"cubis2", "MCA5201S      \r\n"},  {"combics", "CW2P1U-6DC    \r\n"},
+        {"pma", "PMA7501-X00V1 \r\n"}};
     for (const auto& [series, model] : models) {
         Have(1, {"series=" + series});
         EXPECT_EQ(Ask(Esc("x1_")), model) << series;
@@ -283,9 +284,10 @@ TEST_F(Sartorius, Blocked_keys_do_nothing) {
     EXPECT_EQ(tareKey(), "+     0.00 g  \r\n");
 }
 
-// LA p. 120, Extend p. 47: x0_ and Z adjust with the built-in weight, W as the menu says.
+// LA p. 120, Extend p. 47: x0_ and Z adjust with the built-in weight, W as the menu says; f1_ is
+// the CAL key.
 TEST_F(Sartorius, Shows_C_while_it_adjusts) {
-    for (const std::string command : {"x0_", "Z", "W"}) {
+    for (const std::string command : {"x0_", "Z", "W", "f1_"}) {
         Have(5, {"adjustment-time=3s"});
         EXPECT_EQ(Ask(Esc(command) + kPrint), "      C       \r\n") << command;
         EXPECT_EQ(Ask(kPrint, 2999ms), "      C       \r\n") << command;
@@ -375,6 +377,45 @@ TEST_F(Sartorius, Pieces_are_counted_in_whole_ones) {
     EXPECT_EQ(Ask(kPrint), "Qnt   +       12 pcs\r\n");
     Have(12.4, {"unit=PCS"});
     EXPECT_EQ(Ask(kPrint), "+       12 pcs\r\n");
+}
+
+// Combics p. 103: i_ type, software and platform; kZE_ zeroes, kT_ tares, kP_ prints.
+TEST_F(Sartorius, A_Combics_says_its_platform_and_has_keys_by_name) {
+    Have(50, {"series=combics"});
+    EXPECT_EQ(Ask(Esc("i_")), "C2/016202/1\r\n");
+    EXPECT_EQ(Ask(Esc("kT_") + Esc("kP_")), "+     0.00 g  \r\n");
+    EXPECT_EQ(instrument_->Balance().TareWeight(), 50);
+    Have(5, {"series=combics"});
+    EXPECT_EQ(Ask(Esc("kZE_") + kPrint), "+     0.00 g  \r\n");
+    EXPECT_EQ(instrument_->Balance().TareWeight(), 0);
+    EXPECT_EQ(Ask(Esc("f4_") + Esc("U") + Esc("x3_")), "00-37-09      \r\n");
+    Have(5);
+    EXPECT_EQ(Ask(Esc("i_") + Esc("kT_") + Esc("kP_") + kPrint), "+     5.00 g  \r\n");
+}
+
+// Read from a PMA7501: x8_ is the last key, 000 none, 051 tare; a3 shows a text.
+TEST_F(Sartorius, A_PMA_says_its_last_key_and_shows_a_text) {
+    Have(50, {"series=pma"});
+    EXPECT_EQ(Ask(Esc("x8_")), "        000   \r\n");
+    Press(Key::Tare);
+    EXPECT_EQ(Ask(Esc("x8_")), "        051   \r\n");
+    EXPECT_EQ(Ask(Esc("a3READY_")), "");
+    EXPECT_EQ(instrument_->Balance().DisplayText(), "READY");
+    EXPECT_EQ(Ask(Esc("f4_") + Esc("t7_") + Esc("x8_")), "        051   \r\n");
+}
+
+// Combics p. 103 and an Entris II: "!" marks a value that is not verified.
+TEST_F(Sartorius, A_value_that_is_not_verified_has_an_exclamation_mark_for_its_unit) {
+    Have(0.0006, {"line=22", "readability=0.0001", "series=cubis2", "unverified"});
+    EXPECT_EQ(Ask(kPrint), "G     +   0.0006 !  \r\n");
+}
+
+// The unit that somebody sets at the menu is that of every line.
+TEST_F(Sartorius, Every_line_has_the_unit_that_is_set_at_the_menu) {
+    Have(50, {"unit=mg", "line=22", "tare-line=TP1"});
+    EXPECT_EQ(Ask(kTare + "\x1bt5000_\x1bkF4_" + kPrint),
+              "TP1   +     5000 mg \r\nN1    -     5000 mg \r\n");
+    EXPECT_EQ(Press(Key::Print), "TP1   +     5000 mg \r\nN1    -     5000 mg \r\n");
 }
 
 TEST_F(Sartorius, The_print_key_sends_what_is_shown) {
