@@ -7,15 +7,7 @@
 namespace simulator {
 namespace {
 
-// What is kept of a run that lasts for weeks.
-constexpr std::size_t kMostEvents = 10'000;
-constexpr std::size_t kMostLoggedBytes = 1024 * 1024;
-
 constexpr std::size_t kMostOtherSettings = 100;
-
-/// What fits on one direction of the line: a side that sends faster than the line carries loses
-/// what comes on top.
-constexpr std::size_t kMostInTransit = 65'536;
 
 /// After such a time without anything due the balance's time is brought up to date, so that nobody
 /// waits for the weeks that a host was silent.
@@ -24,19 +16,6 @@ constexpr auto kLongestRest = std::chrono::minutes(1);
 constexpr auto kPlugRetry = std::chrono::seconds(1);
 
 }  // namespace
-
-Options& Options::At(const std::string& settings) {
-    line = UartSettings::Parse(settings);
-    if (!line)
-        throw std::invalid_argument("\"" + settings + "\" are no line settings such as 2400,7E1");
-    return *this;
-}
-
-Options& Options::WithScript(const std::string& path) {
-    const Script read = ReadScriptFile(path);
-    script.insert(script.end(), read.begin(), read.end());
-    return *this;
-}
 
 ConnectedInstrument::ConnectedInstrument(const CatalogEntry& entry, const Options& options,
                                          std::unique_ptr<HostLine> line)
@@ -182,14 +161,13 @@ std::string ConnectedInstrument::Sent(LineEvent::Kind kind) {
 std::vector<LineEvent> ConnectedInstrument::Log() {
     const Lock lock(mutex_);
     CatchUp();
-    return {log_.begin(), log_.end()};
+    return log_.Events();
 }
 
 void ConnectedInstrument::ClearLog() {
     const Lock lock(mutex_);
     CatchUp();
-    log_.clear();
-    loggedBytes_ = 0;
+    log_.Clear();
     settingsOfLastCommand_.reset();
 }
 
@@ -246,8 +224,8 @@ ConnectedInstrument::Clock::time_point ConnectedInstrument::Deadline() {
     if (const auto event = instrument_.NextEvent()) consider(*event);
     if (IsPlugDue()) consider(std::max(SinceSetUp(), plugAgainAt_));
     if (!script_.empty()) consider(script_.front().at);
-    if (!toInstrument_.empty()) consider(toInstrument_.front().due);
-    if (!toHost_.empty()) consider(toHost_.front().due);
+    if (const auto due = toInstrument_.Due()) consider(*due);
+    if (const auto due = toHost_.Due()) consider(*due);
     if (pace_ && pace_->Due()) consider(*pace_->Due());
     if (const auto interval = line_->LookEvery()) consider(SinceSetUp() + *interval);
     return start_ + first;
@@ -325,13 +303,12 @@ void ConnectedInstrument::TakeArrival(const HostLine::Arrival& arrival) {
 
 void ConnectedInstrument::TakeBytes(const HostLine::Arrival& arrival) {
     if (arrival.bytes.empty()) return;
-    if (toInstrument_.size() >= kMostInTransit)
-        return Record(LineEvent::Kind::Overflow, arrival.bytes);
+    if (toInstrument_.IsFull()) return Record(LineEvent::Kind::Overflow, arrival.bytes);
     settingsOfLastCommand_ = arrival.settings;
     CompareSettings(arrival.settings);
     Record(LineEvent::Kind::FromHost, arrival.bytes);
     const auto characters = Transmit(arrival.bytes, arrival.settings, settings_);
-    hostFree_ = Put(toInstrument_, characters, hostFree_, arrival.settings);
+    toInstrument_.Put(characters, SinceSetUp(), CharacterTime(arrival.settings));
 }
 
 /// Only who speaks has made all settings: many hosts open the port first and set it in steps.
@@ -348,9 +325,8 @@ void ConnectedInstrument::ServeOpening() {
 }
 
 void ConnectedInstrument::PassToInstrument() {
-    for (; !toInstrument_.empty() && toInstrument_.front().due <= SinceSetUp();
-         toInstrument_.pop_front())
-        instrument_.Receive(toInstrument_.front().character, Now());
+    for (; toInstrument_.IsDue(SinceSetUp()); toInstrument_.DropFirst())
+        instrument_.Receive(toInstrument_.First(), Now());
 }
 
 void ConnectedInstrument::TakeAnswers() {
@@ -359,21 +335,21 @@ void ConnectedInstrument::TakeAnswers() {
             Record(LineEvent::Kind::Lost, bytes);
             continue;
         }
-        if (toHost_.size() >= kMostInTransit) {
+        if (toHost_.IsFull()) {
             Record(LineEvent::Kind::Overflow, bytes);
             continue;
         }
         Record(LineEvent::Kind::FromInstrument, bytes);
         const auto characters = Transmit(bytes, settings_, line_->HostSettings());
-        instrumentFree_ = Put(toHost_, characters, instrumentFree_, settings_);
+        toHost_.Put(characters, SinceSetUp(), CharacterTime(settings_));
     }
 }
 
 void ConnectedInstrument::PassToHost() {
     if (pace_) return PassPiecesToHost();
     std::vector<Character> arrived;
-    for (; !toHost_.empty() && toHost_.front().due <= SinceSetUp(); toHost_.pop_front())
-        arrived.push_back(toHost_.front().character);
+    for (; toHost_.IsDue(SinceSetUp()); toHost_.DropFirst())
+        arrived.push_back(toHost_.First());
     if (!arrived.empty()) line_->Deliver(arrived);
 }
 
@@ -388,9 +364,9 @@ void ConnectedInstrument::PassPiecesToHost() {
 /// Lets the adapter receive what is on the wire; returns when it hands over what it has by then,
 /// empty when it goes on collecting.
 std::optional<ConnectedInstrument::Moment> ConnectedInstrument::NextPiece() {
-    for (; !toHost_.empty() && toHost_.front().due <= SinceSetUp(); toHost_.pop_front()) {
-        if (pace_->Due() && *pace_->Due() < toHost_.front().due) break;
-        pace_->Receive(toHost_.front().character, toHost_.front().due, line_->HostSettings());
+    for (; toHost_.IsDue(SinceSetUp()); toHost_.DropFirst()) {
+        if (pace_->Due() && *pace_->Due() < *toHost_.Due()) break;
+        pace_->Receive(toHost_.First(), *toHost_.Due(), line_->HostSettings());
     }
     if (!pace_->Due() || *pace_->Due() > SinceSetUp()) return std::nullopt;
     return pace_->Due();
@@ -399,38 +375,17 @@ std::optional<ConnectedInstrument::Moment> ConnectedInstrument::NextPiece() {
 /// On a busy computer a piece may be handed over so late that the next one is due, too: the whole
 /// line is late then, so that pieces never come together for want of processor time.
 void ConnectedInstrument::KeepDistance(Moment late) {
-    if (toHost_.empty() || toHost_.front().due > SinceSetUp()) return;
-    for (InTransit& each : toHost_)
-        each.due += late;
-    instrumentFree_ += late;
+    if (toHost_.IsDue(SinceSetUp())) toHost_.Delay(late);
 }
 
-/// Puts characters on the line behind those that are on it already; returns when it is free again.
-ConnectedInstrument::Moment ConnectedInstrument::Put(std::deque<InTransit>& way,
-                                                     const std::vector<Character>& characters,
-                                                     Moment free,
-                                                     const UartSettings& sender) const {
-    const Moment perCharacter = pace_ ? sender.CharacterTime() : Moment(0);
-    free = std::max(free, SinceSetUp());
-    for (const Character& character : characters) {
-        free += perCharacter;
-        way.push_back({free, character});
-    }
-    return free;
+/// How long a character takes that is sent at these settings.
+ConnectedInstrument::Moment ConnectedInstrument::CharacterTime(const UartSettings& sender) const {
+    return pace_ ? sender.CharacterTime() : Moment(0);
 }
 
 void ConnectedInstrument::Record(LineEvent::Kind kind, const std::string& bytes) {
-    log_.push_back({Now(), kind, bytes, line_->HostSettings()});
-    loggedBytes_ += bytes.size();
-    ForgetOldEvents();
-    if (listener_) listener_(*this, log_.back());
-}
-
-void ConnectedInstrument::ForgetOldEvents() {
-    while (log_.size() > kMostEvents || (log_.size() > 1 && loggedBytes_ > kMostLoggedBytes)) {
-        loggedBytes_ -= log_.front().bytes.size();
-        log_.pop_front();
-    }
+    const LineEvent& event = log_.Add({Now(), kind, bytes, line_->HostSettings()});
+    if (listener_) listener_(*this, event);
 }
 
 }  // namespace simulator

@@ -11,65 +11,13 @@
 #include <string>
 #include <vector>
 
+#include "simulator/EventLog.h"
 #include "simulator/Instrument.h"
-#include "simulator/LoadStep.h"
-#include "simulator/Script.h"
-#include "simulator/line/Adapter.h"
+#include "simulator/Options.h"
+#include "simulator/Transit.h"
 #include "simulator/line/HostLine.h"
 
 namespace simulator {
-
-/// How an instrument is set up; each function returns the options themselves, so that they chain.
-struct Options {
-    std::string device = "/dev/ttyS0";  ///< name under which the host finds the line
-    std::vector<LoadStep> loads;        ///< what lies on the pan, and from when
-    std::vector<std::string> switches;  ///< "name=value"
-    std::vector<Fault> faults;          ///< what goes wrong, and when
-    Script script;                      ///< what else happens, and when
-    std::optional<UartSettings> line;   ///< the instrument's settings; empty: as delivered
-    std::optional<Adapter> pace;        ///< characters take their time on the line, to this port
-
-    Options& On(const std::string& path) { return device = path, *this; }
-    /// The load in grams at the beginning, or from a time on.
-    Options& WithLoad(double grams, Time from = Time(0)) {
-        return loads.push_back({grams, from}), *this;
-    }
-    Options& With(const std::string& setting) { return switches.push_back(setting), *this; }
-    /// A fault as Fault::parse reads it; throws std::invalid_argument for other text.
-    Options& WithFault(const std::string& text) {
-        return faults.push_back(Fault::Parse(text)), *this;
-    }
-    /// The script in a file, beside what there is; throws as ReadScriptFile does.
-    Options& WithScript(const std::string& path);
-    /// `settings` as UartSettings::parse reads them; throws std::invalid_argument for other text.
-    Options& At(const std::string& settings);
-    /// Characters take their time on the line, and the host gets them as its `port` hands them
-    /// over, in the words of Adapter::parse; throws as that does.
-    Options& WithPacing(const std::string& port = "character") {
-        return pace = Adapter::Parse(port), *this;
-    }
-};
-
-/// Something that happened on the line, for the log.
-struct LineEvent {
-    enum class Kind {
-        FromHost,        ///< bytes as the host sent them
-        FromInstrument,  ///< bytes as the instrument sent them
-        Lost,            ///< bytes of the instrument that nobody listened to
-        Overflow,        ///< bytes, of either side, for which the line had no more room
-        Unplugged,
-        PluggedIn,
-        OtherSettings,  ///< the host speaks at settings that differ, which it has not done yet
-        Trouble,        ///< something could not be done, and is tried again
-    };
-
-    Time time;  ///< since the instrument was set up
-    Kind kind;
-    /// Of Unplugged and PluggedIn the device, of OtherSettings the instrument's settings, of
-    /// Trouble a sentence.
-    std::string bytes;
-    UartSettings settings;  ///< the host's at that time
-};
 
 /// An instrument in real time at the end of a serial line. Every function may be called from any
 /// thread; none blocks for longer than it takes to do what is due.
@@ -89,7 +37,7 @@ class ConnectedInstrument {
 
     /// The load in grams; the pan settles towards it from now on.
     void SetLoad(double grams);
-    /// A fault as Fault::parse reads it; its times count from the set-up of the instrument.
+    /// A fault as Fault::Parse reads it; its times count from the set-up of the instrument.
     void AddFault(const std::string& fault);
     void ClearFaults();
     std::vector<std::string> FaultsInForce();  ///< their names, at this moment
@@ -131,13 +79,7 @@ class ConnectedInstrument {
 
  private:
     using Lock = std::unique_lock<std::recursive_mutex>;
-    using Moment = std::chrono::microseconds;  // since the set-up
-
-    /// Characters that are on their way along the line.
-    struct InTransit {
-        Moment due;
-        Character character;
-    };
+    using Moment = Transit::Moment;
 
     Moment SinceSetUp() const;
     Time Now() const { return std::chrono::duration_cast<Time>(SinceSetUp()); }
@@ -165,10 +107,8 @@ class ConnectedInstrument {
     void PassPiecesToHost();
     std::optional<Moment> NextPiece();
     void KeepDistance(Moment late);
-    Moment Put(std::deque<InTransit>& way, const std::vector<Character>& characters, Moment free,
-               const UartSettings& sender) const;
+    Moment CharacterTime(const UartSettings& sender) const;
     void Record(LineEvent::Kind kind, const std::string& bytes);
-    void ForgetOldEvents();
     std::string Sent(LineEvent::Kind kind);
 
     std::recursive_mutex mutex_;
@@ -185,12 +125,9 @@ class ConnectedInstrument {
     std::condition_variable_any plugServed_;
     bool wasOpen_ = false;
     std::deque<ScriptStep> script_;
-    std::deque<InTransit> toInstrument_;
-    std::deque<InTransit> toHost_;
-    Moment hostFree_{0};
-    Moment instrumentFree_{0};
-    std::deque<LineEvent> log_;
-    std::size_t loggedBytes_ = 0;
+    Transit toInstrument_;
+    Transit toHost_;
+    EventLog log_;
     std::optional<UartSettings> settingsOfLastCommand_;
     std::set<std::string> otherSettings_;  ///< at which the host has spoken
     Listener listener_;

@@ -26,7 +26,7 @@ struct ScriptStep {
 ///     8s      fault silent for 2s
 ///
 /// A line holds a time, counted from the set-up of the instrument or with a plus sign from the line
-/// before, and what Change::parse reads. "#" begins a comment; lines may be empty.
+/// before, and what Change::Parse reads. "#" begins a comment; lines may be empty.
 using Script = std::vector<ScriptStep>;
 
 /// Reads a script, called `name` in complaints; its steps come in the order of their times. Throws

@@ -13,7 +13,7 @@ namespace {
 
 constexpr char kTitle[] = "# wbalance record 1";
 // An answer of millions of bytes fits; a file that is no record does not fill the memory.
-constexpr std::size_t kLongestLine = 16 * 1024 * 1024;
+constexpr std::size_t kLongestLine = std::size_t{16} * 1024 * 1024;
 // A hundred years of milliseconds: such a time can be added to any date.
 constexpr long long kLatest = 100LL * 365 * 24 * 60 * 60 * 1000;
 

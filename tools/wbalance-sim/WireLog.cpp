@@ -21,7 +21,7 @@ using simulator::Time;
 
 namespace {
 
-constexpr std::size_t kMostWaitingBytes = 1024 * 1024;
+constexpr std::size_t kMostWaitingBytes = std::size_t{1024} * 1024;
 
 /// What the event is in words, where it is no bytes of a dialogue.
 std::string Sentence(const LineEvent& event) {

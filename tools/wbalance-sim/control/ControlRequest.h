@@ -7,7 +7,7 @@
 /// What is asked of a running bench from outside: which instrument, and what is to be done with it.
 struct ControlRequest {
     std::string device;  ///< "ttyUSB1" or a whole path; empty: the only instrument that there is
-    std::string words;   ///< as simulator::Change::parse reads them, or "status"
+    std::string words;   ///< as simulator::Change::Parse reads them, or "status"
 
     std::string Message() const { return device + "\n" + words; }
     static ControlRequest OfMessage(const std::string& message);
