@@ -1,4 +1,4 @@
-"""What client programs send to a gibertini, and its answers; pyserial_client.py says how."""
+"""What client programs send to this instrument, and its answers; pyserial_client.py says how."""
 
 LINE = (9600, 7, "N", 1)
 

@@ -1,4 +1,4 @@
-"""What client programs send to a kern, and its answers; pyserial_client.py says how."""
+"""What client programs send to this instrument, and its answers; pyserial_client.py says how."""
 
 LINE = (1200, 8, "N", 2)
 

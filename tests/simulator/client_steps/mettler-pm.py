@@ -1,4 +1,4 @@
-"""What client programs send to a mettler-pm, and its answers; pyserial_client.py says how."""
+"""What client programs send to this instrument, and its answers; pyserial_client.py says how."""
 
 LINE = (600, 7, "E", 1)
 

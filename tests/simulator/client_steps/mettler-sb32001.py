@@ -1,4 +1,4 @@
-"""What client programs send to a mettler-sb32001, and its answers; pyserial_client.py says how."""
+"""What client programs send to this instrument, and its answers; pyserial_client.py says how."""
 
 from mt_sics import BASIC_COMMANDS
 

@@ -1,4 +1,4 @@
-"""What client programs send to a setra-el2000s, and its answers; pyserial_client.py says how."""
+"""What client programs send to this instrument, and its answers; pyserial_client.py says how."""
 
 LINE = (2400, 8, "N", 1)
 
