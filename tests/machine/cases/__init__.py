@@ -7,7 +7,7 @@ takes the operation's first command away, and its answer with it.
 
 import importlib
 import sys
-from dataclasses import dataclass
+from dataclasses import dataclass, replace
 from pathlib import Path
 
 UNTOUCHED = -1  # what the guest's weight and decimals hold before a reading
@@ -29,15 +29,16 @@ class Operation:
 
 @dataclass(frozen=True)
 class Driver:
-    name: str  # of machine-guest
     codes: str  # the driver's own settings as SetCommConfig takes them
     settings: str  # the same as the port receives them
-    instrument: str  # of the simulated instruments
     grams: float  # on its pan
     operations: tuple
     switches: tuple = ()
     failed_weight: float = 0.0  # what a failed reading leaves in *weight
     variant: str = ""  # tells two rows of one driver apart
+    line_readiness: bool = False  # the guest's driver is that WithLineReadiness
+    instrument: str = ""  # of the simulated instruments; without one the driver's own
+    name: str = ""  # of machine-guest; the name of the file in which the row stands
 
     @property
     def title(self):
@@ -79,11 +80,18 @@ _MISSING = [name for name in _NAMES if not (Path(__file__).parent / f"{name}.py"
 if _MISSING:
     sys.exit(f"no cases in {Path(__file__).parent} for {', '.join(_MISSING)}")
 
-_MODULES = [importlib.import_module(f"cases.{name}") for name in _NAMES]
 
-DRIVERS = tuple(driver for module in _MODULES for driver in module.DRIVERS)
+def _rows(name, module):
+    """The rows of one instrument's file, with the names that the file's own gives them."""
+    return tuple(replace(row, name=name + "+line" * row.line_readiness, instrument=row.instrument or name)
+                 for row in module.DRIVERS)
+
+
+_MODULES = {name: importlib.import_module(f"cases.{name}") for name in _NAMES}
+
+DRIVERS = tuple(row for name, module in _MODULES.items() for row in _rows(name, module))
 
 # Readings of an answer that comes character by character, and what the driver reads of it. With an
 # end mark all is read; without one a piece ends an attempt, and three attempts end the reading.
-IN_PIECES = tuple((module.DRIVERS[-1], *module.IN_PIECES)
-                  for module in _MODULES if hasattr(module, "IN_PIECES"))
+IN_PIECES = tuple((_rows(name, module)[-1], *module.IN_PIECES)
+                  for name, module in _MODULES.items() if hasattr(module, "IN_PIECES"))

@@ -4,7 +4,7 @@ DRIVERS = (
     # Asks up to five times, so that the second request of a reading succeeds. The tare has been
     # lost then.
     Driver(
-        "denver-xl1800", "2400 0 8 0 0 1", "2400 8N1", "denver-xl1800", 5.25,
+        "2400 0 8 0 0 1", "2400 8N1", 5.25,
         operations=(
             Operation("IsReady", 1, cut=1),
             Operation("Weight 0", 1, 5.25, UNTOUCHED, cut=1),

@@ -3,7 +3,7 @@ from cases import Driver, NO_PRESET_TARE, Operation, UNTOUCHED
 DRIVERS = (
     # The driver sets no parity: the port keeps none.
     Driver(
-        "gibertini+line", "9600 1024 7 0 0 1", "9600 7N1", "gibertini", 5.25,
+        "9600 1024 7 0 0 1", "9600 7N1", 5.25, line_readiness=True,
         failed_weight=UNTOUCHED,
         operations=(
             Operation("IsReady", 1, interrupted="before"),

@@ -2,7 +2,7 @@ from cases import Driver, NO_PRESET_TARE, Operation, UNTOUCHED
 
 DRIVERS = (
     Driver(
-        "kern+line", "1200 0 8 2 0 1", "1200 8N2", "kern", 5.25, failed_weight=UNTOUCHED,
+        "1200 0 8 2 0 1", "1200 8N2", 5.25, line_readiness=True, failed_weight=UNTOUCHED,
         operations=(
             Operation("IsReady", 1, interrupted="before"),
             Operation("Weight 0", 1, 5.25, 7),

@@ -17,8 +17,8 @@ def _operations(weight_after_preset):
 
 DRIVERS = (
     # The preset takes the place of the tare; only MT-SICS is told the sum of both.
-    Driver("mettler-pm", "600 2 7 0 0 1", "600 7E1", "mettler-pm", 5.25,
+    Driver("600 2 7 0 0 1", "600 7E1", 5.25,
            variant="on the standard protocol", operations=_operations(0.25)),
-    Driver("mettler-pm", "600 2 7 0 0 1", "600 7E1", "mettler-toledo", 5.25, variant="on MT-SICS",
+    Driver("600 2 7 0 0 1", "600 7E1", 5.25, instrument="mettler-toledo", variant="on MT-SICS",
            operations=_operations(-5.0)),
 )

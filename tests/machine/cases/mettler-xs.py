@@ -1,7 +1,7 @@
 from cases import Driver, SWITCH, UNTOUCHED, mt_sics_readings, preset_tare_without_confirmation
 
 DRIVERS = (
-    Driver("mettler-xs", "9600 0 8 0 0 1", "9600 8N1", "mettler-xs", 4.25,
+    Driver("9600 0 8 0 0 1", "9600 8N1", 4.25,
            operations=(*mt_sics_readings(4.25, UNTOUCHED),
                        *preset_tare_without_confirmation(UNTOUCHED), *SWITCH)),
 )

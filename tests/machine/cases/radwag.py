@@ -3,7 +3,7 @@ from cases import Driver, Operation, PRESET_TARE_SENDS_NOTHING
 DRIVERS = (
     # A tare without an answer is followed by a zero, and that succeeds.
     Driver(
-        "radwag", "9600 2 7 0 0 1", "9600 7E1", "radwag", 5.25,
+        "9600 2 7 0 0 1", "9600 7E1", 5.25,
         operations=(
             Operation("IsReady", 1, interrupted="before"),
             Operation("Weight 0", 1, 5.25, 2),

@@ -2,7 +2,7 @@ from cases import Driver, Operation, UNTOUCHED
 
 DRIVERS = (
     Driver(
-        "sartorius", "1200 1 7 0 0 1", "1200 7O1", "sartorius", 5.25,
+        "1200 1 7 0 0 1", "1200 7O1", 5.25,
         operations=(
             Operation("IsReady", 1),
             Operation("Weight 0", 1, 5.25, UNTOUCHED),

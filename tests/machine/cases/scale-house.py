@@ -2,7 +2,7 @@ from cases import Driver, NO_PRESET_TARE, Operation
 
 DRIVERS = (
     Driver(
-        "scale-house", "2400 0 7 0 0 1", "2400 7N1", "scale-house", 5.25,
+        "2400 0 7 0 0 1", "2400 7N1", 5.25,
         operations=(
             Operation("IsReady", 1),
             Operation("Weight 0", 1, 5.25, 3),
