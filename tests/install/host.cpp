@@ -4,7 +4,7 @@
 
 #include <cstdio>
 
-class HostBalance : public WithLineReadiness<WbalanceMettlerToledo> {
+class HostBalance : public WithLineReadiness<WbalanceGibertini> {
  public:
     int TimeoutSeconds() const { return timeoutSeconds; }
 };

@@ -9,12 +9,12 @@
 /// Records of what went over a balance's line, as plain text that people can read and write:
 ///
 ///     # wbalance record 1
-///     # driver: mettler-toledo
+///     # driver: sartorius
 ///     # port: /dev/ttyS0
-///     # line: 2400,7E1
+///     # line: 1200,7O1
 ///     # date: 2026-11-21T03:12:00.000+01:00
-///     0 > S\r\n
-///     12 < S S     100.00 g\r\n
+///     0 > \x1bP\r\n
+///     12 < +   100.00 g  \r\n
 ///     2015 = weigh 1 100 auto
 ///     3200 ! /dev/ttyS0 unplugged
 ///
