@@ -7,9 +7,11 @@ LINE = (9600, 8, "N", 1)
 STEPS = {
     "": [
         (b"@\r\n", b'I4 A "1126493049"\r\n'),
-        (b"I0\r\n", BASIC_COMMANDS + b'I0 B 2 "C1"\r\nI0 B 2 "C3"\r\nI0 B 2 "DAT"\r\n'
-                    b'I0 B 2 "I10"\r\nI0 B 2 "I11"\r\nI0 B 2 "M21"\r\nI0 B 2 "PWR"\r\n'
-                    b'I0 B 2 "SIS"\r\nI0 B 2 "SNR"\r\nI0 B 2 "TIM"\r\nI0 A 2 "UPD"\r\n'),
+        (b"I0\r\n", BASIC_COMMANDS + b'I0 B 2 "C0"\r\nI0 B 2 "C1"\r\nI0 B 2 "C3"\r\n'
+                    b'I0 B 2 "DAT"\r\nI0 B 2 "I10"\r\nI0 B 2 "I11"\r\nI0 B 2 "M21"\r\n'
+                    b'I0 B 2 "M28"\r\nI0 B 2 "PWR"\r\nI0 B 2 "SIRU"\r\nI0 B 2 "SIS"\r\n'
+                    b'I0 B 2 "SIU"\r\nI0 B 2 "SNR"\r\nI0 B 2 "SNRU"\r\nI0 B 2 "SRU"\r\n'
+                    b'I0 B 2 "SU"\r\nI0 B 2 "TIM"\r\nI0 B 2 "UPD"\r\nI0 A 2 "WS"\r\n'),
         (b"I1\r\n", b'I1 A "0123" "2.30" "2.22" "2.33" "2.20"\r\n'),
         (b"I2\r\n", b'I2 A "XS204 Excellence 220.0090 g"\r\n'),
         (b"I3\r\n", b'I3 A "4.10 10.28.0.493.142"\r\n'),

@@ -5,7 +5,7 @@ LINE = (9600, 7, "E", 1)
 STEPS = {
     "": [
         (b"PC\r\n", b'PC A "Z,T,OT,UT,S,SI,SU,SUI,C1,C0,CU1,CU0,DH,UH,ODH,OUH,NB,BN,FS,RV,UI,US,UG,'
-                    b'OMI,OMS,OMG,BP,PC"\r\n'),
+                    b'OMI,OMS,OMG,BP,A,EV,FIS,ARS,LDS,PC"\r\n'),
         (b"S\r\n", b"S A\r\nS          2.50 g  \r\n"),
         (b"SI\r\n", b"SI         2.50 g  \r\n"),
         (b"SU\r\n", b"SU A\r\nSU         2.50 g  \r\n"),
