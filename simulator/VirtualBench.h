@@ -20,9 +20,9 @@ namespace simulator {
 /// their devices; so does this very process when it is linked to that object:
 ///
 ///     VirtualBench bench;
-///     auto& balance = bench.Place("kern", Options().On("/dev/ttyS0").WithLoad(12.34));
+///     auto& balance = bench.Place(NAME, Options().On("/dev/ttyS0").WithLoad(12.34));
 ///     ... any serial port code, such as a driver that opens /dev/ttyS0 ...
-///     EXPECT_EQ(balance.SentByHost(), "O8\r\n");
+///     EXPECT_EQ(balance.SentByHost(), "S\r\n");
 ///
 /// The bench owns its directory of lines and names it in WBALANCE_VIRTUAL_LINES for as long as it
 /// lives; so there is one bench at a time in a process.

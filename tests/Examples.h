@@ -3,6 +3,7 @@
 #include <string>
 
 class WbalanceMettlerToledo;
+class WbalanceMettlerXS;
 class WbalanceRadwag;
 class WbalanceKern_EW_EGN_EWB;
 
@@ -36,5 +37,10 @@ using ThirdBalance = WbalanceKern_EW_EGN_EWB;
 /// One with an operation of every kind: it tares, takes a preset tare, shows a text, is switched on
 /// and off, and confirms each. It weighs to four decimals.
 inline const std::string kBalanceWithPanel = "mettler-xs";
+
+/// The same where its line matters: 9600,8N1 is also what a port has before a host sets it. It
+/// answers "S\r\n" with "S S    12.5000 g\r\n".
+inline const std::string kBalanceAt8N1 = kBalanceWithPanel;
+using BalanceAt8N1 = WbalanceMettlerXS;
 
 }  // namespace examples

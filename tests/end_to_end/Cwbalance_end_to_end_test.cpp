@@ -1,18 +1,20 @@
 // What every driver has from its base class and the transport, over the real serial-port library.
 
 #include <gtest/gtest.h>
-#include <wbalance/WbalanceMettlerXS.h>
 #include <wbalance/WithLineReadiness.h>
+#include <wbalance/wbalance.h>
 
 #include <cerrno>
 #include <functional>
 #include <memory>
 #include <thread>
 
+#include "Examples.h"
 #include "simulator/VirtualBench.h"
 #include "simulator/line/VirtualLine.h"
 
 using namespace std::chrono_literals;
+using examples::kBalanceAt8N1;
 using simulator::ConnectedInstrument;
 using simulator::HostLine;
 using simulator::Options;
@@ -28,11 +30,11 @@ bool Eventually(const std::function<bool()>& condition) {
     return condition();
 }
 
-using Driver = WithLineReadiness<WbalanceMettlerXS>;
+using Driver = WithLineReadiness<examples::BalanceAt8N1>;
 
 class CwbalanceEndToEnd : public testing::Test {
  protected:
-    CwbalanceEndToEnd() : instrument(bench.Place("mettler-xs", Options().WithLoad(12.3456))) {}
+    CwbalanceEndToEnd() : instrument(bench.Place(kBalanceAt8N1, Options().WithLoad(12.3456))) {}
 
     void RefuseOpen(int error) {
         instrument.WithLine(
@@ -142,7 +144,7 @@ TEST_F(CwbalanceEndToEnd, A_time_out_of_61_s_closes_the_port_and_ends_the_object
 }
 
 TEST_F(CwbalanceEndToEnd, A_pulled_adapter_ends_the_object_and_a_new_one_finds_it_again) {
-    auto& adapter = bench.Place("mettler-xs", Options().On("/dev/ttyUSB3").WithLoad(20));
+    auto& adapter = bench.Place(kBalanceAt8N1, Options().On("/dev/ttyUSB3").WithLoad(20));
     driver->SetCommPort(3);
     driver->SetCommConfig(9600, 0, 8, 0, 0, 1, 'U');
     EXPECT_EQ(Weigh(), 1);

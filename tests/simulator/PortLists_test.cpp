@@ -13,8 +13,10 @@
 #include <string>
 #include <vector>
 
+#include "Examples.h"
 #include "simulator/VirtualBench.h"
 
+using examples::kBalanceAt8N1;
 using simulator::ConnectedInstrument;
 using simulator::Options;
 using simulator::VirtualBench;
@@ -32,10 +34,10 @@ struct Output {
 class PortLists : public testing::TestWithParam<bool> {
  protected:
     PortLists() {
-        bench_.Place("mettler-xs", Options().On("/dev/ttyS840"));
-        ftdi_ = &bench_.Place("mettler-xs", Options().On("/dev/ttyUSB840"));
-        bench_.Place("mettler-xs", Options().On("/dev/ttyUSB841").WithPacing("ch341"));
-        bench_.Place("mettler-xs", Options().On("/dev/ttyUSB842").WithPacing("pl2303"));
+        bench_.Place(kBalanceAt8N1, Options().On("/dev/ttyS840"));
+        ftdi_ = &bench_.Place(kBalanceAt8N1, Options().On("/dev/ttyUSB840"));
+        bench_.Place(kBalanceAt8N1, Options().On("/dev/ttyUSB841").WithPacing("ch341"));
+        bench_.Place(kBalanceAt8N1, Options().On("/dev/ttyUSB842").WithPacing("pl2303"));
     }
     void SetUp() override {
         if (GetParam() && std::system("unshare --mount umount --recursive /sys 2>/dev/null") != 0)

@@ -22,10 +22,12 @@
 #include <thread>
 #include <vector>
 
+#include "Examples.h"
 #include "simulator/VirtualBench.h"
 #include "simulator/line/PseudoTerminal.h"
 #include "simulator/line/VirtualLine.h"
 
+using examples::kBalanceAt8N1;
 using simulator::Options;
 using simulator::PseudoTerminal;
 using simulator::VirtualBench;
@@ -145,7 +147,7 @@ class ServingProcess {
 
 TEST(ServedLine, A_terminal_that_gets_the_number_of_an_unplugged_line_is_a_plain_terminal) {
     VirtualBench bench;
-    auto& balance = bench.Place("mettler-xs", Options().On("/dev/ttyUSB0"));
+    auto& balance = bench.Place(kBalanceAt8N1, Options().On("/dev/ttyUSB0"));
     int sameNumbers = 0;
     // Another program may take the number; the terminals may be of the same age, or not.
     for (int round = 0; round < 500 && sameNumbers < 20; ++round) {
@@ -168,7 +170,7 @@ TEST(ServedLine, A_terminal_that_gets_the_number_of_an_unplugged_line_is_a_plain
 
 TEST(ServedLine, A_terminal_with_the_number_that_a_line_had_stays_plain_when_the_line_is_back) {
     VirtualBench bench;
-    auto& balance = bench.Place("mettler-xs", Options().On("/dev/ttyUSB0"));
+    auto& balance = bench.Place(kBalanceAt8N1, Options().On("/dev/ttyUSB0"));
     EXPECT_TRUE(Set7E1At("/dev/ttyUSB0"));
     balance.Unplug();
     const PseudoTerminal other;
@@ -181,8 +183,8 @@ TEST(ServedLine, A_terminal_with_the_number_that_a_line_had_stays_plain_when_the
 
 TEST(ServedLine, Lines_that_exchange_their_terminals_numbers_are_not_confused) {
     VirtualBench bench;
-    auto& first = bench.Place("mettler-xs", Options().On("/dev/ttyUSB0"));
-    auto& second = bench.Place("mettler-xs", Options().On("/dev/ttyUSB1"));
+    auto& first = bench.Place(kBalanceAt8N1, Options().On("/dev/ttyUSB0"));
+    auto& second = bench.Place(kBalanceAt8N1, Options().On("/dev/ttyUSB1"));
     for (int round = 0; round < 20; ++round) {
         EXPECT_TRUE(Set7E1At("/dev/ttyUSB0"));
         EXPECT_TRUE(Set7E1At("/dev/ttyUSB1"));
@@ -199,7 +201,7 @@ TEST(ServedLine, Lines_that_exchange_their_terminals_numbers_are_not_confused) {
 TEST(ServedLine, Of_benches_that_follow_each_other_each_is_met_by_its_own_hosts) {
     for (int round = 0; round < 20; ++round) {
         VirtualBench bench;
-        auto& balance = bench.Place("mettler-xs");
+        auto& balance = bench.Place(kBalanceAt8N1);
         EXPECT_EQ(balance.HostSettings().Text(), "9600,8N1");
         EXPECT_TRUE(Set7E1At("/dev/ttyS0"));
         EXPECT_EQ(balance.HostSettings().Text(), "9600,7E1");
@@ -208,8 +210,8 @@ TEST(ServedLine, Of_benches_that_follow_each_other_each_is_met_by_its_own_hosts)
 
 TEST(ServedLine, A_descriptor_number_that_is_used_again_stands_for_its_new_port) {
     VirtualBench bench;
-    auto& first = bench.Place("mettler-xs", Options().On("/dev/ttyS0"));
-    auto& second = bench.Place("mettler-xs", Options().On("/dev/ttyS1"));
+    auto& first = bench.Place(kBalanceAt8N1, Options().On("/dev/ttyS0"));
+    auto& second = bench.Place(kBalanceAt8N1, Options().On("/dev/ttyS1"));
     const int port = OpenPort("/dev/ttyS0");
     EXPECT_TRUE(Set7E1(port));
     const int other = OpenPort("/dev/ttyS1");
@@ -226,7 +228,7 @@ TEST(ServedLine, A_descriptor_number_that_is_used_again_stands_for_its_new_port)
 
 TEST(ServedLine, A_forked_child_goes_on_with_the_port_of_its_parent) {
     VirtualBench bench;
-    auto& balance = bench.Place("mettler-xs");
+    auto& balance = bench.Place(kBalanceAt8N1);
     const int port = OpenPort("/dev/ttyS0");
     termios settings = {};
     EXPECT_EQ(::tcgetattr(port, &settings), 0);
@@ -245,7 +247,7 @@ TEST(ServedLine, Threads_that_meet_their_lines_at_the_same_time_get_each_its_own
     constexpr int count = 16;
     VirtualBench bench;
     for (int i = 0; i < count; ++i)
-        bench.Place("mettler-xs", Options().On("/dev/ttyS" + std::to_string(i)));
+        bench.Place(kBalanceAt8N1, Options().On("/dev/ttyS" + std::to_string(i)));
     std::atomic<bool> starting{false};
     std::atomic<int> taken{0};
     std::vector<std::thread> hosts;
@@ -297,7 +299,7 @@ TEST(ServedLine, A_server_that_takes_the_place_of_a_killed_one_is_met_by_its_hos
 
 TEST(ServedLine, A_terminal_whose_node_was_changed_is_still_the_line) {
     VirtualBench bench;
-    auto& balance = bench.Place("mettler-xs");
+    auto& balance = bench.Place(kBalanceAt8N1);
     const int port = OpenPort("/dev/ttyS0");
     ASSERT_EQ(::fchmod(port, 0620), 0);
     EXPECT_TRUE(Set7E1(port));
@@ -322,7 +324,7 @@ TEST(ServedLine, A_host_that_has_met_more_lines_than_it_keeps_meets_further_ones
         }
     }
     VirtualBench bench;
-    auto& balance = bench.Place("mettler-xs");
+    auto& balance = bench.Place(kBalanceAt8N1);
     EXPECT_TRUE(Set7E1At("/dev/ttyS0"));
     EXPECT_EQ(balance.HostSettings().Text(), "9600,7E1");
     balance.Unplug();

@@ -24,8 +24,12 @@
 #include <thread>
 
 #include "AllDescriptors.h"
+#include "Examples.h"
 #include "simulator/line/VirtualLine.h"
 
+using examples::kBalance;
+using examples::kBalanceAt8N1;
+using examples::kOtherBalance;
 using simulator::BalanceModel;
 using simulator::Change;
 using simulator::ConnectedInstrument;
@@ -39,7 +43,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// A host's port at 9600,8N1, which is what the balance "mettler-xs" speaks.
+/// A host's port at 9600,8N1, which is what kBalanceAt8N1 speaks.
 class OpenPort {
  public:
     explicit OpenPort(const char* device = "/dev/ttyS0") : port_(QString(device)) {
@@ -106,7 +110,7 @@ class FullPlace {
 
 TEST(VirtualBench, The_load_can_change_while_the_host_looks_on) {
     VirtualBench bench;
-    auto& balance = bench.Place("mettler-xs", Options().WithLoad(1));
+    auto& balance = bench.Place(kBalanceAt8N1, Options().WithLoad(1));
     OpenPort port;
     EXPECT_EQ(port.Ask("S\r\n"), "S S     1.0000 g\r\n");
     balance.SetLoad(2);
@@ -115,9 +119,9 @@ TEST(VirtualBench, The_load_can_change_while_the_host_looks_on) {
 
 TEST(VirtualBench, Several_instruments_stand_side_by_side) {
     VirtualBench bench;
-    bench.Place("mettler-xs", Options().WithLoad(1));
-    bench.Place("mettler-xs", Options().WithLoad(2).On("/dev/ttyUSB0"));
-    bench.Place("mettler-xs", Options().WithLoad(3).On("/dev/ttyUSB12"));
+    bench.Place(kBalanceAt8N1, Options().WithLoad(1));
+    bench.Place(kBalanceAt8N1, Options().WithLoad(2).On("/dev/ttyUSB0"));
+    bench.Place(kBalanceAt8N1, Options().WithLoad(3).On("/dev/ttyUSB12"));
     OpenPort first("/dev/ttyUSB0");
     OpenPort second("/dev/ttyUSB12");
     OpenPort third;
@@ -128,13 +132,13 @@ TEST(VirtualBench, Several_instruments_stand_side_by_side) {
 
 TEST(VirtualBench, Only_serial_ports_can_be_served) {
     VirtualBench bench;
-    EXPECT_THROW(bench.Place("mettler-xs", Options().On("/dev/null")), std::invalid_argument);
-    EXPECT_THROW(bench.Place("mettler-xs", Options().On("/dev/ttyS")), std::invalid_argument);
+    EXPECT_THROW(bench.Place(kBalanceAt8N1, Options().On("/dev/null")), std::invalid_argument);
+    EXPECT_THROW(bench.Place(kBalanceAt8N1, Options().On("/dev/ttyS")), std::invalid_argument);
     EXPECT_THROW(bench.Place("unknown"), std::invalid_argument);
 }
 
 TEST(VirtualBench, A_device_has_gone_with_its_bench) {
-    { VirtualBench().Place("mettler-xs", Options().On("/dev/ttyUSB4711")); }
+    { VirtualBench().Place(kBalanceAt8N1, Options().On("/dev/ttyUSB4711")); }
     EXPECT_EQ(OpenErrno("/dev/ttyUSB4711"), ENOENT);
 }
 
@@ -152,7 +156,7 @@ TEST(VirtualBench, Its_directory_is_where_TMPDIR_says_and_goes_with_it) {
 
 TEST(VirtualBench, The_log_tells_who_sent_what_at_which_settings) {
     VirtualBench bench;
-    auto& balance = bench.Place("mettler-xs", Options().WithLoad(1));
+    auto& balance = bench.Place(kBalanceAt8N1, Options().WithLoad(1));
     EXPECT_FALSE(balance.SettingsOfLastCommand());
     OpenPort port;
     port.Ask("S\r\n");
@@ -170,7 +174,7 @@ TEST(VirtualBench, The_log_tells_who_sent_what_at_which_settings) {
 
 TEST(VirtualBench, Bytes_sent_before_a_change_of_settings_belong_to_the_settings_before) {
     VirtualBench bench;
-    auto& balance = bench.Place("mettler-xs", Options().WithLoad(1));
+    auto& balance = bench.Place(kBalanceAt8N1, Options().WithLoad(1));
     OpenPort port;
     for (int i = 0; i < 50; ++i) {
         ASSERT_TRUE(port->setBaudRate(9600));
@@ -190,7 +194,7 @@ TEST(VirtualBench, Bytes_sent_before_a_change_of_settings_belong_to_the_settings
 
 TEST(VirtualBench, A_command_of_wrong_parity_gets_ET_at_the_instruments_settings) {
     VirtualBench bench;
-    bench.Place("mettler-toledo");
+    bench.Place(kBalance);
     OpenPort port;
     ASSERT_TRUE(port->setBaudRate(2400));
     ASSERT_TRUE(port->setDataBits(QSerialPort::Data7));
@@ -200,7 +204,7 @@ TEST(VirtualBench, A_command_of_wrong_parity_gets_ET_at_the_instruments_settings
 
 TEST(VirtualBench, An_instrument_at_another_baud_rate_does_not_understand) {
     VirtualBench bench;
-    auto& balance = bench.Place("mettler-xs", Options().WithLoad(1).At("2400,8N1"));
+    auto& balance = bench.Place(kBalanceAt8N1, Options().WithLoad(1).At("2400,8N1"));
     OpenPort port;
     EXPECT_EQ(port.Ask("S\r\n", 300).find("S S"), std::string::npos);
     EXPECT_EQ(balance.SentByHost(), "S\r\n");
@@ -208,7 +212,7 @@ TEST(VirtualBench, An_instrument_at_another_baud_rate_does_not_understand) {
 
 TEST(VirtualBench, What_is_sent_to_a_closed_port_is_lost) {
     VirtualBench bench;
-    auto& balance = bench.Place("mettler-xs", Options().With("repeat-interval=20ms"));
+    auto& balance = bench.Place(kBalanceAt8N1, Options().With("repeat-interval=20ms"));
     { OpenPort().Ask("SIR\r\n"); }
     ASSERT_TRUE(Eventually([&] { return !balance.IsOpenedByHost(); }));
     balance.ClearLog();
@@ -219,7 +223,7 @@ TEST(VirtualBench, What_is_sent_to_a_closed_port_is_lost) {
 
 TEST(VirtualBench, Answers_that_were_not_read_are_gone_when_the_port_is_opened_again) {
     VirtualBench bench;
-    auto& balance = bench.Place("mettler-xs", Options().WithLoad(1));
+    auto& balance = bench.Place(kBalanceAt8N1, Options().WithLoad(1));
     const int first = ::open("/dev/ttyS0", O_RDWR | O_NOCTTY);
     ASSERT_EQ(::write(first, "I4\r\n", 4), 4);
     ASSERT_TRUE(Eventually([&] { return !balance.SentByInstrument().empty(); }));
@@ -230,7 +234,7 @@ TEST(VirtualBench, Answers_that_were_not_read_are_gone_when_the_port_is_opened_a
 
 TEST(VirtualBench, Paced_characters_take_their_time_on_the_line) {
     VirtualBench bench;
-    auto& balance = bench.Place("mettler-xs", Options().WithPacing().At("600,7E1"));
+    auto& balance = bench.Place(kBalanceAt8N1, Options().WithPacing().At("600,7E1"));
     OpenPort port;
     port->setBaudRate(600);
     port->setDataBits(QSerialPort::Data7);
@@ -247,7 +251,7 @@ TEST(VirtualBench, Paced_characters_take_their_time_on_the_line) {
 
 TEST(VirtualBench, A_command_that_an_onlooker_takes_over_is_answered_when_it_is_due) {
     VirtualBench bench;
-    auto& balance = bench.Place("mettler-xs", Options().WithLoad(1).WithPacing().At("115200,8N1"));
+    auto& balance = bench.Place(kBalanceAt8N1, Options().WithLoad(1).WithPacing().At("115200,8N1"));
     OpenPort port;
     ASSERT_TRUE(port->setBaudRate(115200));
     for (int i = 0; i < 100; ++i) {
@@ -261,7 +265,7 @@ TEST(VirtualBench, A_command_that_an_onlooker_takes_over_is_answered_when_it_is_
 TEST(VirtualBench, Of_a_hundred_instruments_each_answers_for_itself) {
     VirtualBench bench;
     for (int i = 0; i < 100; ++i)
-        bench.Place("mettler-xs", Options().WithLoad(i + 1).On("/dev/ttyS" + std::to_string(i)));
+        bench.Place(kBalanceAt8N1, Options().WithLoad(i + 1).On("/dev/ttyS" + std::to_string(i)));
     for (int i = 99; i >= 0; --i) {
         char expected[32];
         std::snprintf(expected, sizeof expected, "S S %10.4f g\r\n", i + 1.0);
@@ -272,7 +276,7 @@ TEST(VirtualBench, Of_a_hundred_instruments_each_answers_for_itself) {
 
 TEST(VirtualBench, Unplugged_the_open_port_is_hung_up_and_the_node_is_gone) {
     VirtualBench bench;
-    auto& balance = bench.Place("mettler-xs", Options().On("/dev/ttyUSB0").WithLoad(1));
+    auto& balance = bench.Place(kBalanceAt8N1, Options().On("/dev/ttyUSB0").WithLoad(1));
     OpenPort port("/dev/ttyUSB0");
     EXPECT_EQ(port.Ask("S\r\n"), "S S     1.0000 g\r\n");
     balance.Unplug();
@@ -287,7 +291,7 @@ TEST(VirtualBench, Unplugged_the_open_port_is_hung_up_and_the_node_is_gone) {
 
 TEST(VirtualBench, At_an_unplugged_port_reads_end_writes_fail_and_poll_says_so) {
     VirtualBench bench;
-    auto& balance = bench.Place("mettler-xs", Options().On("/dev/ttyUSB0"));
+    auto& balance = bench.Place(kBalanceAt8N1, Options().On("/dev/ttyUSB0"));
     const int port = ::open("/dev/ttyUSB0", O_RDWR | O_NOCTTY);
     ASSERT_GE(port, 0);
     char byte = 0;
@@ -310,7 +314,7 @@ TEST(VirtualBench, At_an_unplugged_port_reads_end_writes_fail_and_poll_says_so) 
 
 TEST(VirtualBench, Plugged_in_again_it_is_a_new_port_and_the_old_one_stays_dead) {
     VirtualBench bench;
-    auto& balance = bench.Place("mettler-xs", Options().On("/dev/ttyUSB0").WithLoad(1));
+    auto& balance = bench.Place(kBalanceAt8N1, Options().On("/dev/ttyUSB0").WithLoad(1));
     OpenPort old("/dev/ttyUSB0");
     old->setBaudRate(2400);
     balance.Unplug();
@@ -323,7 +327,7 @@ TEST(VirtualBench, Plugged_in_again_it_is_a_new_port_and_the_old_one_stays_dead)
 
 TEST(VirtualBench, It_may_come_back_under_another_name) {
     VirtualBench bench;
-    auto& balance = bench.Place("mettler-xs", Options().On("/dev/ttyUSB0").WithLoad(1));
+    auto& balance = bench.Place(kBalanceAt8N1, Options().On("/dev/ttyUSB0").WithLoad(1));
     balance.Unplug();
     balance.PlugIn("/dev/ttyUSB1");
     EXPECT_EQ(balance.Device(), "/dev/ttyUSB1");
@@ -334,7 +338,7 @@ TEST(VirtualBench, It_may_come_back_under_another_name) {
 TEST(VirtualBench, The_fault_unplug_has_its_time_and_its_new_name) {
     VirtualBench bench;
     auto& balance = bench.Place(
-        "mettler-xs",
+        kBalanceAt8N1,
         Options().On("/dev/ttyUSB0").WithLoad(1).WithFault("unplug=/dev/ttyUSB1@200ms+300ms"));
     OpenPort port("/dev/ttyUSB0");
     EXPECT_FALSE(port->waitForReadyRead(5000));
@@ -353,7 +357,7 @@ TEST(VirtualBench, The_fault_unplug_has_its_time_and_its_new_name) {
 TEST(VirtualBench, An_adapter_that_finds_no_descriptors_is_said_and_tried_again) {
     if (WBALANCE_SANITIZED) GTEST_SKIP() << "the sanitizer needs descriptors itself";
     VirtualBench bench;
-    auto& balance = bench.Place("mettler-xs", Options().On("/dev/ttyUSB0").WithLoad(1));
+    auto& balance = bench.Place(kBalanceAt8N1, Options().On("/dev/ttyUSB0").WithLoad(1));
     balance.Unplug();
     {
         const AllDescriptors taken;
@@ -374,7 +378,7 @@ TEST(VirtualBench, An_adapter_that_finds_no_descriptors_is_said_and_tried_again)
 TEST(VirtualBench, An_adapter_that_comes_back_by_itself_and_finds_no_descriptors_hurts_nobody) {
     if (WBALANCE_SANITIZED) GTEST_SKIP() << "the sanitizer needs descriptors itself";
     VirtualBench bench;
-    auto& balance = bench.Place("mettler-xs", Options().On("/dev/ttyUSB0").WithLoad(1));
+    auto& balance = bench.Place(kBalanceAt8N1, Options().On("/dev/ttyUSB0").WithLoad(1));
     {
         const AllDescriptors taken;
         balance.Apply(Change::Parse("unplug for 100ms"));
@@ -386,7 +390,7 @@ TEST(VirtualBench, An_adapter_that_comes_back_by_itself_and_finds_no_descriptors
 
 TEST(VirtualBench, Names_that_an_adapter_has_left_take_no_descriptors) {
     VirtualBench bench;
-    auto& balance = bench.Place("mettler-xs", Options().On("/dev/ttyUSB0").WithLoad(1));
+    auto& balance = bench.Place(kBalanceAt8N1, Options().On("/dev/ttyUSB0").WithLoad(1));
     const auto replug = [&](int number) {
         balance.Unplug();
         balance.PlugIn("/dev/ttyUSB" + std::to_string(number));
@@ -421,7 +425,7 @@ TEST(VirtualBench, A_place_without_room_is_said_and_leaves_nothing_behind) {
     {
         VirtualBench bench;
         std::ofstream(place.Path() / "filling") << std::string(100'000, 'x');
-        EXPECT_THAT([&] { bench.Place("mettler-xs"); },
+        EXPECT_THAT([&] { bench.Place(kBalanceAt8N1); },
                     testing::ThrowsMessage<std::system_error>(
                         testing::EndsWith("ttyS0: No space left on device")));
     }
@@ -432,7 +436,7 @@ TEST(VirtualBench, A_place_without_room_is_said_and_leaves_nothing_behind) {
 
 TEST(VirtualBench, An_open_can_be_refused_for_any_reason) {
     VirtualBench bench;
-    auto& balance = bench.Place("mettler-xs");
+    auto& balance = bench.Place(kBalanceAt8N1);
     for (const int error : {EACCES, EBUSY, ENODEV, EIO}) {
         Work(balance, [&](VirtualLine& line) { line.RefuseOpen(error); });
         EXPECT_EQ(OpenErrno("/dev/ttyS0"), error);
@@ -446,7 +450,7 @@ TEST(VirtualBench, An_open_can_be_refused_for_any_reason) {
 
 TEST(VirtualBench, The_next_open_alone_can_be_refused) {
     VirtualBench bench;
-    auto& balance = bench.Place("mettler-xs");
+    auto& balance = bench.Place(kBalanceAt8N1);
     Work(balance, [](VirtualLine& line) { line.RefuseNextOpen(EBUSY); });
     EXPECT_EQ(OpenErrno("/dev/ttyS0"), EBUSY);
     EXPECT_EQ(OpenErrno("/dev/ttyS0"), 0);
@@ -454,7 +458,7 @@ TEST(VirtualBench, The_next_open_alone_can_be_refused) {
 
 TEST(VirtualBench, A_node_without_a_port_opens_but_is_no_terminal) {
     VirtualBench bench;
-    auto& balance = bench.Place("mettler-xs");
+    auto& balance = bench.Place(kBalanceAt8N1);
     Work(balance, [](VirtualLine& line) { line.TakePortAway(); });
     const int node = ::open("/dev/ttyS0", O_RDWR | O_NOCTTY);
     ASSERT_GE(node, 0);
@@ -464,7 +468,7 @@ TEST(VirtualBench, A_node_without_a_port_opens_but_is_no_terminal) {
 
 TEST(VirtualBench, Who_looks_at_what_a_process_has_open_sees_the_device) {
     VirtualBench bench;
-    bench.Place("mettler-xs");
+    bench.Place(kBalanceAt8N1);
     const int port = ::open("/dev/ttyS0", O_RDWR | O_NOCTTY);
     ASSERT_GE(port, 0);
     const std::string link = "/proc/self/fd/" + std::to_string(port);
@@ -477,7 +481,7 @@ TEST(VirtualBench, Who_looks_at_what_a_process_has_open_sees_the_device) {
 
 TEST(VirtualBench, The_node_has_the_owner_group_and_mode_that_it_is_given) {
     VirtualBench bench;
-    auto& balance = bench.Place("mettler-xs");
+    auto& balance = bench.Place(kBalanceAt8N1);
     Work(balance, [](VirtualLine& line) { line.SetNode({0600, 7, 8}); });
     struct stat node = {};
     ASSERT_EQ(::stat("/dev/ttyS0", &node), 0);
@@ -489,7 +493,7 @@ TEST(VirtualBench, The_node_has_the_owner_group_and_mode_that_it_is_given) {
 
 TEST(VirtualBench, Control_lines_go_both_ways) {
     VirtualBench bench;
-    auto& balance = bench.Place("mettler-xs");
+    auto& balance = bench.Place(kBalanceAt8N1);
     unsigned seen = 0;
     const auto look = [&] {
         Work(balance, [&](VirtualLine& line) { seen = line.ControlLines(); });
@@ -510,7 +514,7 @@ TEST(VirtualBench, Control_lines_go_both_ways) {
 
 TEST(VirtualBench, Each_control_line_of_the_instrument_is_seen_by_the_host) {
     VirtualBench bench;
-    auto& balance = bench.Place("mettler-xs");
+    auto& balance = bench.Place(kBalanceAt8N1);
     const int port = ::open("/dev/ttyS0", O_RDWR | O_NOCTTY);
     int seen = 0;
     EXPECT_EQ(::ioctl(port, TIOCMGET, &seen), 0);
@@ -531,7 +535,7 @@ TEST(VirtualBench, Each_control_line_of_the_instrument_is_seen_by_the_host) {
 
 TEST(VirtualBench, Who_has_the_port_for_himself_can_be_asked) {
     VirtualBench bench;
-    bench.Place("mettler-xs");
+    bench.Place(kBalanceAt8N1);
     const int port = ::open("/dev/ttyS0", O_RDWR | O_NOCTTY);
     const auto isExclusive = [&] {
         int exclusive = -1;
@@ -548,7 +552,7 @@ TEST(VirtualBench, Who_has_the_port_for_himself_can_be_asked) {
 
 TEST(VirtualBench, A_lock_on_one_descriptor_keeps_others_of_the_port_from_locking) {
     VirtualBench bench;
-    bench.Place("mettler-xs");
+    bench.Place(kBalanceAt8N1);
     const int first = ::open("/dev/ttyS0", O_RDWR | O_NOCTTY);
     const int second = ::open("/dev/ttyS0", O_RDWR | O_NOCTTY);
     EXPECT_EQ(::flock(first, LOCK_EX | LOCK_NB), 0);
@@ -561,7 +565,7 @@ TEST(VirtualBench, A_lock_on_one_descriptor_keeps_others_of_the_port_from_lockin
 
 TEST(VirtualBench, Low_latency_can_be_asked_for_until_the_adapter_is_pulled) {
     VirtualBench bench;
-    auto& balance = bench.Place("mettler-xs", Options().On("/dev/ttyUSB0"));
+    auto& balance = bench.Place(kBalanceAt8N1, Options().On("/dev/ttyUSB0"));
     const int port = ::open("/dev/ttyUSB0", O_RDWR | O_NOCTTY);
     serial_struct parameters = {};
     ASSERT_EQ(::ioctl(port, TIOCGSERIAL, &parameters), 0);
@@ -585,7 +589,7 @@ TEST(VirtualBench, Low_latency_can_be_asked_for_until_the_adapter_is_pulled) {
 
 TEST(VirtualBench, A_break_reaches_the_instrument) {
     VirtualBench bench;
-    bench.Place("mettler-xs");
+    bench.Place(kBalanceAt8N1);
     const int descriptor = ::open("/dev/ttyS0", O_RDWR | O_NOCTTY);
     ASSERT_GE(descriptor, 0);
     EXPECT_EQ(::tcsendbreak(descriptor, 0), 0);
@@ -597,7 +601,7 @@ TEST(VirtualBench, A_break_reaches_the_instrument) {
 
 TEST(VirtualBench, A_break_that_is_held_until_it_is_ended_reaches_the_instrument_once) {
     VirtualBench bench;
-    auto& balance = bench.Place("mettler-xs", Options().WithLoad(1));
+    auto& balance = bench.Place(kBalanceAt8N1, Options().WithLoad(1));
     const int descriptor = ::open("/dev/ttyS0", O_RDWR | O_NOCTTY);
     EXPECT_EQ(::ioctl(descriptor, TIOCSBRK), 0);
     EXPECT_EQ(::ioctl(descriptor, TIOCCBRK), 0);
@@ -609,7 +613,7 @@ TEST(VirtualBench, A_break_that_is_held_until_it_is_ended_reaches_the_instrument
 
 TEST(VirtualBench, A_duplicated_descriptor_is_the_same_port) {
     VirtualBench bench;
-    auto& balance = bench.Place("mettler-xs");
+    auto& balance = bench.Place(kBalanceAt8N1);
     const int first = ::open("/dev/ttyS0", O_RDWR | O_NOCTTY);
     const int second = ::dup(first);
     ::close(first);
@@ -625,7 +629,7 @@ TEST(VirtualBench, A_duplicated_descriptor_is_the_same_port) {
 
 TEST(VirtualBench, Settings_outlive_a_close_as_on_a_real_port) {
     VirtualBench bench;
-    bench.Place("mettler-xs");
+    bench.Place(kBalanceAt8N1);
     const int first = ::open("/dev/ttyS0", O_RDWR | O_NOCTTY);
     termios settings = {};
     ::tcgetattr(first, &settings);
@@ -641,9 +645,9 @@ TEST(VirtualBench, Settings_outlive_a_close_as_on_a_real_port) {
 
 TEST(VirtualBench, Two_instruments_cannot_be_at_one_port) {
     VirtualBench bench;
-    bench.Place("mettler-xs");
+    bench.Place(kBalanceAt8N1);
     try {
-        bench.Place("radwag");
+        bench.Place(kOtherBalance);
         FAIL();
     } catch (const std::invalid_argument& error) {
         EXPECT_STREQ(error.what(),
@@ -653,8 +657,8 @@ TEST(VirtualBench, Two_instruments_cannot_be_at_one_port) {
 
 TEST(VirtualBench, It_keeps_its_name_when_another_instrument_has_the_new_one) {
     VirtualBench bench;
-    auto& balance = bench.Place("mettler-xs", Options().On("/dev/ttyUSB0").WithLoad(1));
-    bench.Place("mettler-xs", Options().On("/dev/ttyUSB1").WithLoad(2));
+    auto& balance = bench.Place(kBalanceAt8N1, Options().On("/dev/ttyUSB0").WithLoad(1));
+    bench.Place(kBalanceAt8N1, Options().On("/dev/ttyUSB1").WithLoad(2));
     balance.Unplug();
     balance.PlugIn("/dev/ttyUSB1");
     EXPECT_EQ(balance.Device(), "/dev/ttyUSB0");
@@ -672,7 +676,7 @@ TEST(VirtualBench, A_script_is_carried_out_at_its_times) {
     Options options;
     options.script = simulator::ReadScript(text, "bench.script");
     VirtualBench bench;
-    auto& balance = bench.Place("mettler-xs", options);
+    auto& balance = bench.Place(kBalanceAt8N1, options);
     OpenPort port;
     ASSERT_TRUE(Eventually([&] {
         double tare = 0;
@@ -689,7 +693,7 @@ TEST(VirtualBench, A_script_that_the_instrument_cannot_follow_is_refused_with_it
     options.script = simulator::ReadScript(text, "bench.script");
     VirtualBench bench;
     try {
-        bench.Place("mettler-xs", options);
+        bench.Place(kBalanceAt8N1, options);
         FAIL();
     } catch (const std::invalid_argument& error) {
         EXPECT_EQ(std::string(error.what()).find("bench.script:2: this instrument has no switch"),
@@ -701,7 +705,7 @@ TEST(VirtualBench, What_a_host_sends_at_the_very_end_is_still_taken_over) {
     std::string sent;
     {
         VirtualBench bench;
-        auto& balance = bench.Place("mettler-xs");
+        auto& balance = bench.Place(kBalanceAt8N1);
         balance.OnEvent([&](ConnectedInstrument&, const LineEvent& event) {
             if (event.kind == LineEvent::Kind::FromHost) sent += event.bytes;
         });
@@ -714,7 +718,7 @@ TEST(VirtualBench, What_a_host_sends_at_the_very_end_is_still_taken_over) {
 
 TEST(VirtualBench, An_adapter_may_be_pulled_for_no_time_at_all) {
     VirtualBench bench;
-    auto& balance = bench.Place("mettler-xs", Options().On("/dev/ttyUSB0"));
+    auto& balance = bench.Place(kBalanceAt8N1, Options().On("/dev/ttyUSB0"));
     balance.Apply(Change::Parse("unplug for 0s"));
     balance.Apply(Change::Parse("unplug for 1ms"));
     EXPECT_TRUE(Eventually([] { return OpenErrno("/dev/ttyUSB0") == 0; }));
@@ -722,7 +726,7 @@ TEST(VirtualBench, An_adapter_may_be_pulled_for_no_time_at_all) {
 
 TEST(VirtualBench, A_change_is_in_force_when_it_returns) {
     VirtualBench bench;
-    auto& balance = bench.Place("mettler-xs", Options().On("/dev/ttyUSB0").WithLoad(1));
+    auto& balance = bench.Place(kBalanceAt8N1, Options().On("/dev/ttyUSB0").WithLoad(1));
     balance.Apply(Change::Parse("unplug as ttyUSB1"));
     EXPECT_EQ(OpenErrno("/dev/ttyUSB0"), ENOENT);
     balance.Apply(Change::Parse("end unplug"));
@@ -739,7 +743,7 @@ TEST(VirtualBench, A_change_is_in_force_when_it_returns) {
 
 TEST(VirtualBench, An_unplugged_terminal_comes_back_under_another_path) {
     VirtualBench bench;
-    auto& balance = bench.PlaceOnTerminal("mettler-xs", Options().WithLoad(1));
+    auto& balance = bench.PlaceOnTerminal(kBalanceAt8N1, Options().WithLoad(1));
     const std::string before = balance.Device();
     const int old = ::open(before.c_str(), O_RDWR | O_NOCTTY);
     balance.Unplug();
@@ -756,7 +760,7 @@ TEST(VirtualBench, An_unplugged_terminal_comes_back_under_another_path) {
 
 TEST(VirtualBench, A_bare_pseudo_terminal_takes_7_bits_and_parity_each_time_with_the_speed) {
     VirtualBench bench;
-    auto& balance = bench.PlaceOnTerminal("mettler-toledo", Options().WithLoad(5));
+    auto& balance = bench.PlaceOnTerminal(kBalance, Options().WithLoad(5));
     for (int round = 0; round < 20; ++round) {
         const int descriptor = ::open(balance.Device().c_str(), O_RDWR | O_NOCTTY);
         ASSERT_GE(descriptor, 0);
@@ -777,7 +781,7 @@ TEST(VirtualBench, A_bare_pseudo_terminal_takes_7_bits_and_parity_each_time_with
 
 TEST(VirtualBench, A_bare_pseudo_terminal_serves_who_has_nothing_loaded) {
     VirtualBench bench;
-    auto& balance = bench.PlaceOnTerminal("mettler-toledo", Options().WithLoad(5));
+    auto& balance = bench.PlaceOnTerminal(kBalance, Options().WithLoad(5));
     const int descriptor = ::open(balance.Device().c_str(), O_RDWR | O_NOCTTY);
     ASSERT_GE(descriptor, 0);
     ASSERT_EQ(::write(descriptor, "S\r\n", 3), 3);

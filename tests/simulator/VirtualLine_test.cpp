@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 #include <QtSerialPort/QSerialPort>
 
+#include "Examples.h"
 #include "simulator/VirtualBench.h"
 
+using examples::kBalance;
 using simulator::Options;
 using simulator::UartSettings;
 using simulator::VirtualBench;
@@ -41,7 +43,7 @@ std::string Ask(QSerialPort& port, const char* command) {
 TEST_P(LineSettingsOfAHost, Are_kept_seen_at_the_far_end_and_carry_a_command_and_its_answer) {
     const Case& wanted = GetParam();
     VirtualBench bench;
-    auto& balance = bench.Place("mettler-toledo", Options().WithLoad(12.34).At(wanted.seen));
+    auto& balance = bench.Place(kBalance, Options().WithLoad(12.34).At(wanted.seen));
     QSerialPort port("/dev/ttyS0");
     ASSERT_TRUE(port.open(QIODevice::ReadWrite)) << port.errorString().toStdString();
     EXPECT_TRUE(port.setBaudRate(wanted.baudRate));
@@ -106,7 +108,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(VirtualLine, A_host_at_8N1_meets_a_balance_at_7E1) {
     VirtualBench bench;
-    bench.Place("mettler-toledo", Options().WithLoad(12.34));
+    bench.Place(kBalance, Options().WithLoad(12.34));
     QSerialPort port("/dev/ttyS0");
     ASSERT_TRUE(port.open(QIODevice::ReadWrite));
     ASSERT_TRUE(port.setBaudRate(2400));

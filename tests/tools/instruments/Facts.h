@@ -97,6 +97,15 @@ struct Refused {
     std::string says;
 };
 
+/// A unit or a mode that another program sets at the simulated instrument, and the weight of 12.5 g
+/// then.
+struct SetByHost {
+    std::string with;    ///< switches of the instrument
+    std::string line;    ///< as stty takes it
+    std::string sent;    ///< as printf takes it
+    std::string weight;  ///< the line that comes
+};
+
 /// A record of the folder records, and how replaying it ends.
 struct Replayed {
     std::string record;
@@ -134,6 +143,7 @@ struct Instrument {
     std::vector<Moving> moving = {};
     std::vector<Sent> sends = {};
     std::vector<Refused> refused = {};
+    std::vector<SetByHost> setByHost = {};
     std::vector<Replayed> records = {};
     /// What stands in front of a number of any length and behind it; empty where an answer has a
     /// length of its own.

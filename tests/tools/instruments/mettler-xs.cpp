@@ -45,6 +45,7 @@ Instrument Of<WbalanceMettlerXS>() {
                       4,
                       "the balance did not answer it"}};
     one.sends = {{"display HELLO", {"D \"HELLO\"\\r\\n"}}};
+    one.setByHost = {{"", "9600 cs8 -parenb", "M21 0 3\\r\\n", "S S    12500.0 mg\\r\\n"}};
     one.records = {{"mettler-xs-incomplete-average", 8}};
     return one;
 }

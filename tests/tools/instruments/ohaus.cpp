@@ -40,6 +40,9 @@ Instrument Of<WbalanceOHAUS_SPU602>() {
     one.numberOfAnyLength = {"", " g\r\n"};
     one.moving = {{"--fault busy --load 10", "-m stable", ""}};
     one.sends = {{"factory-reset --yes", {"R\\r\\n", "0A\\r\\n"}}};
+    one.setByHost = {
+        {"--with series=explorer", "2400 cs7 -parenb", "2U\\r\\n", "   0.01250 kg\\r\\n"},
+        {"--with series=explorer", "2400 cs7 -parenb", "1M\\r\\n", "        13 PCS\\r\\n"}};
     one.records = {{"ohaus-kilograms", 10}};
     return one;
 }
