@@ -16,6 +16,7 @@ using testing::Contains;
 using testing::Each;
 using testing::ElementsAre;
 using testing::IsSupersetOf;
+using testing::Not;
 using testing::StartsWith;
 
 namespace {
@@ -55,8 +56,11 @@ TEST(Completion, Offers_a_balance_to_monitor_whether_or_not_bash_divides_words_t
                 Contains(kOtherBalance + "@"));
     EXPECT_THAT(Completions("wbalance monitor " + kThirdBalance + "@0 " + Beginning(kOtherBalance)),
                 Contains(kOtherBalance + "@"));
-    EXPECT_THAT(Completions("wbalance monitor --json " + Beginning(kOtherBalance)),
-                Contains(kOtherBalance + "@"));
+    for (const std::string flag : {"--json", "--csv", "--trace", "--dynamic"})
+        EXPECT_THAT(Completions("wbalance monitor " + flag + " " + Beginning(kOtherBalance)),
+                    Contains(kOtherBalance + "@"));
+    EXPECT_THAT(Completions("wbalance monitor --count " + Beginning(kOtherBalance)),
+                Not(Contains(kOtherBalance + "@")));
     EXPECT_THAT(Completions("wbalance monitor " + kOtherBalance + "@0@600"),
                 ElementsAre(kOtherBalance + "@0@600,7E1"));
     EXPECT_THAT(Completions("wbalance monitor " + kOtherBalance + " @ 0 @ 600"),
@@ -84,6 +88,14 @@ TEST(Completion, Offers_each_command_its_own_options) {
     EXPECT_THAT(Completions("wbalance factory-reset --y"), ElementsAre("--yes"));
     EXPECT_THAT(Completions("wbalance weigh --y"), ElementsAre(""));
     EXPECT_THAT(Completions("wbalance detect --t"), ElementsAre("--thorough", "--trace"));
+}
+
+TEST(Completion, Offers_every_output_format_to_the_commands_that_give_weights) {
+    for (const char* command : {"weigh", "monitor", "replay"}) {
+        EXPECT_THAT(Completions(std::string("wbalance ") + command + " --"),
+                    IsSupersetOf({"--json", "--csv"}));
+    }
+    EXPECT_THAT(Completions("wbalance ports --"), Not(Contains("--csv")));
 }
 
 TEST(Completion, Offers_every_option_that_the_help_of_a_command_names) {

@@ -3,6 +3,7 @@
 #include <QtCore/QJsonArray>
 #include <memory>
 
+#include "FormatOptions.h"
 #include "OutsideText.h"
 #include "ToolError.h"
 #include "detect/Detector.h"
@@ -151,7 +152,7 @@ void AddDetect(arguments::Command application, ExitCode& exitCode) {
         .ShowDefault();
     command.AddFlag("-u,--usb", options->usb, "the port number is that of a USB adapter");
     command.AddFlag("--thorough", options->thorough, "ask every question at every usual setting");
-    command.AddFlag("--json", options->json, "one JSON object, also when nothing is found");
+    AddJsonFlag(command, options->json, "one JSON object, also when nothing is found");
     command.AddFlag("--trace", options->trace, "show the library's trace on standard error");
     command.Callback([options, &exitCode] { exitCode = Run(*options); });
 }

@@ -6,6 +6,7 @@
 
 #include "BalanceOptions.h"
 #include "ExampleDrivers.h"
+#include "FormatOptions.h"
 #include "doctor/Doctor.h"
 #include "output/Columns.h"
 #include "output/Json.h"
@@ -84,7 +85,7 @@ void AddDoctor(arguments::Command application, ExitCode& exitCode) {
     command.Footer(WithExampleDrivers(kExamples));
     const auto options = std::make_shared<Options>();
     options->balance.AddTo(command);
-    command.AddFlag("--json", options->json, "one JSON object, also of what is wrong");
+    AddJsonFlag(command, options->json, "one JSON object, also of what is wrong");
     command.Callback([options, &exitCode] { exitCode = Run(*options); });
 }
 

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "ExampleDrivers.h"
+#include "FormatOptions.h"
 #include "drivers/DriverTable.h"
 #include "output/Columns.h"
 #include "output/Json.h"
@@ -73,7 +74,7 @@ void AddDrivers(arguments::Command application, ExitCode& exitCode) {
     command.Footer(WithExampleDrivers(kExamples));
     const auto options = std::make_shared<Options>();
     command.AddOption("NAME", options->name, "the driver to describe").TypeName("");
-    command.AddFlag("--json", options->json, "one JSON object per line");
+    AddJsonFlag(command, options->json, "one JSON object per line");
     command.Callback([options, &exitCode] { exitCode = Run(*options); });
 }
 

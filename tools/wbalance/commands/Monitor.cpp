@@ -63,6 +63,16 @@ std::chrono::milliseconds DurationOf(const std::string& text) {
     return Milliseconds(number * unit->second);
 }
 
+// "JSON with --json, else CSV"
+std::string LogFormats() {
+    const Format& usual = LogFormatFor(Formats().front());
+    std::string chosen;
+    for (const auto& format : Formats())
+        if (!format.IsForPeople() && format.name != usual.name)
+            chosen += format.title + " with --" + format.name + ", ";
+    return chosen + "else " + usual.title;
+}
+
 // DRIVER@/dev/ttyUSB1@4800,8N2
 MonitoredBalance::Settings SettingsOf(const std::string& text, const Options& options) {
     const std::size_t first = text.find('@');
@@ -99,10 +109,9 @@ ExitCode Run(const Options& options) {
     for (const auto& text : options.balances)
         settings.balances.push_back(SettingsOf(text, options));
     RequireDifferentPorts(settings.balances);
-    settings.format = options.weigh.OutputFormat();
+    settings.format = options.weigh.format.Chosen();
     settings.trace = options.shared.trace;
-    settings.live =
-        settings.format == Format::Text && !settings.trace && isatty(STDOUT_FILENO) != 0;
+    settings.live = settings.format.IsForPeople() && !settings.trace && isatty(STDOUT_FILENO) != 0;
     settings.logPath = options.logPath;
     settings.count = options.count;
     settings.duration = options.duration;
@@ -141,7 +150,7 @@ void AddMonitor(arguments::Command application, ExitCode& exitCode) {
                     "include weights of a moving pan in the statistics");
     command
         .AddOption("--log", options->logPath,
-                   "write every line to a file (JSON with --json, else CSV) before showing it")
+                   "write every line to a file (" + LogFormats() + ") before showing it")
         .TypeName("FILE");
     options->shared.AddSharedTo(command);
     options->weigh.AddTo(command);

@@ -11,6 +11,7 @@
 
 #include "BalanceOptions.h"
 #include "ExampleDrivers.h"
+#include "FormatOptions.h"
 #include "ToolError.h"
 #include "output/Json.h"
 #include "output/MeasurementFormat.h"
@@ -176,7 +177,7 @@ arguments::Command Add(arguments::Command application, ExitCode& exitCode, Opera
     command.Footer(footer + "\n");
     options->request.operation = operation;
     options->balance.AddTo(command);
-    command.AddFlag("--json", options->json, "one JSON object, also when the operation failed");
+    AddJsonFlag(command, options->json, "one JSON object, also when the operation failed");
     command.Callback([options, &exitCode] { exitCode = Run(*options); });
     return command;
 }

@@ -3,6 +3,7 @@
 #include <QtCore/QJsonArray>
 #include <memory>
 
+#include "FormatOptions.h"
 #include "line/PortList.h"
 #include "output/Columns.h"
 #include "output/Json.h"
@@ -73,7 +74,7 @@ void AddPorts(arguments::Command application, ExitCode& exitCode) {
         "ports", "List the serial ports, who may open them, and who has them open");
     command.Footer(kExamples);
     const auto json = std::make_shared<bool>(false);
-    command.AddFlag("--json", *json, "one JSON object per line");
+    AddJsonFlag(command, *json, "one JSON object per line");
     command.Callback([json, &exitCode] { exitCode = Run(*json); });
 }
 

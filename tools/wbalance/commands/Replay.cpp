@@ -4,9 +4,9 @@
 #include <memory>
 
 #include "ExampleDrivers.h"
+#include "FormatOptions.h"
 #include "Record.h"
 #include "ToolError.h"
-#include "output/MeasurementFormat.h"
 #include "output/Stream.h"
 #include "process/Recorder.h"
 
@@ -24,8 +24,7 @@ exit code is that of the last weighing.
 
 struct Options {
     std::string path;
-    bool json = false;
-    bool csv = false;
+    FormatOptions format;
 };
 
 // The years of which a clock of nanoseconds can hold every moment, and a record's hundred years
@@ -52,14 +51,14 @@ ExitCode Run(const Options& options) {
     const auto weighings = WeighingsIn(record);
     if (weighings.empty())
         throw ToolError(ExitCode::Usage, options.path + ": no weighing is in this record");
-    const Format format = options.json ? Format::Json : options.csv ? Format::Csv : Format::Text;
-    if (format == Format::Csv) PrintLine(CsvHeader());
+    const Format& format = options.format.Chosen();
+    if (!format.header.empty()) PrintLine(format.header);
     ExitCode code = ExitCode::Done;
     for (const auto& weighing : weighings) {
         LabelledMeasurement labelled{driver.name, record.header.port, "", "",
                                      Measure(driver, weighing)};
         labelled.measurement.time += start.time_since_epoch();
-        PrintLine(Formatted(labelled, format));
+        PrintLine(format.line(labelled));
         code = CodeFor(labelled.measurement.reading.meaning);
     }
     return code;
@@ -72,9 +71,7 @@ void AddReplay(arguments::Command application, ExitCode& exitCode) {
     command.Footer(WithExampleDrivers(kExamples));
     const auto options = std::make_shared<Options>();
     command.AddOption("FILE", options->path, "what --record has written").TypeName("").Required();
-    const auto json = command.AddFlag("--json", options->json, "one JSON object per line");
-    command.AddFlag("--csv", options->csv, "comma-separated values with a header line")
-        .Excludes(json);
+    options->format.AddTo(command, "");
     command.Callback([options, &exitCode] { exitCode = Run(*options); });
 }
 

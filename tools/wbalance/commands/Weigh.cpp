@@ -42,28 +42,29 @@ LabelledMeasurement ErrorOf(const Options& options, const std::string& sentence)
 }
 
 ExitCode WeighAndTell(const Options& options) {
-    const Format format = options.weigh.OutputFormat();
+    const Format& format = options.weigh.format.Chosen();
     const std::string port = options.balance.Port().Text();
     const Measurement measurement = Weigh(options);
     const Reading& reading = measurement.reading;
     const ExitCode code = CodeFor(reading.meaning);
-    if (format == Format::Text && !reading.IsWeight()) {
+    if (format.IsForPeople() && !reading.IsWeight()) {
         throw ToolError(code, port + ": " + SentenceFor(reading) +
                                   (measurement.answer.empty()
                                        ? ""
                                        : "; it sent " + outside::Quoted(measurement.answer)));
     }
-    if (format == Format::Csv) PrintLine(CsvHeader());
-    PrintLine(Formatted({options.balance.driver, port, "", "", measurement}, format));
+    if (!format.header.empty()) PrintLine(format.header);
+    PrintLine(format.line({options.balance.driver, port, "", "", measurement}));
     return code;
 }
 
 ExitCode Run(const Options& options) {
+    const Format& format = options.weigh.format.Chosen();
     try {
         return WeighAndTell(options);
     } catch (const ToolError& error) {
-        if (!options.weigh.json || !IsForJson(error)) throw;
-        PrintLine(Formatted(ErrorOf(options, error.what()), Format::Json));
+        if (!format.tellsErrors || !IsForJson(error)) throw;
+        PrintLine(format.line(ErrorOf(options, error.what())));
         return error.code;
     }
 }

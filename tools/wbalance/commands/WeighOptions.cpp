@@ -28,14 +28,7 @@ void WeighOptions::AddTo(arguments::Command command) {
             "says what a driver does in each mode")
         .TypeName("MODE")
         .ShowDefault("auto");
-    const auto asJson =
-        command.AddFlag("--json", json, "one JSON object per line, also when there is no weight");
-    command.AddFlag("--csv", csv, "comma-separated values with a header line").Excludes(asJson);
-}
-
-Format WeighOptions::OutputFormat() const {
-    if (json) return Format::Json;
-    return csv ? Format::Csv : Format::Text;
+    format.AddTo(command, ", also when there is no weight");
 }
 
 }  // namespace tool

@@ -3,18 +3,16 @@
 #include <string>
 
 #include "Arguments.h"
-#include "output/MeasurementFormat.h"
+#include "FormatOptions.h"
 
 namespace tool {
 
 /// The options of the commands that give weights.
 struct WeighOptions {
     long mode = 1;
-    bool json = false;
-    bool csv = false;
+    FormatOptions format;
 
     void AddTo(arguments::Command command);
-    Format OutputFormat() const;
 };
 
 }  // namespace tool

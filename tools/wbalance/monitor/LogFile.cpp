@@ -25,24 +25,22 @@ bool EndsWithinALine(int file) {
     return size > 0 && pread(file, &last, 1, size - 1) == 1 && last != '\n';
 }
 
-/// Whether the file begins as a log with this header does; without a header it holds JSON.
-bool BeginsAs(int file, const std::string& header) {
-    const std::string line = header.empty() ? "{" : header + "\n";
-    std::string first(line.size(), '\0');
-    return pread(file, first.data(), first.size(), 0) > 0 && first == line;
+bool BeginsWith(int file, const std::string& beginning) {
+    std::string first(beginning.size(), '\0');
+    return pread(file, first.data(), first.size(), 0) > 0 && first == beginning;
 }
 
 }  // namespace
 
-LogFile::LogFile(const std::string& path, const std::string& header)
-    : path_(path), header_(header) {
+LogFile::LogFile(const std::string& path, const std::string& header, const std::string& lineBegins)
+    : path_(path), header_(header), beginning_(header.empty() ? lineBegins : header + "\n") {
     Open();
 }
 
 void LogFile::Open() {
     file_ = Descriptor(open(path_.c_str(), O_RDWR | O_APPEND | O_CREAT | O_CLOEXEC, 0666));
     if (file_.Get() < 0) throw ToolError(ExitCode::Usage, path_ + ": " + std::strerror(errno));
-    if (SizeOf(file_.Get()) > 0 && !BeginsAs(file_.Get(), header_)) {
+    if (SizeOf(file_.Get()) > 0 && !BeginsWith(file_.Get(), beginning_)) {
         throw ToolError(ExitCode::Usage,
                         path_ +
                             ": holds lines of another kind than those that would be added; choose "

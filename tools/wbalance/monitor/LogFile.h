@@ -11,10 +11,10 @@ namespace tool {
 class LogFile {
  public:
     /// Opens or creates the file and goes on behind what it holds; a line that was cut off there is
-    /// ended first. An empty file gets `header`, unless that is empty, which it is where the lines
-    /// are JSON. Throws ToolError, also for a file that was begun with another header or as the
-    /// other kind.
-    LogFile(const std::string& path, const std::string& header);
+    /// ended first. An empty file gets `header`. Where that is empty, every line begins with
+    /// `lineBegins`. Throws ToolError, also for a file that was begun with another header or as
+    /// another kind.
+    LogFile(const std::string& path, const std::string& header, const std::string& lineBegins);
 
     /// Adds a line, in a new file where the old one was moved, deleted or emptied. Throws
     /// ToolError, naming the file, when it can't be written.
@@ -31,6 +31,7 @@ class LogFile {
 
     const std::string path_;
     const std::string header_;
+    const std::string beginning_;  ///< of what the file holds
     Descriptor file_;
 };
 

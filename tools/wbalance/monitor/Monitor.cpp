@@ -16,11 +16,6 @@ using Clock = MonitoredBalance::Clock;
 constexpr std::chrono::milliseconds kLongestWait{250};
 constexpr std::chrono::seconds kAlwaysFresh{2};
 
-// A line of the log is for programs; it is JSON when the output is.
-Format LogFormat(Format format) {
-    return format == Format::Json ? Format::Json : Format::Csv;
-}
-
 std::string SummaryOf(const Statistics& statistics) {
     const std::string numbers = statistics.NumbersText(" g", ", ");
     return std::to_string(statistics.Count()) + " weights" + statistics.DynamicText() +
@@ -34,8 +29,8 @@ Monitor::Monitor(const Settings& settings)
       displayed_(settings.balances.size()),
       tallies_(settings.balances.size()) {
     if (!settings.logPath.empty()) {
-        const bool csv = LogFormat(settings.format) == Format::Csv;
-        log_ = std::make_unique<LogFile>(settings.logPath, csv ? CsvHeader() : "");
+        const Format& format = LogFormatFor(settings.format);
+        log_ = std::make_unique<LogFile>(settings.logPath, format.header, format.lineBegins);
         TakeHangupsForTheLog();
     }
     for (std::size_t i = 0; i < settings.balances.size(); ++i) {
@@ -79,7 +74,7 @@ void Monitor::Run() {
 }
 
 void Monitor::ReadOn() {
-    if (settings_.format == Format::Csv) PrintLine(CsvHeader());
+    if (!settings_.format.header.empty()) PrintLine(settings_.format.header);
     if (settings_.live) display_ = std::make_unique<LiveDisplay>();
     while (!Interrupted() && !HasEnough()) {
         for (const auto& balance : balances_)
@@ -122,13 +117,13 @@ void Monitor::TakeNotice(std::size_t index, const std::string& status, const std
 
 // First the log, so that what was shown is never missing there.
 void Monitor::Tell(const LabelledMeasurement& measurement) {
-    if (log_) log_->Write(Formatted(measurement, LogFormat(settings_.format)));
+    if (log_) log_->Write(LogFormatFor(settings_.format).line(measurement));
     if (display_) return;
-    const bool plain = settings_.format == Format::Text;
-    PrintLine((plain ? TimeText(measurement.measurement.time) + "  " + measurement.driver + " " +
-                           measurement.port + "  "
-                     : "") +
-              Formatted(measurement, settings_.format));
+    PrintLine((settings_.format.IsForPeople()
+                   ? TimeText(measurement.measurement.time) + "  " + measurement.driver + " " +
+                         measurement.port + "  "
+                   : "") +
+              settings_.format.line(measurement));
 }
 
 bool Monitor::HasEnough() const {

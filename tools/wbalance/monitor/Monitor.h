@@ -16,7 +16,7 @@ class Monitor {
  public:
     struct Settings {
         std::vector<MonitoredBalance::Settings> balances;
-        Format format = Format::Text;
+        Format format = Formats().front();
         bool live = false;    ///< the live display instead of lines
         bool trace = false;   ///< the library's trace on standard error
         std::string logPath;  ///< empty: no log

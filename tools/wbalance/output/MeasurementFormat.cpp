@@ -1,6 +1,8 @@
 #include "MeasurementFormat.h"
 
 #include <QtCore/QDateTime>
+#include <algorithm>
+#include <stdexcept>
 
 #include "Csv.h"
 #include "Json.h"
@@ -26,6 +28,13 @@ std::string MessageOf(const LabelledMeasurement& labelled) {
     const Reading& reading = labelled.measurement.reading;
     if (!labelled.notice.empty()) return labelled.message;
     return reading.IsWeight() ? reading.remark : SentenceFor(reading);
+}
+
+std::string Text(const LabelledMeasurement& labelled) {
+    const Reading& reading = labelled.measurement.reading;
+    if (!labelled.notice.empty())
+        return labelled.notice + ": " + outside::Printable(labelled.message);
+    return reading.IsWeight() ? WeightText(reading) : SentenceFor(reading);
 }
 
 std::string Json(const LabelledMeasurement& labelled) {
@@ -55,17 +64,25 @@ std::string Csv(const LabelledMeasurement& labelled) {
 
 }  // namespace
 
-std::string Formatted(const LabelledMeasurement& measurement, Format format) {
-    const Reading& reading = measurement.measurement.reading;
-    if (format == Format::Json) return Json(measurement);
-    if (format == Format::Csv) return Csv(measurement);
-    if (!measurement.notice.empty())
-        return measurement.notice + ": " + outside::Printable(measurement.message);
-    return reading.IsWeight() ? WeightText(reading) : SentenceFor(reading);
+const std::vector<Format>& Formats() {
+    static const std::vector<Format> formats = {
+        {"text", "text", "", Text, "", ""},
+        {"json", "JSON", "one JSON object per line", Json, "", "{", true},
+        {"csv", "CSV", "comma-separated values with a header line", Csv,
+         "time,driver,port,status,value,unit,stability,answer", ""}};
+    return formats;
 }
 
-std::string CsvHeader() {
-    return "time,driver,port,status,value,unit,stability,answer";
+const Format& FormatNamed(const std::string& name) {
+    const auto& formats = Formats();
+    const auto format = std::find_if(formats.begin(), formats.end(),
+                                     [&](const Format& one) { return one.name == name; });
+    if (format == formats.end()) throw std::out_of_range("no output format \"" + name + "\"");
+    return *format;
+}
+
+const Format& LogFormatFor(const Format& shown) {
+    return shown.IsForPeople() ? FormatNamed("csv") : shown;
 }
 
 std::string TimeText(WallTime time) {
