@@ -58,7 +58,7 @@ set(CPACK_DEBIAN_WBALANCE-TOOLS_PACKAGE_SECTION science)
 set(CPACK_DEBIAN_WBALANCE-TOOLS_PACKAGE_DEPENDS ${SAME_VERSION})
 set(CPACK_DEBIAN_WBALANCE-TOOLS_PACKAGE_SUGGESTS mosquitto-clients)
 set(CPACK_DEBIAN_WBALANCE-TOOLS_DESCRIPTION "weighing balances on a serial line - programs
-The program wbalance reads, tares and looks after laboratory and industrial
+The program wbalance reads, tares and checks laboratory and industrial
 balances that are connected over RS-232 or a USB serial adapter. It finds
 their line settings and says why one gives no weight.
 .

@@ -35,7 +35,7 @@ const std::vector<SwitchDescription>& BalanceSwitches() {
         {"readability", "", {}, "step of the display in grams"},
         {"unit", "", {"g", "kg", "mg", "oz", "PCS"}, "unit of the display; PCS: pieces of 1 g"},
         {"noise", "", {}, "standard deviation of a reading in grams"},
-        {"drift", "", {}, "grams per hour by which the reading creeps away"},
+        {"drift", "", {}, "grams per hour by which the reading drifts"},
         {"settling", "150ms", {}, "time constant with which the pan follows the load", true},
     };
     return all;

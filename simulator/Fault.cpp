@@ -104,13 +104,13 @@ const std::vector<FaultDescription>& FaultTable() {
     // A row for each fault, in alphabetical order: what is written, and what it does.
     static const std::vector<FaultDescription> table = {
         {"busy", Value::None, "",
-         "the pan never comes to rest and nothing that needs it is carried out",
+         "the pan never comes to rest; commands that wait for this are not carried out",
          [](const Fault&, FaultEffects& effects) { effects.isBusy = true; }},
-        {"late", Value::Duration, "1500ms", "answers come late by the value, a time",
+        {"late", Value::Duration, "1500ms", "answers come later by this time",
          [](const Fault& fault, FaultEffects& effects) {
              effects.delay = *ParseTime(fault.value);
          }},
-        {"noise", Value::Count, "5", "this many characters of rubbish come ahead of every answer",
+        {"noise", Value::Count, "5", "this many random characters come before every answer",
          [](const Fault& fault, FaultEffects& effects) {
              effects.rubbish = std::stoul(fault.value);
          }},
@@ -120,19 +120,18 @@ const std::vector<FaultDescription>& FaultTable() {
                  effects.range = Indication::Range::Over;
          }},
         {"power-cut", Value::None, "",
-         "the mains are off; with a duration they come back and the balance starts anew",
+         "the instrument has no power; with a duration it is switched on again at the end",
          [](const Fault&, FaultEffects& effects) { effects.hasPower = false; }},
-        {"silent", Value::None, "", "the instrument answers nothing",
+        {"silent", Value::None, "", "the instrument does not answer",
          [](const Fault&, FaultEffects& effects) { effects.isSilent = true; }},
-        {"truncated", Value::Count, "5", "only this many characters of every answer come",
+        {"truncated", Value::Count, "5", "the host gets only this many characters of every answer",
          [](const Fault& fault, FaultEffects& effects) {
              effects.longestAnswer = std::stoul(fault.value);
          }},
         {"underload", Value::None, "", "the load is below the balance's range",
          [](const Fault&, FaultEffects& effects) { effects.range = Indication::Range::Under; }},
         {kUnplug, Value::Device, "",
-         "the port's adapter is pulled out; with a duration it comes back, as the device named by "
-         "the "
+         "the port's adapter is pulled out; with a duration it comes back, under the name in the "
          "value if there is one",
          [](const Fault& fault, FaultEffects& effects) {
              effects.isUnplugged = true;

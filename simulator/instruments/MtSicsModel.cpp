@@ -61,7 +61,7 @@ std::vector<SwitchDescription> MtSicsSwitches(const std::string& model) {
         {"cut-text", "R", {"A", "R", "L"}, "status answered for a text that was cut to fit"},
         {"tare-query", "A", {"A", "S"}, "status in the answer to TA without a weight"},
         OnOff("timed-commands", false, "knows SC, TC, ZC and C, as some weigh modules do"),
-        OnOff("adjustment-wanted", false, "C0 says that it wants an adjustment, until one is done"),
+        OnOff("adjustment-wanted", false, "C0 says that an adjustment is due, until one is done"),
         OnOff("faulty-cell", false, "sends an error number in place of each weight"),
     };
 }

@@ -31,7 +31,7 @@ std::vector<SwitchDescription> DenverSwitches() {
         {"form",
          "marked",
          {"marked", "spaced", "bare"},
-         "the line: \"1+ 12.34 g\", \"1 + 12.34\" as a relative sends it, or \"+ 12.34\""});
+         "the line: \"1+ 12.34 g\", \"1 + 12.34\" as a related model sends it, or \"+ 12.34\""});
     switches.push_back(OnOff("time-line", false, "sends the time of day ahead of every reading"));
     return switches;
 }

@@ -119,9 +119,9 @@ std::vector<SwitchDescription> GibertiniSwitches() {
          {"D", "C", "Z", "I"},
          "of a record: valid, calibration, zero acquisition, initial test"},
         OnOff("tare-done", false, "sends a second record when the taring that T began is done"),
-        OnOff("continuous", false, "sends records from the switching on, as I does, until F"),
+        OnOff("continuous", false, "sends records from power-on until F, as after I"),
         {"interval", "200ms", {}, "time between two records of I", true},
-        {"initial-test", "2s", {}, "for how long records say I after the mains came on", true},
+        {"initial-test", "2s", {}, "for how long after power-on the records have the flag I", true},
         {"print-key", "1s", {}, "in the printer protocol: time between two presses of PRINT", true},
     };
 }

@@ -71,7 +71,7 @@ CatalogEntry EntryOf<WbalanceScaleHouseALD>() {
         {"ticket",
          "full",
          {"full", "no-net-line", "tare-line-first", "net-line-only", "net-word", "total-word"},
-         "lines of the ticket; the last two are single lines of relatives"},
+         "lines of the ticket; the last two are single lines of related models"},
         OnOff("wide-gap", false, "two blanks before the unit"),
         OnOff("prints-after-tare", false, "prints a ticket after Z and T as well"),
     };

@@ -33,10 +33,9 @@ const char* const kReplayDescription =
     "wbalance --record or wbalance-sim --log has written.";
 
 const char* const kReplayExamples =
-    "An answer comes as long after its command as in the record, less 0.2 s: it may have come "
-    "that\n"
-    "much earlier than it was read. A command that is not in the record is reported and gets no\n"
-    "answer; the next command of the record is still expected.\n"
+    "Before each answer it waits as long as in the record, minus 0.2 s: the recorded answer may\n"
+    "have been read later than it came. A command that is not in the record is reported and gets\n"
+    "no answer; the next command of the record is still expected.\n"
     "Port and line settings are those of the record, if no option sets others.\n"
     "Examples:\n"
     "  wbalance weigh -d {balance} -p 3 --usb --record trouble.record\n"
@@ -51,7 +50,7 @@ const char* const kExamples =
     "Other commands, each with its own --help:\n"
     "  wbalance-sim control CHANGE    change something while it runs\n"
     "  wbalance-sim replay FILE       an instrument that answers as in a record\n"
-    "Write a comma, as a word of its own, between several instruments:\n"
+    "Write a comma between several instruments, with a blank before and after it:\n"
     "  wbalance-sim {balance} --load 5 , {other} --port 1 --usb --load 7 -- ./my-host\n"
     "Examples:\n"
     "  wbalance-sim --list\n"
@@ -65,7 +64,7 @@ const char* const kExamples =
     "Exit code: the program's; 128 and the number of the signal that ended it; 125 when\n"
     "wbalance-sim itself fails, 126 and 127 when the program cannot be run or found.";
 
-/// What the command line says of the run as a whole, wherever in the row it stands.
+/// The options of the whole run, at any place on the command line.
 struct RunOptions {
     std::string logFile;
     std::string controlPath;
