@@ -12,8 +12,8 @@ namespace simulator {
 /// noise, drift and settling.
 const std::vector<SwitchDescription>& BalanceSwitches();
 
-/// Takes one of them over into `data`; does nothing for the empty value, which stands for what the
-/// instrument is by itself. Throws std::invalid_argument for a value that is no number.
+/// Stores the value of one of them in `data`. An empty value changes nothing: the instrument keeps
+/// its own. Throws std::invalid_argument for a value that is not a number.
 void ApplyBalanceSwitches(const Switches& switches, BalanceData& data);
 
 }  // namespace simulator

@@ -5,9 +5,9 @@
 
 namespace simulator {
 
-/// The directory of a bench, which hosts find in WBALANCE_VIRTUAL_LINES: "wbalance-lines-...", of
-/// this user alone, for as long as the object lives. What killed benches of this user have left is
-/// removed when the next one begins.
+/// The directory of a bench, "wbalance-lines-...". Hosts find its path in WBALANCE_VIRTUAL_LINES.
+/// Only this user can use it. It exists as long as the object. The constructor also removes the
+/// directories that killed benches of this user have left.
 class BenchDirectory {
  public:
     BenchDirectory();  ///< throws std::system_error when it cannot be created
@@ -17,19 +17,19 @@ class BenchDirectory {
 
     const std::filesystem::path& Path() const { return path_; }
 
-    /// Where benches make their directories: in TMPDIR, or else in memory, or else, also when there
-    /// is no room in memory, in /tmp.
+    /// Where benches create their directories: in TMPDIR if it is set, else in memory (/dev/shm) if
+    /// there is room, else in /tmp.
     static std::vector<std::filesystem::path> Places();
 
     /// The directories of this user's benches, also of killed ones.
     static std::vector<std::filesystem::path> All();
 
-    /// Whether a directory is named as those of benches are.
+    /// Whether a directory has a name that a bench would give it.
     static bool IsName(const std::filesystem::path& directory);
 
  private:
     std::filesystem::path path_;
-    int claim_ = -1;  ///< a locked file: this bench lives
+    int claim_ = -1;  ///< a locked file, which shows that this bench runs
 };
 
 }  // namespace simulator

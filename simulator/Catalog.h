@@ -12,7 +12,7 @@
 #include "simulator/line/UartSettings.h"
 #include "simulator/model/BalanceModel.h"
 
-// The driver of each instrument: here no more than a name for it.
+// The drivers' classes. They are only declared here, to name the driver of an instrument.
 #define WBALANCE_DECLARE(name, Class) class Class;
 WBALANCE_FOR_EACH_INSTRUMENT(WBALANCE_DECLARE)
 #undef WBALANCE_DECLARE
@@ -29,7 +29,7 @@ struct CatalogEntry {
     BalanceData balance;
     std::vector<SwitchDescription> switches;
     std::function<std::unique_ptr<Dialect>(BalanceModel&, const Switches&)> createDialect;
-    /// In place of `balance`, for an entry with models that differ in capacity and readability.
+    /// Used in place of `balance` if the entry has models with different capacity and readability.
     std::function<BalanceData(const Switches&)> modelBalance = nullptr;
 };
 

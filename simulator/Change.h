@@ -26,16 +26,11 @@ struct Change {
     Key key = Key::Print;
 
     /// Reads one of
-    ///   load GRAMS
-    ///   noise GRAMS, drift GRAMS-PER-HOUR
-    ///   switch NAME=VALUE
-    ///   fault NAME[=VALUE] [at START] [for DURATION]
-    ///   end [NAME]
-    ///   unplug [at START] [for DURATION] [as DEVICE]
-    ///   plug-in [as DEVICE]
-    ///   press print|tare|zero
-    /// with blanks and tabs between the words. Throws std::invalid_argument, saying what is
-    /// allowed, for other text. Whether the instrument has the switch shows when it is set.
+    ///   load GRAMS noise GRAMS, drift GRAMS-PER-HOUR switch NAME=VALUE fault NAME[=VALUE] [at
+    ///   START] [for DURATION] end [NAME] unplug [at START] [for DURATION] [as DEVICE] plug-in [as
+    ///   DEVICE] press print|tare|zero with blanks and tabs between the words. Throws
+    ///   std::invalid_argument, saying what is allowed, for other text. It does not check that the
+    ///   instrument has the switch: setting the switch does.
     static Change Parse(const std::string& text);
 };
 

@@ -20,7 +20,7 @@
 namespace simulator {
 
 /// An instrument in real time at the end of a serial line. Every function may be called from any
-/// thread; none blocks for longer than it takes to do what is due.
+/// thread. None waits for anything but the work that is due.
 class ConnectedInstrument {
  public:
     using Clock = std::chrono::steady_clock;
@@ -29,10 +29,10 @@ class ConnectedInstrument {
     ConnectedInstrument(const CatalogEntry& entry, const Options& options,
                         std::unique_ptr<HostLine> line);
 
-    /// Does one thing now, and returns when it is done; not to be called by a listener or by the
-    /// work given to WithLine and WithBalance. Throws std::invalid_argument for a switch that the
-    /// instrument lacks, std::runtime_error when the system lets no adapter be plugged in; that is
-    /// then tried again each second.
+    /// Makes the change now, and returns when it is made. Do not call it from a listener, nor from
+    /// the functions given to WithLine and WithBalance. Throws std::invalid_argument for a switch
+    /// that the instrument does not have. Throws std::runtime_error if the system has no resources
+    /// for plugging an adapter in; this is then tried again each second.
     void Apply(const Change& change);
 
     /// The load in grams; the pan settles towards it from now on.
@@ -41,16 +41,16 @@ class ConnectedInstrument {
     void AddFault(const std::string& fault);
     void ClearFaults();
     std::vector<std::string> FaultsInForce();  ///< their names, at this moment
-    /// The line's adapter is pulled out; it is back under the same name or as `device`, or still
-    /// under the same name when another instrument is at `device`.
+    /// The line's adapter is pulled out. PlugIn brings it back, under its old name or as `device`.
+    /// If another instrument is at `device`, it comes back under its old name.
     void Unplug();
     void PlugIn();
     void PlugIn(const std::string& device);
 
-    /// What has happened: the last 10,000 events, and of them not more than hold 1 MiB.
+    /// What has happened: the last 10,000 events, or fewer if these have more than 1 MiB of bytes.
     std::vector<LineEvent> Log();
     void ClearLog();
-    /// All bytes that the host has sent, and that the instrument has sent to it, in that log.
+    /// The bytes of the log that the host has sent, and those that the instrument has sent.
     std::string SentByHost();
     std::string SentByInstrument();
     /// Called for each event as it happens, on the thread on which it happens. It must not throw.
@@ -65,7 +65,7 @@ class ConnectedInstrument {
     std::string Device();                              ///< the device's present name
     const std::string& Name() const { return name_; }  ///< of the catalog
 
-    /// Works with the line or the model themselves, for what has no function here.
+    /// Gives access to the line or the model, for what has no function here.
     void WithLine(const std::function<void(HostLine&)>& work);
     void WithBalance(const std::function<void(BalanceModel&)>& work);
 
@@ -74,7 +74,7 @@ class ConnectedInstrument {
     void Serve();
     std::vector<int> Descriptors();
     Clock::time_point Deadline();
-    /// How the bench learns that descriptors or deadline have changed on another thread.
+    /// Sets a function that is called when another thread has changed descriptors or deadline.
     void OnChange(std::function<void()> listener) { changed_ = std::move(listener); }
 
  private:
@@ -129,7 +129,7 @@ class ConnectedInstrument {
     Transit toHost_;
     EventLog log_;
     std::optional<UartSettings> settingsOfLastCommand_;
-    std::set<std::string> otherSettings_;  ///< at which the host has spoken
+    std::set<std::string> otherSettings_;  ///< wrong settings that the host has used so far
     Listener listener_;
     std::function<void()> changed_;
 };

@@ -14,24 +14,24 @@ struct LineEvent {
     enum class Kind {
         FromHost,        ///< bytes as the host sent them
         FromInstrument,  ///< bytes as the instrument sent them
-        Lost,            ///< bytes of the instrument that nobody listened to
-        Overflow,        ///< bytes, of either side, for which the line had no more room
+        Lost,            ///< bytes that the instrument sent while no host was there
+        Overflow,        ///< bytes of either side that did not fit on the line
         Unplugged,
         PluggedIn,
-        OtherSettings,  ///< the host speaks at settings that differ, which it has not done yet
+        OtherSettings,  ///< the host uses wrong settings for the first time
         Trouble,        ///< something could not be done, and is tried again
     };
 
     Time time;  ///< since the instrument was set up
     Kind kind;
-    /// Of Unplugged and PluggedIn the device, of OtherSettings the instrument's settings, of
+    /// For Unplugged and PluggedIn the device; for OtherSettings the instrument's settings; for
     /// Trouble a sentence.
     std::string bytes;
     UartSettings settings;  ///< the host's at that time
 };
 
-/// What has happened on a line: the last 10,000 events, and of them not more than hold 1 MiB. That
-/// is what is kept of a run that lasts for weeks.
+/// What has happened on a line: the last 10,000 events, or fewer if these have more than 1 MiB of
+/// bytes. The limits are for runs that last for weeks.
 class EventLog {
  public:
     const LineEvent& Add(const LineEvent& event);

@@ -9,7 +9,7 @@
 
 namespace simulator {
 
-/// Something that goes wrong with any instrument, by name, all the time or for a while.
+/// Something that can go wrong with any instrument, all the time or for a while.
 struct Fault {
     std::string name;
     std::string value;  ///< what the fault's description says; empty: its default
@@ -21,7 +21,7 @@ struct Fault {
     /// ttyUSB1". Throws std::invalid_argument, saying what is allowed.
     static Fault Parse(const std::string& text);
 
-    /// The same fault when its times count from `start`.
+    /// The same fault with its times counted from `start`.
     Fault ShiftedBy(Time start) const;
 
     bool IsActive(Time now) const { return now >= from && (!until || now < *until); }
@@ -35,15 +35,17 @@ struct FaultEffects {
     bool isUnplugged = false;
     std::string returnsAs;  ///< the device as which an unplugged adapter comes back; empty: itself
     Indication::Range range = Indication::Range::Inside;
-    Time delay{0};                             ///< by which answers come late
-    std::size_t rubbish = 0;                   ///< characters that come ahead of an answer
-    std::optional<std::size_t> longestAnswer;  ///< characters of an answer that come
+    Time delay{0};            ///< how much later answers come
+    std::size_t rubbish = 0;  ///< random characters before an answer
+    std::optional<std::size_t>
+        longestAnswer;  ///< the host gets only so many characters of an answer
 };
 
-/// The effects of all faults that are in force at `now`; of two of a name the first counts.
+/// The effects of all faults that are in force at `now`. If two have the same name, the first one
+/// counts.
 FaultEffects EffectsOf(const std::vector<Fault>& faults, Time now);
 
-/// One kind of fault: a row of the table in Fault.cpp, in which all of it stands.
+/// One kind of fault: a row of the table in Fault.cpp, which has everything about it.
 struct FaultDescription {
     enum class Value { None, Duration, Count, Device };
 
@@ -54,7 +56,7 @@ struct FaultDescription {
     void (*act)(const Fault& fault, FaultEffects& effects);
 };
 
-/// The fault that pulls the adapter out: it has words of its own in scripts, and ends when the
+/// The fault that pulls the adapter out. Scripts have special words for it, and it ends when the
 /// adapter is plugged in.
 inline constexpr char kUnplug[] = "unplug";
 

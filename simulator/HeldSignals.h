@@ -4,8 +4,9 @@
 
 namespace simulator {
 
-/// While it lives, threads are started without signals: these are for the thread that starts them,
-/// and a write to a pipe that nobody reads fails, rather than ending the process.
+/// While an object exists, this thread blocks signals. The threads that it starts in this time keep
+/// the signals blocked, so signals reach this thread only. In those threads a write to a pipe that
+/// nobody reads fails; it does not end the process.
 class HeldSignals {
  public:
     HeldSignals() {

@@ -12,12 +12,11 @@
 
 namespace simulator {
 
-/// A complete simulated instrument: what it is, what it says and what is wrong with it. Characters
-/// go in and bytes come out, both with their time; it knows when it wants to be called next. Used
-/// from one thread.
+/// A complete simulated instrument: balance model, dialect and faults. It takes characters and
+/// returns bytes, both with their times. It says when it must be called next. Used from one thread.
 class Instrument {
  public:
-    /// `switches` are "name=value" texts, of the entry or of BalanceSwitches(); throws
+    /// `switches` are "name=value" texts for switches of the entry or of BalanceSwitches(). Throws
     /// std::invalid_argument for one that does not exist.
     explicit Instrument(const CatalogEntry& entry, const std::vector<std::string>& switches = {});
 
@@ -25,21 +24,21 @@ class Instrument {
     Instrument& operator=(const Instrument&) = delete;
 
     BalanceModel& Balance() { return balance_; }
-    /// Faults that are over are forgotten then.
+    /// Adds a fault, and forgets the faults that are over.
     void AddFault(const Fault& fault);
-    /// The faults of this name that are in force now end; with an empty name all that are.
+    /// Ends the faults of this name that are in force; with an empty name all faults in force.
     void EndFaults(const std::string& name);
     void ClearFaults() { faults_.clear(); }
     const std::vector<Fault>& Faults() const { return faults_; }
-    /// What the faults do at a time that may be later than that of the last call.
+    /// What the faults do at `now`, which may be later than the time of the last call.
     FaultEffects EffectsAt(Time now) const { return EffectsOf(faults_, now); }
 
-    /// Sets a switch while the instrument runs, as someone does at its menu: one of its own, not of
-    /// BalanceSwitches(), ends what it waits for and repeats. Throws as the constructor does, and
-    /// then nothing has changed; CheckSwitch only throws.
+    /// Sets a switch while the instrument runs, as somebody does in its menu. A switch of the entry
+    /// ends what the instrument waits for and repeats; a switch of BalanceSwitches() does not.
+    /// Throws as the constructor does, and then changes nothing. CheckSwitch only checks.
     void Choose(const std::string& setting);
     void CheckSwitch(const std::string& setting) const;
-    /// What its table of commands holds, as it is set now.
+    /// The commands of its table, with its present switches.
     std::vector<std::string> CommandNames() const { return dialect_->CommandNames(); }
     /// Somebody presses a key at the time of the last call.
     void Press(Key key);

@@ -12,7 +12,8 @@
 
 namespace simulator {
 
-/// How an instrument is set up; each function returns the options themselves, so that they chain.
+/// How an instrument is set up. Each function returns the options themselves, so calls can be
+/// chained.
 struct Options {
     std::string device = "/dev/ttyS0";  ///< name under which the host finds the line
     std::vector<LoadStep> loads;        ///< what lies on the pan, and from when
@@ -20,7 +21,8 @@ struct Options {
     std::vector<Fault> faults;          ///< what goes wrong, and when
     Script script;                      ///< what else happens, and when
     std::optional<UartSettings> line;   ///< the instrument's settings; empty: as delivered
-    std::optional<Adapter> pace;        ///< characters take their time on the line, to this port
+    std::optional<Adapter>
+        pace;  ///< the port to which the line sends at its baud rate; empty: at once
 
     Options& On(const std::string& path) { return device = path, *this; }
     /// The load in grams at the beginning, or from a time on.
@@ -28,16 +30,16 @@ struct Options {
         return loads.push_back({grams, from}), *this;
     }
     Options& With(const std::string& setting) { return switches.push_back(setting), *this; }
-    /// A fault as Fault::parse reads it; throws std::invalid_argument for other text.
+    /// A fault as Fault::Parse reads it; throws std::invalid_argument for other text.
     Options& WithFault(const std::string& text) {
         return faults.push_back(Fault::Parse(text)), *this;
     }
-    /// The script in a file, beside what there is; throws as ReadScriptFile does.
+    /// Adds the script in a file. Throws as ReadScriptFile does.
     Options& WithScript(const std::string& path);
-    /// `settings` as UartSettings::parse reads them; throws std::invalid_argument for other text.
+    /// `settings` as UartSettings::Parse reads them; throws std::invalid_argument for other text.
     Options& At(const std::string& settings);
-    /// Characters take their time on the line, and the host gets them as its `port` hands them
-    /// over, in the words of Adapter::parse; throws as that does.
+    /// Each character takes as long as at the line's baud rate, and the host gets the characters in
+    /// the pieces of `port`. Adapter::Parse reads `port` and throws if it is wrong.
     Options& WithPacing(const std::string& port = "character") {
         return pace = Adapter::Parse(port), *this;
     }

@@ -9,8 +9,8 @@
 
 namespace simulator {
 
-/// Which instruments of a bench have something to do. A wait costs the same whether one instrument
-/// or a thousand are watched. Used from one thread, but for wake.
+/// Finds out which instruments of a bench have something to do. The cost of a wait does not depend
+/// on the number of instruments. All functions but Wake are called from one thread.
 class ReadySet {
  public:
     ReadySet();  ///< throws std::system_error when the system gives no descriptors
@@ -18,15 +18,15 @@ class ReadySet {
     ReadySet(const ReadySet&) = delete;
     ReadySet& operator=(const ReadySet&) = delete;
 
-    /// Watches the instrument's present descriptors and deadline, until wait has named it once.
-    /// Call again when it was served and when they have changed.
+    /// Watches the instrument's present descriptors and deadline until Wait has returned it once.
+    /// Call it again after serving the instrument, and when descriptors or deadline have changed.
     void Watch(ConnectedInstrument& instrument);
 
-    /// Sleeps until an instrument is ready or somebody wakes; returns the instruments that are
+    /// Sleeps until an instrument is ready or Wake is called. Returns the instruments that are
     /// ready.
     std::vector<ConnectedInstrument*> Wait();
 
-    /// Ends the wait that is going on, or else the next one; from any thread.
+    /// Ends the present wait, or the next one if there is none. May be called from any thread.
     void Wake() const;
 
  private:

@@ -24,9 +24,9 @@ struct ScriptStep {
 ///     +500ms  noise 0.02
 ///     5s      unplug for 2s as ttyUSB1
 ///     8s      fault silent for 2s
-///
-/// A line holds a time, counted from the set-up of the instrument or with a plus sign from the line
-/// before, and what Change::Parse reads. "#" begins a comment; lines may be empty.
+/// A line has a time and a change that Change::Parse reads. The time is counted from the set-up of
+/// the instrument, or, with a plus sign, from the line before. "#" begins a comment. Lines may be
+/// empty.
 using Script = std::vector<ScriptStep>;
 
 /// Reads a script, called `name` in complaints; its steps come in the order of their times. Throws

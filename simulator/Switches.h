@@ -8,7 +8,7 @@
 
 namespace simulator {
 
-/// One option in which instruments of a kind differ, or in which what they do is not known.
+/// One point in which instruments of a kind differ, or in which their behaviour is not known.
 struct SwitchDescription {
     std::string name;                  ///< "reset-answer"
     std::string initial;               ///< value when nothing is chosen

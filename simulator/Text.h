@@ -6,14 +6,14 @@
 
 namespace simulator {
 
-/// The number that is the whole of `text`, such as "12", "-0.5" or "+100.25"; empty for other text.
+/// The number in `text`, such as "12", "-0.5" or "+100.25". Empty if `text` has anything else.
 std::optional<double> ParseNumber(const std::string& text);
 
-/// The whole number of digits only that is the whole of `text`; empty for other text and for
-/// numbers outside `least` to `most`.
+/// The whole number in `text`, which must have digits only. Empty for other text, and for numbers
+/// outside `least` to `most`.
 std::optional<int> ParseWholeNumber(const std::string& text, int least, int most);
 
-/// What stands before and behind the first `separator`; nothing behind when there is none.
+/// The text before and after the first `separator`; without a separator, the second text is empty.
 std::pair<std::string, std::optional<std::string>> CutAt(const std::string& text, char separator);
 
 /// The first word and what stands behind the blank after it, of text as SingleSpaced gives it.

@@ -6,8 +6,8 @@
 
 namespace simulator {
 
-/// Virtual time: milliseconds since the instrument was set up. Nothing in the simulated instruments
-/// reads a clock; whoever drives them says what time it is.
+/// Virtual time: milliseconds since the instrument was set up. The simulated instruments read no
+/// clock: their caller says what time it is.
 using Time = std::chrono::milliseconds;
 
 using namespace std::chrono_literals;

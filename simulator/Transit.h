@@ -9,21 +9,21 @@
 
 namespace simulator {
 
-/// One direction of a serial line: the characters that are on their way along it.
+/// One direction of a serial line: the characters that were sent and have not arrived.
 class Transit {
  public:
     using Moment = std::chrono::microseconds;  ///< since the set-up of the instrument
 
-    /// A side that sends faster than the line carries loses what comes on top.
+    /// The line holds so many characters; a side that sends faster loses the rest.
     bool IsFull() const;
-    /// Puts characters behind those that are on their way already; each takes `perCharacter`.
+    /// Sends characters after those that are on their way. Each takes `perCharacter`.
     void Put(const std::vector<Character>& characters, Moment now, Moment perCharacter);
-    /// When the first is there; empty when none is on its way.
+    /// When the first character arrives; empty when none is on its way.
     std::optional<Moment> Due() const;
     bool IsDue(Moment now) const { return Due() && *Due() <= now; }
     const Character& First() const { return way_.front().character; }
     void DropFirst() { way_.pop_front(); }
-    /// All come so much later.
+    /// Delays all characters by this time.
     void Delay(Moment late);
 
  private:

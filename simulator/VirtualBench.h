@@ -23,13 +23,12 @@ namespace simulator {
 ///     auto& balance = bench.Place(NAME, Options().On("/dev/ttyS0").WithLoad(12.34));
 ///     ... any serial port code, such as a driver that opens /dev/ttyS0 ...
 ///     EXPECT_EQ(balance.SentByHost(), "S\r\n");
-///
-/// The bench owns its directory of lines and names it in WBALANCE_VIRTUAL_LINES for as long as it
-/// lives; so there is one bench at a time in a process.
+/// The bench owns its directory of lines. As long as it exists, WBALANCE_VIRTUAL_LINES names this
+/// directory. So a process has one bench at a time.
 class VirtualBench {
  public:
     VirtualBench();  ///< throws std::system_error when the system gives no directory or descriptors
-    ~VirtualBench();  ///< takes over what hosts have sent and hangs up every line
+    ~VirtualBench();  ///< receives what hosts have sent, then hangs up every line
     VirtualBench(const VirtualBench&) = delete;
     VirtualBench& operator=(const VirtualBench&) = delete;
 
@@ -45,7 +44,7 @@ class VirtualBench {
                                          const Options& options = {});
     ConnectedInstrument& PlaceOnTerminal(const CatalogEntry& entry, const Options& options = {});
 
-    /// What stands on the bench, in the order in which it was placed.
+    /// The instruments of the bench, in the order in which they were placed.
     std::vector<ConnectedInstrument*> Instruments();
 
     /// Where the lines' files are: the value of WBALANCE_VIRTUAL_LINES.
@@ -58,9 +57,9 @@ class VirtualBench {
     void ServeUntilStopped();
 
     BenchDirectory directory_;
-    std::mutex mutex_;  ///< taken under an instrument's own, never around it
+    std::mutex mutex_;  ///< an instrument's own mutex is locked before this one, never after it
     std::vector<std::unique_ptr<ConnectedInstrument>> instruments_;
-    std::set<ConnectedInstrument*> changed_;  ///< by other threads than the serving one
+    std::set<ConnectedInstrument*> changed_;  ///< by threads other than the serving one
     ReadySet ready_;
     std::atomic<bool> stopping_{false};
     std::thread thread_;

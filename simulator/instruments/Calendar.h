@@ -7,13 +7,15 @@
 
 namespace simulator {
 
-/// The clock of an instrument, which begins at one day for all and goes on in virtual time.
+/// The clock of an instrument. All instruments begin at the same day; the clock runs in virtual
+/// time.
 class Calendar {
  public:
     std::string DateText(Time now) const { return Text("%d %m %Y", now); }  ///< "22 11 2026"
     std::string TimeText(Time now) const { return Text("%H %M %S", now); }  ///< "09 56 11"
 
-    /// Sets one of them from a text of the same form; false, and nothing changes, for another text.
+    /// Sets date or time from a text of the same form. For another text it returns false and
+    /// changes nothing.
     bool SetDate(const std::string& date, Time now) { return Set("%d %m %Y", date, now); }
     bool SetTime(const std::string& time, Time now) { return Set("%H %M %S", time, now); }
 

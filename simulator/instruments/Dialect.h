@@ -18,8 +18,8 @@ namespace simulator {
 /// A key on the balance that somebody presses.
 enum class Key { Print, Tare, Zero };
 
-/// What a balance says: it cuts arriving bytes into commands, carries them out on a BalanceModel
-/// and queues its answers. A derived class
+/// The commands and answers of a kind of balance. It divides the bytes that arrive into commands,
+/// carries these out on a BalanceModel, and queues the answers. A derived class
 ///   - fills the command table in its constructor with on(), and says what an unknown command gets
 ///     in unknown();
 ///   - chooses how commands are cut off: complete lines by default, override CutCommand() for
@@ -28,13 +28,13 @@ enum class Key { Print, Tare, Zero };
 ///   - says in PrintKey() what goes over the line when somebody presses the print key.
 class Dialect {
  public:
-    /// `lineEnd` ends commands and answers alike; see SetAnswerEnd for instruments that differ.
+    /// `lineEnd` ends both commands and answers. SetAnswerEnd sets another end for the answers.
     Dialect(BalanceModel& balance, std::string lineEnd);
     virtual ~Dialect();
     Dialect(const Dialect&) = delete;
     Dialect& operator=(const Dialect&) = delete;
 
-    /// The mains are back after a power cut; some instruments speak up unasked.
+    /// The power comes back after a power cut. Some instruments then send a line without a request.
     virtual void PowerUp() {}
 
     /// One character has arrived from the host.
@@ -55,7 +55,7 @@ class Dialect {
     /// The answers since the last call, in order; one entry per Say() or send().
     std::vector<std::string> TakeAnswers();
 
-    /// The mains are cut: half a command, waits and repetitions are gone.
+    /// The power is cut. A command that is not complete, waits and repetitions are lost.
     void ForgetEverything();
 
     /// The commands of the table, in alphabetical order.
@@ -66,7 +66,7 @@ class Dialect {
 
  protected:
     using Action = std::function<void()>;
-    /// What a command does with what stood behind it (without the separating blank).
+    /// What a command does. It gets the text after the command, without the blank between them.
     using Handler = std::function<void(const std::string& parameters)>;
 
     /// Adds a command to the table. A command is known by its first word.
@@ -74,8 +74,8 @@ class Dialect {
     /// Adds a command that takes no parameters; with parameters it gets refuse().
     void OnPlain(const std::string& command, Action action);
 
-    /// What a command does, as a list of commands names it: a member of the dialect without
-    /// parameters, or one that gets what stood behind the command.
+    /// What a command does, in a list of commands: a member of the dialect that takes nothing, or
+    /// one that takes the text after the command.
     template <typename Balance>
     using Does = std::variant<void (Balance::*)(), void (Balance::*)(const std::string&)>;
     template <typename Balance>
@@ -88,27 +88,29 @@ class Dialect {
             });
     }
 
-    /// Something that is in no row of the table.
+    /// A command that is not in the table.
     virtual void Unknown(const std::string& command) = 0;
-    /// A known command whose parameters make no sense; as unknown unless overridden.
+    /// A known command with wrong parameters. By default it is treated as an unknown command.
     virtual void Refuse(const std::string& command) { Unknown(command); }
-    /// A key was pressed that is not blocked.
+    /// A key was pressed, and the keys are not blocked.
     virtual void NoteKey(Key) {}
     /// What the print key sends, where the instrument has one.
     virtual void PrintKey() = 0;
 
-    /// A command with a character of wrong parity or without stop bit has arrived: once per
-    /// command, what was received of it is dropped and what follows is ignored up to its end.
+    /// A character with wrong parity or without a stop bit has arrived. This is called once for
+    /// each command: the beginning of the command is dropped, and the rest is ignored up to its
+    /// end.
     virtual void Spoiled() {}
-    /// Whether a command is carried out at once although another one still waits for the pan to
-    /// come to rest. Others are kept until the wait is over.
+    /// Whether a command is carried out at once while another one waits for the pan to come to
+    /// rest. Other commands are kept until the wait is over.
     virtual bool Interrupts(const std::string&) const { return false; }
 
-    /// Cuts the first complete command off `received`; empty when none is complete yet. By default
-    /// a command is what stands before the line end. For commands without a line end see CutKey.
+    /// Removes the first complete command from `received` and returns it; empty when none is
+    /// complete yet. By default a command ends at the line end. CutKey is for commands without a
+    /// line end.
     virtual std::optional<std::string> CutCommand(std::string& received);
-    /// For commands without a line end: cuts off the first row of the table that `received` begins
-    /// with (the longest that fits), or a single character that begins no row.
+    /// For commands without a line end: removes the longest command of the table with which
+    /// `received` begins, or one character if no command begins with it.
     std::optional<std::string> CutKey(std::string& received) const;
     /// Carries one command out: looks its first word up in the table.
     virtual void Execute(const std::string& command);
@@ -117,19 +119,19 @@ class Dialect {
     void Send(const std::string& bytes);                            ///< answers bytes as they are
     void SetAnswerEnd(std::string end) { answerEnd_ = std::move(end); }
 
-    /// A host has blocked the keys of the balance, or freed them again.
+    /// A host blocks the keys of the balance, or frees them.
     void BlockKeys() { keysBlocked_ = true; }
     void FreeKeys() { keysBlocked_ = false; }
 
-    /// Runs `then` as soon as the pan is at rest, at once if it is; `timedOut` instead when that
-    /// takes longer than `patience`. While busy the pan never counts as being at rest.
+    /// Runs `then` when the pan is at rest, which may be at once. Runs `timedOut` instead if this
+    /// takes longer than `patience`. While the balance is busy, the pan does not count as at rest.
     void WhenStable(Time patience, Action then, Action timedOut);
     void After(Time delay, Action action);   ///< runs `action` once
-    void Every(Time period, Action action);  ///< runs `action` now and then at each period
-    /// Runs `action` when the pan has come to rest in range, now and after each unstable time.
+    void Every(Time period, Action action);  ///< runs `action` now, and again after each period
+    /// Runs `action` each time the pan has come to rest in range, also now if it is at rest.
     void AtEachRest(Action action);
     void StopRepeating();  ///< ends what Every() and AtEachRest() began
-    void CancelAll();      ///< forgets what is waited for, delayed, repeated and kept
+    void CancelAll();      ///< drops waits, delays, repetitions and kept commands
 
     BalanceModel& Balance() { return balance_; }
     const BalanceModel& Balance() const { return balance_; }
@@ -137,7 +139,7 @@ class Dialect {
     bool IsBusy() const { return busy_; }
 
  private:
-    /// A wait holds later commands back; a repetition can be stopped by itself.
+    /// A wait delays later commands. A repetition can be stopped separately.
     enum class Kind { Wait, Delay, Repetition };
     struct Task {
         Kind kind;

@@ -42,10 +42,10 @@ class MtSics : public Dialect {
         Does<MtSics> does;
         bool isAnswered;
     };
-    /// Every command there is, in the order of I0, and whether this model answers it.
+    /// Every command, in the order of I0, and whether this model answers it.
     std::vector<Command> Commands() const;
 
-    /// In which unit a weight is sent: in the host's, or in that of the display.
+    /// The unit in which a weight is sent: that of the host, or that of the display.
     enum class In { HostUnit, ShownUnit };
 
     // What it is (MtSicsIdentity.cpp).
@@ -106,11 +106,11 @@ class MtSics : public Dialect {
     void Adjust(const std::string& id);
 
     bool IsOutOfRange(const std::string& id);
-    /// Switched off or occupied: it weighs nothing now.
+    /// Switched off or busy: it gives no weight now.
     bool IsUnable() const { return IsBusy() || adjusting_ || !Balance().IsOn(); }
     void AtRest(const std::string& id, Action then);
     void InTime(const std::string& id, const std::string& milliseconds, Action then);
-    /// What SR and its like do: with which answer they refuse a step, and what they send.
+    /// What SR and similar commands do: which answer refuses a step, and what they send.
     struct Watching {
         std::string id;
         In in;

@@ -6,8 +6,8 @@
 
 namespace simulator {
 
-/// A balance of Mettler Toledo that speaks MT-SICS, which is `sicsModel` unless another is chosen.
-/// What it is called and its line settings are the instrument's own.
+/// The entry of a balance of Mettler Toledo that speaks MT-SICS. Its model is `sicsModel` if no
+/// other one is chosen. Each instrument has its own name and line settings.
 CatalogEntry MtSicsEntry(const std::string& sicsModel);
 
 }  // namespace simulator

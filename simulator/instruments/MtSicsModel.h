@@ -8,7 +8,7 @@
 
 namespace simulator {
 
-/// A balance that speaks MT-SICS: what it says of itself and what it can.
+/// A balance that speaks MT-SICS: its identity and its capabilities.
 struct MtSicsModel {
     std::string name;            ///< of the switch
     std::string type;            ///< in the answer to I2
@@ -28,7 +28,7 @@ struct MtSicsModel {
 /// The model that is chosen.
 const MtSicsModel& ChosenMtSicsModel(const Switches& switches);
 
-/// The switches of a balance that speaks MT-SICS, which is `model` unless another is chosen.
+/// The switches of a balance that speaks MT-SICS. Its model is `model` if no other one is chosen.
 std::vector<SwitchDescription> MtSicsSwitches(const std::string& model);
 
 /// The ranges and the step of the model that is chosen.

@@ -15,7 +15,7 @@ constexpr std::size_t kRadwagUnitColumns = 3;
 /// "SI ?       18.5 g  "; a wide one has a blank more behind the command.
 std::string RadwagFrame(const std::string& command, const Indication& indication, bool isWide);
 
-/// What the frame and the print key's line have in common: stability, sign, mass and unit.
+/// The part that the frame and the line of the print key share: stability, sign, mass and unit.
 std::string RadwagMass(const Indication& indication);
 
 /// The units that a host can choose for the frames, in the order of "US next".

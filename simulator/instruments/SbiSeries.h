@@ -9,7 +9,7 @@ namespace simulator {
 
 /// A series of Sartorius balances: which commands it has and how its lines differ.
 struct SbiSeries {
-    /// What ESC P does to lines that are printed unasked.
+    /// What ESC P does while automatic print is on.
     enum class Print { GoesBetween, StopsAndStarts, Ends };
 
     std::string name;         ///< of the switch
@@ -24,7 +24,7 @@ struct SbiSeries {
     std::string word;        ///< in front of the model
     std::string grossWord;   ///< identifier of a weight without tare
     bool signsZero;          ///< "+     0.00 g", not "      0.00 g"
-    bool waitsForRest;       ///< whether ESC P heeds the setting that it does
+    bool waitsForRest;       ///< whether ESC P waits as the switch "print" says
     bool endsWithBlankLine;  ///< behind what was printed
     bool canRestart;         ///< ESC S
     bool hasCalKey;          ///< ESC f1_

@@ -5,9 +5,9 @@
 
 namespace simulator {
 
-/// What the Denver Instrument XL-1800 and the Setra EL-2000S have in common: commands without a
-/// line end, a request that is answered at once with a line of status, sign and number, and a tare
-/// that is not answered. What is in no row of the command table is ignored.
+/// The dialect that the Denver Instrument XL-1800 and the Setra EL-2000S share. Commands have no
+/// line end. The request is answered at once with a line of status, sign and number. The tare is
+/// not answered. Characters that are not a command are ignored.
 class SignedReading : public Dialect {
  public:
     /// `request` and `tare` are the command texts; `switches` are those of SignedReadingSwitches().
@@ -28,7 +28,7 @@ class SignedReading : public Dialect {
     static std::string Sign(const Indication& indication) {
         return indication.value < 0 ? "-" : "+";
     }
-    /// The number without its sign; letters in its place out of range.
+    /// The number without its sign; letters if the load is out of range.
     static std::string Number(const Indication& indication);
     const Switches& ChosenSwitches() const { return switches_; }
 

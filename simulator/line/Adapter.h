@@ -11,13 +11,13 @@
 
 namespace simulator {
 
-/// What stands between the wire and the host's program: a port hands the characters that it
-/// receives over in pieces, and how large they are differs from port to port.
+/// The port between the line and the host program. It hands over the received characters in pieces.
+/// The size of the pieces depends on the kind of port.
 class Adapter {
  public:
     using Moment = std::chrono::microseconds;
 
-    /// Hands every character over as it comes.
+    /// Hands over each character when it comes.
     Adapter() = default;
 
     /// Reads the name of a port, with a figure where it can be set:
@@ -28,27 +28,27 @@ class Adapter {
     /// and "character" for each by itself. Throws std::invalid_argument, saying what there is.
     static Adapter Parse(const std::string& text);
 
-    /// What it tells the system of itself where it is plugged in, as a FTDI adapter where the kind
-    /// of port does not matter.
+    /// The identity that it shows to the system when it is plugged in. It is that of an FTDI
+    /// adapter if the kind of port does not matter.
     const UsbIdentity& Usb() const { return usb_; }
 
-    /// A character is complete on the wire, which is at the host's settings `line`. Not before what
-    /// is due until then was handed over.
+    /// A character has arrived completely. `line` are the host's settings. Call this only after
+    /// handing over what was due before.
     void Receive(const Character& character, Moment at, const UartSettings& line);
 
-    /// When the host gets what has been collected; empty when nothing has.
+    /// When the host gets the collected characters; empty when there are none.
     std::optional<Moment> Due() const { return due_; }
 
-    /// What has been collected goes to the host at `now`, at the due time or later.
+    /// Returns the collected characters for the host. `now` is the due time or later.
     std::vector<Character> HandOver(Moment now);
 
  private:
     UsbIdentity usb_ = kFtdiIdentity;
-    std::size_t trigger_ = 1;   ///< so many are handed over at once
+    std::size_t trigger_ = 1;   ///< as many characters are handed over together
     int slowestCollected_ = 0;  ///< below this baud rate nothing is collected
-    int silence_ = 0;           ///< fewer are after so many character times without another
-    Moment interval_{0};        ///< or, where this is not 0, in this interval
-    Moment handedOver_{0};      ///< from which the interval counts
+    int silence_ = 0;  ///< character times without a character, after which fewer are handed over
+    Moment interval_{0};    ///< if not 0: the interval in which characters are handed over
+    Moment handedOver_{0};  ///< the time from which the interval is counted
     std::vector<Character> collected_;
     std::optional<Moment> due_;
 };

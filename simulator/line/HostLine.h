@@ -26,7 +26,7 @@ class HostLine {
     /// Descriptors to poll for input at this moment.
     virtual std::vector<int> Descriptors() const = 0;
 
-    /// How often to call serve although no descriptor says so; empty when they say everything.
+    /// How often to call Serve even if no descriptor is readable; empty if this is not necessary.
     virtual std::optional<std::chrono::milliseconds> LookEvery() const { return std::nullopt; }
 
     /// Bytes that arrived together, the settings at which they were sent, and break conditions.
@@ -36,8 +36,8 @@ class HostLine {
         unsigned breaks = 0;
     };
 
-    /// Takes over what the host did: bytes, opening, closing, settings. Call when a descriptor is
-    /// readable; `arrived` is called for what the host sent.
+    /// Notices what the host did: bytes, opening, closing, settings. Call it when a descriptor is
+    /// readable. It calls `arrived` with what the host sent.
     virtual void Serve(const std::function<void(const Arrival&)>& arrived) = 0;
 
     /// Hands characters to the host as its port reads them; they are lost while it is closed.

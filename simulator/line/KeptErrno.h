@@ -4,7 +4,8 @@
 
 namespace simulator {
 
-/// Restores errno: looking a line up must not be seen in a call that is then passed on.
+/// Restores errno. The search for a line must not change it, because the host's call may be passed
+/// on.
 class KeptErrno {
  public:
     KeptErrno() = default;

@@ -7,11 +7,12 @@
 
 namespace simulator {
 
-/// A line for hosts into which nothing is loaded: a bare pseudo-terminal that any software opens by
-/// its path. A pseudo-terminal does not tell the host's settings, so they are taken to be right.
+/// A line for hosts without the preloaded object: a bare pseudo-terminal that any software can open
+/// by its path. A pseudo-terminal does not show the host's settings, so they are assumed to be
+/// right.
 class PlainTerminal final : public HostLine {
  public:
-    /// `assumed` are the host's settings as far as this line knows.
+    /// `assumed` are the settings that this line reports as the host's.
     explicit PlainTerminal(const UartSettings& assumed);
 
     const std::string& Device() const override { return path_; }
@@ -22,9 +23,9 @@ class PlainTerminal final : public HostLine {
     void Deliver(const std::vector<Character>& characters) override;
     bool IsOpen() const override { return open_; }
     UartSettings HostSettings() const override { return assumed_; }
-    /// Hangs the host up; the path is gone.
+    /// Hangs up the host. The path does not exist any more.
     void Unplug() override;
-    /// A new pseudo-terminal; its path is the system's choice, not `device`.
+    /// Opens a new pseudo-terminal. The system chooses its path; `device` is ignored.
     void PlugIn(const std::string& device) override;
 
  private:

@@ -8,13 +8,14 @@
 
 namespace simulator {
 
-/// What programs that list serial ports find of one: the entries that the system makes for a port
-/// in /dev, /sys and /run/udev. They are real files and links below "system" in the directory of
-/// lines; the object that is preloaded into a host leads the host's calls there.
+/// The entries that the system makes for a port in /dev, /sys and /run/udev, and that programs read
+/// to list serial ports. They are real files and links below "system" in the directory of lines.
+/// The object that is preloaded into a host redirects the host's calls to them.
 class PortEntries {
  public:
-    /// Of a port "ttyUSB<N>" the entries of a USB adapter of this identity, of "ttyS<N>" those of a
-    /// port on the board. Throws std::system_error when a file cannot be created, leaving none.
+    /// Creates the entries of a USB adapter of this identity for "ttyUSB<N>", and those of a
+    /// built-in port for "ttyS<N>". Throws std::system_error when a file cannot be created, and
+    /// then leaves none.
     PortEntries(const std::filesystem::path& directory, const std::string& name,
                 const UsbIdentity& usb, const std::string& serialNumber);
     ~PortEntries();

@@ -18,22 +18,24 @@ class PseudoTerminal {
     int Descriptor() const { return master_.descriptor; }  ///< for poll; do not close
     unsigned Number() const;                               ///< N of "/dev/pts/N"
     const std::string& Path() const { return path_; }      ///< "/dev/pts/N"
-    const timespec& Created() const { return created_; }   ///< change time of its node, which stays
+    const timespec& Created() const {
+        return created_;
+    }  ///< change time of its node, which never changes
 
-    /// Sets a speed that no host sets, 134.5 baud; the other settings stay. A pseudo-terminal keeps
-    /// neither data bits nor parity, and the C library refuses settings that leave everything as it
-    /// is. So a host's settings are taken where they are made all at once.
+    /// Sets a speed that no host sets, 134.5 baud; the other settings stay. The reason: a
+    /// pseudo-terminal keeps neither data bits nor parity, and the C library refuses settings that
+    /// change nothing. With this speed, settings that include a speed always change something.
     void ForgetSpeed();
 
-    /// All bytes that wait; sets `hungUp` when nobody has the other end open any more.
+    /// Returns all bytes that have arrived. Sets `hungUp` when nobody has the other end open any
+    /// more.
     std::string Read(bool* hungUp);
 
-    /// Writes without waiting; returns how many bytes the other end's buffer took.
+    /// Writes without waiting. Returns how many bytes fitted into the buffer of the other end.
     std::size_t Write(const std::string& bytes);
 
  private:
-    /// A descriptor of its own, so that it is closed too when the constructor does not get to its
-    /// end.
+    /// Owns a descriptor, so that it is also closed when the constructor throws.
     struct Master {
         explicit Master(int opened) : descriptor(opened) {}
         ~Master();

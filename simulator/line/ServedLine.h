@@ -8,20 +8,20 @@
 
 namespace simulator {
 
-/// The host's side of one served device, found anew for every call: of a descriptor nothing is kept
-/// in the host's process, so duplicated, inherited and passed-on descriptors, fork, exec and
-/// threads need no care. What is kept are mappings of lines, which are found by what their terminal
-/// and their file are, never by a descriptor. Uses nothing but the C library, because it is loaded
-/// into programs that are not ours.
+/// The host's side of one served device. Each call finds it again, and the host's process keeps
+/// nothing about a descriptor. So descriptors may be duplicated, inherited and passed on, and fork,
+/// exec and threads need no special treatment. Only mappings of lines are kept. They are found by
+/// terminal and file, never by descriptor. Uses the C library only, because it is loaded into any
+/// program.
 class ServedLine {
  public:
-    /// The line whose node is at a path such as "/dev/ttyS0"; empty when that is not served.
+    /// The line with a node at this path, such as "/dev/ttyS0"; empty when the path is not served.
     static ServedLine AtNode(const char* path);
 
-    /// The same, also where the path is a link to the node, as those in /dev/serial are.
+    /// The same; the path may also be a link to the node, such as those in /dev/serial.
     static ServedLine AtPath(const char* path);
 
-    /// The line whose pseudo-terminal `descriptor` is; empty for every other descriptor.
+    /// The line with the pseudo-terminal that is open at `descriptor`; empty for other descriptors.
     static ServedLine OfDescriptor(int descriptor);
 
     /// The line whose pseudo-terminal is at this path; empty for every other path.
@@ -39,11 +39,12 @@ class ServedLine {
     /// The device number that a node of this name has on a real system.
     dev_t DeviceNumber() const;
 
-    /// Waits, for half a second at most, until the serving side has taken over all that was sent.
+    /// Waits until the serving side has received everything that was sent, for half a second at
+    /// most.
     void Rendezvous() const;
 
-    /// Waits, for half a second at most, until a TIOCEXCL of a host that has gone is lifted.
-    /// Returns whether the line is still claimed.
+    /// Waits until the TIOCEXCL of a host that has ended is removed, for half a second at most.
+    /// Returns whether it is still in force.
     bool StaysExclusive() const;
 
  private:

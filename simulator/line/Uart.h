@@ -17,10 +17,10 @@ struct Character {
 };
 
 /// What a receiver at the settings `receiver` reads when `bytes` are sent back to back at the
-/// settings `sender`, with the line idle before and after. The bits are sent least significant
-/// first and sampled in the middle of each of the receiver's bit times; only the first stop bit is
-/// looked at; after a framing error the receiver waits until the line is idle. Equal settings give
-/// the bytes themselves, cut to the data bits.
+/// settings `sender`, with the line idle before and after. The least significant bit is sent first.
+/// The receiver samples each bit in the middle of its own bit time. It checks the first stop bit
+/// only. After a framing error it waits until the line is idle. With equal settings the result is
+/// the bytes themselves, with only the data bits.
 std::vector<Character> Transmit(const std::string& bytes, const UartSettings& sender,
                                 const UartSettings& receiver);
 

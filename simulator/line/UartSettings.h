@@ -21,7 +21,7 @@ struct UartSettings {
     /// "2400,7E1,xonxoff"; the parity is one of the letters N, O, E, M, S. Empty for other text.
     static std::optional<UartSettings> Parse(const std::string& text);
 
-    /// The text that parse reads: "2400,7E1".
+    /// The text that Parse reads: "2400,7E1".
     std::string Text() const;
 
     /// Start bit, data bits, parity bit and stop bits of one character.
@@ -30,8 +30,8 @@ struct UartSettings {
     /// How long one character takes on the line; nothing at 0 baud.
     std::chrono::microseconds CharacterTime() const;
 
-    /// Whether a character of these settings is read unchanged at the other settings: all equal but
-    /// flow control, which does not change the bits.
+    /// Whether a character sent at these settings is read unchanged at the other settings. All
+    /// settings must be equal except flow control, which does not change the bits.
     bool AgreesWith(const UartSettings& other) const;
 };
 

@@ -2,8 +2,8 @@
 
 namespace simulator {
 
-/// What a USB adapter and its drivers tell the system of themselves. Empty texts are those that an
-/// adapter of the kind does not have.
+/// What a USB adapter and its drivers tell the system about themselves. A text is empty if an
+/// adapter of this kind does not have it.
 struct UsbIdentity {
     const char* vendorId;
     const char* productId;
@@ -16,7 +16,7 @@ struct UsbIdentity {
     bool hasSerialNumber;
 };
 
-/// As the adapters describe themselves, and as Linux 6.1 names the drivers.
+/// The adapters' own descriptions, with the names of the drivers in Linux 6.1.
 inline constexpr UsbIdentity kFtdiIdentity = {
     "0403",     "6001",     "0600", "FTDI", "FT232R USB UART", "FT232R USB UART",
     "ftdi_sio", "ftdi_sio", true};

@@ -14,9 +14,8 @@
 
 namespace simulator {
 
-/// The serving side of one virtual serial line: a device such as "/dev/ttyS0" that exists for the
-/// programs into which the virtual-line object is loaded and whose WBALANCE_VIRTUAL_LINES names
-/// `directory`.
+/// The serving side of one virtual serial line: a device such as "/dev/ttyS0". It exists for
+/// programs that have the virtual-line object loaded and `directory` in WBALANCE_VIRTUAL_LINES.
 class VirtualLine final : public HostLine {
  public:
     /// What stat says of the node.
@@ -48,15 +47,14 @@ class VirtualLine final : public HostLine {
     unsigned ControlLines() const { return state_->controlLines; }
     void SetInstrumentControlLines(unsigned bits);
 
-    /// What open reports instead of opening: an errno, 0 for opening as usual.
+    /// Makes open fail with this errno; with 0 it opens as usual.
     void RefuseOpen(int error) { state_->openError = error; }
-    /// The same for the next open alone, as when another program lets go of the port right then.
+    /// The same for the next open only, as if another program had closed the port just after it.
     void RefuseNextOpen(int error) { state_->nextOpenError = error; }
-    /// A node with no serial port behind it, as the kernel keeps for built-in ports that a computer
-    /// does not have: it opens, but is no terminal.
+    /// Makes the node one without a serial port, as the kernel has for built-in ports that the
+    /// computer does not have. It can be opened, but is not a terminal.
     void TakePortAway() { state_->bare = 1; }
-    /// A speed that the adapter cannot do, such as B2400: setting it fails with EINVAL. B0 for
-    /// none.
+    /// Makes the adapter refuse this speed, such as B2400, with EINVAL. With B0 it refuses none.
     void RefuseSpeed(speed_t speed) { state_->refusedSpeed = speed; }
     void RefuseEverySpeed() { state_->refusedSpeed = VirtualLineState::kEverySpeed; }
     void SetNode(const Node& node);
@@ -78,11 +76,11 @@ class VirtualLine final : public HostLine {
 
     const std::filesystem::path directory_;
     const UsbIdentity usb_;
-    const std::string serialNumber_;  ///< stays when the adapter comes back under another name
+    const std::string serialNumber_;  ///< is kept when the adapter comes back under another name
     std::string device_;
-    /// The names that this line has had. Their files stay until the line ends, so that an unplugged
-    /// name is absent rather than the real system's device of that name; only the present name's
-    /// take descriptors.
+    /// The names that this line has had. Their files stay until the line ends: without them, a host
+    /// would find the system's device of that name after the adapter was unplugged. Only the files
+    /// of the present name need descriptors.
     std::set<std::string> names_;
     std::unique_ptr<Files> files_;
     std::unique_ptr<PseudoTerminal> terminal_;

@@ -33,8 +33,8 @@ inline PortNumber PortNumberOf(const char* name) {
     return isUsb ? PortNumber{true, 188, number} : PortNumber{false, 4, 64 + number};
 }
 
-/// What host and serving side of one virtual line tell each other: a mapped file, every field on
-/// its own atomic, so that a host killed at any point leaves nothing half written.
+/// The data that host and serving side of one virtual line exchange, in a mapped file. Every field
+/// is atomic by itself, so a host that is killed leaves no field half written.
 struct VirtualLineState {
     static constexpr std::uint32_t kCurrentLayout = 0x57424C35;  // "WBL5"
     static constexpr std::uint32_t kEverySpeed = UINT32_MAX;     // of refusedSpeed
@@ -43,8 +43,8 @@ struct VirtualLineState {
     char name[28];                         ///< device name without directory
     std::atomic<std::uint32_t> present;    ///< 0: unplugged, the node does not exist
     std::atomic<std::uint32_t> ptsNumber;  ///< "/dev/pts/<number>" carries the bytes
-    /// When that terminal came into being, which tells it from others that had or will have its
-    /// number; 0 in its first moments, when the number has to do.
+    /// When that terminal was created. This distinguishes it from earlier and later terminals with
+    /// the same number. It is 0 in the first moments; then only the number counts.
     std::atomic<std::uint64_t> ptsCreated;
     std::atomic<std::int32_t> openError;      ///< errno that open reports, 0: opens
     std::atomic<std::int32_t> nextOpenError;  ///< the same, for the next open alone
@@ -62,9 +62,10 @@ struct VirtualLineState {
     std::atomic<std::uint32_t> hostOpen;    ///< at least one descriptor is open
     std::atomic<std::uint32_t> breaks;      ///< break conditions sent by the host so far
 
-    /// Rendezvous: the host counts requests up and rings; the serving side takes over every byte
-    /// that was sent before, then stores the count it saw in acknowledged and wakes the waiters. So
-    /// a byte is always read at the settings it was sent at.
+    /// How the host waits for the serving side: it increments `requests` and writes to the FIFO.
+    /// The serving side receives every byte that was sent before, stores the count that it has seen
+    /// in `acknowledged`, and wakes the waiting hosts. So each byte is read with the settings at
+    /// which it was sent.
     std::atomic<std::uint32_t> requests;
     std::atomic<std::uint32_t> acknowledged;
 };

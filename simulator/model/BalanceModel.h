@@ -23,8 +23,8 @@ struct BalanceData {
     Time stableAfter = 300ms;   ///< how long a reading must keep within one step
     Time refresh = 50ms;        ///< a new reading is taken at each multiple of this time
     double noise = 0;           ///< standard deviation of one reading
-    double driftPerHour = 0;    ///< by which the reading creeps away
-    unsigned seed = 1;          ///< of the noise; the same seed gives the same readings
+    double driftPerHour = 0;    ///< how far the reading drifts in an hour
+    unsigned seed = 1;          ///< for the noise; the same seed gives the same readings
 };
 
 /// What the display shows.
@@ -48,30 +48,30 @@ struct Unit {
     bool countsPieces = false;  ///< whole ones are shown
 };
 
-/// What came of zeroing or taring.
+/// The result of zeroing or taring.
 enum class Outcome { Done, TooHigh, TooLow };
 
-/// What a balance is, apart from what it says: the load on the pan over time, settling, noise,
-/// drift, zero, tare, range, display text and power. Everything speaks about the time last given to
-/// advance; the load at the very beginning has been on the pan for ever.
+/// A balance without its commands: the load on the pan over time, settling, noise, drift, zero,
+/// tare, range, display text and power. All functions refer to the time last given to Advance. The
+/// first load counts as settled.
 class BalanceModel {
  public:
     explicit BalanceModel(const BalanceData& data);
 
     const BalanceData& Data() const { return data_; }
-    /// It is another kind of balance from now on; `stableAfter`, `refresh` and the unit stay as
-    /// they were.
+    /// Makes it another kind of balance from now on. `stableAfter`, `refresh` and the unit do not
+    /// change.
     void Change(const BalanceData& data);
     /// Weights are shown in this unit from now on; `countsPieces`: in whole pieces of that weight.
     void ShowUnit(const std::string& unit, double gramsPerUnit, bool countsPieces = false);
     Unit ShownUnit() const { return {data_.unit, data_.gramsPerUnit, data_.countsPieces}; }
 
-    /// A unit of the host's own, where the instrument has one: that of the display until one is
-    /// set, and again when somebody sets the display.
+    /// The unit in which weights are sent to the host, if the instrument has one of its own. It is
+    /// that of the display until it is set, and again after somebody sets the display.
     void SetHostUnit(const Unit& unit) { hostUnit_ = unit; }
     Unit HostUnit() const { return hostUnit_.value_or(ShownUnit()); }
 
-    /// The pan follows the load so many times as slowly as the balance does by itself.
+    /// Makes the weight follow the load so many times as slowly as it does by default.
     void Filter(double slowness) { slowness_ = slowness; }
 
     /// Moves on to `now`, which never goes back.
@@ -80,7 +80,7 @@ class BalanceModel {
     /// The next time at which the reading can change.
     Time NextRefresh() const { return lastRefresh_ + data_.refresh; }
 
-    /// The load in grams: from now on (settling), from `at` on, or since ever.
+    /// The load in grams: from now on, from `at` on, or since before the start.
     void SetLoad(double grams);
     void ScheduleLoad(Time at, double grams);
     void StartWithLoad(double grams);
@@ -97,7 +97,7 @@ class BalanceModel {
     std::string TareDigits() const { return TareDigitsIn(ShownUnit()); }
     std::string TareDigitsIn(const Unit& unit) const;  ///< with as many decimals as a weight
 
-    /// Switched on anew: weight display, no tare, and zero wherever that is allowed.
+    /// Switches the balance on: it shows the weight, has no tare, and zeroes if the load allows it.
     void Restart();
 
     void ShowText(const std::string& text) { displayText_ = text; }
@@ -108,7 +108,7 @@ class BalanceModel {
     void SwitchOff() { on_ = false; }
     bool IsOn() const { return on_; }
 
-    /// Conditions forced from outside: a pan that never comes to rest, a balance out of its range.
+    /// Conditions that faults set: the pan never comes to rest, or the load is out of range.
     void ForceUnstable(bool forced) { forcedUnstable_ = forced; }
     void ForceRange(Indication::Range range) { forcedRange_ = range; }
 

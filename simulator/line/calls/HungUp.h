@@ -6,7 +6,7 @@
 
 namespace simulator::calls {
 
-/// Whether the port behind the descriptor has gone: every request then fails as on a real port.
+/// Whether the port of the descriptor was unplugged. Every request then fails as on a real port.
 inline bool IsHungUp(int descriptor) {
     int waiting = 0;
     return Next<::ioctl>("ioctl")(descriptor, FIONREAD, &waiting) != 0;

@@ -7,7 +7,8 @@
 
 namespace simulator::calls {
 
-/// The C library's own function in place of `replaced` (or that of the next preloaded object).
+/// The function of the C library, or of the next preloaded object, that `replaced` takes the place
+/// of.
 template <auto& replaced>
 auto Next(const char* name) {
     static std::atomic<decltype(&replaced)> found{nullptr};

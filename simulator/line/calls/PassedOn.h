@@ -6,10 +6,10 @@
 
 namespace simulator::calls {
 
-/// A path to pass on: the files of a served port lie below the directory of lines.
+/// A path to pass on to the C library. The files of a served port are below the directory of lines.
 class PassedOn {
  public:
-    /// `path` as the host has given it, and what it stands for.
+    /// `path` is what the host has given. The object holds the path that replaces it.
     PassedOn(const HostPath& host, const char* path)
         : path_(hostpaths::Redirects(host, redirected_) ? redirected_ : path) {}
     operator const char*() const { return path_; }

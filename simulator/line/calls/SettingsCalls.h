@@ -8,7 +8,7 @@ namespace simulator::calls {
 /// do.
 bool IsAboutSettings(unsigned long request);
 
-/// Such a request at a served device.
+/// Carries out such a request for a served device.
 int RequestSettings(const ServedLine& line, int descriptor, unsigned long request, void* argument);
 
 }  // namespace simulator::calls
