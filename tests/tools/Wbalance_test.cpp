@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 
-#include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
 #include <algorithm>
 #include <csignal>
@@ -12,6 +11,7 @@
 
 #include "Examples.h"
 #include "Facts.h"
+#include "JsonOf.h"
 #include "RunProgram.h"
 #include "StartedProgram.h"
 
@@ -26,10 +26,6 @@ using testing::Not;
 using testing::StartsWith;
 
 namespace {
-
-QJsonObject JsonOf(const std::string& line) {
-    return QJsonDocument::fromJson(QByteArray::fromStdString(line)).object();
-}
 
 const std::string kWeigh = "weigh -d " + kBalance + " -t 0";
 

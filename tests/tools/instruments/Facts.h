@@ -106,6 +106,14 @@ struct SetByHost {
     std::string weight;  ///< the line that comes
 };
 
+/// What `doctor` tells between the answer and the diagnosis.
+struct Identified {
+    std::string name;       ///< of the test
+    std::string simulated;  ///< the simulator's arguments behind the instrument
+    std::string arguments;  ///< the command's arguments behind the driver
+    std::string told;       ///< lines such as "model          PS\n"
+};
+
 /// A record of the folder records, and how replaying it ends.
 struct Replayed {
     std::string record;
@@ -145,6 +153,9 @@ struct Instrument {
     std::vector<Refused> refused = {};
     std::vector<SetByHost> setByHost = {};
     std::vector<Replayed> records = {};
+    std::vector<Identified> identified = {};
+    /// What `detect` tells of the one in the first of those rows.
+    std::string detected = {};
     /// What stands in front of a number of any length and behind it; empty where an answer has a
     /// length of its own.
     std::vector<std::string> numberOfAnyLength = {};

@@ -44,6 +44,8 @@ Instrument Of<WbalanceKern_EW_EGN_EWB>() {
     one.stableOnly = {{"A00\r\n+  12.50 G  \r\n", 12.5, false, kStabilityUntold},
                       {"A00\r\n+  12.50 G S\r\n", 12.5, true, ""}};
     one.records = {{"kern-seven-digits", 11}};
+    one.identified = {
+        {"nothing_of_one_that_has_no_question", "--load 3", "", "weight         3.00 G, stable\n"}};
     return one;
 }
 

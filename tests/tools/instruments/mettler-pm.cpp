@@ -64,6 +64,12 @@ Instrument Of<WbalanceMettlerPM>() {
     one.stableOnly = {{"S D      12.34 g\r\n", 12.34, false, "it shows 12.34 g"}};
     one.numberOfAnyLength = {"S ", " g\r\n"};
     one.records = {{"mettler-pm-busy-read-as-zero", 8}};
+    one.identified = {{"a_PM_with_the_MT_SICS_option", "--load 3 --with protocol=mt-sics", "",
+                       "model          MT-SICS\n"
+                       "serial number  1126493049\n"
+                       "software       1.20\n"
+                       "weight         3.00 g, stable\n"},
+                      {"a_PM_that_answers_ES", "--load 3", "", "weight         3.00 g, stable\n"}};
     return one;
 }
 

@@ -47,6 +47,18 @@ Instrument Of<WbalanceMettlerXS>() {
     one.sends = {{"display HELLO", {"D \"HELLO\"\\r\\n"}}};
     one.setByHost = {{"", "9600 cs8 -parenb", "M21 0 3\\r\\n", "S S    12500.0 mg\\r\\n"}};
     one.records = {{"mettler-xs-incomplete-average", 8}};
+    one.identified = {
+        {"an_XS204", "--load 3", "",
+         "model          XS204 Excellence\n"
+         "serial number  1126493049\n"
+         "software       4.10\n"
+         "weight         3.0000 g, stable\n"},
+        {"one_on_a_slow_line", "--load 3 --line 300,7E1 --pace=ftdi:255", "-l 300,7E1",
+         "model          XS204 Excellence\n"
+         "serial number  1126493049\n"
+         "software       4.10\n"
+         "weight         3.0000 g, stable\n"}};
+    one.detected = "model XS204 Excellence, serial number 1126493049, software 4.10";
     return one;
 }
 

@@ -44,6 +44,13 @@ Instrument Of<WbalanceOHAUS_SPU602>() {
         {"--with series=explorer", "2400 cs7 -parenb", "2U\\r\\n", "   0.01250 kg\\r\\n"},
         {"--with series=explorer", "2400 cs7 -parenb", "1M\\r\\n", "        13 PCS\\r\\n"}};
     one.records = {{"ohaus-kilograms", 10}};
+    one.identified = {{"an_Explorer", "--load 3 --with series=explorer", "",
+                       "serial number  B717693125\n"
+                       "software       1.10\n"
+                       "weight         3.00 g, stable\n"},
+                      {"a_Scout_Pro_that_knows_V_alone", "--load 3", "",
+                       "software       1.10\n"
+                       "weight         3.00 g, stable\n"}};
     return one;
 }
 

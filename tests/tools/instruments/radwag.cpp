@@ -56,6 +56,15 @@ Instrument Of<WbalanceRadwag>() {
          "A\\r\\nS  v       0.00 g  \\r\\n\"",
          7}};
     one.records = {{"radwag-overload", 6}};
+    one.identified = {{"a_PS", "--load 3", "",
+                       "model          PS\n"
+                       "serial number  123456\n"
+                       "software       r.3.0.9\n"
+                       "weight         3.00 g, stable\n"},
+                      {"a_terminal_that_knows_NB_alone", "--load 3 --with series=wtc", "",
+                       "serial number  123456\n"
+                       "weight         3.00 g, stable\n"}};
+    one.detected = "model PS, serial number 123456, software r.3.0.9";
     return one;
 }
 

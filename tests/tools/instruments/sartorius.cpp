@@ -93,6 +93,25 @@ Instrument Of<WbalanceSartorius>() {
     one.refused = {
         {"preset-tare 10", "the driver sartorius takes a preset tare from 0.00 to 9.99 g"}};
     one.records = {{"sartorius-overload-read-as-zero", 6}};
+    one.identified = {
+        {"an_LA620S", "--load 3", "",
+         "model          LA620S\n"
+         "serial number  37454321\n"
+         "software       00-37-09\n"
+         "weight         3.00 g, stable\n"},
+        {"an_Entris_that_says_Model_in_front", "--load 3 --with series=entris2 --with line=22", "",
+         "model          BCE124I-1CEU\n"
+         "serial number  37454321\n"
+         "software       00-37-09\n"
+         "weight         3.00 g, stable\n"},
+        {"a_CP622S_that_is_silent_about_its_software", "--load 3 --with series=cp", "",
+         "model          CP622S\n"
+         "serial number  37454321\n"
+         "weight         3.00 g, stable\n"},
+        {"a_balance_whose_pan_never_rests", "--load 3 --fault busy", "",
+         "model          LA620S\n"
+         "serial number  37454321\n"
+         "software       00-37-09\n"}};
     return one;
 }
 
