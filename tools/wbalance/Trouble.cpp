@@ -139,7 +139,8 @@ const std::vector<TroubleInfo>& Troubles() {
 std::string SentenceFor(const Finding& finding) {
     const TroubleInfo& row = RowOf(finding.trouble);
     const std::string remark = finding.remark.empty() ? "" : " (" + finding.remark + ")";
-    return Filled(row.says, finding.fillIns) + remark + Filled(row.remedy, finding.fillIns);
+    return texts::Filled(row.says, finding.fillIns) + remark +
+           texts::Filled(row.remedy, finding.fillIns);
 }
 
 ExitCode CodeFor(Trouble trouble) {

@@ -79,7 +79,7 @@ const std::vector<TroubleInfo>& Troubles();
 /// A trouble as it was met.
 struct Finding {
     Trouble trouble = Trouble::None;
-    FillIns fillIns = {};
+    texts::FillIns fillIns = {};
     std::string remark = {};  ///< one more fact, which stands in brackets ahead of the remedy
 };
 

@@ -52,9 +52,9 @@ std::vector<fs::path> RunningBenches() {
 fs::path OnlyRunningBench() {
     const auto benches = RunningBenches();
     if (benches.empty())
-        throw std::runtime_error(
-            WithExamples("no wbalance-sim of yours is running; start one, such as wbalance-sim "
-                         "{balance} --pty"));
+        throw std::runtime_error(texts::WithExamples(
+            "no wbalance-sim of yours is running; start one, such as wbalance-sim "
+            "{balance} --pty"));
     if (benches.size() == 1) return benches.front();
     std::string paths;
     for (const auto& bench : benches)

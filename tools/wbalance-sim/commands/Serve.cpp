@@ -120,7 +120,7 @@ std::unique_ptr<Placement> ParseOne(std::vector<std::string> words, RunOptions& 
     if (isReplay) words.erase(words.begin());
     const arguments::Grammar grammar{isReplay ? "wbalance-sim replay" : "wbalance-sim",
                                      isReplay ? kReplayDescription : kDescription,
-                                     WithExamples(isReplay ? kReplayExamples : kExamples)};
+                                     texts::WithExamples(isReplay ? kReplayExamples : kExamples)};
     arguments::Parse(grammar, words, [&](arguments::Command command) {
         placement->AddTo(command);
         run.AddTo(command);

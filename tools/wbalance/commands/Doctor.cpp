@@ -5,7 +5,7 @@
 #include <memory>
 
 #include "BalanceOptions.h"
-#include "ExampleDrivers.h"
+#include "ExampleInstruments.h"
 #include "FormatOptions.h"
 #include "doctor/Doctor.h"
 #include "output/Columns.h"
@@ -16,7 +16,7 @@ namespace tool {
 namespace {
 
 constexpr char kExamples[] = R"(Examples:
-  wbalance doctor -d {driver} -p 0
+  wbalance doctor -d {balance} -p 0
   wbalance doctor -d {other} -p 3 --usb --line 9600,8N1
 
 Checks the port, who may open it, who has it open, the adapter, the control lines, the answer and
@@ -82,7 +82,7 @@ ExitCode Run(const Options& options) {
 void AddDoctor(arguments::Command application, ExitCode& exitCode) {
     const auto command = application.AddSubcommand(
         "doctor", "Find out why a balance does not give its weight, and what to do");
-    command.Footer(WithExampleDrivers(kExamples));
+    command.Footer(texts::WithExamples(kExamples));
     const auto options = std::make_shared<Options>();
     options->balance.AddTo(command);
     AddJsonFlag(command, options->json, "one JSON object, also of what is wrong");

@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "ExampleDrivers.h"
+#include "ExampleInstruments.h"
 #include "FormatOptions.h"
 #include "drivers/DriverTable.h"
 #include "output/Columns.h"
@@ -71,7 +71,7 @@ ExitCode Run(const Options& options) {
 
 void AddDrivers(arguments::Command application, ExitCode& exitCode) {
     const auto command = application.AddSubcommand("drivers", "List the drivers, or describe one");
-    command.Footer(WithExampleDrivers(kExamples));
+    command.Footer(texts::WithExamples(kExamples));
     const auto options = std::make_shared<Options>();
     command.AddOption("NAME", options->name, "the driver to describe").TypeName("");
     AddJsonFlag(command, options->json, "one JSON object per line");

@@ -9,7 +9,7 @@
 #include <set>
 
 #include "BalanceOptions.h"
-#include "ExampleDrivers.h"
+#include "ExampleInstruments.h"
 #include "ToolError.h"
 #include "WeighOptions.h"
 #include "monitor/Monitor.h"
@@ -20,7 +20,7 @@ namespace {
 constexpr double kLongestDuration = 100000.0;  // of any unit
 
 constexpr char kExamples[] = R"(Examples:
-  wbalance monitor {driver}@0
+  wbalance monitor {balance}@0
   wbalance monitor {other}@/dev/serial/by-id/usb-FTDI_A1B2-if00-port0 {third}@1@4800,8N2
   wbalance monitor {other}@ttyUSB3 --interval 0 --timeout 0 --json --log weights.jsonl
   wbalance monitor {other}@ttyUSB3 --for 8h --log shift.csv
@@ -125,7 +125,7 @@ ExitCode Run(const Options& options) {
 void AddMonitor(arguments::Command application, ExitCode& exitCode) {
     const auto command =
         application.AddSubcommand("monitor", "Read one or more balances repeatedly");
-    command.Footer(WithExampleDrivers(kExamples));
+    command.Footer(texts::WithExamples(kExamples));
     const auto options = std::make_shared<Options>();
     command.AddOption("BALANCE", options->balances, "DRIVER@PORT[@LINE], one or more")
         .TypeName("")

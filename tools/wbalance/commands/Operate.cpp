@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "BalanceOptions.h"
-#include "ExampleDrivers.h"
+#include "ExampleInstruments.h"
 #include "FormatOptions.h"
 #include "ToolError.h"
 #include "output/Json.h"
@@ -169,7 +169,7 @@ arguments::Command Add(arguments::Command application, ExitCode& exitCode, Opera
                        const std::shared_ptr<Options>& options) {
     const std::string word = WordFor(operation);
     const auto command = application.AddSubcommand(word, description);
-    std::string footer = "Example:\n  wbalance " + word + " " + WithExampleDrivers(example) +
+    std::string footer = "Example:\n  wbalance " + word + " " + texts::WithExamples(example) +
                          "\nDrivers that have it:";
     for (const auto& driver : Drivers()) {
         if (driver.Has(operation)) footer += " " + driver.name;

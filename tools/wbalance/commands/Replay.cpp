@@ -3,7 +3,7 @@
 #include <QtCore/QDateTime>
 #include <memory>
 
-#include "ExampleDrivers.h"
+#include "ExampleInstruments.h"
 #include "FormatOptions.h"
 #include "Record.h"
 #include "ToolError.h"
@@ -68,7 +68,7 @@ ExitCode Run(const Options& options) {
 
 void AddReplay(arguments::Command application, ExitCode& exitCode) {
     const auto command = application.AddSubcommand("replay", "Read the answers of a record again");
-    command.Footer(WithExampleDrivers(kExamples));
+    command.Footer(texts::WithExamples(kExamples));
     const auto options = std::make_shared<Options>();
     command.AddOption("FILE", options->path, "what --record has written").TypeName("").Required();
     options->format.AddTo(command, "");

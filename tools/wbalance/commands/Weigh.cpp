@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "BalanceOptions.h"
-#include "ExampleDrivers.h"
+#include "ExampleInstruments.h"
 #include "OutsideText.h"
 #include "ToolError.h"
 #include "WeighOptions.h"
@@ -13,7 +13,7 @@ namespace tool {
 namespace {
 
 constexpr char kExamples[] = R"(Examples:
-  wbalance weigh --driver {driver} --port 0
+  wbalance weigh --driver {balance} --port 0
   wbalance weigh -d {other} -p 3 --usb --mode stable --json
   wbalance weigh -d {third} -p /dev/serial/by-id/usb-FTDI_A1B2-if00-port0 --line 4800,8N2
 
@@ -73,7 +73,7 @@ ExitCode Run(const Options& options) {
 
 void AddWeigh(arguments::Command application, ExitCode& exitCode) {
     const auto command = application.AddSubcommand("weigh", "Read the weight once");
-    command.Footer(WithExampleDrivers(kExamples));
+    command.Footer(texts::WithExamples(kExamples));
     const auto options = std::make_shared<Options>();
     options->balance.AddTo(command);
     options->weigh.AddTo(command);

@@ -3,7 +3,7 @@
 #include <map>
 #include <string>
 
-namespace tool {
+namespace texts {
 
 /// What stands for the words in braces of a text, "{DEVICE}".
 using FillIns = std::map<std::string, std::string>;
@@ -12,4 +12,4 @@ using FillIns = std::map<std::string, std::string>;
 /// std::out_of_range for a word that has nothing to stand for it.
 std::string Filled(const std::string& text, const FillIns& fillIns);
 
-}  // namespace tool
+}  // namespace texts

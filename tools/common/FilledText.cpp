@@ -1,6 +1,6 @@
 #include "FilledText.h"
 
-namespace tool {
+namespace texts {
 
 std::string Filled(const std::string& text, const FillIns& fillIns) {
     std::string filled;
@@ -15,4 +15,4 @@ std::string Filled(const std::string& text, const FillIns& fillIns) {
     }
 }
 
-}  // namespace tool
+}  // namespace texts
