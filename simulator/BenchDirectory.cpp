@@ -22,7 +22,7 @@ namespace fs = std::filesystem;
 constexpr char kInMemory[] = "/dev/shm";
 
 /// A line takes some pages; some hundreds of instruments have room.
-constexpr unsigned long long kRoomOfABench = 16 * 1024 * 1024;
+constexpr unsigned long long kRoomOfABench = 16ULL * 1024 * 1024;
 
 constexpr char kPrefix[] = "wbalance-lines-";
 constexpr char kClaimName[] = "claim";

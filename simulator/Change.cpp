@@ -49,7 +49,7 @@ Change FaultChange(const std::string& fault) {
     return change;
 }
 
-Change EndChange(const std::string&, const std::string& rest) {
+Change EndChange(const std::string& /*words*/, const std::string& rest) {
     Change change;
     change.kind = Change::Kind::EndFaults;
     if (!rest.empty()) change.text = Fault::Parse(rest).name;

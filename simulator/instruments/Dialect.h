@@ -93,7 +93,7 @@ class Dialect {
     /// A known command with wrong parameters. By default it is treated as an unknown command.
     virtual void Refuse(const std::string& command) { Unknown(command); }
     /// A key was pressed, and the keys are not blocked.
-    virtual void NoteKey(Key) {}
+    virtual void NoteKey(Key /*key*/) {}
     /// What the print key sends, where the instrument has one.
     virtual void PrintKey() = 0;
 
@@ -103,7 +103,7 @@ class Dialect {
     virtual void Spoiled() {}
     /// Whether a command is carried out at once while another one waits for the pan to come to
     /// rest. Other commands are kept until the wait is over.
-    virtual bool Interrupts(const std::string&) const { return false; }
+    virtual bool Interrupts(const std::string& /*command*/) const { return false; }
 
     /// Removes the first complete command from `received` and returns it; empty when none is
     /// complete yet. By default a command ends at the line end. CutKey is for commands without a

@@ -32,34 +32,35 @@ MtSics::MtSics(BalanceModel& model, const Switches& switches)
 }
 
 std::vector<MtSics::Command> MtSics::Commands() const {
+    std::vector<Command> all = BasicCommands();
+    for (const Command& command : FurtherCommands())
+        all.push_back(command);
+    return all;
+}
+
+std::vector<MtSics::Command> MtSics::BasicCommands() const {
     const bool isTimed = switches_.IsOn("timed-commands");
     const bool hasTerminal = model_.hasTerminal;
-    const bool hasLevel2 = model_.hasLevel2;
-    const bool hasShownUnit = hasLevel2 && hasTerminal;
     return {
-        {0, "I0", &MtSics::SayCommands, true},
-        {0, "I1", &MtSics::SayLevels, true},
-        {0, "I2", &MtSics::SayType, true},
-        {0, "I3", &MtSics::SaySoftware, true},
-        {0, "I4", &MtSics::SendSerialNumber, true},
-        {0, "I5", &MtSics::SaySoftwareNumber, true},
-        {0, "S", &MtSics::SendStable, true},
-        {0, "SI", &MtSics::SendImmediately, true},
-        {0, "SIR", &MtSics::SendRepeatedly, true},
-        {0, "Z", &MtSics::Zero, true},
-        {0, "ZI", &MtSics::ZeroImmediately, true},
-        {0, "@", &MtSics::Reset, true},
-        {1, "C", &MtSics::EndCommands, isTimed},
-        {1, "D", &MtSics::ShowText, hasTerminal},
-        {1, "DW", &MtSics::ShowWeight, hasTerminal},
-        {1, "SC", &MtSics::SendInTime, isTimed},
-        {1, "SR", &MtSics::SendChanges, true},
-        {1, "T", &MtSics::Tare, true},
-        {1, "TA", &MtSics::TareValue, true},
-        {1, "TAC", &MtSics::ClearTare, true},
-        {1, "TC", &MtSics::TareInTime, isTimed},
-        {1, "TI", &MtSics::TareImmediately, true},
+        {0, "I0", &MtSics::SayCommands, true},       {0, "I1", &MtSics::SayLevels, true},
+        {0, "I2", &MtSics::SayType, true},           {0, "I3", &MtSics::SaySoftware, true},
+        {0, "I4", &MtSics::SendSerialNumber, true},  {0, "I5", &MtSics::SaySoftwareNumber, true},
+        {0, "S", &MtSics::SendStable, true},         {0, "SI", &MtSics::SendImmediately, true},
+        {0, "SIR", &MtSics::SendRepeatedly, true},   {0, "Z", &MtSics::Zero, true},
+        {0, "ZI", &MtSics::ZeroImmediately, true},   {0, "@", &MtSics::Reset, true},
+        {1, "C", &MtSics::EndCommands, isTimed},     {1, "D", &MtSics::ShowText, hasTerminal},
+        {1, "DW", &MtSics::ShowWeight, hasTerminal}, {1, "SC", &MtSics::SendInTime, isTimed},
+        {1, "SR", &MtSics::SendChanges, true},       {1, "T", &MtSics::Tare, true},
+        {1, "TA", &MtSics::TareValue, true},         {1, "TAC", &MtSics::ClearTare, true},
+        {1, "TC", &MtSics::TareInTime, isTimed},     {1, "TI", &MtSics::TareImmediately, true},
         {1, "ZC", &MtSics::ZeroInTime, isTimed},
+    };
+}
+
+std::vector<MtSics::Command> MtSics::FurtherCommands() const {
+    const bool hasLevel2 = model_.hasLevel2;
+    const bool hasShownUnit = hasLevel2 && model_.hasTerminal;
+    return {
         {2, "C0", &MtSics::SayAdjustment, hasLevel2},
         {2, "C1", &MtSics::AdjustAsSet, hasLevel2},
         {2, "C3", &MtSics::AdjustInternally, hasLevel2},

@@ -28,7 +28,7 @@ class MtSics : public Dialect {
 
  protected:
     void Unknown(const std::string& command) override;
-    void Refuse(const std::string&) override { Say("EL"); }
+    void Refuse(const std::string& /*command*/) override { Say("EL"); }
     void Spoiled() override { Say("ET"); }
     bool Interrupts(const std::string& command) const override {
         return command == "@" || (command == "C" && switches_.IsOn("timed-commands"));
@@ -44,6 +44,8 @@ class MtSics : public Dialect {
     };
     /// Every command, in the order of I0, and whether this model answers it.
     std::vector<Command> Commands() const;
+    std::vector<Command> BasicCommands() const;    ///< of the levels 0 and 1
+    std::vector<Command> FurtherCommands() const;  ///< of level 2
 
     /// The unit in which a weight is sent: that of the host, or that of the display.
     enum class In { HostUnit, ShownUnit };

@@ -29,7 +29,7 @@ std::string RadwagMass(const Indication& indication) {
     const std::string digits = MassOf(indication);
     const bool isNegative = digits.front() == '-';
     return MarkOf(indication) + " " + (isNegative ? "-" : " ") +
-           RightAligned(digits.substr(isNegative), kRadwagMassColumns) + " " +
+           RightAligned(digits.substr(isNegative ? 1 : 0), kRadwagMassColumns) + " " +
            LeftAligned(indication.unit == "PCS" ? "pcs" : indication.unit, kRadwagUnitColumns);
 }
 

@@ -17,9 +17,9 @@ class SignedReading : public Dialect {
  protected:
     std::optional<std::string> CutCommand(std::string& received) override;
     void Execute(const std::string& command) override;
-    void Unknown(const std::string&) override {}
+    void Unknown(const std::string& /*command*/) override {}
     void PrintKey() override { SayReading(); }
-    bool Interrupts(const std::string&) const override { return true; }
+    bool Interrupts(const std::string& /*command*/) const override { return true; }
 
     /// The line of a reading, without its end.
     virtual std::string Line(const Indication& indication) const;

@@ -45,7 +45,7 @@ class Gibertini : public Dialect {
         received.erase(std::remove(received.begin(), received.end(), '\n'), received.end());
         return Dialect::CutCommand(received);
     }
-    void Unknown(const std::string&) override {}
+    void Unknown(const std::string& /*command*/) override {}
     /// Also where PRINT is said to belong to the printer protocol: the line of the protocol.
     void PrintKey() override {
         WhenStable(
@@ -53,7 +53,7 @@ class Gibertini : public Dialect {
             [] {});
     }
     /// A tare that waits for the pan holds nothing back.
-    bool Interrupts(const std::string&) const override { return true; }
+    bool Interrupts(const std::string& /*command*/) const override { return true; }
 
  private:
     bool IsProtocol(const std::string& name) const { return switches_.Text("protocol") == name; }

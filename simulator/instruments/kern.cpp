@@ -51,7 +51,7 @@ class Kern : public Dialect {
         else
             Unknown(command);
     }
-    void Unknown(const std::string&) override { Say("E01"); }
+    void Unknown(const std::string& /*command*/) override { Say("E01"); }
     void Spoiled() override { Say("E01"); }
     void PrintKey() override {
         if (key_ == KeyOutput::AtOnce) Say(Record());
@@ -60,7 +60,7 @@ class Kern : public Dialect {
                 kPatience, [this] { Say(Record()); }, [] {});
     }
     /// A record that is waited for holds nothing back.
-    bool Interrupts(const std::string&) const override { return true; }
+    bool Interrupts(const std::string& /*command*/) const override { return true; }
 
  private:
     /// What the print key sends: as delivered a record, after most output commands nothing.
@@ -136,7 +136,7 @@ class Kern : public Dialect {
     std::string Record() {
         const Indication indication = Balance().Read();
         const bool isNegative = indication.value < 0;
-        return (isNegative ? "-" : "+") + Columns(indication.Digits().substr(isNegative)) +
+        return (isNegative ? "-" : "+") + Columns(indication.Digits().substr(isNegative ? 1 : 0)) +
                UnitText(indication.unit) + " " + Status(indication);
     }
 

@@ -52,7 +52,7 @@ class StandardPm : public Dialect {
     void Unknown(const std::string& command) override {
         if (!command.empty()) Say("ES");
     }
-    void Refuse(const std::string&) override { Say("EL"); }
+    void Refuse(const std::string& /*command*/) override { Say("EL"); }
     void Spoiled() override { Say("ET"); }
 
     /// S that waits does not keep SI.

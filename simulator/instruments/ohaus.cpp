@@ -39,7 +39,7 @@ class OhausPrint : public Dialect {
     void PowerUp() override { awake_ = true; }
 
  protected:
-    void Unknown(const std::string&) override {
+    void Unknown(const std::string& /*command*/) override {
         if (series_.refuses) Say("ES");
     }
 

@@ -49,7 +49,7 @@ class Radwag : public Dialect {
             switches_.TimeOf("stability-time-out"), [this] { Say(RadwagMass(ReadInUnit())); },
             [] {});
     }
-    bool Interrupts(const std::string&) const override {
+    bool Interrupts(const std::string& /*command*/) const override {
         return switches_.Text("during-wait") == "refuse";
     }
     /// While it waits for the pan or adjusts, nothing else is accessible.
@@ -68,13 +68,13 @@ class Radwag : public Dialect {
 
     /// Every command there is, in the order of PC, and whether this series knows it.
     std::vector<Command> Commands() const {
-        const std::string& series = switches_.Text("series");
-        const bool isTerminal = series == "wtc";
-        const bool isAnalyser = series == "ma";
-        const bool hasUnits = series == "ps" || series == "hrp";
-        const bool adjusts = isAnalyser || series == "hrp";
-        const bool saysWhatItIs = !isTerminal && series != "wpw";
-        const bool hasFilters = isAnalyser || series == "ps";
+        std::vector<Command> all = WeighingCommands();
+        for (const Command& command : FurtherCommands())
+            all.push_back(command);
+        return all;
+    }
+
+    static std::vector<Command> WeighingCommands() {
         return {
             {"Z", &Radwag::Zero, true},
             {"T", &Radwag::Tare, true},
@@ -88,6 +88,18 @@ class Radwag : public Dialect {
             {"C0", &Radwag::Stop, true},
             {"CU1", &Radwag::StartInUnit, true},
             {"CU0", &Radwag::StopInUnit, true},
+        };
+    }
+
+    std::vector<Command> FurtherCommands() const {
+        const std::string& series = switches_.Text("series");
+        const bool isTerminal = series == "wtc";
+        const bool isAnalyser = series == "ma";
+        const bool hasUnits = series == "ps" || series == "hrp";
+        const bool adjusts = isAnalyser || series == "hrp";
+        const bool saysWhatItIs = !isTerminal && series != "wpw";
+        const bool hasFilters = isAnalyser || series == "ps";
+        return {
             {"DH", &Radwag::SetLowLimit, !isTerminal},
             {"UH", &Radwag::SetHighLimit, !isTerminal},
             {"ODH", &Radwag::SayLowLimit, !isTerminal},

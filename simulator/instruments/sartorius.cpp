@@ -58,7 +58,7 @@ class Sbi : public Dialect {
     }
 
  protected:
-    void Unknown(const std::string&) override {}
+    void Unknown(const std::string& /*command*/) override {}
     bool Interrupts(const std::string& command) const override {
         return command == "s3" || command[0] == 'x' || command[0] == 'i';
     }

@@ -26,7 +26,7 @@ class ScaleHouseTicket : public Dialect {
     }
 
  protected:
-    void Unknown(const std::string&) override {}
+    void Unknown(const std::string& /*command*/) override {}
     void PrintKey() override { Print(); }
 
  private:

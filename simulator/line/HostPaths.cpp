@@ -118,7 +118,7 @@ const char* Behind(const char* prefix, const char* path) {
 
 bool IsTaken(const char* name) {
     const KeptErrno kept;
-    return Directory() && IsPort(name) && (IsServed(name) || HasBenchGone());
+    return Directory() != nullptr && IsPort(name) && (IsServed(name) || HasBenchGone());
 }
 
 const char* PortAt(const char* path) {

@@ -39,7 +39,7 @@ void PlainTerminal::Unplug() {
     open_ = false;
 }
 
-void PlainTerminal::PlugIn(const std::string&) {
+void PlainTerminal::PlugIn(const std::string& /*device*/) {
     terminal_ = std::make_unique<PseudoTerminal>();
     terminal_->ForgetSpeed();
     path_ = terminal_->Path();

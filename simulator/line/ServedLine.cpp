@@ -43,7 +43,7 @@ void WaitWhileEqual(std::atomic<std::uint32_t>& word, std::uint32_t value) {
 
 /// Whether the line is plugged in and `node` is the very terminal that carries its bytes now.
 bool IsTerminalOf(const VirtualLineState& state, unsigned number, const struct stat& node) {
-    return state.present && state.ptsNumber == number &&
+    return state.present != 0 && state.ptsNumber == number &&
            state.ptsCreated == Nanoseconds(node.st_ctim);
 }
 
@@ -142,7 +142,7 @@ bool ServedLine::StaysExclusive() const {
     const KeptErrno kept;
     if (!state_->exclusive) return false;
     Rendezvous();
-    return state_->exclusive;
+    return state_->exclusive != 0;
 }
 
 }  // namespace simulator

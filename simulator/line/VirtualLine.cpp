@@ -81,7 +81,7 @@ void WakeWaiters(std::atomic<std::uint32_t>& word) {
 
 Parity ParityOf(tcflag_t control) {
     if (!(control & PARENB)) return Parity::None;
-    const bool odd = control & PARODD;
+    const bool odd = (control & PARODD) != 0;
     if (control & CMSPAR) return odd ? Parity::Mark : Parity::Space;
     return odd ? Parity::Odd : Parity::Even;
 }

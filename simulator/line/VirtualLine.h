@@ -38,7 +38,7 @@ class VirtualLine final : public HostLine {
     std::optional<std::chrono::milliseconds> LookEvery() const override;
     void Serve(const std::function<void(const Arrival&)>& arrived) override;
     void Deliver(const std::vector<Character>& characters) override;
-    bool IsOpen() const override { return terminal_ && state_->hostOpen; }
+    bool IsOpen() const override { return terminal_ && state_->hostOpen != 0; }
     UartSettings HostSettings() const override;
     void Unplug() override;
     void PlugIn(const std::string& device) override;

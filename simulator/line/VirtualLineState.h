@@ -98,13 +98,13 @@ constexpr std::uint32_t PackedBaudRate(std::uint64_t settings) {
 }
 
 constexpr bool PackedXonXoff(std::uint64_t settings) {
-    return (settings >> 24) & 1U;
+    return ((settings >> 24) & 1U) != 0;
 }
 constexpr bool PackedParityCheck(std::uint64_t settings) {
-    return (settings >> 26) & 1U;
+    return ((settings >> 26) & 1U) != 0;
 }
 constexpr bool PackedIgnoreDamaged(std::uint64_t settings) {
-    return (settings >> 27) & 1U;
+    return ((settings >> 27) & 1U) != 0;
 }
 
 }  // namespace simulator

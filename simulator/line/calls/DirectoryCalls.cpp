@@ -97,8 +97,9 @@ bool IsHidden(const Listing& listing, const char* name) {
     const KeptErrno kept;
     if (!listing.isOfSystem || IsDot(name)) return false;
     if (hostpaths::IsTaken(name)) return true;
-    return listing.served && Next<::faccessat>("faccessat")(dirfd(listing.served), name, F_OK,
-                                                            AT_SYMLINK_NOFOLLOW) == 0;
+    return listing.served != nullptr &&
+           Next<::faccessat>("faccessat")(dirfd(listing.served), name, F_OK, AT_SYMLINK_NOFOLLOW) ==
+               0;
 }
 
 /// The entries of devices are plain files.
@@ -210,7 +211,7 @@ void* OpenForGlob(const char* path) {
 
 /// The C library matches patterns with functions of its own unless it is given others.
 bool TakesOtherFunctions(int flags) {
-    return !(flags & GLOB_ALTDIRFUNC) && hostpaths::Directory();
+    return (flags & GLOB_ALTDIRFUNC) == 0 && hostpaths::Directory() != nullptr;
 }
 
 template <auto& function, typename Found>

@@ -95,13 +95,14 @@ char* canonicalize_file_name(const char* path) noexcept {
 }
 
 // The three forms that programs compiled with fortified calls use.
-ssize_t __readlink_chk(const char* path, char* target, size_t size, size_t) {
+ssize_t __readlink_chk(const char* path, char* target, size_t size, size_t /*room*/) {
     return ReadLink(AT_FDCWD, path, target, size);
 }
-ssize_t __readlinkat_chk(int directory, const char* path, char* target, size_t size, size_t) {
+ssize_t __readlinkat_chk(int directory, const char* path, char* target, size_t size,
+                         size_t /*room*/) {
     return ReadLink(directory, path, target, size);
 }
-char* __realpath_chk(const char* path, char* room, size_t) {
+char* __realpath_chk(const char* path, char* room, size_t /*size*/) {
     return RealPath(path, room);
 }
 

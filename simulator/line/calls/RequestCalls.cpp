@@ -57,12 +57,12 @@ int SendBreak(const ServedLine& line) {
 }
 
 int Claim(const ServedLine& line, bool exclusive) {
-    line->exclusive = exclusive;
+    line->exclusive = exclusive ? 1 : 0;
     return 0;
 }
 
 int TellClaim(const ServedLine& line, void* argument) {
-    *static_cast<int*>(argument) = line->exclusive != 0;
+    *static_cast<int*>(argument) = line->exclusive != 0 ? 1 : 0;
     return 0;
 }
 

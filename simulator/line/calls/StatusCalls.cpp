@@ -79,8 +79,8 @@ int AccessTo(int directory, const char* path, int mode, int flags, Function next
 /// Whether something of /sys is open that is an entry of a served port.
 bool IsEntryOfSys(int descriptor) {
     char path[PATH_MAX];
-    return hostpaths::Directory() && hostpaths::PathOf(descriptor, path, sizeof path) &&
-           hostpaths::BecomesHostPath(path) && hostpaths::Behind("/sys", path);
+    return hostpaths::Directory() != nullptr && hostpaths::PathOf(descriptor, path, sizeof path) &&
+           hostpaths::BecomesHostPath(path) && hostpaths::Behind("/sys", path) != nullptr;
 }
 
 /// libudev takes nothing for a device that is on another file system than those of the system.
@@ -155,22 +155,23 @@ int statx(int directory, const char* path, int flags, unsigned mask,
 
 // What programs and libraries call that were built before glibc 2.33; the number names a layout, of
 // which there is one.
-int __xstat(int, const char* path, struct stat* result) {
+int __xstat(int /*layout*/, const char* path, struct stat* result) {
     return stat(path, result);
 }
-int __xstat64(int, const char* path, struct stat64* result) {
+int __xstat64(int /*layout*/, const char* path, struct stat64* result) {
     return stat64(path, result);
 }
-int __lxstat(int, const char* path, struct stat* result) {
+int __lxstat(int /*layout*/, const char* path, struct stat* result) {
     return lstat(path, result);
 }
-int __lxstat64(int, const char* path, struct stat64* result) {
+int __lxstat64(int /*layout*/, const char* path, struct stat64* result) {
     return lstat64(path, result);
 }
-int __fxstatat(int, int directory, const char* path, struct stat* result, int flags) {
+int __fxstatat(int /*layout*/, int directory, const char* path, struct stat* result, int flags) {
     return fstatat(directory, path, result, flags);
 }
-int __fxstatat64(int, int directory, const char* path, struct stat64* result, int flags) {
+int __fxstatat64(int /*layout*/, int directory, const char* path, struct stat64* result,
+                 int flags) {
     return fstatat64(directory, path, result, flags);
 }
 

@@ -22,7 +22,7 @@ using Clock = std::chrono::steady_clock;
 constexpr timeval kLongestConnecting{5, 0};
 
 /// Of the answer to a status of some thousand instruments.
-constexpr std::size_t kLongestMessage = 16 * 1024 * 1024;
+constexpr std::size_t kLongestMessage = std::size_t{16} * 1024 * 1024;
 
 [[noreturn]] void FailWith(const std::string& what) {
     throw std::system_error(errno, std::generic_category(), what);

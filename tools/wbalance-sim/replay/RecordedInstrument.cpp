@@ -27,8 +27,8 @@ class RecordedInstrument final : public Dialect {
     }
     void Execute(const std::string& byte) override { playback_->Take(byte.front(), Answers()); }
     void Spoiled() override { playback_->TakeDamaged(); }
-    bool Interrupts(const std::string&) const override { return true; }
-    void Unknown(const std::string&) override {}
+    bool Interrupts(const std::string& /*command*/) const override { return true; }
+    void Unknown(const std::string& /*command*/) override {}
     void PrintKey() override {}
 
  private:
