@@ -42,19 +42,26 @@ std::vector<const DriverInfo*> DriversFoundBy(const std::string& question) {
     return found;
 }
 
-std::vector<Probe> AllProbes() {
-    std::vector<Probe> probes;
-    for (const bool last : {false, true}) {
-        for (const auto& driver : Drivers()) {
-            if (driver.recognition.askedLast != last) continue;
-            for (const auto& known : driver.recognition.asked) {
-                const bool there = std::any_of(
-                    probes.begin(), probes.end(),
-                    [&](const Probe& probe) { return probe.command == known.question; });
-                if (!there) probes.push_back({known.question, DriversFoundBy(known.question)});
-            }
+bool Asks(const std::vector<Probe>& probes, const std::string& question) {
+    return std::any_of(probes.begin(), probes.end(),
+                       [&](const Probe& probe) { return probe.command == question; });
+}
+
+// The questions of the drivers that are asked last, or of the others; each question once.
+void AddProbes(std::vector<Probe>& probes, bool askedLast) {
+    for (const auto& driver : Drivers()) {
+        if (driver.recognition.askedLast != askedLast) continue;
+        for (const auto& known : driver.recognition.asked) {
+            if (!Asks(probes, known.question))
+                probes.push_back({known.question, DriversFoundBy(known.question)});
         }
     }
+}
+
+std::vector<Probe> AllProbes() {
+    std::vector<Probe> probes;
+    AddProbes(probes, false);
+    AddProbes(probes, true);
     return probes;
 }
 
