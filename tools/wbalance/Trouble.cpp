@@ -91,6 +91,8 @@ constexpr TroubleInfo kTroubles[] = {
     {Trouble::AnswerTooLong, ExitCode::Internal,
      "more came than an answer can hold, and the library gave up",
      "; switch the balance's continuous output off. It said: {WORDS}"},
+    {Trouble::PrintsUnasked, ExitCode::NotUnderstood, "the balance sends without being asked",
+     ", so that a host may take an old weight for the answer; in its menu, set {MENU}"},
     {Trouble::Endless, ExitCode::NotUnderstood, "the balance sends without end",
      ", so that no answer can be told from the next; switch its continuous output (auto print) "
      "off"},

@@ -45,6 +45,7 @@ enum class Trouble {
     UnknownText,
     NoWeight,
     AnswerTooLong,
+    PrintsUnasked,
     Endless,
     Killed,
     GaveUp,

@@ -19,8 +19,9 @@ constexpr char kExamples[] = R"(Examples:
   wbalance doctor -d {balance} -p 0
   wbalance doctor -d {other} -p 3 --usb --line 9600,8N1
 
-Checks the port, who may open it, who has it open, the adapter, the control lines, the answer and
-what it means. The last line is the diagnosis. The exit codes are those of weigh.
+Checks the port, who may open it, who has it open, the adapter, the control lines, what comes
+unasked, the answer and what it means. The last line is the diagnosis. The exit codes are those of
+weigh.
 )";
 
 struct Options {

@@ -9,6 +9,7 @@
 #include "Explanation.h"
 #include "OutsideText.h"
 #include "ToolError.h"
+#include "UnaskedOutput.h"
 #include "detect/Identification.h"
 #include "detect/RawLine.h"
 #include "line/PortList.h"
@@ -18,6 +19,7 @@ namespace tool {
 namespace {
 
 constexpr int kHardwareFlowControl = 3;
+constexpr int kListeningSeconds = 1;
 constexpr int kIdentitySeconds = 2;  // enough for the longest answer at 300 baud
 
 // The control lines that the other end drives; empty where the port does not tell.
@@ -39,6 +41,15 @@ std::string AdapterText(const std::string& device) {
             return port.maker + " " + port.product + " " + port.serialNumber;
     }
     return "none that tells its name";
+}
+
+Finding PrintsUnasked(const DriverInfo& driver) {
+    return {Trouble::PrintsUnasked, {{"MENU", driver.menu.onRequest}}};
+}
+
+// What may also help, behind what is to be done.
+std::string OrSet(const std::string& menu) {
+    return menu.empty() ? "" : "; or, in its menu, set " + menu;
 }
 
 // An answer that the driver can make nothing of.
@@ -81,20 +92,36 @@ Diagnosis Doctor::ExamineLine(PortNumber port) {
 
 Diagnosis Doctor::ExamineBalance(const Connection& connection) {
     const std::string device = connection.port.Device();
+    const DriverInfo& driver = *connection.driver;
+    // Ahead of the request, because some instruments stop at it until they are switched on again.
+    const bool unasked = IsHeardUnasked(connection);
     const Report report = AskForTheWeight(connection);
-    const Measurement measurement = Measure(*connection.driver, report);
+    const Measurement measurement = Measure(driver, report);
     const Meaning meaning = measurement.reading.meaning;
     if (meaning == Meaning::Silence) {
         tell_("answer", "none");
-        return Diagnose(device, {Trouble::NothingComesBack, {{"LINE", connection.line.Text()}}});
+        if (unasked) return Diagnose(device, PrintsUnasked(driver));
+        Diagnosis silence =
+            Diagnose(device, {Trouble::NothingComesBack, {{"LINE", connection.line.Text()}}});
+        silence.sentence += OrSet(driver.menu.whenSilent);
+        return silence;
     }
     tell_("answer", outside::Quoted(measurement.answer));
     if (meaning == Meaning::NotUnderstood || meaning == Meaning::Truncated) {
-        const Finding finding = FindingIn(*connection.driver, connection.line, report, measurement);
+        const Finding finding = FindingIn(driver, connection.line, report, measurement);
+        if (unasked && finding.trouble != Trouble::OtherInstrument)
+            return Diagnose(device, PrintsUnasked(driver));
         return {CodeFor(meaning), Diagnose(device, finding).sentence};
     }
     TellIdentity(connection);
-    return Judge(connection, measurement.reading);
+    const Diagnosis diagnosis = Judge(connection, measurement.reading);
+    return unasked ? Diagnose(device, PrintsUnasked(driver)) : diagnosis;
+}
+
+bool Doctor::IsHeardUnasked(const Connection& connection) const {
+    BalanceProcess line({&RawLine(), connection.port, connection.line, kListeningSeconds},
+                        SinkFor(patient_.showTrace));
+    return SendsUnasked(line);
 }
 
 Report Doctor::AskForTheWeight(const Connection& connection) const {
@@ -117,8 +144,12 @@ void Doctor::TellIdentity(const Connection& connection) const {
 
 Diagnosis Doctor::Judge(const Connection& connection, const Reading& reading) const {
     const std::string device = connection.port.Device();
-    if (!reading.IsWeight())
-        return {CodeFor(reading.meaning), device + ": the line works; " + SentenceFor(reading)};
+    if (!reading.IsWeight()) {
+        const std::string help =
+            reading.meaning == Meaning::NotStable ? OrSet(connection.driver->menu.whileMoving) : "";
+        return {CodeFor(reading.meaning),
+                device + ": the line works; " + SentenceFor(reading) + help};
+    }
     tell_("weight", reading.digits + " " + reading.unit + ", " + WordFor(reading.stability));
     if (reading.stability == Stability::Dynamic) return Diagnose(device, {Trouble::NotAtRest});
     const DriverInfo& driver = *connection.driver;

@@ -32,6 +32,7 @@ class Doctor {
  private:
     Diagnosis ExamineLine(PortNumber port);
     Diagnosis ExamineBalance(const Connection& connection);
+    bool IsHeardUnasked(const Connection& connection) const;
     Report AskForTheWeight(const Connection& connection) const;
     void TellIdentity(const Connection& connection) const;
     Diagnosis Judge(const Connection& connection, const Reading& reading) const;

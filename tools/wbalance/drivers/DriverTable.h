@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "Identity.h"
+#include "MenuSettings.h"
 #include "Recognition.h"
 #include "line/LineSettings.h"
 #include "process/Request.h"
@@ -63,6 +64,7 @@ struct DriverInfo {
     Recognition recognition = {};  ///< how its instrument is found on a port
     /// What it is asked about itself, the surest answered first.
     std::vector<IdentityQuestion> identity = {};
+    MenuSettings menu = {};  ///< what `doctor` tells to set
 
     double leastPresetTare = 0.0;           ///< grams
     double greatestPresetTare = 999999.99;  ///< grams

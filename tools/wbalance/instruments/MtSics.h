@@ -14,6 +14,9 @@ inline constexpr char kMtModes[] = "stable: S; auto: S, else the mean of five SI
 // @ ends the waiting of a command that has not been answered; it keeps zero and tare.
 inline const std::vector<std::string> kMtQuestion = {"@\r\n", "SI\r\n"};
 
+/// Not that of a printer, and no continuous mode.
+inline constexpr char kMtInterface[] = "the interface mode to Host";
+
 inline constexpr char kMtSics[] = "MT-SICS";
 inline constexpr char kMtRequest[] = "SI\r\n";
 
@@ -42,6 +45,7 @@ DriverInfo MettlerWithPanel(const char* models, const char* mark) {
     driver.modes = kMtModes;
     driver.question = kMtQuestion;
     driver.identity = kMtIdentity;
+    driver.menu.onRequest = kMtInterface;
     driver.recognition.protocol = kMtSics;
     driver.recognition.modelMark = mark;
     driver.operations = {

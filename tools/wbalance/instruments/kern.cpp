@@ -22,6 +22,7 @@ DriverInfo InfoOf<WbalanceKern_EW_EGN_EWB>() {
         "stable: O9, 5 s, and no weight when its status is blank; auto: O9, else the mean of five "
         "O8; now: O8";
     driver.operations = {{Operation::Tare, Trusted(Tare)}};
+    driver.menu.onRequest = "the interface to commands from the host (remote, no automatic print)";
     driver.recognition.asked = {{"O8\r\n", Means<ReadKern>}};
     driver.recognition.overheard = {{"SI\r\n", IsWrongCommand}};
     return driver;

@@ -22,6 +22,7 @@ DriverInfo InfoOf<WbalanceMettlerToledo>() {
     driver.modes = kMtModes;
     driver.question = kMtQuestion;
     driver.identity = kMtIdentity;
+    driver.menu.onRequest = kMtInterface;
     driver.recognition.asked = {{kMtRequest, IsMtSicsAnswer}};
     driver.recognition.protocol = kMtSics;
     // > "I2\r\n"  < I2 A "PR2003 2100.000 g"

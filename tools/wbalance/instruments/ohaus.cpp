@@ -25,6 +25,8 @@ DriverInfo InfoOf<WbalanceOHAUS_SPU602>() {
     driver.question = {"P\r\n"};
     // A Scout Pro knows V alone.
     driver.identity = {{"V\r\n", &Identity::softwareVersion}, {"PSN\r\n", &Identity::serialNumber}};
+    driver.menu.onRequest = "automatic print to off";
+    driver.menu.whenSilent = "stable only to off";
     driver.recognition.asked = {{"P\r\n", IsPrintLine}};
     driver.operations = {
         {Operation::Tare, Weighed(Tare, "its check reads with SP, which a Scout Pro may not know")},

@@ -20,6 +20,7 @@ DriverInfo InfoOf<WbalanceRadwag>() {
     DriverInfo driver{"Radwag", "balances and terminals of the common command set", ReadRadwag,
                       Plain<WbalanceRadwag>};
     driver.modes = "stable: S; auto: S, else SI; now: SI";
+    driver.menu.onRequest = "continuous transmission to off";
     driver.recognition.asked = {{"SI\r\n", IsFrame}};
     // A terminal knows NB alone.
     driver.identity = {{"NB\r\n", &Identity::serialNumber, "NB A "},

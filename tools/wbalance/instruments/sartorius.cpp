@@ -47,6 +47,8 @@ DriverInfo InfoOf<WbalanceSartorius>() {
     driver.identity = {{"\x1bx1_", &Identity::model, "", NameIn},
                        {"\x1bx2_", &Identity::serialNumber, "", NameIn},
                        {"\x1bx3_", &Identity::softwareVersion, "", NameIn}};
+    driver.menu = {"automatic print to off (print: manual, without stability)",
+                   "print to manual, without stability", "the handshake to none"};
     driver.recognition.asked = {{"\x1bP\r\n", Means<ReadSbi>}, {"\x1bx1_\r\n", IsModelAnswer}};
     auto preset = Weighed(PresetTare, "tares first; works where soft key 4 stores the tare");
     preset.setter = "\x1bt";
