@@ -56,7 +56,7 @@ void Play(const FaultDialogue& dialogue, const Mishap& mishap, const Perform& pe
     sighting.openAfter = line.IsOpen();
     sighting.portsAfter = line.PortObjects();
 
-    // An endless one has to end a second time, too.
+    // An endless operation must also end when it is called again.
     if (dialogue.endless) {
         line.HangUp();
     } else {
@@ -151,7 +151,7 @@ std::string AgainstLiterals(const FaultDialogue& dialogue, const Sighting& table
            std::to_string(table.weights[at]) + ", " + std::to_string(table.decimals[at]) + "\n";
 }
 
-/// Through how many calls on the port an endless operation is followed.
+/// How many calls on the port of an endless operation are tested.
 constexpr int kEnoughCalls = 60;
 
 /// The calls on the port that the call under test makes when nothing fails, by number.
@@ -187,7 +187,8 @@ std::map<int, std::string> CallsOf(const Matrix& matrix, const FaultDialogue& di
     return calls;
 }
 
-/// Keeps what GoogleTest prints out of the captured trace: reports come when the capture is over.
+/// Returns the reports instead of printing them: what GoogleTest prints during the capture would
+/// become part of the trace.
 std::vector<std::string> Discrepancies(const Matrix& matrix, int& cells) {
     constexpr std::size_t kMostReports = 5;
     std::vector<std::string> reports;

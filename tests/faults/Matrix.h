@@ -28,20 +28,20 @@ struct Act {
 constexpr double kUntouchedWeight = -777.25;
 constexpr int kUntouchedDecimals = -777;
 
-/// An operation that goes as it should, from which the faults are bred.
+/// An operation without a fault. The faults are derived from it.
 struct FaultDialogue {
     std::string name;
     Act act;
     int result;
-    double weight = kUntouchedWeight;  ///< what *weight holds at the end
+    double weight = kUntouchedWeight;  ///< the value of *weight at the end
     int decimals = kUntouchedDecimals;
     long boundMs = 0;              ///< the longest that the operation may take, whatever fails
     std::vector<Act> before = {};  ///< earlier calls on the same object, without faults
-    /// Only a call that fails ends it: the operation calls itself over and over.
+    /// The operation calls itself without end. Only a failing call on the port ends it.
     bool endless = false;
 };
 
-/// A driver object of the library, behind one face.
+/// A driver object of the library, with one interface for all drivers.
 class Subject {
  public:
     virtual ~Subject() = default;
@@ -119,13 +119,12 @@ MakeSubject Make() {
     return [] { return std::make_unique<SubjectOf<Driver>>(); };
 }
 
-/// Runs each dialogue once as it is and once for each single fault that can befall it: every call
-/// on the port failing in each way it can, and every answer missing, cut, split, late, twice, or
-/// with something strange in it. After each, the operation is called once more without a fault.
-///
-/// The library must do what the table says, down to the order of calls, the text of the traces, the
-/// pauses, the virtual time, the results and what is written, and stay within the dialogue's bound.
-/// Reports to GoogleTest, and prints the number of cells.
+/// Runs each dialogue once without a fault and once with each single fault: every call on the port
+/// fails in each possible way, and every answer is missing, cut, split, late, doubled, or has
+/// strange bytes. After each run, the operation is called once more without a fault.
+/// The library must do what the table says. This includes the order of calls, the text of the
+/// traces, the pauses, the virtual time, the results and what is written. The operation must end
+/// within the dialogue's bound. Reports to GoogleTest, and prints the number of cells.
 void ExpectEveryFaultMet(const Matrix& matrix);
 
 }  // namespace faults

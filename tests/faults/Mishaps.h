@@ -17,7 +17,7 @@ struct Mishap {
 /// Every way in which the call with this number on the port can fail.
 void AddCallMishaps(int number, const std::string& call, std::vector<Mishap>& mishaps);
 
-/// Everything that can become of each answer in the script.
+/// All faults of each answer in the script.
 void AddAnswerMishaps(const Script& script, std::vector<Mishap>& mishaps);
 
 }  // namespace faults

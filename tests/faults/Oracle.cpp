@@ -45,7 +45,7 @@ int Balance::OpenAndClear() {
     if (description_.settings.port < 0 || !hasSerialObject_) return 0;
     if (Open() == 0) return 0;
     if (Configure() == 0) {
-        // The port object goes first, then for good the serial object.
+        // The port object is deleted first, then the serial object, which is not created again.
         hasSerialObject_ = false;
         return 0;
     }
@@ -142,7 +142,7 @@ bool Balance::Receive(std::string& text, long size, int attempts, const char* te
     }
     Trace(Formatted(1024, "a trace line", "Read from scale: %s (time elapsed: %d ms)\n",
                     answer.c_str(), static_cast<int>(line_.Now() - start)));
-    // What follows a zero byte is not copied, and at most `size` bytes are.
+    // At most `size` bytes are copied, and none after a zero byte.
     text = std::string(answer.c_str()).substr(0, static_cast<std::size_t>(size));
     return !answer.empty();
 }

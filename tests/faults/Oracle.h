@@ -7,7 +7,7 @@
 
 #include "Line.h"
 
-/// What every driver must do, told a second time and independently of the library.
+/// What every driver must do, described independently of the library.
 ///
 /// A driver's operations are tables of steps (Steps.h): open and clear, trace, send, pause,
 /// receive, look for a mark. The interpreter here carries them out over the same scripted line as
@@ -35,14 +35,14 @@ struct Call {
     std::string text = {};  ///< of DisplayMessage
 };
 
-/// A text did not fit its buffer: here the contract ends the process.
+/// A text did not fit its buffer. The contract says that the process ends here.
 struct ProcessEnd {
     std::string what;  ///< for example "a trace line"
 };
 
 struct Run;
 
-/// How it goes on after a step.
+/// What follows a step.
 struct Flow {
     enum Kind { GoOn, Done, LeavePasses, NextPass } kind = GoOn;
     int result = 0;
@@ -62,7 +62,7 @@ struct Description {
     int flagB = 0;
     int flagC = 0;
     int protocol = 0;
-    /// Its readiness weighs, and weighing asks for readiness: only a call that fails ends it.
+    /// IsReady calls Weight, and Weight calls IsReady. Only a failing call on the port ends this.
     bool endless = false;
 };
 
@@ -91,11 +91,12 @@ class Balance {
     int Clear();
     void Close();
     int Send(const std::string& command);
-    /// One answer. False when nothing came; an answer that begins with a zero byte came, as an
-    /// empty text.
+    /// Receives one answer. Returns false when nothing came. An answer that begins with a zero byte
+    /// counts as received; its text is empty.
     bool Receive(std::string& text, long size, int attempts, const char* terminator);
-    /// Appends rounds of at most `size` characters to `text` until one ends in `endChar` or brings
-    /// nothing. The text grows to `most` characters: a round that has more ends the collection.
+    /// Reads rounds of at most `size` characters and appends them to `text`, until a round ends in
+    /// `endChar` or is empty. The text has at most `most` characters: a round that exceeds this
+    /// ends the collection.
     bool ReceiveAll(std::string& text, std::size_t most, long size, char endChar);
     void Pause(int ms) { line_.OnSleep(ms); }
     void Trace(const std::string& text);
@@ -127,7 +128,7 @@ struct Run {
     Call call;
     double* weight;
     int* decimals;
-    bool came = false;        ///< whether the last receive got anything
+    bool came = false;        ///< whether anything came in the last receive
     std::string answer = {};  ///< what it got
     double value = 0.0;       ///< the number last parsed
     int status = 0;           ///< what the driver's own parser said

@@ -6,7 +6,7 @@
 
 #include "Oracle.h"
 
-/// The words in which the drivers' tables are written.
+/// The steps and conditions that the drivers' tables consist of.
 namespace faults {
 
 // How an operation ends or goes on.
@@ -46,7 +46,7 @@ inline Steps GoOn() {
 inline Test Mode(long mode) {
     return [=](const Run& run) { return run.call.mode == mode; };
 }
-/// The last answer, as far as `within` characters, holds `mark`; false when nothing came.
+/// `mark` is in the first `within` characters of the last answer; false when nothing came.
 inline Test Holds(const std::string& mark, std::size_t within = 1024) {
     return [=](const Run& run) {
         return run.answer.substr(0, within).find(mark) != std::string::npos;
@@ -137,7 +137,8 @@ inline Step Do(std::function<void(Run&)> act) {
 
 // The line.
 
-/// The shared beginning: negative port number or no serial object, open, configure, clear.
+/// The common beginning: refuse a negative port number or a missing serial object; open, configure,
+/// clear.
 inline Step OpenAndClear() {
     return [](Run& run) { return run.balance.OpenAndClear() != 0 ? Flow{} : Flow{Flow::Done, 0}; };
 }

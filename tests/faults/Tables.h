@@ -23,7 +23,7 @@ WBALANCE_FOR_EACH_INSTRUMENT(WBALANCE_DECLARE_TABLE)
 /// The same, marked as endless.
 Description Endless(Description description);
 
-/// The same with a readiness that is the line's alone (WithLineReadiness).
+/// The same with WithLineReadiness.
 Description WithReadinessOfTheLine(Description description);
 
 }  // namespace faults

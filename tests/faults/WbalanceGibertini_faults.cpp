@@ -35,8 +35,8 @@ const std::vector<FaultDialogue> kDialogues = {
     {"Silence", {{"Weight", 0}, {}}, 0, kNoWeight, kNoDecimals, kWeightBound},
 };
 
-/// As it is, readiness asks for a weight and a weight for readiness, and no byte reaches the instrument: a
-/// call that fails ends it.
+/// Without WithLineReadiness, IsReady and Weight call each other and no byte reaches the
+/// instrument. Only a failing call on the port ends this.
 const std::vector<FaultDialogue> kEndlessDialogues = {
     {"Readiness", {{"IsReady"}, {}}, 0, kNoWeight, kNoDecimals, 10, {}, true},
     {"Tare", {{"Tare"}, {}}, 0, kNoWeight, kNoDecimals, 10, {}, true},

@@ -19,7 +19,7 @@ const Exchange kStopped = Answer("O0\r\n", "A00\r\n");
 constexpr double kNoWeight = kUntouchedWeight;
 constexpr int kNoDecimals = kUntouchedDecimals;
 
-// A gathered answer: its first round, one for a late rest, one in which nothing comes.
+// The rounds of an answer: the first one, one for a late rest, one in which nothing comes.
 constexpr long kGather = 3 * 3100;
 constexpr long kStableBound = kGather + 5000 + kGather + 200;
 constexpr long kAverageBound = kStableBound + kGather + 5 * kGather;
@@ -46,8 +46,8 @@ const std::vector<FaultDialogue> kDialogues = {
     {"Refused command", {{"Weight", 1}, {Answer("O9\r\n", "E01\r\n")}}, 0, kNoWeight, kNoDecimals, kAverageBound},
 };
 
-/// As it is, readiness asks for a weight and a weight for readiness, and no byte reaches the instrument: a
-/// call that fails ends it.
+/// Without WithLineReadiness, IsReady and Weight call each other and no byte reaches the
+/// instrument. Only a failing call on the port ends this.
 const std::vector<FaultDialogue> kEndlessDialogues = {
     {"Readiness", {{"IsReady"}, {}}, 0, kNoWeight, kNoDecimals, 10, {}, true},
     {"Tare", {{"Tare"}, {}}, 0, kNoWeight, kNoDecimals, 10, {}, true},

@@ -3,8 +3,8 @@
 
 #include "Line.h"
 
-// The library's own allocations, which give null when they fail: serial objects, port objects, and
-// what a collection is read into.
+// The library's own allocations, which return null on failure: serial objects, port objects, and
+// the buffer for a collected answer.
 
 namespace {
 

@@ -1,5 +1,5 @@
-// A host with a user interface has its user's locale in force. A test program that is told one with
-// a decimal comma in WBALANCE_TEST_LOCALE runs in it.
+// A host with a user interface runs in its user's locale. If WBALANCE_TEST_LOCALE names a locale,
+// for example one with a decimal comma, a test program runs in it.
 
 #include <clocale>
 #include <cstdio>

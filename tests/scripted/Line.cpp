@@ -11,7 +11,7 @@ Line& Line::Here() {
 }
 
 void Line::Reset() {
-    // Port objects outlive a reset: a driver may be made before the script.
+    // Port objects are kept at a reset, because a test may construct a driver before its script.
     const int objects = portObjects_;
     *this = Line{};
     portObjects_ = objects;
@@ -104,7 +104,7 @@ void Line::OnClose() {
 }
 
 bool Line::OnSet(const std::string& setting) {
-    // A port that is not open takes settings for later.
+    // A closed port stores the settings for the next open.
     const bool fails = NextFault(setting).has_value() || (open_ && hungUp_);
     Note(setting + (fails ? ": refused" : ""));
     return !fails;
@@ -138,7 +138,8 @@ bool Line::OnWait(long ms) {
     const std::string call = "wait " + std::to_string(ms);
     if (!open_ || hungUp_ || fault == PortFault::Refuse) {
         Note(call + ": refused");
-        // Time passes even where nothing waits, or a loop on the clock would never end.
+        // Time also passes without a wait. Otherwise a loop that waits for the clock would never
+        // end.
         ++now_;
         return false;
     }

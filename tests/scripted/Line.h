@@ -9,7 +9,7 @@
 
 namespace scripted {
 
-/// What comes from the instrument: `bytes`, `afterMs` after the command that they answer left.
+/// Bytes from the instrument. They come `afterMs` after their command was transmitted.
 struct Reply {
     std::string bytes;
     long afterMs = 0;
@@ -19,18 +19,17 @@ struct Reply {
 enum class PortFault {
     Refuse,      ///< open, setters and clear return false, write returns -1
     ShortWrite,  ///< write takes one byte less than it was given
-    Silence,  ///< a wait ends without data after its whole time, whatever was about to arrive then
+    Silence,  ///< a wait ends without data after its whole time, even if bytes arrive in this time
     EmptyRead,  ///< a wait signals data at once and the read finds none
-    HangUp      ///< from this call on the far end is gone
+    HangUp      ///< from this call on the instrument's end is closed
 };
 
-/// The line, the instrument at its other end and the clock, for the real library over a stand-in
-/// serial port: nothing waits for real, every call is kept in order with its time, and every call
-/// can fail.
-///
-/// The stand-in behaves as the real port does without an event loop: written bytes leave with the
-/// next wait that finds nothing to read; a sleep sends nothing; unread data makes a wait return at
-/// once.
+/// The line, the instrument at its other end, and the clock, for tests of the real library with a
+/// stand-in serial port. Nothing waits for real time. Every call is recorded with its time. Every
+/// call can be made to fail.
+/// The stand-in behaves as the real port does without an event loop. Written bytes are transmitted
+/// in the next wait that finds nothing to read. A sleep transmits nothing. If there is unread data,
+/// a wait returns at once.
 ///
 /// One line for each thread: Line::Here(). A test starts with Reset().
 class Line {
@@ -45,15 +44,15 @@ class Line {
 
     // What the instrument does.
 
-    /// The next `command` that leaves and has no earlier rule waiting is answered with `replies`.
+    /// The next transmitted `command` that no earlier rule answers is answered with `replies`.
     void Answer(const std::string& command, std::vector<Reply> replies);
-    /// Every `command` without a rule of its own is answered so.
+    /// Every `command` without such a rule is answered so.
     void AlwaysAnswer(const std::string& command, std::vector<Reply> replies);
     /// Bytes that come unasked at a time after Reset().
     void Arrive(long atMs, const std::string& bytes);
     /// At that time a wait signals data, and the read finds none.
     void SignalWithoutData(long atMs);
-    /// Called with every command as it leaves, after the rules; may call Arrive().
+    /// Called with every transmitted command, after the rules. It may call Arrive().
     void OnCommand(std::function<void(const std::string&)> instrument);
 
     // What fails.
@@ -63,7 +62,7 @@ class Line {
     void Fail(const std::string& call, int nth = 1, PortFault fault = PortFault::Refuse);
     /// The call with this number (from 1, see CallCount()) fails.
     void FailCall(int number, PortFault fault = PortFault::Refuse);
-    /// The far end is gone from now on.
+    /// The instrument's end is closed from now on.
     void HangUp();
     /// The next open of a device works again after HangUp().
     void PlugInAgain();
@@ -78,7 +77,7 @@ class Line {
     const std::vector<Event>& Events() const { return events_; }
     /// What was written to the port, one entry a command.
     std::vector<std::string> Sent() const { return sent_; }
-    /// What has left towards the instrument.
+    /// The transmitted bytes.
     std::vector<std::string> Left() const { return left_; }
     /// Every trace in one text.
     std::string Trace() const { return trace_; }
@@ -152,8 +151,8 @@ class Line {
 /// A text with its control characters and quotes as C escapes, in quotes.
 std::string Quoted(const std::string& text);
 
-/// While it lives, what this process prints on standard output is kept as traces of Line::Here(),
-/// in order with the calls on the port.
+/// While an object exists, everything that this process prints on standard output becomes a trace
+/// of Line::Here(), in order with the calls on the port.
 class TraceCapture {
  public:
     TraceCapture();

@@ -11,8 +11,8 @@
 
 namespace scripted {
 
-/// Prints the failures of a test at its end: what was printed about them while the trace was kept
-/// is part of the trace.
+/// Prints the failures of a test again at its end. What was printed during the test has become part
+/// of the trace.
 class FailureReport {
  public:
     FailureReport() = default;
@@ -28,7 +28,7 @@ class FailureReport {
     }
 };
 
-/// A test over the script: a fresh line and clock, and the trace kept in order with the calls.
+/// A test with the scripted line: a new line and clock, and the trace in order with the calls.
 class ScriptedTest : public testing::Test {
  protected:
     ScriptedTest() { line.Reset(); }
@@ -40,7 +40,7 @@ class ScriptedTest : public testing::Test {
     TraceCapture capture_;
 };
 
-/// `Driver` with its protected fields within a test's reach, and with IsReady() as it is.
+/// `Driver` with its protected fields public, and with its own IsReady().
 template <class Driver>
 class Open : public Driver {
  public:
@@ -61,7 +61,7 @@ class Open : public Driver {
     using Driver::timeoutSeconds;
 };
 
-/// One list behind the other, of steps of a transcript for example.
+/// Joins two lists, for example of steps of a transcript.
 template <class Row>
 std::vector<Row> operator+(std::vector<Row> first, const std::vector<Row>& then) {
     first.insert(first.end(), then.begin(), then.end());

@@ -85,7 +85,7 @@ TEST_P(MovingPan, Is_known_by_a_sign_of_life) {
     EXPECT_EQ(ran.exitCode, 8);
 }
 
-TEST_P(MovingPan, Keeps_nobody_from_detecting_it) {
+TEST_P(MovingPan, Is_detected_all_the_same) {
     const Ran ran = WbalanceWith(simulated_, "detect");
     for (const auto& one : facts::All()) {
         if (one.name != driver_) continue;

@@ -209,7 +209,7 @@ Ran WeighAndKill(const std::string& signal) {
                     "exit $code'");
 }
 
-TEST(Wbalance, Who_ends_the_holder_of_the_port_ends_the_program) {
+TEST(Wbalance, Ending_the_process_that_holds_the_port_ends_the_program) {
     const Ran ran = WeighAndKill("TERM");
     EXPECT_EQ(ran.output, "");
     EXPECT_THAT(ran.errors, EndsWith("wbalance: interrupted\n"));

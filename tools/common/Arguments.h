@@ -10,8 +10,8 @@ class App;
 class Option;
 }  // namespace CLI
 
-/// What a command takes on the command line. CLI11 does the work; its headers take seconds to
-/// compile, so that the commands declare their options through these handles.
+/// The options of a command. CLI11 parses them. Its headers take seconds to compile, so the
+/// commands declare their options through these handles.
 namespace arguments {
 
 /// An option, flag or positional argument that a command has.
@@ -46,7 +46,7 @@ class Command {
     void Callback(const std::function<void()>& carryOut) const;
 
     Option AddFlag(const std::string& names, bool& given, const std::string& description) const;
-    /// A flag that takes a value only behind "=", and `usual` without one.
+    /// A flag that takes a value after "=" only. Without a value it has `usual`.
     Option AddFlag(const std::string& names, std::string& value, const std::string& usual,
                    const std::string& description) const;
     Option AddOption(const std::string& names, std::string& value,
@@ -72,7 +72,7 @@ struct Grammar {
     std::string name;
     std::string description;
     std::string footer;
-    /// Whether what follows the first word that is no option is left over, options or not.
+    /// Whether the first word that is not an option, and all words after it, are left over.
     bool prefixCommand = false;
 };
 

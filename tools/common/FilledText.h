@@ -8,8 +8,8 @@ namespace texts {
 /// What stands for the words in braces of a text, "{DEVICE}".
 using FillIns = std::map<std::string, std::string>;
 
-/// The text with each word in braces replaced. What replaces it stays as it is. Throws
-/// std::out_of_range for a word that has nothing to stand for it.
+/// The text with each word in braces replaced. Braces in the replacement are not replaced again.
+/// Throws std::out_of_range for a word without a replacement.
 std::string Filled(const std::string& text, const FillIns& fillIns);
 
 }  // namespace texts

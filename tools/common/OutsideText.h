@@ -3,26 +3,26 @@
 #include <cstdint>
 #include <string>
 
-/// Text that came from outside: from an instrument, a file, a command line, another process. It may
-/// hold anything, and goes through here on its way to every output that is read as text.
+/// Text from an instrument, a file, a command line or another process. It may have any content. The
+/// program passes it through these functions before every output as text.
 namespace outside {
 
-/// Whether a character can be shown as it is: it is no control, no line or paragraph separator, and
-/// does not turn the direction of the text or hide in it.
+/// Whether a character can be shown as it is. Controls, line and paragraph separators, invisible
+/// characters and those that change the direction of the text can't.
 bool IsPrintable(std::uint32_t character);
 
 /// The printable characters of UTF-8 text as they are, and every other byte as a record writes it:
-/// "\r", "\n", "\x1b". A backslash stays one, so that doing it twice changes nothing.
+/// "\r", "\n", "\x1b". A backslash is not changed, so a second call changes nothing.
 std::string Printable(const std::string& text);
 
 /// The same for text of several lines, whose line ends stay.
 std::string PrintableLines(const std::string& text);
 
-/// The beginning of a text that is too long for a sentence; others whole.
+/// The beginning of the text if it is too long for a sentence, else the whole text.
 std::string Shortened(const std::string& text);
 
-/// Bytes in quotation marks, as a record writes them; of more than a sentence can hold the
-/// beginning, and how many there are besides.
+/// Bytes in quotation marks, as a record writes them. If they are too long for a sentence: the
+/// beginning, and the number of the other bytes.
 std::string Quoted(const std::string& bytes);
 
 }  // namespace outside

@@ -30,13 +30,14 @@
 /// in a single backslash was cut off. Further "# name: value" lines and empty lines are allowed.
 namespace record {
 
-/// A file that is no record, or can't be read or written: which, where and why.
+/// A file is not a record, or can't be read or written. The sentence says which file, where and
+/// why.
 class Error : public std::runtime_error {
  public:
     using std::runtime_error::runtime_error;
 };
 
-/// What stood in the way of writing to a file that was opened: a full disk.
+/// An opened file can't be written, for example because the disk is full.
 class WriteError : public Error {
  public:
     using Error::Error;

@@ -6,7 +6,8 @@
 void OccupyStandardStreams() {
     for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) {
         if (fcntl(stream, F_GETFD) >= 0) continue;
-        // The lowest free number is this one. The wrong way round: to use it fails, as before.
+        // The lowest free number is this one. It is opened for the wrong direction, so that every
+        // use fails, as with the closed stream.
         const int way = stream == STDIN_FILENO ? O_WRONLY : O_RDONLY;
         if (open("/dev/null", way) != stream) _exit(70);
     }

@@ -1,7 +1,6 @@
 #pragma once
 
-/// Gives standard input, output and error a place where the program was started with any of them
-/// closed: a file or socket that got such a number would be written to as if it were the stream.
-/// To be called before anything else. What is written to such an output fails, so that a result is
-/// not lost without a word.
+/// Opens /dev/null for standard input, output or error if the program was started with it closed.
+/// Otherwise a file or socket could get this number and be written to as if it were the stream.
+/// Call it before anything else. A write to such an output fails, so a lost result is noticed.
 void OccupyStandardStreams();

@@ -3,5 +3,5 @@
 #include <string>
 #include <vector>
 
-/// Runs wbalance-sim with the words behind its name and returns its exit code.
+/// Runs wbalance-sim with the words after its name and returns its exit code.
 int RunCommandLine(const std::vector<std::string>& words);

@@ -1,6 +1,7 @@
 #pragma once
 
-/// As with env and timeout: what goes wrong here is not mistaken for the program's own exit code.
+/// The codes for failures of wbalance-sim itself. As with env and timeout, programs rarely use
+/// them.
 inline constexpr int kOwnFailure = 125;
 
 /// The host has not done what a replayed record says.

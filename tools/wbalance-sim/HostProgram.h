@@ -12,17 +12,16 @@ class HostProgram {
     /// shows in exitCode.
     explicit HostProgram(const std::vector<std::string>& command);
 
-    /// Waits for the end of the program and passes on the signals that reach this process: its own
-    /// exit code, or 128 and the number of the signal that ended it; 127 when there is no such
-    /// program, 126 when it cannot be run.
+    /// Waits for the end of the program and passes on the signals that reach this process. Returns
+    /// the program's exit code, or 128 and the number of the signal that ended it; 127 when there
+    /// is no such program, 126 when it cannot be run.
     int ExitCode();
 
-    /// Holds back the signals that are to be passed on or waited for. Call before any thread is
-    /// started.
+    /// Blocks the signals that are passed on or waited for. Call it before any thread is started.
     static void HoldSignals();
-    /// Lets those that come from now on end this process.
+    /// Unblocks these signals: from now on they end this process.
     static void ReleaseSignals();
-    /// Waits until somebody wants this process to end.
+    /// Waits for a signal that asks this process to end.
     static void WaitForEndingSignal();
 
  private:

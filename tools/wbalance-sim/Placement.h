@@ -7,8 +7,8 @@
 #include "Arguments.h"
 #include "simulator/ConnectedInstrument.h"
 
-/// What the command line says of one instrument on the bench: which it is, where it stands and what
-/// happens to it.
+/// The options of one instrument on the bench: which instrument, at which port, and what happens to
+/// it.
 class Placement {
  public:
     Placement() = default;
@@ -26,7 +26,8 @@ class Placement {
     /// not exist, is not allowed or can't be read.
     virtual simulator::Options SetUp() const;
 
-    /// Called when the bench has gone; whether everything went as this instrument expects.
+    /// Called after the bench has ended. Returns whether everything went as this instrument
+    /// expects.
     virtual bool Conclude() { return true; }
 
  protected:

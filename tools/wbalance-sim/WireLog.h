@@ -18,11 +18,10 @@
 ///     # host: 2400,7E1
 ///     12 > @\r\n
 ///     13 < I4 A "1126493049"\r\n
-///
-/// With several instruments the device stands behind the time, and no record can be read from it.
-/// Used from any thread. A thread of its own writes, so that nobody waits for a slow disk or a pipe
-/// whose reader sleeps; 1 MiB at most waits to be written. The file grows with what is said, and
-/// may be emptied meanwhile.
+/// With several instruments each line has the device after the time, and the file can't be
+/// replayed. May be used from any thread. A separate thread writes the file, so nobody waits for a
+/// slow disk or for a pipe that is not read. At most 1 MiB waits to be written. Other programs may
+/// empty the file meanwhile.
 class WireLog {
  public:
     /// `file` is written anew; "-" is standard error. Throws std::runtime_error when it cannot be.
@@ -31,8 +30,8 @@ class WireLog {
     WireLog(const WireLog&) = delete;
     WireLog& operator=(const WireLog&) = delete;
 
-    /// The instruments are in their places: the header, before any event. It is the first of the
-    /// events that are counted where they are missing.
+    /// Writes the header. Call it when all instruments are placed, before any event. It counts as
+    /// an event if it could not be written.
     void Begin(const std::vector<simulator::ConnectedInstrument*>& instruments);
 
     /// Waits until all is written, or could not be.
@@ -41,9 +40,9 @@ class WireLog {
     /// The same; throws std::runtime_error when an event did not get into the file.
     void RequireWhole();
 
-    /// Never waits. An event for which 1 MiB has no room is missing, which the log says in its
-    /// place. So is one that can't be written, because the disk is full for example: that is said
-    /// on standard error when it begins, too.
+    /// Never waits. An event that does not fit into the 1 MiB is left out, and the log says so in
+    /// its place. An event that can't be written, for example because the disk is full, is left out
+    /// as well; then standard error says so, too.
     void Write(const std::string& device, const simulator::LineEvent& event);
 
  private:

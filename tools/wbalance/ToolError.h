@@ -18,8 +18,8 @@ class ToolError : public std::runtime_error {
     const ExitCode code;
 };
 
-/// Whether a program that asked for JSON gets this as an object: not what is wrong with its own
-/// command line, nor that somebody has interrupted it.
+/// Whether this is reported as an object if JSON was asked for. A wrong command line and an
+/// interruption are not.
 inline bool IsForJson(const ToolError& error) {
     return error.code != ExitCode::Usage && error.code != ExitCode::Interrupted;
 }

@@ -8,7 +8,7 @@
 
 namespace tool {
 
-/// What can stand between this program and a weight.
+/// The reasons why there is no weight.
 enum class Trouble {
     // The port is not there.
     NoSuchPort,
@@ -77,7 +77,7 @@ struct TroubleInfo {
 /// Every trouble, in the order of the enumeration.
 const std::vector<TroubleInfo>& Troubles();
 
-/// A trouble as it was met.
+/// A trouble with the details of this case.
 struct Finding {
     Trouble trouble = Trouble::None;
     texts::FillIns fillIns = {};

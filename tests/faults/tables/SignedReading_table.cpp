@@ -9,7 +9,7 @@ int ParseSigned(const std::string& answer, double* weight, int* /*decimals*/) {
     const auto holds = [&](const char* mark) { return answer.find(mark) != std::string::npos; };
     const bool stable = holds("1+") || holds("1-");
     if (!stable && !holds("U+") && !holds("U-")) return 0;
-    // A '+' anywhere wins over a '-'.
+    // If there is a '+' anywhere, a '-' does not count.
     const bool positive = answer.find('+') != std::string::npos;
     const std::string rest = answer.substr(answer.find(positive ? '+' : '-') + 1);
     const double number = std::strtod(rest.c_str(), nullptr);

@@ -7,7 +7,7 @@ namespace {
 int ParseGibertini(const std::string& answer, double* weight, int* decimals) {
     if (answer.size() < 19) return 0;
     if (decimals != nullptr) *decimals = 2;
-    // Every later record must be one, too.
+    // Every later record must be valid, too.
     if (answer.size() > 19 && ParseGibertini(answer.substr(19), nullptr, nullptr) == 0) return 0;
     if (weight != nullptr) *weight = std::strtod(answer.substr(0, 10).c_str(), nullptr);
     if (answer[15] != 'D' && answer[15] != 'T') return 0;

@@ -23,7 +23,7 @@ const Step kNeedAcknowledgement = If(Not(Holds("A00")), Fail());
 const Step kParse = ParseWith(ParseKern);
 
 const Step kNoteTime = Do([](Run& run) { run.start = run.balance.Now(); });
-/// The time is taken ahead of the pause.
+/// The time is measured before the pause.
 const Step kPauseUntilFiveSeconds = [](Run& run) {
     const bool over = run.balance.Now() - run.start >= 5000;
     run.balance.Pause(200);

@@ -20,7 +20,7 @@ const Steps kTareSetStandard = {
     SendNumber("B %.2lf\r\n", Preset(), "%s - Set tare at %.2lf\n", 32, "a command"),
     Pause(2000),
     Read(0),
-    // A difference of magnitudes.
+    // The signs are ignored: the magnitudes are compared.
     If([](const Run& run) { return std::fabs(run.reading) - std::fabs(run.call.preset) < 0.1; },
        {Return(1)}, Fail())};
 
@@ -84,7 +84,7 @@ Description TableOf<WbalanceMettlerPM>() {
                     Clear({LeavePasses()}),
                     Trace("%s - Ustable weight\n"), Send("SI\r\n", {LeavePasses()}),
                     Receive(33, 3, "\r\n", {If(Not(Seen()), kStoreZero), Pause(500), NextPass()}),
-                    // The trace comes ahead of the store.
+                    // The weight is traced before it is stored.
                     If(Holds("S "), {ParseMettler(), kTraceStored, Store(Value()), Return(1)}),
                     If(Holds("SD "), {ParseMettler(), AddToSum(), Pause(500), NextPass()}),
                     Store(Constant(0.0)), Return(0)}),

@@ -78,7 +78,7 @@ Description MettlerPR(const Settings& settings) {
                         Trace("%s - Unstable weight\n"), Send("SI\r\n", {LeavePasses()}),
                         Pause(500),
                         Receive(33, 3, "\r\n", {If(Not(Seen()), storeZero), Pause(500), NextPass()}),
-                        // The trace comes ahead of the store.
+                        // The weight is traced before it is stored.
                         If(Holds("S S "), {parse, traceWeight, Store(Value()), Return(1)}),
                         If(Holds("S D "), {parse, AddToSum(), Pause(500), NextPass()}),
                         Trace("%s - Command fail!\n"), Store(Constant(0.0)), Return(0)}),

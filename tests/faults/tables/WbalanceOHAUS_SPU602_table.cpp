@@ -20,7 +20,7 @@ int ParseOhaus(const std::string& answer, double* weight, int* decimals) {
 
 const Steps kFailed = {TraceAsIs("Weight procedure failed!"), Return(0)};
 
-// Without a port that takes the command the answer is waited for all the same.
+// The driver waits for the answer even if the port did not take the command.
 const Step kSendWeightCommand = Do([](Run& run) {
     run.repeated = run.balance.Send(run.call.mode == 0 ? "SP\r\n" : "P\r\n");
 });

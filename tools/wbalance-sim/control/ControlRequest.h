@@ -4,7 +4,7 @@
 
 #include "simulator/VirtualBench.h"
 
-/// What is asked of a running bench from outside: which instrument, and what is to be done with it.
+/// A request to a running bench from another process: the instrument, and the change.
 struct ControlRequest {
     std::string device;  ///< "ttyUSB1" or a whole path; empty: the only instrument that there is
     std::string words;   ///< as simulator::Change::Parse reads them, or "status"
@@ -13,7 +13,7 @@ struct ControlRequest {
     static ControlRequest OfMessage(const std::string& message);
 };
 
-/// Does what is asked and returns what there is to say of it: nothing, the path under which an
-/// adapter has come back, or for "status" a line for each instrument. Throws std::invalid_argument,
-/// saying what to ask instead.
+/// Carries the request out and returns the answer: nothing, the new path of an adapter that was
+/// plugged in, or a line for each instrument for "status". Throws std::invalid_argument with a
+/// sentence that says what is allowed.
 std::string CarryOut(const ControlRequest& request, simulator::VirtualBench& bench);

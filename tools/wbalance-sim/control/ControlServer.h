@@ -13,9 +13,9 @@
 #include "simulator/VirtualBench.h"
 
 /// Lets `wbalance-sim control` reach a bench: a socket in the bench's directory, which belongs to
-/// the user alone, served by a thread of its own. Only this user is listened to. One connection
-/// brings one request. The answer is "+" and what there is to say, or "-" and what is wrong. 32
-/// clients at a time are served side by side, so that none waits for another; more wait in line.
+/// the user alone, served by a thread of its own. It serves this user only. A connection has one
+/// request. The answer is "+" and the text of the answer, or "-" and what is wrong. Up to 32
+/// clients are served at the same time; further ones wait.
 class ControlServer {
  public:
     /// `path`, where not empty, becomes a symbolic link to the socket for as long as the server
@@ -26,7 +26,7 @@ class ControlServer {
     ControlServer(const ControlServer&) = delete;
     ControlServer& operator=(const ControlServer&) = delete;
 
-    /// Where the socket of a bench with this directory is.
+    /// The path of the socket of a bench with this directory.
     static std::filesystem::path SocketIn(const std::filesystem::path& directory);
 
  private:

@@ -6,15 +6,14 @@
 
 #include "Socket.h"
 
-/// What the server and one client say to each other, as far as that goes without waiting.
+/// The exchange between the server and one client. No function waits.
 class Conversation {
  public:
     using Clock = std::chrono::steady_clock;
-    /// Makes an answer of a request.
+    /// Returns the answer to a request.
     using Answering = std::function<std::string(const std::string& request)>;
 
-    /// A request of more than 64 KiB is not listened to; a conversation takes 5 s at most, however
-    /// it goes on.
+    /// A request of more than 64 KiB is refused. A conversation ends after 5 s at the latest.
     Conversation(Socket client, const Answering& answer);
 
     int Descriptor() const { return client_.Descriptor(); }
@@ -22,7 +21,7 @@ class Conversation {
     Clock::time_point End() const { return end_; }
     bool IsOver() const { return isOver_ || Clock::now() >= end_; }
 
-    /// Takes and gives what can be had now.
+    /// Receives and sends as much as is possible now.
     void GoOn();
 
  private:

@@ -21,9 +21,10 @@ class Socket {
     /// any length. Throws std::system_error.
     static Socket ListenAt(const std::filesystem::path& path);
 
-    /// Connects to who listens at `path`, of any length and also where that is a symbolic link;
-    /// empty when nobody does. Throws std::runtime_error when socket, directory or the process that
-    /// listens are not this user's, and when it takes no connections.
+    /// Connects to the process that listens at `path`, which may be a symbolic link and may have
+    /// any length. Empty when no process listens. Throws std::runtime_error when the socket, its
+    /// directory or the process belongs to another user, and when the process accepts no
+    /// connections.
     static std::optional<Socket> ConnectTo(const std::filesystem::path& path);
 
     /// The next connection, of a socket that listens. Its descriptor is below 0 when there is none,
@@ -33,7 +34,8 @@ class Socket {
     /// Whether the process at the other end is this user's.
     bool IsOfThisUser() const;
 
-    /// Sends a whole message, which ends this direction. An other end that has gone is no error.
+    /// Sends a whole message and closes this direction. It is not an error if the other end is
+    /// closed.
     void Send(const std::string& message) const;
 
     /// The other end's whole message; empty when it is not complete after `patience`.

@@ -6,25 +6,25 @@
 #include "Record.h"
 #include "simulator/Time.h"
 
-/// A record that is played to a host: what the host is to send next, what it gets for it, and where
-/// it departs from the record. What else happened on the line does not happen again, which is said
-/// in its place and is no departure.
+/// A record that is replayed to a host: what the host should send next, which answer it gets, and
+/// where it sends something else. Other events of the record are not repeated. A message says so
+/// for each of them, and the host may continue.
 class Playback {
  public:
     using Complaint = std::function<void(const std::string& sentence)>;
-    /// An answer, and how long after the present character of the host it comes.
+    /// An answer, and how long after the host's present character it is sent.
     using Answer = std::function<void(simulator::Time delay, const std::string& bytes)>;
 
     /// `file` is the record's name in complaints.
     Playback(record::Record record, std::string file, Complaint complain);
 
-    /// The host has opened its port: what the instrument says before it is asked.
+    /// The host has opened its port. Returns what the instrument sends without a request.
     void Open(const Answer& answer);
-    /// The host has sent a character: what it gets when a recorded command is complete with it.
+    /// The host has sent a character. If it completes a recorded command, returns the answers.
     void Take(char byte, const Answer& answer);
     /// The host sends at other line settings than the instrument.
     void TakeDamaged();
-    /// The host has ended. Returns whether it did what the record says, all of it.
+    /// The host has ended. Returns whether it did everything that the record says.
     bool Conclude();
 
     const record::Record& Record() const { return record_; }

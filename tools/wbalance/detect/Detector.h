@@ -46,7 +46,8 @@ class Detector {
     void NoteStranger(const std::string& answer, const LineSettings& line);
     std::string Ask(BalanceProcess& balance, const Connection& connection,
                     const std::string& command);
-    /// Asks an instrument that has been heard: whether it answers now changes nothing about that.
+    /// Asks an instrument from which an answer has come before. If it does not answer now, it still
+    /// counts as heard.
     std::string AskAgain(BalanceProcess& balance, const Connection& connection,
                          const std::string& command, const std::string& before);
 

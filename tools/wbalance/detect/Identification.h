@@ -5,8 +5,8 @@
 
 namespace tool {
 
-/// Asks an instrument that answers what it is, with the questions of its driver's row. One that it
-/// is silent to is the last: nobody waits longer than for that one. Nothing else fails here.
+/// Asks an instrument for its identity, with the questions of its driver's row. After a question
+/// without an answer it asks no further ones, to save the time of further waits.
 ///
 /// @param line drives RawLine()
 Identity Identify(BalanceProcess& line, const DriverInfo& driver);

@@ -30,7 +30,8 @@ class Asking : public Driver, public Askable {
     }
 };
 
-/// The driver as it is: its own readiness check resets or detects, and keeps count of it.
+/// The driver itself. Its own readiness check resets the instrument or detects its protocol, and
+/// remembers that it has done so.
 template <class Driver>
 std::unique_ptr<Cwbalance> Plain() {
     return std::make_unique<Asking<Driver>>();
@@ -43,8 +44,9 @@ std::unique_ptr<Cwbalance> LineReady() {
     return std::make_unique<Asking<WithLineReadiness<Driver>>>();
 }
 
-/// A LineReady() driver that resets its instrument to factory settings and sees the commands off:
-/// the driver waits for no answer, and what no wait follows stays in the port's buffer.
+/// A LineReady() driver that resets its instrument to factory settings and waits until the commands
+/// are transmitted. The driver itself does not read after them, and bytes that no read follows stay
+/// in the port's buffer.
 template <class Driver>
 class Resetting : public WithLineReadiness<Driver> {
  public:

@@ -4,7 +4,7 @@
 
 namespace tool {
 
-/// What an instrument says of itself; empty what it does not say.
+/// What an instrument says about itself. What it does not say is empty.
 struct Identity {
     std::string model = {};
     std::string serialNumber = {};

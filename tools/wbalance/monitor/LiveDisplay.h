@@ -7,8 +7,8 @@
 
 namespace tool {
 
-/// A block of lines at the bottom of the terminal on standard output that is drawn over itself. It
-/// changes no setting of the terminal, so that there is nothing to be put back, however the program
+/// A block of lines at the bottom of the terminal on standard output. Each drawing replaces the one
+/// before. It changes no setting of the terminal, so nothing has to be restored when the program
 /// ends.
 class LiveDisplay {
  public:

@@ -10,8 +10,8 @@ namespace tool {
 /// survives the end of the program and of the computer.
 class LogFile {
  public:
-    /// Opens or creates the file and goes on behind what it holds; a line that was cut off there is
-    /// ended first. An empty file gets `header`. Where that is empty, every line begins with
+    /// Opens or creates the file and appends to it. If its last line was cut off, ends that line
+    /// first. An empty file gets `header`. Where that is empty, every line begins with
     /// `lineBegins`. Throws ToolError, also for a file that was begun with another header or as
     /// another kind.
     LogFile(const std::string& path, const std::string& header, const std::string& lineBegins);

@@ -15,8 +15,9 @@
 
 namespace tool {
 
-/// One balance of several that are read over and over. It is lost when its port goes or it no
-/// longer answers, and then looked for until it is back, under its stable name wherever that leads.
+/// One balance of several that are read over and over. It is lost when its port disappears or it
+/// does not answer any more. It is then looked for until it is back; its stable name may lead to
+/// another port by then.
 ///
 /// Nothing waits: the owner polls Watched(), and calls Step() when something comes and at
 /// NextStep().
@@ -35,7 +36,7 @@ class MonitoredBalance {
 
     /// What there is to tell.
     struct Listener {
-        /// A new answer, whatever it means; never an old one again.
+        /// A new answer, with any meaning. No answer is reported twice.
         std::function<void(const MonitoredBalance&, const Measurement&)> onReading;
         /// The balance has been lost, and why.
         std::function<void(const MonitoredBalance&, const std::string&)> onLost;

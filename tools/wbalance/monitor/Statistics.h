@@ -12,8 +12,8 @@ class Statistics {
  public:
     using Seconds = std::chrono::duration<double>;
 
-    /// @param countsDynamic whether weights count that were taken while the pan moved; others, also
-    /// of a balance that does not tell, always do
+    /// @param countsDynamic whether dynamic weights count. Other weights always count, also those
+    /// of a balance that does not tell whether they are stable
     explicit Statistics(bool countsDynamic = false) : countsDynamic_(countsDynamic) {}
 
     /// @param since time since any fixed moment

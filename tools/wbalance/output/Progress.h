@@ -6,7 +6,8 @@
 namespace tool {
 
 /// A line on the terminal about something that takes longer than two seconds: "weighing ... 3 s".
-/// It goes when the object goes. Silent when standard error is no terminal, or when told so.
+/// The destructor removes it. It is not shown if standard error is not a terminal, or if it is
+/// switched off.
 class Progress {
  public:
     Progress(std::string what, bool silent);

@@ -6,13 +6,13 @@
 
 namespace tool {
 
-/// Writes all of the bytes to a file, pipe or terminal, however often a signal interrupts and
-/// however little is taken at a time. Returns why not all were written; nothing when they were.
+/// Writes all bytes to a file, pipe or terminal. It goes on after a signal and after a partial
+/// write. Returns the reason if not all bytes were written, else nothing.
 ///
 /// Once the user has interrupted, it no longer waits for room: it returns std::errc::interrupted.
 [[nodiscard]] std::error_code WriteAll(int descriptor, std::string_view bytes);
 
-/// Whoever read standard output has gone, as in `| head -1`, or the terminal was closed.
+/// The reader of standard output has ended, as in `| head -1`, or the terminal was closed.
 class ReaderGone : public std::exception {
  public:
     const char* what() const noexcept override { return "nobody reads standard output"; }

@@ -29,14 +29,12 @@ struct Report {
 };
 
 /// A balance, driven by the library in a child process of its own.
-///
-/// Nothing here waits for the balance: whoever runs several of them polls Watched() and calls
-/// Serve(); Perform() does so for one. The child ends with this object: an idle one closes its
-/// port, a busy one is killed.
-///
-/// An operation to which the instrument says nothing is followed by its driver's question: an
-/// instrument that waits for its pan to come to rest looks like one that is switched off. One that
-/// never stops sending is given up.
+/// No function but Perform() waits for the balance. To run several balances, poll Watched() and
+/// call Serve(). The child ends with this object: an idle child closes its port, a busy one is
+/// killed.
+/// If the instrument does not answer an operation, the driver's question follows: an instrument
+/// that waits for its pan to come to rest looks like one that is switched off. An operation is
+/// given up if the instrument sends without end.
 class BalanceProcess {
  public:
     using TraceSink = std::function<void(const TraceText&)>;

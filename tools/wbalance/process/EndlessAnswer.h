@@ -4,8 +4,8 @@
 
 namespace tool {
 
-/// Tells an answer that comes to no end: an instrument whose continuous output is on is read for as
-/// long as it sends. It is endless when data has come for a minute in 16 pieces or more, or when
+/// Recognises an endless answer. Without it, an instrument with continuous output would be read for
+/// as long as it sends. It is endless when data has come for a minute in 16 pieces or more, or when
 /// 256 KiB were traced, and no command and no pause was in between.
 class EndlessAnswer {
  public:

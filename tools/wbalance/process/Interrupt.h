@@ -7,26 +7,26 @@
 
 namespace tool {
 
-/// Lets Ctrl-C, SIGTERM and a closed terminal end the tool's waits instead of the tool, so that it
-/// can end cleanly. A closed terminal stays ignored where nohup has said so. A file at its limit of
-/// size is a write that fails, and no end either.
+/// Makes Ctrl-C, SIGTERM and a closed terminal end the program's waits and not the program itself,
+/// so that it can end cleanly. Under nohup a closed terminal is ignored. If a file reaches its size
+/// limit, the write fails and the program continues.
 void CatchInterrupts();
 
 /// Whether one of them has come.
 bool Interrupted();
 
-/// In a program without a terminal SIGHUP means from now on that its log was moved. With one it
-/// goes on meaning that the terminal was closed.
+/// From now on, SIGHUP means that the log was moved, if the program has no terminal. With a
+/// terminal, SIGHUP still means that the terminal was closed.
 void TakeHangupsForTheLog();
 
-/// Whether such a SIGHUP has come since this was asked last.
+/// Whether such a SIGHUP has come since the last call.
 bool TakeHangup();
 
-/// Holds the signals of a terminal (its size has changed, stop, go on) back but in Await(), so that
-/// nothing is drawn by half. The processes forked from now on never see them.
+/// Blocks the signals of a terminal (its size has changed, stop, continue) except during Await(),
+/// so that no picture is half drawn. Processes that are forked from now on do not get them.
 void HoldTerminalSignals();
 
-/// Whether the program was stopped and goes on since this was asked last.
+/// Whether the program was stopped and continued since the last call.
 bool TakeContinuation();
 
 /// Waits until one of the descriptors has news, the time has passed, or any signal has come.

@@ -30,7 +30,7 @@ bool IsPause(const std::string& traced);
 /// What came according to it; empty for one that is about something else.
 std::string AnswerIn(const std::string& traced);
 
-/// What went over the line during an operation, found again in the library's trace.
+/// What went over the line during an operation, read from the library's trace.
 ///
 /// The trace is the only place where a host sees what the instrument answered. A '%' in an answer
 /// is interpreted there, and what follows a zero byte is missing; such an answer no longer has its

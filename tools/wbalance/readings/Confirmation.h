@@ -14,7 +14,7 @@ struct Confirmation {
     std::string sentence;  ///< what was done instead, or what went wrong; may be empty
 };
 
-/// Weighs the driver's result against what the instrument answered.
+/// Compares the driver's result with the instrument's answer.
 Confirmation Confirm(const DriverInfo& driver, Operation operation, const Report& report);
 
 }  // namespace tool

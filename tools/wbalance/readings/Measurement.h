@@ -7,17 +7,17 @@
 
 namespace tool {
 
-/// A reading with what it was made from: what the library returned, held against what the
-/// instrument answered.
+/// A reading with its sources. It compares what the library returned with what the instrument
+/// answered.
 struct Measurement {
     Reading reading;
     std::string answer;  ///< the raw answer that decided
     WallTime time;       ///< when it had come
 };
 
-/// Weighs what a Weigh operation has brought. A weight comes out only when the driver accepted the
-/// answer, the answer means a weight in grams, and both show the same number; where only a stable
-/// weight was asked for, when the answer says that it is stable.
+/// Makes a measurement of the outcome of a Weigh operation. It is a weight only if the driver
+/// accepted the answer, the answer means a weight in grams, and both have the same number. If only
+/// a stable weight was asked for, the answer must also say that it is stable.
 Measurement Measure(const DriverInfo& driver, const Report& report);
 
 /// What the answer to the driver's question says of an instrument that has said nothing before: it
