@@ -80,14 +80,10 @@ void RequireCsv(const std::string& line, const tool::Measurement& measurement) {
 }
 
 void RequireFormats(const tool::LabelledMeasurement& labelled) {
-    const tool::Measurement& measurement = labelled.measurement;
-    const std::string json = Formatted(labelled, tool::Format::Json);
-    const std::string csv = Formatted(labelled, tool::Format::Csv);
-    RequireALine(json, "JSON");
-    RequireALine(csv, "CSV");
-    RequireALine(Formatted(labelled, tool::Format::Text), "the text");
-    RequireJson(json, measurement);
-    RequireCsv(csv, measurement);
+    for (const tool::Format& format : tool::Formats())
+        RequireALine(format.line(labelled), format.title);
+    RequireJson(tool::FormatNamed("json").line(labelled), labelled.measurement);
+    RequireCsv(tool::FormatNamed("csv").line(labelled), labelled.measurement);
 }
 
 void RequirePicture(const tool::LabelledMeasurement& labelled, const std::string& lost,
@@ -154,7 +150,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const tool::Measurement measurement = Measure(driver, report);
 
     RequireFormats({driver.name, port, "", "", measurement});
-    RequireALine(Formatted({driver.name, port, "lost", message, {}}, tool::Format::Text),
+    RequireALine(tool::Formats().front().line({driver.name, port, "lost", message, {}}),
                  "a notice");
     for (const tool::ScreenSize screen : {tool::ScreenSize{80, 24}, tool::ScreenSize{20, 5}}) {
         RequirePicture({driver.name, port, "", "", measurement}, "", screen);

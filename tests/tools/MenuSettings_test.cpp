@@ -2,8 +2,10 @@
 
 #include <gmock/gmock.h>
 
+#include "Examples.h"
 #include "RunProgram.h"
 
+using examples::kBalance;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
@@ -13,10 +15,10 @@ namespace {
 /// An instrument that was sent bytes, the driver with its options, and the end of what doctor says.
 struct Case {
     const char* name;
-    const char* instrument;
+    std::string instrument;
     const char* stty;  ///< line settings at which the bytes are sent; empty: none are
     const char* bytes;
-    const char* driver;
+    std::string driver;
     std::string said;
     int exitCode;
 };
@@ -95,8 +97,8 @@ const std::vector<Case> kCases = {
      Unasked("12.34 G, stable",
              "the interface to commands from the host (remote, no automatic print)"),
      5},
-    {"a_Mettler_Toledo_that_repeats_its_weight", "mettler-toledo --load 12.34",
-     "2400 cs7 parenb -parodd -cstopb", "SIR\\r\\n", "mettler-toledo",
+    {"a_Mettler_Toledo_that_repeats_its_weight", kBalance + " --load 12.34",
+     "2400 cs7 parenb -parodd -cstopb", "SIR\\r\\n", kBalance,
      Unasked("12.34 g, stable", "the interface mode to Host"), 5},
     {"another_makers_instrument_that_prints_automatically",
      "sartorius --load 12.34 --line 9600,7E1 --with auto-print=on --with line=22", "", "",
