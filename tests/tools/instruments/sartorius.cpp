@@ -99,6 +99,11 @@ Instrument Of<WbalanceSartorius>() {
          "serial number  37454321\n"
          "software       00-37-09\n"
          "weight         3.00 g, stable\n"},
+        {"an_LA620S_in_lines_of_22", "--load 3 --with line=22", "",
+         "model          LA620S\n"
+         "serial number  37454321\n"
+         "software       00-37-09\n"
+         "weight         3.00 g, stable\n"},
         {"an_Entris_that_says_Model_in_front", "--load 3 --with series=entris2 --with line=22", "",
          "model          BCE124I-1CEU\n"
          "serial number  37454321\n"

@@ -52,6 +52,11 @@ Reading ReadData(const std::string& data) {
     return WeightIn(unit, unit, number, Stability::Dynamic);
 }
 
+// "LA620S" and blanks: the answer to a question for the model, which a balance fills up, too.
+bool IsName(const std::string& identifier, const std::string& data) {
+    return Trimmed(data).empty() && identifier.size() > 2;
+}
+
 Reading ReadIdentified(const std::string& line) {
     const std::string identifier = Trimmed(Field(line, 0, kIdentifier));
     const std::string data = Field(line, kIdentifier);
@@ -59,6 +64,7 @@ Reading ReadIdentified(const std::string& line) {
     if (identifier == "Qnt") return NoWeight(Meaning::OtherUnit, "a count of pieces");
     if (StartsWith(identifier, "T") || StartsWith(identifier, "PT"))
         return NoWeight(Meaning::NotUnderstood, "the line shows a tare: " + Trimmed(line));
+    if (IsName(identifier, data)) return {};
     return ReadData(data);
 }
 
