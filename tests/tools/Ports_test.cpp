@@ -2,7 +2,10 @@
 
 #include <gmock/gmock.h>
 
+#include <QtCore/QJsonArray>
+
 #include "Examples.h"
+#include "JsonOf.h"
 #include "RunProgram.h"
 
 using examples::kOtherBalance;
@@ -23,16 +26,26 @@ TEST(Ports, An_adapter_has_maker_product_and_serial_number_and_says_who_may_open
               "  maker    FTDI\n"
               "  product  FT232R USB UART\n"
               "  serial   A1B2\n"
+              "  stable   /dev/serial/by-id/usb-FTDI_FT232R_USB_UART_A6000000-if00-port0\n"
+              "  stable   /dev/serial/by-path/platform-wbalance-sim-usb-0:1:1.0-port0\n"
               "  group    dialout\n"
               "  use      free\n");
     EXPECT_EQ(ran.exitCode, 0);
 }
 
 TEST(Ports, Json_has_the_same) {
-    EXPECT_EQ(
-        Ports(" --json").output,
-        "{\"device\":\"/dev/ttyUSB0\",\"group\":\"dialout\",\"holder\":\"\",\"maker\":\"FTDI\","
-        "\"may_open\":true,\"product\":\"FT232R USB UART\",\"serial\":\"A1B2\",\"stable\":[]}\n");
+    const QJsonObject port = JsonOf(Ports(" --json").output);
+    EXPECT_EQ(port.size(), 8);
+    EXPECT_EQ(port["device"], "/dev/ttyUSB0");
+    EXPECT_EQ(port["group"], "dialout");
+    EXPECT_EQ(port["holder"], "");
+    EXPECT_EQ(port["maker"], "FTDI");
+    EXPECT_EQ(port["may_open"], true);
+    EXPECT_EQ(port["product"], "FT232R USB UART");
+    EXPECT_EQ(port["serial"], "A1B2");
+    EXPECT_EQ(port["stable"],
+              (QJsonArray{"/dev/serial/by-id/usb-FTDI_FT232R_USB_UART_A6000000-if00-port0",
+                          "/dev/serial/by-path/platform-wbalance-sim-usb-0:1:1.0-port0"}));
 }
 
 }  // namespace
